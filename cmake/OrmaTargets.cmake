@@ -1,0 +1,35 @@
+# One function per kind of target, so that every folder's CMakeLists.txt is a line or two.
+
+add_library(orma_flags INTERFACE)
+target_compile_options(orma_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow -Wno-psabi)
+if(ORMA_WARNINGS_AS_ERRORS)
+  target_compile_options(orma_flags INTERFACE -Werror)
+endif()
+target_include_directories(orma_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
+
+# orma_library(NAME [USES target...]): a static library of every .cpp file in the calling folder.
+# A folder of headers alone becomes an interface library.
+function(orma_library name)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    target_link_libraries(${name} PUBLIC orma_flags ${ARG_USES})
+  else()
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE orma_flags ${ARG_USES})
+  endif()
+endfunction()
+
+# orma_test(NAME [USES target...]): one test program of every .cpp file in the calling folder.
+function(orma_test name)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE ${ARG_USES} orma_test_support GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+endfunction()

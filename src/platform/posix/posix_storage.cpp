@@ -1,0 +1,183 @@
+#include "platform/posix/posix_storage.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace orma {
+namespace {
+
+SystemError LastError() { return static_cast<SystemError>(errno); }
+
+/// Paths written on another system may use its separator; a backslash is not used here.
+std::string NativePath(const Text& path) {
+    std::string native = ToUtf8(path);
+    std::replace(native.begin(), native.end(), '\\', '/');
+    return native;
+}
+
+class PosixFile : public StorageFile {
+  public:
+    explicit PosixFile(int descriptor) : descriptor_(descriptor) {}
+    ~PosixFile() override { (void)Close(); }
+
+    SystemError Read(std::span<std::uint8_t> into, std::size_t& got) override {
+        got = 0;
+        while (got < into.size()) {
+            const ssize_t n = ::read(descriptor_, into.data() + got, into.size() - got);
+            if (n == 0) break;
+            if (n < 0 && errno == EINTR) continue;
+            if (n < 0) return LastError();
+            got += static_cast<std::size_t>(n);
+        }
+        return 0;
+    }
+
+    SystemError Write(ByteSpan from, std::size_t& written) override {
+        written = 0;
+        while (written < from.size()) {
+            const ssize_t n = ::write(descriptor_, from.data() + written, from.size() - written);
+            if (n < 0 && errno == EINTR) continue;
+            if (n < 0) return LastError();
+            written += static_cast<std::size_t>(n);
+        }
+        return 0;
+    }
+
+    SystemError Seek(std::int64_t offset, SeekFrom origin, std::uint64_t& position) override {
+        constexpr int kOrigins[] = {SEEK_SET, SEEK_CUR, SEEK_END};
+        const off_t at = ::lseek(descriptor_, offset, kOrigins[static_cast<int>(origin)]);
+        if (at < 0) return LastError();
+        position = static_cast<std::uint64_t>(at);
+        return 0;
+    }
+
+    SystemError Size(std::uint64_t& bytes) override {
+        struct stat info {};
+        if (::fstat(descriptor_, &info) != 0) return LastError();
+        bytes = static_cast<std::uint64_t>(info.st_size);
+        return 0;
+    }
+
+    SystemError Truncate(std::uint64_t bytes) override {
+        return ::ftruncate(descriptor_, static_cast<off_t>(bytes)) == 0 ? 0 : LastError();
+    }
+
+    SystemError Flush() override { return ::fsync(descriptor_) == 0 ? 0 : LastError(); }
+
+    SystemError Close() override {
+        if (descriptor_ < 0) return EBADF;
+        const int result = ::close(descriptor_);
+        descriptor_ = -1;
+        // After EINTR Linux has closed the descriptor all the same.
+        return result == 0 || errno == EINTR ? 0 : LastError();
+    }
+
+  private:
+    int descriptor_;
+};
+
+}  // namespace
+
+SystemError PosixStorage::Open(const Text& path, const OpenMode& mode,
+                               std::unique_ptr<StorageFile>& file) {
+    int flags = O_CLOEXEC | (mode.access == Access::kRead    ? O_RDONLY
+                             : mode.access == Access::kWrite ? O_WRONLY
+                                                             : O_RDWR);
+    if (mode.disposition != Disposition::kOpenExisting) flags |= O_CREAT;
+    const int descriptor = ::open(NativePath(path).c_str(), flags, 0666);
+    if (descriptor < 0) return LastError();
+    auto opened = std::make_unique<PosixFile>(descriptor);
+    struct stat info {};
+    if (::fstat(descriptor, &info) != 0) return LastError();
+    if (S_ISDIR(info.st_mode)) return EISDIR;
+    if (mode.access != Access::kRead) {
+        // Some network file systems know no locks; recording there must still work.
+        if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return EBUSY;
+        // Emptied only once locked: a file that somebody is writing is not destroyed.
+        if (mode.disposition == Disposition::kCreateAlways && info.st_size > 0 &&
+            ::ftruncate(descriptor, 0) != 0)
+            return LastError();
+    }
+    file = std::move(opened);
+    return 0;
+}
+
+bool PosixStorage::Exists(const Text& path) {
+    return ::access(NativePath(path).c_str(), F_OK) == 0;
+}
+
+SystemError PosixStorage::Delete(const Text& path) {
+    return ::unlink(NativePath(path).c_str()) == 0 ? 0 : LastError();
+}
+
+SystemError PosixStorage::Rename(const Text& from, const Text& to) {
+    const std::string target = NativePath(to);
+    if (::rename(NativePath(from).c_str(), target.c_str()) != 0) return LastError();
+    const std::string folder = std::filesystem::path(target).parent_path().string();
+    const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        // Some file systems cannot sync a folder; the rename itself has succeeded.
+        (void)::fsync(descriptor);
+        ::close(descriptor);
+    }
+    return 0;
+}
+
+SystemError PosixStorage::LastWriteTime(const Text& path, FileTime& time) {
+    struct stat info {};
+    if (::stat(NativePath(path).c_str(), &info) != 0) return LastError();
+    time = FileTime(std::chrono::seconds(info.st_mtim.tv_sec) +
+                    std::chrono::nanoseconds(info.st_mtim.tv_nsec));
+    return 0;
+}
+
+SystemError PosixStorage::SetLastWriteTime(const Text& path, FileTime time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    struct timespec times[2] = {};
+    times[0].tv_nsec = UTIME_OMIT;
+    times[1].tv_sec = seconds.time_since_epoch().count();
+    times[1].tv_nsec = (time - seconds).count();
+    return ::utimensat(AT_FDCWD, NativePath(path).c_str(), times, 0) == 0 ? 0 : LastError();
+}
+
+SystemError PosixStorage::FreeBytes(const Text& folder, std::uint64_t& bytes) {
+    struct statvfs info {};
+    const std::string path = folder.empty() ? "." : NativePath(folder);
+    if (::statvfs(path.c_str(), &info) != 0) return LastError();
+    bytes = static_cast<std::uint64_t>(info.f_bavail) * info.f_frsize;
+    return 0;
+}
+
+SystemError PosixStorage::CreateFolder(const Text& path) {
+    std::error_code error;
+    std::filesystem::create_directories(NativePath(path), error);
+    return static_cast<SystemError>(error.value());
+}
+
+SystemError PosixStorage::ListFiles(const Text& folder, std::vector<Text>& names) {
+    std::error_code error;
+    const std::string path = folder.empty() ? "." : NativePath(folder);
+    names.clear();
+    for (std::filesystem::directory_iterator entry(path, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (entry->is_regular_file(ignored))
+            names.push_back(FromUtf8(entry->path().filename().string()));
+    }
+    std::sort(names.begin(), names.end());
+    return static_cast<SystemError>(error.value());
+}
+
+Text PosixStorage::ErrorText(SystemError error) {
+    const std::string text = std::generic_category().message(static_cast<int>(error));
+    return text.starts_with("Unknown error") ? Text() : FromUtf8(text);
+}
+
+}  // namespace orma

@@ -1,0 +1,50 @@
+#include "report/error_reporter.h"
+
+#include <array>
+
+#include "base/trace.h"
+
+namespace orma {
+namespace {
+
+// The range of internet operations, which the system's own message table does not hold.
+constexpr SystemError kFirstInternetCode = 12000;
+constexpr SystemError kLastInternetCode = 12174;
+
+struct InternetText {
+    SystemError code;
+    const char16_t* text;
+};
+
+constexpr std::array<InternetText, 6> kInternetTexts = {{
+    {12002, u"Timeout"},
+    {12007, u"Servername not resolved"},
+    {12013, u"Incorrect username"},
+    {12014, u"Incorrect username or password"},
+    {12029, u"Cannot connect"},
+    {12031, u"Connection lost"},
+}};
+
+}  // namespace
+
+ErrorReporter::ErrorReporter(MessageBoxes& boxes, Storage& storage)
+    : boxes_(boxes), storage_(storage) {}
+
+void ErrorReporter::ShowError(const Text& text) {
+    Trace("ERROR\t%s", text.empty() ? "EMPTY!" : ToUtf8(text).c_str());
+    boxes_.Show({.text = text});
+}
+
+void ErrorReporter::ReportSystemFailure(const Text& operation, SystemError code) {
+    Text text = operation + FormatText(" %u", code);
+    const bool internet = code >= kFirstInternetCode && code <= kLastInternetCode;
+    const Text systemText = internet ? Text() : storage_.ErrorText(code);
+    if (!systemText.empty()) text += u" " + systemText;
+    for (const InternetText& entry : kInternetTexts) {
+        if (systemText.empty() && entry.code == code) text = entry.text;
+    }
+    Trace("%s", ToUtf8(text).c_str());
+    boxes_.Show({.text = text});
+}
+
+}  // namespace orma

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "stream/jstream_file.h"
+
+namespace orma {
+
+/// Replaces a file whole or not at all: the new content goes to "<path>.tmp", is flushed and then
+/// renamed over the old file. Destroyed without Commit, it leaves the old file as it was and
+/// removes the temporary one.
+class FileReplacement {
+  public:
+    FileReplacement(FileServices services, const Text& path);
+    ~FileReplacement();
+    FileReplacement(const FileReplacement&) = delete;
+    FileReplacement& operator=(const FileReplacement&) = delete;
+
+    /// The stream that takes the new content, open unless creating it failed (reported).
+    [[nodiscard]] JStreamFile& Stream() { return stream_; }
+
+    /// Flushes, closes and renames; false when anything failed since the start (reported).
+    [[nodiscard]] bool Commit();
+
+  private:
+    FileServices services_;
+    Text path_;
+    Text temporaryPath_;
+    JStreamFile stream_;
+    bool committed_ = false;
+};
+
+}  // namespace orma
