@@ -16,8 +16,7 @@ using ByteSpan = std::span<const std::uint8_t>;
 
 /// Reads a little-endian integer or IEEE float from `from`, which holds at least sizeof(T) bytes.
 template <class T>
-    requires(std::is_trivially_copyable_v<T>)
-[[nodiscard]] T LoadLe(const std::uint8_t* from) {
+requires(std::is_trivially_copyable_v<T>) [[nodiscard]] T LoadLe(const std::uint8_t* from) {
     static_assert(std::endian::native == std::endian::little, "byte order of this processor");
     T value;
     std::memcpy(&value, from, sizeof(T));
@@ -26,14 +25,15 @@ template <class T>
 
 /// Writes `value` little-endian to `to`, which has room for sizeof(T) bytes.
 template <class T>
-    requires(std::is_trivially_copyable_v<T>)
-void StoreLe(std::uint8_t* to, T value) {
+requires(std::is_trivially_copyable_v<T>) void StoreLe(std::uint8_t* to, T value) {
     static_assert(std::endian::native == std::endian::little, "byte order of this processor");
     std::memcpy(to, &value, sizeof(T));
 }
 
 /// Copies the 4 characters of a chunk identifier or magic number.
-inline void StoreTag(std::uint8_t* to, std::string_view tag) { std::memcpy(to, tag.data(), 4); }
+inline void StoreTag(std::uint8_t* to, std::string_view tag) {
+    std::memcpy(to, tag.data(), 4);
+}
 
 /// True when the 4 bytes at `from` are the tag.
 [[nodiscard]] inline bool IsTag(const std::uint8_t* from, std::string_view tag) {

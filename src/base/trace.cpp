@@ -15,7 +15,9 @@ TraceSink& Sink() {
 
 }  // namespace
 
-void SetTraceSink(TraceSink sink) { Sink() = std::move(sink); }
+void SetTraceSink(TraceSink sink) {
+    Sink() = std::move(sink);
+}
 
 void Trace(const char* format, ...) {
     if (!Sink()) return;

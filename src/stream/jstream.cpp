@@ -4,7 +4,9 @@ namespace orma {
 
 void JStream::SetPosition(std::int32_t) {}
 
-std::uint32_t JStream::GetPosition() { return 0; }
+std::uint32_t JStream::GetPosition() {
+    return 0;
+}
 
 void JStream::Skip(std::int32_t) {}
 

@@ -33,7 +33,9 @@ JStreamFile::JStreamFile(FileServices services, const Text& path, const OpenMode
     Open(path, mode);
 }
 
-JStreamFile::~JStreamFile() { Close(); }
+JStreamFile::~JStreamFile() {
+    Close();
+}
 
 void JStreamFile::Fail(const Text& operation, SystemError error) {
     status &= ~kGood;
@@ -112,9 +114,13 @@ void JStreamFile::Move(std::int32_t offset, SeekFrom origin) {
         Fail(u"Position", error);
 }
 
-void JStreamFile::SetPosition(std::int32_t offset) { Move(offset, SeekFrom::kStart); }
+void JStreamFile::SetPosition(std::int32_t offset) {
+    Move(offset, SeekFrom::kStart);
+}
 
-void JStreamFile::Skip(std::int32_t offset) { Move(offset, SeekFrom::kCurrent); }
+void JStreamFile::Skip(std::int32_t offset) {
+    Move(offset, SeekFrom::kCurrent);
+}
 
 std::uint32_t JStreamFile::GetPosition() {
     if (!IsOpen()) return 0;

@@ -12,7 +12,8 @@ BoxAnswer FakeBoxes::Show(const MessageBox& box) {
 
 std::vector<Text> FakeBoxes::Texts() const {
     std::vector<Text> texts;
-    for (const MessageBox& box : shown) texts.push_back(box.text);
+    for (const MessageBox& box : shown)
+        texts.push_back(box.text);
     return texts;
 }
 

@@ -5,8 +5,7 @@ namespace orma::test {
 DateTime FakeClock::ToLocal(FileTime moment) {
     const auto days = std::chrono::floor<std::chrono::days>(moment);
     const std::chrono::year_month_day date(days);
-    const std::chrono::hh_mm_ss time(
-        std::chrono::floor<std::chrono::milliseconds>(moment - days));
+    const std::chrono::hh_mm_ss time(std::chrono::floor<std::chrono::milliseconds>(moment - days));
     const auto field = [](auto value) { return static_cast<std::uint16_t>(value); };
     return {field(static_cast<int>(date.year())),
             field(static_cast<unsigned>(date.month())),

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+
 #include <gtest/gtest.h>
 
 namespace orma::test {
@@ -17,7 +18,9 @@ TempFolder::~TempFolder() {
     std::filesystem::remove_all(path_, ignored);
 }
 
-std::filesystem::path TempFolder::Native(TextView name) const { return path_ / ToUtf8(name); }
+std::filesystem::path TempFolder::Native(TextView name) const {
+    return path_ / ToUtf8(name);
+}
 
 Text TempFolder::Path(TextView name) const {
     return FromUtf8(path_.string()) + u"/" + Text(name);

@@ -21,8 +21,9 @@ DateTime PosixClock::ToLocal(FileTime moment) {
     localtime_r(&time, &local);
     const auto field = [](int value) { return static_cast<std::uint16_t>(value); };
     const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(moment - seconds);
-    return {field(local.tm_year + 1900), field(local.tm_mon + 1), field(local.tm_wday),
-            field(local.tm_mday),        field(local.tm_hour),    field(local.tm_min),
+    return {field(local.tm_year + 1900), field(local.tm_mon + 1),
+            field(local.tm_wday),        field(local.tm_mday),
+            field(local.tm_hour),        field(local.tm_min),
             field(local.tm_sec),         field(static_cast<int>(rest.count()))};
 }
 

@@ -3,17 +3,20 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <system_error>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace orma {
 namespace {
 
-SystemError LastError() { return static_cast<SystemError>(errno); }
+SystemError LastError() {
+    return static_cast<SystemError>(errno);
+}
 
 /// Paths written on another system may use its separator; a backslash is not used here.
 std::string NativePath(const Text& path) {

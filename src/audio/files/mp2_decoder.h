@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "audio/files/audio_state.h"
+#include "audio/files/mp2_header.h"
+#include "base/bytes.h"
+#include "platform/storage.h"
+
+namespace orma {
+
+/// Decodes one MPEG-1 Layer II frame at a time into 16-bit sound. The frame buffer holds the four
+/// header bytes, the frame's rest and the next frame's header, which a frame decoder needs to see.
+/// Only frames that a checked header describes reach the decoding library. Diagnostics are appended
+/// to "mp2dec.txt". UI thread.
+class Mp2Decoder {
+  public:
+    /// `audio` supplies the bit rate of the setting; `diagnosticsPath` names "mp2dec.txt" in the
+    /// program's folder (empty: no diagnostics). All outlive the decoder.
+    Mp2Decoder(const AudioState& audio, Storage& storage, Text diagnosticsPath);
+    ~Mp2Decoder();
+    Mp2Decoder(const Mp2Decoder&) = delete;
+    Mp2Decoder& operator=(const Mp2Decoder&) = delete;
+
+    /// Starts at a frame whose header is given. Does nothing while active.
+    void Mp2DecoderStart(const Mp2Header& header);
+
+    /// Where the caller puts FrameBytes() bytes: the frame's rest and the next frame's header.
+    [[nodiscard]] std::span<std::uint8_t> FrameSpace();
+
+    /// Length in bytes of the frame that is to be decoded next.
+    [[nodiscard]] std::uint32_t FrameBytes() const;
+
+    /// Decodes the frame in the buffer into `out` (room for 1152 samples of two channels,
+    /// interleaved when stereo) and takes the next header. Returns the samples per channel: 1152,
+    /// or 0 when the frame could not be decoded or the decoder is not active.
+    [[nodiscard]] std::size_t Mp2DecodeFrame(std::span<std::int16_t> out, unsigned& channels);
+
+    /// Ends decoding and releases the library's state.
+    void Mp2DecoderFinish();
+
+    [[nodiscard]] bool IsActive() const { return state_ != nullptr; }
+
+  private:
+    struct State;
+
+    void Log(const std::string& line);
+
+    const AudioState& audio_;
+    Storage& storage_;
+    Text diagnosticsPath_;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace orma

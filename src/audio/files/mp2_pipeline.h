@@ -1,0 +1,72 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+
+#include "audio/files/audio_state.h"
+#include "audio/files/rate_converter.h"
+#include "base/bytes.h"
+#include "report/error_reporter.h"
+
+namespace orma {
+
+class Layer2Encoder;
+
+/// From PCM to blocks of MPEG-1 Layer II: a frame assembler of 1152 samples per channel, the
+/// conversion to 48000 Hz, the encoder, and an output block of 8192 bytes. One instance serves one
+/// stream at a time and is started again for the next. No allocation while feeding. UI thread.
+class Mp2Pipeline {
+  public:
+    static constexpr std::size_t kBlockBytes = 8192;
+
+    /// Takes encoded bytes: whole blocks of 8192, and at the flush what is left.
+    using BlockOutput = std::function<void(ByteSpan block)>;
+
+    /// `audio` supplies the bit rate; both outlive the pipeline.
+    Mp2Pipeline(const AudioState& audio, ErrorReporter& report);
+    ~Mp2Pipeline();
+    Mp2Pipeline(const Mp2Pipeline&) = delete;
+    Mp2Pipeline& operator=(const Mp2Pipeline&) = delete;
+
+    /// Starts a stream of one channel or two (plain stereo) at the current bit rate, dropping
+    /// whatever an earlier stream left. `inputRate` in Hz. False when the encoder refuses the
+    /// format or memory is short (reported as "Unable to allocate %s\n").
+    [[nodiscard]] bool Mp2EncoderInit(BlockOutput output, bool stereo,
+                                      std::uint32_t inputRate = 44100);
+
+    /// Feeds 16-bit samples, interleaved when stereo; any number of bytes.
+    void Mp2EncodeSamples(ByteSpan pcm);
+
+    /// Encodes what is left, zero-padded to a frame, releases the encoder and hands out the rest of
+    /// the output block. A second padded frame follows only when the first left real samples over.
+    void Mp2EncodeFlush();
+
+    /// True between Mp2EncoderInit and Mp2EncodeFlush.
+    [[nodiscard]] bool IsActive() const { return encoder_ != nullptr; }
+
+    /// Frames encoded since Mp2EncoderInit.
+    [[nodiscard]] std::uint32_t Frames() const { return frames_; }
+
+  private:
+    void EncodeAssembled();
+    void PutFrame(ByteSpan frame);
+
+    const AudioState& audio_;
+    ErrorReporter& report_;
+    RateConverter converter_;
+    std::unique_ptr<Layer2Encoder> encoder_;
+    BlockOutput output_;
+    bool stereo_ = false;
+    std::uint32_t frames_ = 0;
+    std::array<std::int16_t, 2 * kMp2FrameSamples> assembler_{};
+    std::size_t held_ = 0;  // samples per channel
+    std::array<std::int16_t, kMp2FrameSamples> left_{};
+    std::array<std::int16_t, kMp2FrameSamples> right_{};
+    std::array<std::uint8_t, kBlockBytes> block_{};
+    std::size_t fill_ = 0;
+};
+
+}  // namespace orma

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <optional>
+
+#include "audio/files/level_sheet.h"
+#include "base/bytes.h"
+#include "stream/jstream_file.h"
+
+namespace orma {
+
+/// The head of a level file (".jvu"), little-endian.
+struct VuFileHead {
+    static constexpr std::uint32_t kVersion = 3;
+    static constexpr std::uint32_t kOldBytes = 20;  // versions below 2 lack the two counts
+    static constexpr std::uint32_t kBytes = 28;
+
+    std::uint32_t version = kVersion;  // only the low 12 bits count
+    std::uint32_t rangeStart = 0;
+    std::uint32_t rangeEnd = 0;
+    std::uint32_t levelCount = 0;
+    std::uint32_t markCount = 0;
+    std::uint32_t cutCount = 0;
+
+    [[nodiscard]] std::uint32_t HeadBytes() const {
+        return (version & 0xFFFU) < 2 ? kOldBytes : kBytes;
+    }
+};
+
+/// The whole level file of a recording as bytes; nothing when there is no level byte.
+[[nodiscard]] Bytes EncodeVuFile(const LevelSheet& sheet);
+
+/// Reads a whole level file; nothing when the magic is wrong or the counts exceed the bytes.
+[[nodiscard]] std::optional<LevelSheet> DecodeVuFile(ByteSpan file);
+
+/// Writes the level file at `path` from the sheet, only when at least one level byte exists.
+/// Replaces an older file whole or not at all. False on failure (reported).
+[[nodiscard]] bool WriteVuFile(FileServices services, const Text& path, const LevelSheet& sheet);
+
+/// The part of a sheet inside the selection [begin, end): marks strictly inside, cuts that reach
+/// into it, levels, all counted from `begin`.
+[[nodiscard]] LevelSheet SheetOfSelection(const LevelSheet& sheet, std::uint32_t begin,
+                                          std::uint32_t end);
+
+/// Writes the level file of a selection [begin, end) of `sheet` at `path`.
+[[nodiscard]] bool WriteVuFileForSelection(FileServices services, const Text& path,
+                                           const LevelSheet& sheet, std::uint32_t begin,
+                                           std::uint32_t end);
+
+/// Reads a level file's head; nothing (traced, the file's name reported) when it cannot be opened
+/// or is none.
+[[nodiscard]] std::optional<VuFileHead> GetVuFileHeader(FileServices services, const Text& path);
+
+/// The level bytes of [begin, end) (both 0: the head's range) with the removed stretches left out;
+/// empty on error.
+[[nodiscard]] std::vector<std::uint8_t> GetVuFileData(FileServices services, const Text& path,
+                                                      std::uint32_t begin, std::uint32_t end);
+
+/// The marks of a level file; empty on error.
+[[nodiscard]] std::vector<std::uint32_t> GetVuMarks(FileServices services, const Text& path);
+
+/// The removed ranges of a level file; empty on error.
+[[nodiscard]] std::vector<RemovedRange> GetVuRemovedRanges(FileServices services, const Text& path);
+
+/// The whole sheet of a level file; nothing on error (reported as GetVuFileHeader does).
+[[nodiscard]] std::optional<LevelSheet> ReadVuFile(FileServices services, const Text& path);
+
+}  // namespace orma

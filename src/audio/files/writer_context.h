@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "audio/files/audio_state.h"
+#include "audio/files/bwf_chunks.h"
+#include "audio/files/mp2_pipeline.h"
+#include "audio/files/wav_header.h"
+#include "stream/jstream_file.h"
+
+namespace orma {
+
+/// The header templates of a publication: filled by the publish job before a Broadcast-Wave writer
+/// opens, copied out by the writer.
+struct PublicationTemplates {
+    BwfHead head = BwfHead::Template();
+    std::string codingHistory;  // 8-bit, without terminator
+    MpegFormatBlock mpeg;
+    Bytes levl;  // encoded chunks; empty: absent
+    QltyChunk qlty;
+    bool hasQlty = false;
+};
+
+/// What all writers share: there is one writer at a time and one of each of these. Plain state,
+/// UI thread.
+struct WriterContext {
+    static constexpr std::uint32_t kStagingBytes = 65536;
+
+    FileServices files;
+    AudioState& audio;
+    Mp2Pipeline& encoder;
+
+    Text recordingFolder;            // with its separator; takes and publications lie in it
+    Text publishExtension = u"wav";  // of a published MP2 file, without the dot
+    WavHeader wavTemplate;           // its block align is what takes get
+    PublicationTemplates publication;
+
+    std::array<std::uint8_t, kStagingBytes> staging{};
+    std::uint32_t stagingFill = 0;
+
+    std::uint32_t byteSum = 0;    // 32-bit sum of every audio data byte put out; the job resets it
+    std::uint32_t dataBytes = 0;  // audio data bytes put out
+    std::uint32_t dataStart = 0;  // where audio data begins in the output
+
+    bool cancelled = false;  // the user cancelled: a local publication is not kept
+    bool committed = false;  // the publication stands complete under its final name
+    Text publishedPath;      // that final name
+};
+
+}  // namespace orma
