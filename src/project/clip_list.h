@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "project/clip_entry.h"
+
+namespace orma {
+
+/// The ordered list of clips, one in the system, kept in the project file. All operations check
+/// the index range and do nothing outside it. UI thread.
+class ClipList {
+  public:
+    ClipList() = default;
+    ClipList(const ClipList&) = delete;
+    ClipList& operator=(const ClipList&) = delete;
+
+    /// Removes every clip.
+    void Clear();
+
+    /// Puts a clip at the current index when that lies in 0..count, else at the end; returns its
+    /// index. The clip's end is reset to 0 (the whole recording).
+    std::int32_t Insert(ClipEntry clip);
+
+    /// Puts a clip at the end as it is; returns its index.
+    std::int32_t Append(ClipEntry clip);
+
+    /// Removes the current clip; the following one, or the new last one, becomes current.
+    void RemoveCurrent();
+
+    /// Removes every clip whose recording has this base path (folder and name).
+    void RemoveClipsOf(const Text& basePath);
+
+    void MoveCurrentUp();
+    void MoveCurrentDown();
+
+    /// Makes a clip current; false outside 0..count-1.
+    bool SetCurrent(std::int32_t index);
+
+    /// Forgets which clip is current.
+    void ClearCurrent() { current_ = -1; }
+
+    [[nodiscard]] std::int32_t CurrentIndex() const { return current_; }
+    [[nodiscard]] ClipEntry* Current();
+    [[nodiscard]] std::int32_t Count() const { return static_cast<std::int32_t>(clips_.size()); }
+    [[nodiscard]] bool Empty() const { return clips_.empty(); }
+    [[nodiscard]] ClipEntry& At(std::int32_t index) {
+        return *clips_[static_cast<std::size_t>(index)];
+    }
+    [[nodiscard]] const ClipEntry& At(std::int32_t index) const {
+        return *clips_[static_cast<std::size_t>(index)];
+    }
+
+    /// The sum of all clips' lengths, buffer periods.
+    [[nodiscard]] std::uint32_t TotalLength() const;
+
+  private:
+    std::vector<std::unique_ptr<ClipEntry>> clips_;
+    std::int32_t current_ = -1;
+};
+
+}  // namespace orma

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+#include "audio/files/level_sheet.h"
+#include "base/text.h"
+
+namespace orma {
+
+/// The recording that recorder, player and editor work on. Positions in buffer periods. Plain
+/// state, UI thread.
+struct CurrentRecording {
+    Text folder;  // with its separator; of a clip opened by hand it need not be the project's
+    Text name;    // without extension
+    Text audioPath;
+    Text levelPath;
+    Text title;  // of the selected clip
+    LevelSheet sheet;
+    std::uint32_t length = 0;          // 0: nothing recorded
+    std::uint32_t selectionStart = 0;  // a selection exists when start < end
+    std::uint32_t selectionEnd = 0;
+    std::uint32_t cursor = 0;
+    std::int32_t currentCut = -1;
+};
+
+}  // namespace orma
