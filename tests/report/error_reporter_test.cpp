@@ -1,0 +1,60 @@
+#include "report/error_reporter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/trace_lines.h"
+#include "support/test_files.h"
+
+namespace orma {
+namespace {
+
+using testing::ElementsAre;
+
+struct ErrorReporterTest : testing::Test {
+    test::TestFiles files;
+    test::TraceLines trace;
+};
+
+TEST_F(ErrorReporterTest, ShowsAnErrorInAnErrorBoxWithOneButton) {
+    files.report.ShowError(u"LoadProject Project Id");
+    ASSERT_EQ(files.boxes.shown.size(), 1U);
+    const MessageBox& box = files.boxes.shown[0];
+    EXPECT_EQ(box.text, u"LoadProject Project Id");
+    EXPECT_EQ(box.title, u"Error");
+    EXPECT_EQ(box.icon, BoxIcon::kError);
+    EXPECT_EQ(box.buttons, BoxButtons::kOk);
+    EXPECT_THAT(trace.lines, ElementsAre("ERROR\tLoadProject Project Id"));
+}
+
+TEST_F(ErrorReporterTest, ShowsAnEmptyTextAsAnEmptyBox) {
+    files.report.ShowError(u"");
+    EXPECT_THAT(files.boxes.Texts(), ElementsAre(u""));
+    EXPECT_THAT(trace.lines, ElementsAre("ERROR\tEMPTY!"));
+}
+
+TEST_F(ErrorReporterTest, NamesOperationNumberAndSystemTextOfASystemError) {
+    files.report.ReportSystemFailure(u"CreateFile", 2);
+    EXPECT_THAT(files.boxes.Texts(), ElementsAre(u"CreateFile 2 No such file or directory"));
+    EXPECT_THAT(trace.lines, ElementsAre("CreateFile 2 No such file or directory"));
+}
+
+TEST_F(ErrorReporterTest, NamesOperationAndNumberWhereTheSystemHasNoText) {
+    for (const SystemError code : {11999U, 12000U, 12030U, 12174U, 12175U})
+        files.report.ReportSystemFailure(u"FtpOpenFile", code);
+    EXPECT_THAT(files.boxes.Texts(),
+                ElementsAre(u"FtpOpenFile 11999", u"FtpOpenFile 12000", u"FtpOpenFile 12030",
+                            u"FtpOpenFile 12174", u"FtpOpenFile 12175"));
+}
+
+TEST_F(ErrorReporterTest, ShowsFixedInternetTextsAlone) {
+    for (const SystemError code : {12002U, 12007U, 12013U, 12014U, 12029U, 12031U})
+        files.report.ReportSystemFailure(u"InternetConnect", code);
+    EXPECT_THAT(
+        files.boxes.Texts(),
+        ElementsAre(u"Timeout", u"Servername not resolved", u"Incorrect username",
+                    u"Incorrect username or password", u"Cannot connect", u"Connection lost"));
+}
+
+}  // namespace
+}  // namespace orma
