@@ -6,10 +6,12 @@ FileReplacement::FileReplacement(FileServices services, const Text& path)
     : services_(services),
       path_(path),
       temporaryPath_(path.empty() ? Text() : path + u".tmp"),
-      stream_(services, temporaryPath_, false) {}
+      stream_(services, temporaryPath_, false),
+      created_(stream_.IsOpen()) {}
 
 FileReplacement::~FileReplacement() {
-    if (committed_ || temporaryPath_.empty()) return;
+    // A temporary file that could not be created is another writer's.
+    if (committed_ || !created_) return;
     stream_.Close();
     // The old file stands; a temporary one that cannot be removed either harms nobody.
     if (services_.storage.Exists(temporaryPath_)) (void)services_.storage.Delete(temporaryPath_);

@@ -25,6 +25,7 @@ class FileReplacement {
     Text path_;
     Text temporaryPath_;
     JStreamFile stream_;
+    bool created_;
     bool committed_ = false;
 };
 
