@@ -1,0 +1,198 @@
+#include "stream/jstream_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/trace_lines.h"
+#include "stream/failing_storage.h"
+#include "support/fake_boxes.h"
+#include "support/temp_folder.h"
+
+namespace orma {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint32_t kGoodOpen = JStream::kGood | JStream::kOpen;
+
+struct JStreamFileTest : testing::Test {
+    test::TempFolder folder;
+    test::FailingStorage storage;
+    test::FakeBoxes boxes;
+    ErrorReporter report{boxes, storage};
+    FileServices services{storage, report};
+    test::TraceLines trace;
+    Text path = folder.Path(u"data.bin");
+    Bytes content = {1, 2, 3, 4, 5};
+};
+
+TEST_F(JStreamFileTest, ReadsShortAtTheEndWithZerosAndStaysGood) {
+    test::WriteFileBytes(path, content);
+    JStreamFile stream(services, path, true);
+    EXPECT_EQ(stream.Status(), kGoodOpen | JStream::kReading);
+    EXPECT_EQ(stream.GetSize(), 5U);
+    Bytes buffer(8, 0xEE);
+    stream.Read(buffer.data(), 8);
+    EXPECT_EQ(buffer, (Bytes{1, 2, 3, 4, 5, 0, 0, 0}));
+    EXPECT_EQ(stream.Status(), kGoodOpen | JStream::kReading | JStream::kAtEnd);
+    EXPECT_TRUE(trace.Contain("EOF nr 5 n 8"));
+    buffer.assign(8, 0xEE);
+    stream.Read(buffer.data(), 2);
+    EXPECT_EQ(buffer, (Bytes{0, 0, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE}));
+    stream.Open(path, true);
+    EXPECT_FALSE(stream.Has(JStream::kAtEnd));
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(JStreamFileTest, PositionsFromTheStartAndFromWhereItIs) {
+    test::WriteFileBytes(path, content);
+    JStreamFile stream(services, path, true);
+    stream.SetPosition(3);
+    stream.Skip(-2);
+    EXPECT_EQ(stream.GetPosition(), 1U);
+    std::uint8_t byte = 0;
+    stream.Read(&byte, 1);
+    EXPECT_EQ(byte, 2);
+    EXPECT_EQ(stream.GetPosition(), 2U);
+}
+
+TEST_F(JStreamFileTest, AFailedPositionClearsGoodAndMakesTheStreamInert) {
+    test::WriteFileBytes(path, content);
+    JStreamFile stream(services, path, true);
+    stream.Skip(-1);
+    EXPECT_FALSE(stream.Has(JStream::kGood));
+    EXPECT_TRUE(stream.Has(JStream::kOpen));
+    std::uint8_t byte = 0xEE;
+    stream.Read(&byte, 1);
+    stream.SetPosition(0);
+    EXPECT_EQ(stream.GetPosition(), 0U);
+    EXPECT_EQ(byte, 0xEE);
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Position 22 Invalid argument"));
+
+    storage.failSeek = true;
+    JStreamFile other(services, path, true);
+    EXPECT_EQ(other.GetPosition(), 0U);
+    EXPECT_FALSE(other.IsOpen());
+    EXPECT_EQ(boxes.shown.size(), 2U);
+}
+
+TEST_F(JStreamFileTest, AFailedReadZeroesTheWholeBuffer) {
+    test::WriteFileBytes(path, content);
+    JStreamFile stream(services, path, true);
+    storage.failRead = true;
+    Bytes buffer(4, 0xEE);
+    stream.Read(buffer.data(), 4);
+    EXPECT_EQ(buffer, Bytes(4, 0));
+    EXPECT_FALSE(stream.Has(JStream::kGood));
+    EXPECT_FALSE(stream.Has(JStream::kAtEnd));
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"ReadFile 5 Input/output error"));
+}
+
+TEST_F(JStreamFileTest, WritingReplacesTheFileAndReadingStreamsIgnoreWrites) {
+    test::WriteFileBytes(path, content);
+    JStreamFile stream(services, path, false);
+    EXPECT_EQ(stream.Status(), kGoodOpen);
+    EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
+    stream.Write("ab", 2);
+    Bytes buffer(2, 0xEE);
+    stream.Read(buffer.data(), 2);
+    EXPECT_EQ(buffer, Bytes(2, 0xEE));
+    stream.Open(path, true);
+    stream.Write("xyz", 3);
+    EXPECT_TRUE(stream.IsOpen());
+    stream.Close();
+    EXPECT_EQ(stream.GetSize(), 0U);
+    EXPECT_FALSE(stream.IsOpen());
+    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{'a', 'b'}));
+}
+
+TEST_F(JStreamFileTest, AWriteThatFailsIsReportedOnce) {
+    JStreamFile stream(services, path, false);
+    storage.failWrite = true;
+    stream.Write("ab", 2);
+    stream.Write("cd", 2);
+    EXPECT_FALSE(stream.IsOpen());
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"WriteFile 5 Input/output error"));
+}
+
+TEST_F(JStreamFileTest, AWriteThatOnlyTheCloseRefusesIsReported) {
+    JStreamFile stream(services, path, false);
+    stream.Write("ab", 2);
+    storage.failClose = true;
+    stream.Close();
+    EXPECT_FALSE(stream.Has(JStream::kGood));
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"WriteFile 5 Input/output error"));
+}
+
+TEST_F(JStreamFileTest, EachWayOfOpeningReportsItsOwnText) {
+    const Text missing = folder.Path(u"none/data.bin");
+    JStreamFile stream(services);
+    EXPECT_EQ(stream.Status(), 0U);
+    stream.Open(u"", true);
+    stream.Open(u"", OpenMode{});
+    stream.OpenForCreate(u"");
+    stream.Open(missing, true);
+    stream.Open(missing, OpenMode{});
+    stream.OpenForCreate(missing);
+    EXPECT_EQ(stream.Status(), 0U);
+    EXPECT_THAT(boxes.Texts(),
+                ElementsAre(u"CreateFile no filename,read2", u"CreateFile no filename,read",
+                            u"CreateFile no filename at append",
+                            u"Cannot open file : " + missing + u" 2 No such file or directory",
+                            u"CreateFile 2 No such file or directory",
+                            u"Cannot open file : " + missing + u" 2 No such file or directory"));
+}
+
+TEST_F(JStreamFileTest, AnExplicitOpenReadsExactlyWhenTheAccessIsRead) {
+    test::WriteFileBytes(path, content);
+    JStreamFile stream(services, path, OpenMode{});
+    EXPECT_TRUE(stream.Has(JStream::kReading));
+    stream.Open(path, {Access::kReadWrite, Share::kRead, Disposition::kOpenExisting});
+    EXPECT_EQ(stream.Status(), kGoodOpen);
+    stream.Skip(1);
+    stream.Write("Z", 1);
+    stream.Truncate(3);
+    stream.Close();
+    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{1, 'Z', 3}));
+}
+
+TEST_F(JStreamFileTest, AppendsBlocksToAFileThatIsClosedBetweenThem) {
+    test::WriteFileBytes(path, content);
+    JStreamFile stream(services);
+    stream.AppendBlock(path, "no", 2);  // nothing was opened yet
+    stream.OpenForCreate(path);
+    EXPECT_EQ(stream.Status(), JStream::kGood);
+    EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
+    stream.AppendBlock(path, "ab", 2);
+    EXPECT_FALSE(stream.Has(JStream::kOpen));
+    stream.AppendBlock(path, "c", 1);
+    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{'a', 'b', 'c'}));
+    EXPECT_EQ(stream.OpenForAppend(path), 3U);
+    EXPECT_EQ(stream.GetPosition(), 3U);
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(JStreamFileTest, AFailedAppendIsTracedOnlyAndStopsLaterOnes) {
+    JStreamFile stream(services);
+    stream.OpenForCreate(path);
+    EXPECT_EQ(stream.OpenForAppend(folder.Path(u"none/data.bin")), 0U);
+    EXPECT_EQ(stream.Status(), 0U);
+    EXPECT_TRUE(trace.Contain("Append file not opened"));
+    stream.AppendBlock(path, "ab", 2);
+    EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(JStreamFileTest, OpeningForAppendClosesAHeldHandleFirst) {
+    test::WriteFileBytes(path, content);
+    JStreamFile stream(services, path, true);
+    Bytes buffer(8);
+    stream.Read(buffer.data(), 8);
+    EXPECT_EQ(stream.OpenForAppend(folder.Path(u"new.bin")), 0U);
+    EXPECT_EQ(stream.Status(), kGoodOpen);
+    EXPECT_TRUE(trace.Contain("Append file not closed"));
+}
+
+}  // namespace
+}  // namespace orma
