@@ -1,0 +1,86 @@
+#include "stream/binary_fields.h"
+
+#include <gtest/gtest.h>
+
+#include "stream/failing_storage.h"
+#include "support/test_files.h"
+
+namespace orma {
+namespace {
+
+struct BinaryFieldsTest : testing::Test {
+    test::TestFiles files;
+    Text path = files.folder.Path(u"fields.bin");
+
+    JStreamFile Reader(const Bytes& bytes) {
+        test::WriteFileBytes(path, bytes);
+        return JStreamFile(files.services, path, true);
+    }
+};
+
+TEST_F(BinaryFieldsTest, WritesLittleEndianFieldsAndReadsThemBack) {
+    JStreamFile writer(files.services, path, false);
+    WriteU8(writer, 0xAB);
+    WriteU16(writer, 0x1234);
+    WriteU32(writer, 0x89ABCDEF);
+    WriteF64(writer, -2.5);
+    WriteText(writer, u"h\u20AC");
+    WriteText(writer, u"");
+    writer.Close();
+    EXPECT_EQ(test::ReadFileBytes(path),
+              (Bytes{0xAB, 0x34, 0x12, 0xEF, 0xCD, 0xAB, 0x89, 0,    0, 0, 0, 0, 0, 0x04, 0xC0,
+                     2,    0,    0,    0,    'h',  0,    0xAC, 0x20, 0, 0, 0, 0, 0, 0}));
+    JStreamFile reader(files.services, path, true);
+    EXPECT_EQ(ReadU8(reader), 0xAB);
+    EXPECT_EQ(ReadU16(reader), 0x1234);
+    EXPECT_EQ(ReadU32(reader), 0x89ABCDEF);
+    EXPECT_EQ(ReadF64(reader), -2.5);
+    EXPECT_EQ(ReadText(reader), u"h\u20AC");
+    EXPECT_EQ(ReadText(reader), u"");
+    EXPECT_FALSE(reader.Has(JStream::kAtEnd));
+}
+
+TEST_F(BinaryFieldsTest, WhatAShortFileLacksReadsAsZero) {
+    JStreamFile reader = Reader({0x11, 0x22, 0x33});
+    EXPECT_EQ(ReadU32(reader), 0x00332211U);
+    EXPECT_TRUE(reader.Has(JStream::kGood | JStream::kAtEnd));
+    EXPECT_EQ(ReadU16(reader), 0);
+    EXPECT_EQ(ReadF64(reader), 0.0);
+    EXPECT_EQ(ReadText(reader), u"");
+}
+
+TEST_F(BinaryFieldsTest, ACountBeyondTheFileGivesAnEmptyTextAndEndsTheFile) {
+    const Bytes hostile[] = {
+        {0xFF, 0xFF, 0xFF, 0xFF, 'a', 0, 0, 0, 7},
+        {0xFE, 0xFF, 0xFF, 0x7F, 'a', 0, 0, 0, 7},
+        {2, 0, 0, 0, 'a', 0, 'b', 0, 0},  // half the terminator is missing
+    };
+    for (const Bytes& bytes : hostile) {
+        JStreamFile reader = Reader(bytes);
+        EXPECT_EQ(ReadText(reader), u"");
+        EXPECT_TRUE(reader.Has(JStream::kGood | JStream::kAtEnd));
+        EXPECT_EQ(ReadU8(reader), 0);
+    }
+}
+
+TEST_F(BinaryFieldsTest, ATextEndsAtItsFirstZeroAndAtTheLimitWhileTheNextFieldStaysInPlace) {
+    const Bytes bytes = {3, 0, 0, 0, 'a', 0, 0,   0, 'c', 0, 0, 0,  // a NUL inside
+                         3, 0, 0, 0, 'x', 0, 'y', 0, 'z', 0, 0, 0,  // cut at two
+                         1, 0, 0, 0, 'q', 0, 'r', 0,                // no terminator
+                         42};
+    JStreamFile reader = Reader(bytes);
+    EXPECT_EQ(ReadText(reader), u"a");
+    EXPECT_EQ(ReadText(reader, 2), u"xy");
+    EXPECT_EQ(ReadText(reader), u"q");
+    EXPECT_EQ(ReadU8(reader), 42);
+    EXPECT_FALSE(reader.Has(JStream::kAtEnd));
+}
+
+TEST_F(BinaryFieldsTest, AFailedStreamGivesZerosAndEmptyTexts) {
+    JStreamFile closed(files.services);
+    EXPECT_EQ(ReadU32(closed), 0U);
+    EXPECT_EQ(ReadText(closed), u"");
+}
+
+}  // namespace
+}  // namespace orma
