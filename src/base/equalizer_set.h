@@ -7,24 +7,24 @@
 
 namespace orma {
 
-/// One band of a parametric equaliser, as the settings keep it.
+/// One peaking band of the input equaliser, in the units of the settings file.
 struct EqualizerBand {
-    std::uint16_t frequency = 0;  // Hz, centre
-    std::int16_t gain = 0;        // tenths of a dB
-    std::uint16_t q = 0;          // tenths: 7 means 0.7
+    std::uint16_t frequency = 0;  // centre, Hz
+    std::int16_t gain = 0;        // 0.1 dB
+    std::uint16_t q = 0;          // 0.1, so 7 means a Q of 0.7
     std::uint32_t enabled = 0;
 
-    friend bool operator==(const EqualizerBand&, const EqualizerBand&) = default;
+    bool operator==(const EqualizerBand&) const = default;
 };
 
-/// A named equaliser set.
+/// A named setting of the whole input equaliser, chosen by its name.
 struct EqualizerSet {
     std::array<EqualizerBand, 3> bands;
-    std::uint32_t on = 0;  // the master switch
+    std::uint32_t on = 0;  // master switch of the three bands
     Text name;
     std::int16_t gainOffset = 0;  // dB, added to the input gain while the set is on
 
-    friend bool operator==(const EqualizerSet&, const EqualizerSet&) = default;
+    bool operator==(const EqualizerSet&) const = default;
 };
 
 }  // namespace orma

@@ -1,0 +1,197 @@
+#include "settings/settings_store.h"
+
+#include <algorithm>
+#include <string_view>
+#include <type_traits>
+
+#include "base/bytes.h"
+#include "base/path.h"
+#include "stream/binary_fields.h"
+#include "stream/file_replacement.h"
+
+namespace orma {
+namespace {
+
+constexpr std::size_t kHeaderBytes = 8;
+
+struct FileFormat {
+    TextView name;
+    std::string_view magic;
+    std::uint32_t version;
+};
+
+FileFormat FormatOf(SettingsFile file) {
+    if (file == SettingsFile::kConfiguration)
+        return {u"OrmaIni.sup", "OSUP", SettingsStore::kConfigurationVersion};
+    return {u"OrmaSet.sup", "OSUS", SettingsStore::kUserStateVersion};
+}
+
+void ReadSetting(JStreamFile& stream, const Setting& setting) {
+    std::visit(
+        [&]<class T>(T* member) {
+            if constexpr (std::is_same_v<T, Text>) {
+                *member = ReadText(stream);
+            } else if constexpr (sizeof(T) == 1) {
+                *member = ReadU8(stream);
+            } else if constexpr (sizeof(T) == 2) {
+                *member = static_cast<T>(ReadU16(stream));
+            } else {
+                *member = static_cast<T>(ReadU32(stream));
+            }
+        },
+        setting.value);
+}
+
+void WriteSetting(JStreamFile& stream, const Setting& setting) {
+    std::visit(
+        [&]<class T>(const T* member) {
+            if constexpr (std::is_same_v<T, Text>) {
+                WriteText(stream, *member);
+            } else if constexpr (sizeof(T) == 1) {
+                WriteU8(stream, *member);
+            } else if constexpr (sizeof(T) == 2) {
+                WriteU16(stream, static_cast<std::uint16_t>(*member));
+            } else {
+                WriteU32(stream, static_cast<std::uint32_t>(*member));
+            }
+        },
+        setting.value);
+}
+
+}  // namespace
+
+SettingsStore::SettingsStore(FileServices services, const Text& programFolder,
+                             SettingsRecord& record)
+    : services_(services), record_(record), folder_(AsFolder(programFolder)) {
+    if (record_.ProjectsFolder.empty()) record_.ProjectsFolder = folder_;
+}
+
+Text SettingsStore::PathOf(SettingsFile file) const {
+    return folder_ + Text(FormatOf(file).name);
+}
+
+std::optional<std::uint32_t> SettingsStore::Load(SettingsFile file) {
+    const Text path = PathOf(file);
+    if (!services_.storage.Exists(path)) return std::nullopt;
+    JStreamFile stream(services_, path, true);
+    std::array<std::uint8_t, 4> magic{};
+    stream.Read(magic.data(), magic.size());
+    const std::uint32_t version = ReadU32(stream);
+    if (!IsTag(magic.data(), FormatOf(file).magic)) return std::nullopt;
+    SettingsRecord loaded = record_;
+    const SettingsTable table(loaded);
+    for (const Setting& setting : table.In(file)) {
+        if (std::int64_t{version} > setting.threshold) ReadSetting(stream, setting);
+    }
+    if (!stream.Has(JStream::kGood | JStream::kOpen | JStream::kReading)) return std::nullopt;
+    record_ = std::move(loaded);
+    return version;
+}
+
+bool SettingsStore::LoadUserState() {
+    const Text ftpName = record_.CurrentFtpName;
+    const Text presetName = record_.CurrentPresetName;
+    const std::optional<std::uint32_t> version = Load(SettingsFile::kUserState);
+    if (!version) return true;
+    record_.InputGain = std::clamp(record_.InputGain, 0, 40);
+    record_.OutputVolumeStep = std::clamp(record_.OutputVolumeStep, 0, 20);
+    storedFtpName_.reset();
+    storedPresetName_.reset();
+    if (*version == 2 || *version == 3) storedFtpName_ = record_.CurrentFtpName;
+    if (*version > 2) storedPresetName_ = record_.CurrentPresetName;
+    record_.CurrentFtpName = ftpName;
+    record_.CurrentPresetName = presetName;
+    ApplyUserState();
+    return false;
+}
+
+void SettingsStore::ApplyUserState() {
+    if (storedFtpName_) record_.CurrentFtpName = *storedFtpName_;
+    if (storedPresetName_ && record_.InputOptions != 0)
+        record_.CurrentPresetName = *storedPresetName_;
+}
+
+bool SettingsStore::LoadConfiguration() {
+    const std::optional<std::uint32_t> version = Load(SettingsFile::kConfiguration);
+    if (!version) return true;
+    DeriveFields(*version);
+    ApplyUserState();
+    return false;
+}
+
+void SettingsStore::DeriveFields(std::uint32_t version) {
+    SettingsRecord& r = record_;
+    if (version == 2) r.PublishExtension = r.BwfHeader != 0 ? u"wav" : u"mp2";
+    if (r.ResolutionShift > 2) r.ResolutionShift = 2;
+    if (version <= 25) {
+        // Later files store destination 0 among the others.
+        r.Ftp[0] = {r.FtpServer,  r.FtpUser,   r.FtpPassword,    r.FtpFolder,
+                    r.FtpPassive, r.FtpServer, r.Ftp[0].Security};
+    }
+    if (version <= 50) {
+        for (EqualizerSet& set : r.Preset)
+            set.gainOffset = r.EqGainOffset;
+    }
+    SmtpAccount& first = r.Smtp[0];
+    SmtpAccount& second = r.Smtp[1];
+    first = {r.SmtpServer, r.SmtpUser, r.SmtpPassword, r.SmtpAuth,
+             first.Name,   first.Port, first.Security};
+    second = {r.Smtp1Server, r.Smtp1User, r.Smtp1Password, r.Smtp1Auth,
+              second.Name,   second.Port, second.Security};
+    for (std::size_t i = 0; i < r.Smtp.size(); ++i) {
+        SmtpAccount& account = r.Smtp[i];
+        filledAccountNames_[i].clear();
+        if (account.Name.empty()) filledAccountNames_[i] = account.Name = account.Server;
+    }
+}
+
+bool SettingsStore::SaveUserState() {
+    return Save(SettingsFile::kUserState, record_);
+}
+
+bool SettingsStore::SaveConfiguration() {
+    SettingsRecord stored = record_;
+    for (std::size_t i = 0; i < stored.Smtp.size(); ++i) {
+        // A name that the server text lent stays lent: it follows a change of the server.
+        if (stored.Smtp[i].Name == filledAccountNames_[i]) stored.Smtp[i].Name.clear();
+    }
+    return Save(SettingsFile::kConfiguration, stored);
+}
+
+bool SettingsStore::Save(SettingsFile file, SettingsRecord& record) {
+    const FileFormat format = FormatOf(file);
+    FileReplacement replacement(services_, PathOf(file));
+    JStreamFile& stream = replacement.Stream();
+    stream.Write(format.magic.data(), 4);
+    WriteU32(stream, format.version);
+    const SettingsTable table(record);
+    for (const Setting& setting : table.In(file))
+        WriteSetting(stream, setting);
+    return stream.IsOpen() && KeepForeignFile(file) && replacement.Commit();
+}
+
+bool SettingsStore::KeepForeignFile(SettingsFile file) {
+    const Text path = PathOf(file);
+    if (!services_.storage.Exists(path)) return true;
+    // Read without the reports of a stream: what cannot be read is kept, too.
+    std::array<std::uint8_t, kHeaderBytes> header{};
+    std::size_t got = 0;
+    std::unique_ptr<StorageFile> standing;
+    const bool readable =
+        services_.storage.Open(path, {}, standing) == 0 && standing->Read(header, got) == 0;
+    standing.reset();
+    const FileFormat format = FormatOf(file);
+    if (readable && IsTag(header.data(), format.magic) &&
+        LoadLe<std::uint32_t>(header.data() + 4) <= format.version)
+        return true;
+    int number = 1;
+    Text aside;
+    do {
+        aside = path + FormatText(".old%d", number++);
+    } while (services_.storage.Exists(aside));
+    const SystemError error = services_.storage.Rename(path, aside);
+    if (error != 0) services_.report.ReportSystemFailure(u"MoveFile", error);
+    return error == 0;
+}
+
+}  // namespace orma

@@ -1,0 +1,361 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/trace_lines.h"
+#include "settings/field_bytes.h"
+#include "settings/settings_store.h"
+#include "support/test_files.h"
+
+namespace orma {
+namespace {
+
+using test::FieldBytes;
+
+struct Group {
+    int threshold;
+    std::string kinds;  // B byte, S short, L long, T text
+};
+
+std::string Times(int count, const std::string& kinds) {
+    std::string out;
+    for (int i = 0; i < count; ++i)
+        out += kinds;
+    return out;
+}
+
+// The layout of a version-50 file.
+const std::vector<Group>& Groups() {
+    static const std::string kBands = Times(3, "SSSL");
+    static const std::vector<Group> groups = {{-1, "BBTTTTB"},
+                                              {1, "B"},
+                                              {2, "T"},
+                                              {3, "BBBB"},
+                                              {4, "B"},
+                                              {5, "T"},
+                                              {6, "B"},
+                                              {7, "T"},
+                                              {8, "T"},
+                                              {9, "LTT"},
+                                              {10, "TLTT"},
+                                              {11, "TT"},
+                                              {12, "LL"},
+                                              {14, "L"},
+                                              {15, kBands + "L"},
+                                              {16, "BBB"},
+                                              {17, "T"},
+                                              {18, "B"},
+                                              {19, "TTTLB"},
+                                              {20, "T"},
+                                              {21, "T"},
+                                              {22, "T"},
+                                              {23, "L"},
+                                              {24, "LLL"},
+                                              {25, Times(5, "TTTTB") + "TTTTT" + "T"},
+                                              {26, Times(5, kBands + "LT") + "T"},
+                                              {27, "B"},
+                                              {28, "BSS"},
+                                              {29, "L"},
+                                              {30, "B"},
+                                              {31, "B"},
+                                              {32, "L"},
+                                              {33, "B"},
+                                              {34, "B"},
+                                              {35, "L"},
+                                              {36, "LB"},
+                                              {37, "BB"},
+                                              {38, "B"},
+                                              {39, "LLL"},
+                                              {40, "B"},
+                                              {41, "B"},
+                                              {42, "B"},
+                                              {43, "L"},
+                                              {44, "B"},
+                                              {45, "BB"},
+                                              {46, "B"},
+                                              {47, "L"},
+                                              {48, Times(20, "TTTTBT")},
+                                              {49, "B"}};
+    return groups;
+}
+
+/// The field of that place in a group has this number as its value ("t<number>" in texts).
+std::uint32_t NumberOf(int threshold, std::size_t place) {
+    std::size_t number = 1;
+    for (const Group& group : Groups()) {
+        if (group.threshold == threshold) return static_cast<std::uint32_t>(number + place);
+        number += group.kinds.size();
+    }
+    ADD_FAILURE() << "no group " << threshold;
+    return 0;
+}
+Text T(int threshold, std::size_t place) {
+    return FormatText("t%u", NumberOf(threshold, place));
+}
+std::uint8_t B(int threshold, std::size_t place) {
+    return static_cast<std::uint8_t>(NumberOf(threshold, place));
+}
+
+/// A file of `version` with a different value in every field.
+Bytes NumberedFile(std::uint32_t version) {
+    FieldBytes file;
+    file.Tag("OSUP").L(version);
+    for (const Group& group : Groups()) {
+        if (std::int64_t{version} <= group.threshold) break;
+        for (std::size_t i = 0; i < group.kinds.size(); ++i) {
+            // The one field that is corrected when it is read.
+            const std::uint32_t number = group.threshold == 29 ? 1 : NumberOf(group.threshold, i);
+            switch (group.kinds[i]) {
+                case 'B':
+                    file.B(number);
+                    break;
+                case 'S':
+                    file.S(number);
+                    break;
+                case 'L':
+                    file.L(number);
+                    break;
+                default:
+                    file.T(FormatText("t%u", number));
+            }
+        }
+    }
+    return file.bytes;
+}
+
+struct ConfigurationTest : testing::Test {
+    test::TestFiles files;
+    SettingsRecord record;
+    SettingsStore store{files.services, files.folder.Path(), record};
+    Text path = files.folder.Path(u"OrmaIni.sup");
+
+    bool Load(const Bytes& bytes) {
+        test::WriteFileBytes(path, bytes);
+        return store.LoadConfiguration();
+    }
+};
+
+TEST_F(ConfigurationTest, EveryOldVersionIsReadToItsLastFieldAndNotBeyond) {
+    for (std::uint32_t version = 0; version <= 50; ++version) {
+        SCOPED_TRACE(version);
+        const Bytes file = NumberedFile(version);
+        test::WriteFileBytes(path, file);
+        SettingsRecord fresh;
+        SettingsStore old(files.services, files.folder.Path(), fresh);
+        test::TraceLines trace;
+        ASSERT_FALSE(old.LoadConfiguration());
+        EXPECT_THAT(trace.lines, testing::IsEmpty());  // a read past the end traces "EOF"
+        ASSERT_TRUE(old.SaveConfiguration());
+        const Bytes saved = test::ReadFileBytes(path);
+        ASSERT_GE(saved.size(), file.size());
+        EXPECT_EQ(LoadLe<std::uint32_t>(saved.data() + 4), 51U);
+        EXPECT_TRUE(std::equal(file.begin() + 8, file.end(), saved.begin() + 8));
+    }
+}
+
+TEST_F(ConfigurationTest, FieldsReachTheirMembers) {
+    ASSERT_FALSE(Load(NumberedFile(50)));
+    EXPECT_EQ(record.FtpPublishing, B(-1, 0));
+    EXPECT_EQ(record.LiveFtpAllowed, B(-1, 1));
+    EXPECT_EQ(record.FtpServer, T(-1, 2));
+    EXPECT_EQ(record.FtpPassword, T(-1, 4));
+    EXPECT_EQ(record.FtpPassive, B(-1, 6));
+    EXPECT_EQ(record.RecordMp2, B(3, 2));
+    EXPECT_EQ(record.SampleRateCode, B(3, 3));
+    EXPECT_EQ(record.ProjectsFolder, T(7, 0));
+    EXPECT_EQ(record.Subject, T(9, 2));
+    EXPECT_EQ(record.SmtpAuth, NumberOf(10, 1));
+    EXPECT_EQ(record.SmtpPassword, T(10, 3));
+    EXPECT_EQ(record.ImagePublishing, NumberOf(14, 0));
+    EXPECT_EQ(record.InputEq[1].frequency, NumberOf(15, 4));
+    EXPECT_EQ(record.InputEq[1].gain, static_cast<std::int16_t>(NumberOf(15, 5)));
+    EXPECT_EQ(record.InputEq[2].q, NumberOf(15, 10));
+    EXPECT_EQ(record.InputEq[2].enabled, NumberOf(15, 11));
+    EXPECT_EQ(record.RecordingFormat, NumberOf(15, 12));
+    EXPECT_EQ(record.Smtp1Auth, NumberOf(19, 3));
+    EXPECT_EQ(record.PublishText, B(19, 4));
+    EXPECT_EQ(record.ProjectTextFile, T(22, 0));
+    EXPECT_EQ(record.OriginatorUser, NumberOf(24, 2));
+    EXPECT_EQ(record.CurrentPresetName, T(26, 70));
+    EXPECT_EQ(record.Preset[4].bands[2].enabled, NumberOf(26, 4 * 14 + 11));
+    EXPECT_EQ(record.Preset[4].on, NumberOf(26, 4 * 14 + 12));
+    EXPECT_EQ(record.Preset[3].name, T(26, 3 * 14 + 13));
+    EXPECT_EQ(record.InputOptions, B(27, 0));
+    EXPECT_EQ(record.EqGainOffset, static_cast<std::int16_t>(NumberOf(28, 1)));
+    EXPECT_EQ(record.ResolutionShift, 1U);
+    EXPECT_EQ(record.StartMode, NumberOf(32, 0));
+    EXPECT_EQ(record.Orientation, NumberOf(36, 0));
+    EXPECT_EQ(record.CloseSync, B(38, 0));
+    EXPECT_EQ(record.ListDisplay, NumberOf(39, 2));
+    EXPECT_EQ(record.FastPublishing, B(45, 0));
+    EXPECT_EQ(record.Unused49, B(49, 0));
+}
+
+TEST_F(ConfigurationTest, TheFirstFiveDestinationsAreNamedAfterTheirTableAndTheOthersEach) {
+    ASSERT_FALSE(Load(NumberedFile(50)));
+    EXPECT_EQ(record.Ftp[0].Server, T(25, 0));
+    EXPECT_EQ(record.Ftp[4].Folder, T(25, 23));
+    EXPECT_EQ(record.Ftp[4].Passive, B(25, 24));
+    EXPECT_EQ(record.Ftp[0].Name, T(25, 25));
+    EXPECT_EQ(record.Ftp[4].Name, T(25, 29));
+    EXPECT_EQ(record.CurrentFtpName, T(25, 30));
+    EXPECT_EQ(record.Ftp[5].Server, T(48, 0));
+    EXPECT_EQ(record.Ftp[5].Name, T(48, 5));
+    EXPECT_EQ(record.Ftp[24].Password, T(48, 19 * 6 + 2));
+    EXPECT_EQ(record.Ftp[24].Name, T(48, 19 * 6 + 5));
+}
+
+TEST_F(ConfigurationTest, OldServerFieldsFillTheAccountTables) {
+    ASSERT_FALSE(Load(NumberedFile(25)));
+    EXPECT_EQ(record.Ftp[0].Server, T(-1, 2));
+    EXPECT_EQ(record.Ftp[0].User, T(-1, 3));
+    EXPECT_EQ(record.Ftp[0].Password, T(-1, 4));
+    EXPECT_EQ(record.Ftp[0].Folder, T(-1, 5));
+    EXPECT_EQ(record.Ftp[0].Passive, B(-1, 6));
+    EXPECT_EQ(record.Ftp[0].Name, T(-1, 2));
+    EXPECT_EQ(record.Smtp[0].Server, T(10, 0));
+    EXPECT_EQ(record.Smtp[0].Auth, NumberOf(10, 1));
+    EXPECT_EQ(record.Smtp[0].User, T(10, 2));
+    EXPECT_EQ(record.Smtp[0].Name, T(10, 0));
+    EXPECT_EQ(record.Smtp[1].Server, T(19, 0));
+    EXPECT_EQ(record.Smtp[1].Password, T(19, 2));
+    EXPECT_EQ(record.Smtp[1].Auth, NumberOf(19, 3));
+    EXPECT_EQ(record.Smtp[1].Name, T(19, 0));
+    EXPECT_EQ(record.Smtp[0].Port, 25U);
+    EXPECT_EQ(record.Smtp[2].Name, u"");
+}
+
+TEST_F(ConfigurationTest, AnEmptyFileOfVersion50Has966Bytes) {
+    ASSERT_TRUE(store.LoadConfiguration());
+    record.ProjectsFolder.clear();
+    record.CurrentProjectName.clear();
+    record.PublishExtension.clear();
+    ASSERT_TRUE(store.SaveConfiguration());
+    // The appended group: 3 x 16 and 5 x 12 of mail accounts, 25 x 4 of destinations, 4 of the
+    // authorities, 5 x 2 of gain offsets, 2 x 4 of devices, 1 of new projects.
+    EXPECT_EQ(test::ReadFileBytes(path).size(), 966U + 48 + 60 + 100 + 4 + 10 + 8 + 1);
+}
+
+TEST_F(ConfigurationTest, TheAppendedGroupStandsBehindEverythingElse) {
+    ASSERT_FALSE(Load(NumberedFile(50)));
+    const std::size_t before = test::ReadFileBytes(path).size();
+    record.Smtp[2] = {u"s", u"u", u"p", 1, u"n", 587, 1};
+    record.Smtp[4].Security = 2;
+    record.Ftp[24].Security = 2;
+    record.CaFile = u"ca";
+    record.Preset[4].gainOffset = -3;
+    record.AudioInputDevice = u"in";
+    record.AudioOutputDevice = u"out";
+    record.LiveFtpNewProjects = 1;
+    ASSERT_TRUE(store.SaveConfiguration());
+    FieldBytes group;
+    group.T(u"s").T(u"u").T(u"p").L(1);
+    for (int i = 3; i < 5; ++i)
+        group.T(u"").T(u"").T(u"").L(0);
+    // The first two names were lent by their servers and are not stored.
+    group.T(u"").L(25).L(0).T(u"").L(25).L(0).T(u"n").L(587).L(1);
+    group.T(u"").L(25).L(0).T(u"").L(25).L(2);
+    for (int i = 0; i < 24; ++i)
+        group.L(0);
+    group.L(2).T(u"ca");
+    const auto offset = static_cast<std::uint16_t>(record.EqGainOffset);
+    group.S(offset).S(offset).S(offset).S(offset).S(0xFFFD);
+    group.T(u"in").T(u"out").B(1);
+    const Bytes saved = test::ReadFileBytes(path);
+    ASSERT_GT(saved.size(), before);
+    EXPECT_EQ(Bytes(saved.begin() + static_cast<std::ptrdiff_t>(before), saved.end()), group.bytes);
+
+    SettingsRecord again;
+    SettingsStore other(files.services, files.folder.Path(), again);
+    ASSERT_FALSE(other.LoadConfiguration());
+    EXPECT_EQ(again.Smtp[2].Port, 587U);
+    EXPECT_EQ(again.Smtp[2].Name, u"n");
+    EXPECT_EQ(again.Preset[4].gainOffset, -3);
+    EXPECT_EQ(again.LiveFtpNewProjects, 1);
+}
+
+TEST_F(ConfigurationTest, OneGainOffsetServesEverySetOfOlderFiles) {
+    ASSERT_FALSE(Load(NumberedFile(50)));
+    for (const EqualizerSet& set : record.Preset)
+        EXPECT_EQ(set.gainOffset, static_cast<std::int16_t>(NumberOf(28, 1)));
+}
+
+TEST_F(ConfigurationTest, AnAccountWithoutANameFollowsItsServer) {
+    record.Smtp1Server = u"old.example";
+    ASSERT_TRUE(store.SaveConfiguration());
+    ASSERT_FALSE(store.LoadConfiguration());
+    EXPECT_EQ(record.Smtp[1].Name, u"old.example");
+    record.Smtp1Server = u"new.example";
+    ASSERT_TRUE(store.SaveConfiguration());
+    ASSERT_FALSE(store.LoadConfiguration());
+    EXPECT_EQ(record.Smtp[1].Name, u"new.example");
+}
+
+TEST_F(ConfigurationTest, InVersionTwoTheHeaderOptionDecidesTheExtension) {
+    Bytes file = NumberedFile(2);
+    file.back() = 1;
+    ASSERT_FALSE(Load(file));
+    EXPECT_EQ(record.PublishExtension, u"wav");
+    file.back() = 0;
+    ASSERT_FALSE(Load(file));
+    EXPECT_EQ(record.PublishExtension, u"mp2");
+    file[4] = 1;
+    record.PublishExtension = u"kept";
+    ASSERT_FALSE(Load(file));
+    EXPECT_EQ(record.PublishExtension, u"kept");
+}
+
+TEST_F(ConfigurationTest, AnUnknownResolutionShiftReadsAsTwo) {
+    record.ResolutionShift = 3;
+    ASSERT_TRUE(store.SaveConfiguration());
+    ASSERT_FALSE(store.LoadConfiguration());
+    EXPECT_EQ(record.ResolutionShift, 2U);
+}
+
+TEST_F(ConfigurationTest, ANewerFileIsReadUpToWhatIsKnownAndKeptBesideTheNextOne) {
+    record.FtpServer = u"host";
+    ASSERT_TRUE(store.SaveConfiguration());
+    Bytes newer = test::ReadFileBytes(path);
+    newer[4] = 52;
+    newer.push_back(99);
+    record.FtpServer.clear();
+    ASSERT_FALSE(Load(newer));
+    EXPECT_EQ(record.FtpServer, u"host");
+    ASSERT_TRUE(store.SaveConfiguration());
+    EXPECT_EQ(test::ReadFileBytes(path)[4], 51);
+    EXPECT_EQ(test::ReadFileBytes(path + u".old1"), newer);
+}
+
+TEST_F(ConfigurationTest, MissingAndForeignFilesLeaveTheRecordAsItWas) {
+    EXPECT_TRUE(store.LoadConfiguration());
+    for (const std::string_view foreign : {"", "OSU", "OSUSxxxxyyyyyyyyyyyyyyyy"}) {
+        const ByteSpan bytes = AsBytes(foreign);
+        EXPECT_TRUE(Load(Bytes(bytes.begin(), bytes.end())));
+    }
+    EXPECT_EQ(record.FtpPublishing, 1);
+    EXPECT_EQ(record.CurrentProjectName, u"default");
+    EXPECT_EQ(record.ProjectsFolder, files.folder.Path());
+    EXPECT_THAT(files.boxes.shown, testing::IsEmpty());
+}
+
+TEST_F(ConfigurationTest, AFileCutShortAnywhereLoadsWithZerosForTheRest) {
+    const Bytes whole = NumberedFile(50);
+    for (std::size_t size = 8; size < whole.size(); size += 7) {
+        ASSERT_FALSE(Load(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size))));
+        EXPECT_EQ(record.Unused49, 0);
+        EXPECT_EQ(record.Ftp[24].Name, u"");
+    }
+    EXPECT_EQ(record.FtpServer, T(-1, 2));
+}
+
+TEST_F(ConfigurationTest, AHostileTextCountActsLikeAShortFile) {
+    FieldBytes file;
+    file.Tag("OSUP").L(50).B(1).B(1).L(0xFFFFFFF0).S('x').S(0).B(1);
+    ASSERT_FALSE(Load(file.bytes));
+    EXPECT_EQ(record.FtpPublishing, 1);
+    EXPECT_EQ(record.FtpServer, u"");
+    EXPECT_EQ(record.FtpPassive, 0);
+    EXPECT_EQ(record.StartMode, 0U);
+}
+
+}  // namespace
+}  // namespace orma
