@@ -20,18 +20,28 @@ class RateConverter {
     static constexpr std::uint32_t kTaps = 16;
 
     /// Starts a stream at phase 0. At an input rate of 48000 Hz samples are copied unchanged.
-    void Start(std::uint32_t inputRate);
+    /// False, and nothing changes, for a rate that is neither 48000 Hz nor in 1..44100 Hz: nearer
+    /// to 48000 the taps of a frame's last output would lie behind as many inputs as the frame has
+    /// outputs.
+    [[nodiscard]] bool Start(std::uint32_t inputRate);
 
     [[nodiscard]] std::uint32_t InputRate() const { return inputRate_; }
 
-    /// Makes out.size() output samples per channel from interleaved input of `channels` (1 or 2)
+    /// Input samples per channel that Convert looks at for `outputs` samples per channel: at
+    /// most 1152 for the 1152 outputs of a frame.
+    [[nodiscard]] std::size_t InputNeeded(std::size_t outputs) const;
+
+    /// Makes left.size() output samples per channel from interleaved input of `channels` (1 or 2)
     /// and returns how many input samples per channel were consumed; the caller keeps the rest and
-    /// offers it again. `in` holds at least out.size() samples per channel, which is enough for any
-    /// input rate up to 48000 Hz. `right` is used for two channels only.
+    /// offers it again. `in` holds at least InputNeeded samples per channel. `right` is used for
+    /// two channels only and is then as long as `left`.
     [[nodiscard]] std::size_t Convert(std::span<const std::int16_t> in, unsigned channels,
                                       std::span<std::int16_t> left, std::span<std::int16_t> right);
 
   private:
+    std::size_t Run(const std::int16_t* in, std::span<std::int16_t> out,
+                    std::uint32_t& phase) const;
+
     std::uint32_t inputRate_ = 44100;
     std::uint32_t phase_ = 0;
 };

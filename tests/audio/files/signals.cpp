@@ -1,0 +1,96 @@
+#include "audio/files/signals.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <random>
+
+namespace orma::test {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+std::vector<std::int32_t> LiteralTable() {
+    std::vector<std::int32_t> table;
+    for (int m = 0; m < 7680; ++m) {
+        const double t = (m - 3840) / 480.0;
+        const double sinc = m == 3840 ? 1.0 : std::sin(kPi * t) / (kPi * t);
+        table.push_back(
+            static_cast<std::int32_t>(32767 * sinc * std::pow(std::cos(kPi / 2 * t / 8), 2)));
+    }
+    return table;
+}
+
+}  // namespace
+
+Samples ExtremeNoise(unsigned seed, std::size_t count) {
+    std::mt19937 random(seed);
+    Samples samples(count);
+    for (std::int16_t& sample : samples) {
+        const auto value = static_cast<std::int16_t>(random());
+        sample = random() % 3 != 0 ? value : static_cast<std::int16_t>(value < 0 ? -32768 : 32767);
+    }
+    return samples;
+}
+
+Samples Tone(double hz, double rate, double amplitude, std::size_t count) {
+    Samples samples(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const double angle = 2 * kPi * hz * static_cast<double>(i) / rate;
+        samples[i] = static_cast<std::int16_t>(std::lround(amplitude * std::sin(angle)));
+    }
+    return samples;
+}
+
+Samples Interleave(const Samples& left, const Samples& right) {
+    Samples both;
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        both.push_back(left[i]);
+        both.push_back(right[i]);
+    }
+    return both;
+}
+
+Samples Channel(const Samples& interleaved, unsigned channels, unsigned channel) {
+    Samples one;
+    for (std::size_t i = channel; i < interleaved.size(); i += channels) {
+        one.push_back(interleaved[i]);
+    }
+    return one;
+}
+
+ByteSpan AsPcm(const Samples& samples) {
+    return {reinterpret_cast<const std::uint8_t*>(samples.data()), samples.size() * 2};
+}
+
+double SignalToErrorDb(std::span<const double> expected, std::span<const std::int16_t> got) {
+    double signal = 0;
+    double error = 0;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        signal += expected[i] * expected[i];
+        error += (expected[i] - got[i]) * (expected[i] - got[i]);
+    }
+    return 10 * std::log10(signal / error);
+}
+
+Samples LiteralConverter::Convert(std::span<const std::int16_t> mono, std::size_t outputs) {
+    static const std::vector<std::int32_t> table = LiteralTable();
+    Samples out;
+    while (out.size() < outputs) {
+        const std::size_t k = (48000 - phase) / 100;
+        std::int64_t sum = 0;
+        for (std::size_t j = 0; j < 16; ++j) {
+            if (k + 480 * j < table.size()) sum += (table[k + 480 * j] * mono[position + j]) >> 4;
+        }
+        out.push_back(
+            static_cast<std::int16_t>(std::clamp<std::int64_t>(sum >> 11, -32768, 32767)));
+        phase += rate;
+        if (phase >= 48000) {
+            phase -= 48000;
+            ++position;
+        }
+    }
+    return out;
+}
+
+}  // namespace orma::test
