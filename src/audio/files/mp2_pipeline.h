@@ -32,16 +32,19 @@ class Mp2Pipeline {
     Mp2Pipeline& operator=(const Mp2Pipeline&) = delete;
 
     /// Starts a stream of one channel or two (plain stereo) at the current bit rate, dropping
-    /// whatever an earlier stream left. `inputRate` in Hz. False when the encoder refuses the
-    /// format or memory is short (reported as "Unable to allocate %s\n").
+    /// whatever an earlier stream left. `inputRate` in Hz, see RateConverter::Start. False when the
+    /// bit rate, the channels or the input rate cannot be encoded, which is the caller's to report,
+    /// or when memory is short (reported as "Unable to allocate %s\n").
     [[nodiscard]] bool Mp2EncoderInit(BlockOutput output, bool stereo,
                                       std::uint32_t inputRate = 44100);
 
-    /// Feeds 16-bit samples, interleaved when stereo; any number of bytes.
+    /// Feeds 16-bit samples, interleaved when stereo; any number of bytes, what is no whole sample
+    /// waits for the next call. Does nothing while not active.
     void Mp2EncodeSamples(ByteSpan pcm);
 
     /// Encodes what is left, zero-padded to a frame, releases the encoder and hands out the rest of
     /// the output block. A second padded frame follows only when the first left real samples over.
+    /// Does nothing while not active.
     void Mp2EncodeFlush();
 
     /// True between Mp2EncoderInit and Mp2EncodeFlush.
@@ -51,6 +54,8 @@ class Mp2Pipeline {
     [[nodiscard]] std::uint32_t Frames() const { return frames_; }
 
   private:
+    [[nodiscard]] unsigned Channels() const { return stereo_ ? 2 : 1; }
+    [[nodiscard]] std::span<std::uint8_t> AssemblerBytes();
     void EncodeAssembled();
     void PutFrame(ByteSpan frame);
 
@@ -62,7 +67,7 @@ class Mp2Pipeline {
     bool stereo_ = false;
     std::uint32_t frames_ = 0;
     std::array<std::int16_t, 2 * kMp2FrameSamples> assembler_{};
-    std::size_t held_ = 0;  // samples per channel
+    std::size_t heldBytes_ = 0;
     std::array<std::int16_t, kMp2FrameSamples> left_{};
     std::array<std::int16_t, kMp2FrameSamples> right_{};
     std::array<std::uint8_t, kBlockBytes> block_{};
