@@ -21,6 +21,8 @@ function(orma_library name)
   endif()
 endfunction()
 
+add_custom_target(orma_tests COMMENT "All test programs")
+
 # orma_test(NAME [USES target...]): one test program of every .cpp file in the calling folder.
 function(orma_test name)
   cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
@@ -31,5 +33,7 @@ function(orma_test name)
   add_executable(${name} ${sources})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${ARG_USES} orma_test_support GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+  add_dependencies(orma_tests ${name})
+  gtest_discover_tests(${name} TEST_PREFIX "${ORMA_TEST_PREFIX}" DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
