@@ -42,7 +42,7 @@ class EventLoop {
     /// Runs events until Quit; returns Quit's code. Not re-entrant.
     virtual int Run() = 0;
 
-    /// Makes Run return after the present event.
+    /// Makes Run return after the present event; before Run, makes it return at once.
     virtual void Quit(int code) = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "support/fake_event_loop.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orma::test {
 
@@ -58,11 +59,9 @@ std::unique_ptr<Wakeup> FakeEventLoop::CreateWakeup(std::function<void()> handle
 }
 
 int FakeEventLoop::Run() {
-    quit_ = false;
-    code_ = -1;
     while (!quit_ && RunOne()) {
     }
-    return code_;
+    return std::exchange(quit_, false) ? code_ : -1;
 }
 
 void FakeEventLoop::Quit(int code) {
