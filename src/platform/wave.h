@@ -97,7 +97,7 @@ class WaveOutDevice {
     [[nodiscard]] virtual WaveResult Pause() = 0;
     [[nodiscard]] virtual WaveResult Restart() = 0;
 
-    /// Stops at once and returns every queued buffer through OnWaveOutDone.
+    /// Stops at once, ends a pause, and returns every queued buffer through OnWaveOutDone.
     [[nodiscard]] virtual WaveResult Reset() = 0;
 };
 

@@ -1,0 +1,57 @@
+#include "platform/sound_files.h"
+
+#include <gtest/gtest.h>
+
+#include "support/temp_folder.h"
+
+namespace orma::test {
+
+std::vector<std::int16_t> Ramp(std::size_t count) {
+    std::vector<std::int16_t> samples(count);
+    std::uint16_t value = 12345;
+    for (std::int16_t& sample : samples)
+        sample = static_cast<std::int16_t>(value += 40503);
+    return samples;
+}
+
+void WriteSoundFile(const Text& path, std::uint16_t channels, std::uint32_t hz,
+                    std::span<const std::int16_t> samples) {
+    const auto dataBytes = static_cast<std::uint32_t>(samples.size_bytes());
+    const auto align = static_cast<std::uint16_t>(2 * channels);
+    Bytes file(44 + dataBytes);
+    StoreTag(&file[0], "RIFF");
+    StoreLe<std::uint32_t>(&file[4], 36 + dataBytes);
+    StoreTag(&file[8], "WAVE");
+    StoreTag(&file[12], "fmt ");
+    StoreLe<std::uint32_t>(&file[16], 16);
+    StoreLe<std::uint16_t>(&file[20], 1);
+    StoreLe<std::uint16_t>(&file[22], channels);
+    StoreLe<std::uint32_t>(&file[24], hz);
+    StoreLe<std::uint32_t>(&file[28], hz * align);
+    StoreLe<std::uint16_t>(&file[32], align);
+    StoreLe<std::uint16_t>(&file[34], 16);
+    StoreTag(&file[36], "data");
+    StoreLe<std::uint32_t>(&file[40], dataBytes);
+    if (dataBytes != 0) std::memcpy(&file[44], samples.data(), dataBytes);
+    WriteFileBytes(path, file);
+}
+
+std::vector<std::int16_t> ReadSoundFile(const Text& path) {
+    const Bytes file = ReadFileBytes(path);
+    if (file.size() < 44) {
+        ADD_FAILURE() << "no WAV header";
+        return {};
+    }
+    EXPECT_TRUE(IsTag(&file[0], "RIFF") && IsTag(&file[8], "WAVE") && IsTag(&file[36], "data"));
+    EXPECT_EQ(LoadLe<std::uint32_t>(&file[4]), file.size() - 8);
+    EXPECT_EQ(LoadLe<std::uint32_t>(&file[40]), file.size() - 44);
+    return AsSamples(ByteSpan(file).subspan(44));
+}
+
+std::vector<std::int16_t> AsSamples(ByteSpan bytes) {
+    std::vector<std::int16_t> samples(bytes.size() / 2);
+    if (!samples.empty()) std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
+    return samples;
+}
+
+}  // namespace orma::test

@@ -1,0 +1,352 @@
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <deque>
+
+#include <gtest/gtest.h>
+
+#include "base/trace.h"
+#include "platform/posix/posix_event_loop.h"
+#include "platform/sound_files.h"
+#include "platform/virtual_audio/virtual_audio_options.h"
+#include "platform/virtual_audio/virtual_wave_system.h"
+#include "platform/wave_in_contract.h"
+#include "support/fake_event_loop.h"
+#include "support/temp_folder.h"
+
+namespace orma::test {
+namespace {
+
+using namespace std::chrono_literals;
+using Samples = std::vector<std::int16_t>;
+
+constexpr std::uint32_t kBufferFrames = 441;  // 10 ms at 44100 Hz
+
+/// A loop and a clock that only a test moves, and the devices on them.
+class VirtualAudio : public ::testing::Test {
+  protected:
+    VirtualWaveSystem& System(Pace pace) {
+        options_.pace = pace;
+        options_.inputFile = input_;
+        options_.outputFile = output_;
+        system_ = std::make_unique<VirtualWaveSystem>(loop_, options_, [this] { return now_; });
+        return *system_;
+    }
+
+    void Pass(int ms) {
+        for (; ms > 0; --ms) {
+            now_ += 1ms;
+            loop_.Advance(1);
+        }
+    }
+
+    /// Everything that the fast pace hears in `buffers` buffers.
+    Samples HearFast(std::uint16_t channels, std::uint32_t hz, std::size_t buffers,
+                     std::uint32_t bufferFrames = kBufferFrames) {
+        WaveInUser user(bufferFrames * 2 * channels);
+        std::unique_ptr<WaveInDevice> device;
+        if (System(Pace::kFast).OpenInput(u"", Pcm16(channels, hz), user, device) !=
+            WaveResult::kOk) {
+            ADD_FAILURE() << "the input does not open";
+            return {};
+        }
+        user.onData = [&] {
+            if (user.order.size() == buffers) (void)device->Stop();
+        };
+        user.Begin(*device);
+        loop_.RunPending();
+        EXPECT_EQ(user.order.size(), buffers);
+        return AsSamples(user.heard);
+    }
+
+    TempFolder folder_;
+    Text input_ = folder_.Path(u"in.wav");
+    Text output_;
+    VirtualAudioOptions options_;
+    FakeEventLoop loop_;
+    std::chrono::steady_clock::time_point now_;
+    std::unique_ptr<VirtualWaveSystem> system_;
+};
+
+Samples Padded(Samples samples, std::size_t size) {
+    samples.resize(size);
+    return samples;
+}
+
+TEST_F(VirtualAudio, TheMicrophoneHearsTheFileBitByBitAndThenSilence) {
+    const Samples sound = Ramp(1000);
+    WriteSoundFile(input_, 1, 44100, sound);
+    EXPECT_EQ(HearFast(1, 44100, 5), Padded(sound, 5 * kBufferFrames));
+}
+
+TEST_F(VirtualAudio, MonoIsHeardOnBothSidesAndOfStereoMonoHearsTheLeft) {
+    const Samples left = Ramp(kBufferFrames);
+    Samples both;
+    Samples stereo;
+    for (const std::int16_t sample : left) {
+        both.insert(both.end(), {sample, sample});
+        stereo.insert(stereo.end(), {sample, static_cast<std::int16_t>(~sample)});
+    }
+    WriteSoundFile(input_, 1, 44100, left);
+    EXPECT_EQ(HearFast(2, 44100, 1), both);
+    WriteSoundFile(input_, 2, 44100, stereo);
+    EXPECT_EQ(HearFast(1, 44100, 1), left);
+    EXPECT_EQ(HearFast(2, 44100, 1), stereo);
+}
+
+TEST_F(VirtualAudio, AnotherRateIsConvertedInPitchAndLength) {
+    Samples sine(22050);  // one second, 441 Hz
+    for (std::size_t i = 0; i < sine.size(); ++i)
+        sine[i] = static_cast<std::int16_t>(std::lrint(
+            10000 * std::sin(2 * 3.14159265358979 * 441.0 * static_cast<double>(i) / 22050)));
+    WriteSoundFile(input_, 1, 22050, sine);
+    const Samples heard = HearFast(1, 44100, 120);
+    double worst = 0;
+    for (std::size_t i = 4410; i < 39690; ++i) {
+        const double ideal =
+            10000 * std::sin(2 * 3.14159265358979 * 441.0 * static_cast<double>(i) / 44100);
+        worst = std::max(worst, std::abs(heard[i] - ideal));
+    }
+    EXPECT_LT(worst, 10) << "60 dB below the sine";
+    EXPECT_TRUE(std::all_of(heard.begin() + 44200, heard.end(), [](auto s) { return s == 0; }));
+    EXPECT_EQ(HearFast(1, 44100, 120), heard) << "it depends on the file alone";
+    EXPECT_EQ(HearFast(1, 44100, 40, 3 * kBufferFrames), heard) << "not on the buffers' length";
+}
+
+TEST_F(VirtualAudio, InRealTimeABufferComesWhenItIsDueAndNothingDrifts) {
+    WriteSoundFile(input_, 1, 44100, Ramp(44100));
+    WaveInUser user(2205 * 2);  // 50 ms
+    std::unique_ptr<WaveInDevice> device;
+    ASSERT_EQ(System(Pace::kReal).OpenInput(u"", Pcm16(1, 44100), user, device), WaveResult::kOk);
+    user.Begin(*device);
+    Pass(49);
+    EXPECT_EQ(user.order.size(), 0u);
+    Pass(11);
+    EXPECT_EQ(user.order.size(), 1u);
+    Pass(600'000 - 60 + 10);
+    EXPECT_EQ(user.order.size(), 12000u) << "ten minutes";
+}
+
+TEST_F(VirtualAudio, InRealTimeAStopInMidBufferKeepsWhatWasHeard) {
+    const Samples sound = Ramp(44100);
+    WriteSoundFile(input_, 1, 44100, sound);
+    WaveInUser user(2205 * 2);
+    std::unique_ptr<WaveInDevice> device;
+    ASSERT_EQ(System(Pace::kReal).OpenInput(u"", Pcm16(1, 44100), user, device), WaveResult::kOk);
+    user.Begin(*device);
+    Pass(60);
+    now_ += 20ms;  // the loop does not run meanwhile
+    ASSERT_EQ(device->Stop(), WaveResult::kOk);
+    now_ += 500ms;
+    user.goRound = false;
+    ASSERT_EQ(device->Reset(), WaveResult::kOk);
+    loop_.RunPending();
+    ASSERT_EQ(user.order.size(), 17u);
+    EXPECT_EQ(user.recordedBytes[1], (80 - 50) * 441 / 10 * 2u);
+    EXPECT_EQ(user.recordedBytes[2], 0u);
+    EXPECT_EQ(AsSamples(user.heard), Samples(sound.begin(), sound.begin() + 80 * 441 / 10));
+}
+
+TEST_F(VirtualAudio, AStallOfTheLoopLosesNothing) {
+    const Samples sound = Ramp(5 * 44100);
+    WriteSoundFile(input_, 1, 44100, sound);
+    WaveInUser user(2205 * 2);
+    std::unique_ptr<WaveInDevice> device;
+    ASSERT_EQ(System(Pace::kReal).OpenInput(u"", Pcm16(1, 44100), user, device), WaveResult::kOk);
+    user.Begin(*device);
+    now_ += 3s;
+    Pass(100);
+    EXPECT_EQ(user.order.size(), 62u);
+    EXPECT_TRUE(std::equal(user.heard.begin(), user.heard.end(),
+                           reinterpret_cast<const std::uint8_t*>(sound.data())));
+}
+
+TEST_F(VirtualAudio, AVanishingMicrophoneTellsItOnceAndKeepsWhatItHeard) {
+    const Samples sound = Ramp(44100);
+    WriteSoundFile(input_, 1, 44100, sound);
+    options_.vanishAfterFrames = 1000;  // in the third buffer
+    for (const Pace pace : {Pace::kFast, Pace::kReal}) {
+        WaveInUser user(kBufferFrames * 2);
+        std::unique_ptr<WaveInDevice> device;
+        ASSERT_EQ(System(pace).OpenInput(u"", Pcm16(1, 44100), user, device), WaveResult::kOk);
+        user.Begin(*device);
+        Pass(200);
+        EXPECT_EQ(user.losses, std::vector{WaveLoss::kVanished});
+        EXPECT_EQ(user.order.size(), 2u);
+        user.goRound = false;
+        ASSERT_EQ(device->Reset(), WaveResult::kOk);
+        Pass(1);
+        EXPECT_EQ(user.order.size(), 18u);
+        EXPECT_EQ(AsSamples(user.heard), Samples(sound.begin(), sound.begin() + 1000));
+        EXPECT_EQ(device->Start(), WaveResult::kNoDevice);
+    }
+}
+
+TEST_F(VirtualAudio, AnUnreadableInputIsNoDeviceAndTheTraceTellsWhy) {
+    WriteFileBytes(input_, AsBytes("this is not sound"));
+    std::string traced;
+    SetTraceSink([&](std::string_view line) { traced += line; });
+    WaveInUser user(882);
+    std::unique_ptr<WaveInDevice> device;
+    EXPECT_EQ(System(Pace::kFast).OpenInput(u"", Pcm16(1, 44100), user, device),
+              WaveResult::kNoDevice);
+    SetTraceSink({});
+    EXPECT_FALSE(device);
+    EXPECT_NE(traced.find("in.wav"), traced.npos);
+    EXPECT_TRUE(system_->Inputs().empty());
+
+    WriteSoundFile(input_, 2, 48000, Ramp(2));
+    ASSERT_EQ(system_->Inputs().size(), 1u);
+    EXPECT_EQ(system_->Inputs()[0].channels, 2);
+    EXPECT_EQ(system_->OpenInput(system_->Inputs()[0].name, Pcm16(1, 44100), user, device),
+              WaveResult::kOk);
+    EXPECT_EQ(system_->OpenInput(u"elsewhere", Pcm16(1, 44100), user, device),
+              WaveResult::kNoDevice);
+    WaveFormat deep = Pcm16(1, 44100);
+    deep.bitsPerSample = 24;
+    EXPECT_EQ(system_->OpenInput(u"", deep, user, device), WaveResult::kBadFormat);
+}
+
+/// Plays samples from four buffers that go round, as the playback engine does.
+class WaveOutUser : public WaveOutEvents {
+  public:
+    WaveOutUser(Samples sound, std::uint32_t bufferSamples) : sound_(std::move(sound)) {
+        for (std::uint32_t i = 0; i < 4; ++i) {
+            memory_.emplace_back(bufferSamples);
+            headers_.push_back(
+                {reinterpret_cast<std::uint8_t*>(memory_[i].data()), bufferSamples * 2, 0, i});
+        }
+    }
+
+    void Begin(WaveOutDevice& device) {
+        device_ = &device;
+        for (WaveHeader& header : headers_) {
+            ASSERT_EQ(device.Prepare(header), WaveResult::kOk);
+            Write(header);
+        }
+    }
+
+    void OnWaveOutDone(WaveHeader& header) override {
+        done.push_back(header.user);
+        Write(header);
+    }
+
+    std::vector<std::uint32_t> done;
+    bool stopped = false;
+
+  private:
+    void Write(WaveHeader& header) {
+        Samples& memory = memory_[header.user];
+        if (stopped || at_ + memory.size() > sound_.size()) return;
+        std::copy_n(sound_.begin() + static_cast<std::ptrdiff_t>(at_), memory.size(),
+                    memory.begin());
+        at_ += memory.size();
+        ASSERT_EQ(device_->Write(header), WaveResult::kOk);
+    }
+
+    Samples sound_;
+    std::size_t at_ = 0;
+    std::deque<Samples> memory_;
+    std::deque<WaveHeader> headers_;
+    WaveOutDevice* device_ = nullptr;
+};
+
+TEST_F(VirtualAudio, PlaysIntoTheFileBitByBitAtBothPaces) {
+    output_ = folder_.Path(u"out.wav");
+    const Samples sound = Ramp(kBufferFrames * 2 * 20);
+    for (const Pace pace : {Pace::kFast, Pace::kReal}) {
+        WaveOutUser user(sound, kBufferFrames * 2);
+        std::unique_ptr<WaveOutDevice> device;
+        ASSERT_EQ(System(pace).OpenOutput(u"", Pcm16(2, 44100), user, device), WaveResult::kOk);
+        user.Begin(*device);
+        if (pace == Pace::kReal) {
+            Pass(105);
+            EXPECT_EQ(user.done.size(), 10u);
+            // The header fits the file in the middle of the sound, too.
+            EXPECT_EQ(ReadSoundFile(output_).size(), kBufferFrames * 2 * 10);
+        }
+        Pass(300);
+        ASSERT_EQ(user.done.size(), 20u);
+        for (std::uint32_t i = 0; i < 20; ++i)
+            EXPECT_EQ(user.done[i], i % 4);
+        EXPECT_EQ(ReadSoundFile(output_), sound);
+    }
+}
+
+TEST_F(VirtualAudio, APauseHoldsTheSoundAndAResetCutsIt) {
+    output_ = folder_.Path(u"out.wav");
+    const Samples sound = Ramp(kBufferFrames * 20);
+    WaveOutUser user(sound, kBufferFrames);
+    std::unique_ptr<WaveOutDevice> device;
+    ASSERT_EQ(System(Pace::kReal).OpenOutput(u"", Pcm16(1, 44100), user, device), WaveResult::kOk);
+    ASSERT_EQ(device->Pause(), WaveResult::kOk);
+    user.Begin(*device);
+    Pass(100);
+    EXPECT_TRUE(user.done.empty());
+    ASSERT_EQ(device->Restart(), WaveResult::kOk);
+    Pass(25);
+    EXPECT_EQ(user.done.size(), 2u);
+    ASSERT_EQ(device->Pause(), WaveResult::kOk);
+    Pass(100);
+    EXPECT_EQ(user.done.size(), 2u);
+    ASSERT_EQ(device->Restart(), WaveResult::kOk);
+    Pass(10);
+    EXPECT_EQ(user.done.size(), 3u);
+
+    user.stopped = true;
+    ASSERT_EQ(device->Reset(), WaveResult::kOk);
+    EXPECT_EQ(user.done.size(), 3u) << "no event from within a call";
+    Pass(100);
+    EXPECT_EQ(user.done.size(), 7u);
+    EXPECT_EQ(ReadSoundFile(output_), Samples(sound.begin(), sound.begin() + 35 * 441 / 10));
+}
+
+TEST_F(VirtualAudio, TheVolumeScalesEachSide) {
+    output_ = folder_.Path(u"out.wav");
+    WaveOutUser user({-32768, -32768, 32767, 32767, 3, 3, -3, -3}, 2);
+    std::unique_ptr<WaveOutDevice> device;
+    ASSERT_EQ(System(Pace::kFast).SetOutputVolume(65535, 32768), WaveResult::kOk);
+    ASSERT_EQ(system_->OpenOutput(u"", Pcm16(2, 44100), user, device), WaveResult::kOk);
+    user.Begin(*device);
+    loop_.RunPending();
+    EXPECT_EQ(ReadSoundFile(output_), (Samples{-32768, -16384, 32767, 16383, 3, 1, -3, -1}));
+}
+
+TEST_F(VirtualAudio, AnOutputThatCannotBeCreatedIsNoDevice) {
+    output_ = folder_.Path(u"missing/out.wav");
+    WaveOutUser user({}, 2);
+    std::unique_ptr<WaveOutDevice> device;
+    EXPECT_EQ(System(Pace::kFast).OpenOutput(u"", Pcm16(2, 44100), user, device),
+              WaveResult::kNoDevice);
+}
+
+TEST(VirtualAudioOptions, AreReadFromTheirCommandLineForm) {
+    std::string error;
+    const auto all =
+        ParseVirtualAudio("virtual:in=a, b.wav,out=/tmp/c.wav,pace=fast,vanish=44100", error);
+    ASSERT_TRUE(all) << error;
+    EXPECT_EQ(all->inputFile, u"a, b.wav");
+    EXPECT_EQ(all->outputFile, u"/tmp/c.wav");
+    EXPECT_EQ(all->pace, Pace::kFast);
+    EXPECT_EQ(all->vanishAfterFrames, 44100u);
+
+    const auto least = ParseVirtualAudio("virtual:in=\xC3\xA4.wav", error);
+    ASSERT_TRUE(least) << error;
+    EXPECT_EQ(least->inputFile, u"\u00E4.wav");
+    EXPECT_TRUE(least->outputFile.empty());
+    EXPECT_EQ(least->pace, Pace::kReal);
+    EXPECT_FALSE(least->vanishAfterFrames);
+}
+
+TEST(VirtualAudioOptions, RefuseWhatTheyCannotTakeAndTellWhy) {
+    for (const char* bad : {"", "portaudio", "virtual:", "virtual:in=", "virtual:in=a,pace=slow",
+                            "virtual:pace=fast", "virtual:in=a,in=b", "virtual:in=a,vanish=-1",
+                            "virtual:in=a,vanish=1x", "virtual:speed=2", "virtual:in=a,out=a"}) {
+        std::string error;
+        EXPECT_FALSE(ParseVirtualAudio(bad, error)) << bad;
+        EXPECT_FALSE(error.empty()) << bad;
+    }
+}
+
+}  // namespace
+}  // namespace orma::test
