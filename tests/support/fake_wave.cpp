@@ -169,6 +169,7 @@ class OpenFakeOut : public WaveOutDevice {
     WaveResult Reset() override {
         const WaveResult result = script_.Note("Reset");
         if (result != WaveResult::kOk) return result;
+        script_.paused = false;
         if (script_.flushOnReset)
             loop_.Post([alive = alive_, &script = script_] {
                 if (*alive) script.FlushReset();

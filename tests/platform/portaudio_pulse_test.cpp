@@ -1,0 +1,169 @@
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "platform/portaudio/portaudio_wave_system.h"
+#include "platform/posix/posix_event_loop.h"
+#include "platform/pulse_server.h"
+#include "platform/sound_files.h"
+#include "platform/wave_in_contract.h"
+
+namespace orma::test {
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+using Samples = std::vector<std::int16_t>;
+
+constexpr std::uint32_t kBufferLength = 4410;  // 50 ms of mono
+
+/// The adapter against a sound server that runs for this test alone.
+class PortAudioOnPulse : public ::testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(server_.IsRunning()) << "pulseaudio does not start"; }
+
+    std::unique_ptr<WaveInDevice> OpenMono(WaveInEvents& events) {
+        std::unique_ptr<WaveInDevice> device;
+        EXPECT_EQ(system_.OpenInput(u"", Pcm16(1, 44100), events, device), WaveResult::kOk);
+        return device;
+    }
+
+    bool Run(const std::function<bool()>& condition, std::uint32_t limitMs = 10000) {
+        return RunUntil(loop_, condition, limitMs);
+    }
+
+    /// Lets `ms` milliseconds pass.
+    void Pass(std::uint32_t ms) {
+        const auto end = steady_clock::now() + std::chrono::milliseconds(ms);
+        ASSERT_TRUE(Run([&] { return steady_clock::now() >= end; }, ms + 10000));
+    }
+
+    PulseServer server_;
+    TempFolder folder_;
+    PosixEventLoop loop_;
+    PortAudioWaveSystem system_{loop_};
+};
+
+TEST_F(PortAudioOnPulse, KeepsTheContractOfAWaveInput) {
+    const WaveInRig rig{system_, [this](const auto& condition) { return Run(condition); }};
+    CheckBufferOwnership(rig);
+    CheckBuffersGoRoundInOrder(rig);
+    CheckResetReturnsEveryBuffer(rig);
+    CheckDestroyedDeviceIsSilent(rig);
+}
+
+TEST_F(PortAudioOnPulse, ListsTheDefaultMicrophoneWithoutAWordOnStandardError) {
+    ::testing::internal::CaptureStderr();
+    const std::vector<WaveDeviceInfo> inputs = system_.Inputs();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(std::count_if(inputs.begin(), inputs.end(),
+                            [](const WaveDeviceInfo& info) { return info.isDefault; }),
+              1);
+    WaveInUser user(kBufferLength);
+    std::unique_ptr<WaveInDevice> device;
+    EXPECT_EQ(system_.OpenInput(u"no such microphone", Pcm16(1, 44100), user, device),
+              WaveResult::kNoDevice);
+    for (const WaveDeviceInfo& info : inputs) {
+        if (!info.isDefault) continue;
+        EXPECT_EQ(system_.OpenInput(info.name, Pcm16(1, 44100), user, device), WaveResult::kOk);
+    }
+}
+
+TEST_F(PortAudioOnPulse, CapturesBitByBitThroughAStallOfTheLoop) {
+    const Text file = folder_.Path(u"speech.wav");
+    const Samples speech = Ramp(3 * 44100);
+    WriteSoundFile(file, 1, 44100, speech);
+    WaveInUser user(kBufferLength);
+    const auto device = OpenMono(user);
+    ASSERT_TRUE(device);
+    user.Begin(*device);
+    ASSERT_TRUE(Run([&] { return user.order.size() > 2; }));
+
+    const pid_t player = server_.Speak(file);
+    Pass(800);
+    std::this_thread::sleep_for(2s);  // sixteen buffers hold 0.8 s of it
+    ASSERT_EQ(PulseServer::Wait(player), 0);
+    Pass(1000);
+    user.goRound = false;
+    ASSERT_EQ(device->Reset(), WaveResult::kOk);
+    ASSERT_TRUE(Run([&] { return user.recordedBytes.back() == 0; }));
+    const Samples heard = AsSamples(user.heard);
+    EXPECT_NE(std::search(heard.begin(), heard.end(), speech.begin(), speech.end()), heard.end())
+        << "the speech is not contiguous in what was heard";
+    EXPECT_EQ(device->LostFrames(), 0u);
+}
+
+TEST_F(PortAudioOnPulse, AResetCountsWhatNoBufferCanTake) {
+    WaveInUser user(kBufferLength);
+    const auto device = OpenMono(user);
+    ASSERT_TRUE(device);
+    user.Begin(*device);
+    ASSERT_TRUE(Run([&] { return user.order.size() > 2; }));
+    user.goRound = false;
+    const std::size_t before = user.order.size();
+    std::this_thread::sleep_for(2s);
+    ASSERT_EQ(device->Reset(), WaveResult::kOk);
+    EXPECT_GT(device->LostFrames(), 44100u / 2);
+    EXPECT_LT(device->LostFrames(), 44100u * 3 / 2);
+    ASSERT_TRUE(Run([&] { return user.order.size() == before + 16; }));
+    EXPECT_EQ(user.recordedBytes.back(), kBufferLength);
+}
+
+TEST_F(PortAudioOnPulse, TellsOnceThatItsServerEndedAndKeepsWhatWasHeard) {
+    WaveInUser user(kBufferLength);
+    const auto device = OpenMono(user);
+    ASSERT_TRUE(device);
+    user.Begin(*device);
+    ASSERT_TRUE(Run([&] { return user.order.size() > 5; }));
+    server_.Kill();
+    ASSERT_TRUE(Run([&] { return !user.losses.empty(); }));
+    Pass(500);
+    EXPECT_EQ(user.losses, std::vector{WaveLoss::kVanished});
+    const std::size_t returned = user.order.size();
+    user.goRound = false;
+    ASSERT_EQ(device->Reset(), WaveResult::kOk);
+    ASSERT_TRUE(Run([&] { return user.order.size() == returned + 16; }));
+}
+
+TEST_F(PortAudioOnPulse, TellsOnceThatItsServerHangsAndDoesNotHangWithIt) {
+    WaveInUser user(kBufferLength);
+    auto device = OpenMono(user);
+    ASSERT_TRUE(device);
+    user.Begin(*device);
+    ASSERT_TRUE(Run([&] { return user.order.size() > 5; }));
+    server_.Freeze();
+    const auto frozen = steady_clock::now();
+    ASSERT_TRUE(Run([&] { return !user.losses.empty(); }));
+    EXPECT_GE(steady_clock::now() - frozen, 2800ms);
+    EXPECT_EQ(user.losses, std::vector{WaveLoss::kStalled});
+
+    const auto closing = steady_clock::now();
+    user.goRound = false;
+    EXPECT_EQ(device->Reset(), WaveResult::kOk);
+    device.reset();
+    EXPECT_LT(steady_clock::now() - closing, 200ms) << "closing waits for a hung server";
+    EXPECT_EQ(system_.OpenInput(u"", Pcm16(1, 44100), user, device), WaveResult::kFailed);
+    EXPECT_LT(steady_clock::now() - closing, 3s);
+
+    server_.Thaw();
+    ASSERT_TRUE(Run(
+        [&] { return system_.OpenInput(u"", Pcm16(1, 44100), user, device) == WaveResult::kOk; }));
+}
+
+TEST_F(PortAudioOnPulse, AServerThatHangsBeforeTheFirstOpeningCostsTheLimit) {
+    server_.Freeze();
+    WaveInUser user(kBufferLength);
+    std::unique_ptr<WaveInDevice> device;
+    const auto start = steady_clock::now();
+    EXPECT_EQ(system_.OpenInput(u"", Pcm16(1, 44100), user, device), WaveResult::kFailed);
+    EXPECT_TRUE(system_.Inputs().empty());
+    EXPECT_LT(steady_clock::now() - start, 3s);
+    server_.Thaw();
+    ASSERT_TRUE(Run(
+        [&] { return system_.OpenInput(u"", Pcm16(1, 44100), user, device) == WaveResult::kOk; }));
+}
+
+}  // namespace
+}  // namespace orma::test
