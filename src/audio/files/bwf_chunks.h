@@ -67,8 +67,8 @@ struct PcmFormatBlock {
     static constexpr std::uint32_t kBytes = 44;
 
     std::uint16_t channels = 1;
-    std::uint16_t blockAlign = 2;  // kept from the WAV template whatever the channels: deliberate
-    std::uint32_t factSamples = 0;
+    std::uint16_t blockAlign = 2;   // kept from the WAV template whatever the channels: deliberate
+    std::uint32_t factSamples = 0;  // samples per channel
     std::uint32_t dataSize = 0;
 
     [[nodiscard]] std::array<std::uint8_t, kBytes> Encode() const;
@@ -86,7 +86,7 @@ struct LevlChunk {
 
     /// Bytes of the whole chunk with its head: (n with two low bits cleared) + 132.
     [[nodiscard]] static std::uint32_t BlockBytes(std::uint32_t values) {
-        return (values & 0xFFFFFCU) + 132;
+        return (values & ~3U) + 132;
     }
 
     [[nodiscard]] Bytes Encode() const;
@@ -105,7 +105,7 @@ struct QltyChunk {
 
     /// Bytes of the whole chunk: ((text length + 16) with two low bits cleared) + 4.
     [[nodiscard]] static std::uint32_t BlockBytes(std::uint32_t textLength) {
-        return ((textLength + kHeadBytes) & 0xFFFFFCU) + 4;
+        return ((textLength + kHeadBytes) & ~3U) + 4;
     }
 
     /// The report's checksum: the sum of the block's first (length - 16) bytes while the head is

@@ -1,0 +1,145 @@
+#include "audio/files/bwf_chunks.h"
+
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "support/byte_builder.h"
+
+namespace orma::test {
+namespace {
+
+template <class Array>
+Bytes AsVector(const Array& bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+TEST(BwfHead, TemplateHasItsTextsAtTheirOffsets) {
+    BwfHead head = BwfHead::Template();
+    head.riffSize = 0x01020304;
+    head.bextSize = 604 + 10;
+    head.timeReferenceLow = 0xA1A2A3A4;
+    head.timeReferenceHigh = 5;
+    ByteBuilder expected;
+    expected.Put("RIFF").U32(0x01020304).Put("WAVE").Put("bext").U32(614);
+    expected.Field("Description", 256).Field("PC", 32).Field("Orma", 32);
+    expected.Field("2004-05-1", 10).Field("17:00:0", 8).U32(0xA1A2A3A4).U32(5).U16(1);
+    const Bytes label = {0x06, 0x0A, 0x2B, 0x34, 0x01, 0x01, 0x01, 0x01,
+                         0x01, 0x01, 0x08, 0x13, 0x13, 0x01, 0x12, 0x34};
+    expected.Put(label).Fill(48).Fill(190);
+    ASSERT_EQ(expected.bytes.size(), 622U);
+    EXPECT_EQ(AsVector(head.Encode()), expected.bytes);
+
+    const auto decoded = BwfHead::Decode(expected.bytes);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(AsVector(decoded->Encode()), expected.bytes);
+    EXPECT_FALSE(BwfHead::Decode(ByteSpan(expected.bytes).first(621)));
+    expected.bytes[12] = 'f';
+    EXPECT_FALSE(BwfHead::Decode(expected.bytes));
+}
+
+TEST(CodingHistory, EndsEvenAndWithAtLeastOneZero) {
+    EXPECT_EQ(EncodeCodingHistory("12345678901"), ByteBuilder().Field("12345678901", 12).bytes);
+    EXPECT_EQ(EncodeCodingHistory("1234567890"), ByteBuilder().Field("1234567890", 12).bytes);
+    EXPECT_EQ(EncodeCodingHistory(""), Bytes(2));
+    EXPECT_EQ(EvenLength("12345678901"), 10U);
+}
+
+TEST(MpegFormatBlock, SaysSingleChannelModeForStereoAsWell) {
+    const MpegFormatBlock block{.channels = 2,
+                                .averageBytesPerSecond = 24000,
+                                .blockAlign = 576,
+                                .headBitrate = 192000,
+                                .factSamples = 2304,
+                                .frameSize = 576,
+                                .dataSize = 1152};
+    ByteBuilder expected;
+    expected.Put("fmt ").U32(40).U16(0x50).U16(2).U32(48000).U32(24000).U16(576).U16(0).U16(22);
+    expected.U16(2).U32(192000).U16(8).U16(0).U16(0).U16(0x10).U32(0).U32(0);
+    expected.Put("fact").U32(4).U32(2304);
+    expected.Put("mext").U32(12).U16(3).U16(576).U16(0).U16(0).Fill(4);
+    expected.Put("data").U32(1152);
+    ASSERT_EQ(expected.bytes.size(), 88U);
+    EXPECT_EQ(AsVector(block.Encode()), expected.bytes);
+    const auto decoded = MpegFormatBlock::Decode(expected.bytes);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(AsVector(decoded->Encode()), expected.bytes);
+    EXPECT_FALSE(PcmFormatBlock::Decode(expected.bytes));
+}
+
+TEST(PcmFormatBlock, IsFormatFactAndDataHead) {
+    const PcmFormatBlock block{
+        .channels = 2, .blockAlign = 2, .factSamples = 1152, .dataSize = 4608};
+    ByteBuilder expected;
+    expected.Put("fmt ").U32(16).U16(1).U16(2).U32(48000).U32(192000).U16(2).U16(16);
+    expected.Put("fact").U32(4).U32(1152).Put("data").U32(4608);
+    ASSERT_EQ(expected.bytes.size(), 44U);
+    EXPECT_EQ(AsVector(block.Encode()), expected.bytes);
+    const auto decoded = PcmFormatBlock::Decode(expected.bytes);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(AsVector(decoded->Encode()), expected.bytes);
+    EXPECT_FALSE(MpegFormatBlock::Decode(ByteBuilder().Put(expected.bytes).Fill(44).bytes));
+}
+
+TEST(LevlChunk, EndsInOneToFourZeros) {
+    LevlChunk levl;
+    levl.blockSize = 2400;
+    levl.positionOfPeak = 8;
+    std::memcpy(levl.timestamp.data(), "2009:01:05:10:20:30:400", 23);
+    levl.peaks = {1, 2, 3, 4, 5, 6, 7, 8, 255};
+    ByteBuilder expected;
+    expected.Put("levl").U32(132).U32(0).U32(1).U32(1).U32(2400).U32(1).U32(9).U32(8).U32(128);
+    expected.Field("2009:01:05:10:20:30:400", 28).Fill(60).Put(levl.peaks).Fill(3);
+    ASSERT_EQ(expected.bytes.size(), 140U);
+    EXPECT_EQ(levl.Encode(), expected.bytes);
+    levl.peaks.pop_back();
+    EXPECT_EQ(levl.Encode().size(), 140U);
+
+    const auto decoded = LevlChunk::Decode(expected.bytes);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->Encode(), expected.bytes);
+}
+
+TEST(LevlChunk, RefusesLengthsThatDoNotFit) {
+    LevlChunk levl;
+    levl.peaks = Bytes(9, 1);
+    const Bytes whole = levl.Encode();
+    ASSERT_TRUE(LevlChunk::Decode(whole));
+    EXPECT_FALSE(LevlChunk::Decode(ByteSpan(whole).first(whole.size() - 1)));
+    for (const auto& [offset, value] : {std::pair<std::size_t, std::uint32_t>{4, 0xFFFFFFFF},
+                                        {4, 119},
+                                        {28, 13},
+                                        {28, 0xFFFFFFFF},
+                                        {36, 0xFFFFFFF0},
+                                        {36, 64}}) {
+        Bytes bad = whole;
+        StoreLe(&bad[offset], value);
+        EXPECT_FALSE(LevlChunk::Decode(bad)) << offset << " " << value;
+    }
+}
+
+TEST(QltyChunk, HoldsItsReportAndBothSums) {
+    const QltyChunk qlty{
+        .fileSecurityReport = 7, .fileSecurityWave = 0x80000001, .report = "SM=0\r\n"};
+    ByteBuilder expected;
+    // (6 + 16) with its two low bits cleared is 20, and 4 more.
+    expected.Put("qlty").U32(16).U32(7).U32(0x80000001).Field("SM=0\r\n", 8);
+    EXPECT_EQ(qlty.Encode(), expected.bytes);
+    const auto decoded = QltyChunk::Decode(expected.bytes);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->report, "SM=0\r\n");
+    EXPECT_EQ(decoded->Encode(), expected.bytes);
+    StoreLe<std::uint32_t>(&expected.bytes[4], 17);
+    EXPECT_FALSE(QltyChunk::Decode(expected.bytes));
+}
+
+TEST(QltyChunk, ReportSumStopsSixteenBytesBeforeTheBlocksEnd) {
+    // 18 bytes: a block of (34 & ~3) + 4 = 36, of which 20 are summed: 16 of the head, 4 of text.
+    EXPECT_EQ(QltyChunk::ReportSum(std::string(18, '\x01')), 4U);
+    // Bytes count unsigned.
+    EXPECT_EQ(QltyChunk::ReportSum(std::string(18, '\xFF')), 4U * 255);
+    EXPECT_EQ(QltyChunk::ReportSum("short"), 0U);
+}
+
+}  // namespace
+}  // namespace orma::test
