@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -32,6 +33,19 @@ struct LevelSheet {
 
 /// Inserts `value` before the first mark greater than it; equal marks stay in front.
 void InsertSorted(std::vector<std::uint32_t>& marks, std::uint32_t value);
+
+/// A stretch of buffer periods [begin, end).
+struct PeriodRange {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
+
+    friend bool operator==(const PeriodRange&, const PeriodRange&) = default;
+};
+
+/// What the cuts leave of [begin, end), ascending; empty stretches are left out. The cuts may stand
+/// in any order, touch, overlap or lie inside each other: what any of them covers is gone.
+[[nodiscard]] std::vector<PeriodRange> KeptStretches(const std::vector<RemovedRange>& cuts,
+                                                     std::uint32_t begin, std::uint32_t end);
 
 /// Periods of [begin, end) that no cut covers.
 [[nodiscard]] std::uint32_t NetLength(const std::vector<RemovedRange>& cuts, std::uint32_t begin,

@@ -24,20 +24,28 @@ struct VuFileHead {
     [[nodiscard]] std::uint32_t HeadBytes() const {
         return (version & 0xFFFU) < 2 ? kOldBytes : kBytes;
     }
+
+    /// Bytes of the file without the resolution shift at its end.
+    [[nodiscard]] std::uint64_t ContentBytes() const {
+        return HeadBytes() + 4 * std::uint64_t{markCount} + 12 * std::uint64_t{cutCount} +
+               levelCount;
+    }
 };
 
 /// The whole level file of a recording as bytes; nothing when there is no level byte.
 [[nodiscard]] Bytes EncodeVuFile(const LevelSheet& sheet);
 
-/// Reads a whole level file; nothing when the magic is wrong or the counts exceed the bytes.
+/// Reads a whole level file; nothing when the magic is wrong or the counts exceed the bytes. Marks
+/// and cuts come out ascending; a missing or impossible resolution shift is taken as 2.
 [[nodiscard]] std::optional<LevelSheet> DecodeVuFile(ByteSpan file);
 
 /// Writes the level file at `path` from the sheet, only when at least one level byte exists.
 /// Replaces an older file whole or not at all. False on failure (reported).
 [[nodiscard]] bool WriteVuFile(FileServices services, const Text& path, const LevelSheet& sheet);
 
-/// The part of a sheet inside the selection [begin, end): marks strictly inside, cuts that reach
-/// into it, levels, all counted from `begin`.
+/// The part of a sheet inside the selection [begin, end): marks and cuts that lie strictly inside
+/// (those that touch an edge are dropped), and the levels, all counted from `begin`. Periods whose
+/// level the sheet does not know get the quietest, so that there is one level a period.
 [[nodiscard]] LevelSheet SheetOfSelection(const LevelSheet& sheet, std::uint32_t begin,
                                           std::uint32_t end);
 
@@ -51,7 +59,7 @@ struct VuFileHead {
 [[nodiscard]] std::optional<VuFileHead> GetVuFileHeader(FileServices services, const Text& path);
 
 /// The level bytes of [begin, end) (both 0: the head's range) with the removed stretches left out;
-/// empty on error.
+/// at most what the file holds, and empty on error.
 [[nodiscard]] std::vector<std::uint8_t> GetVuFileData(FileServices services, const Text& path,
                                                       std::uint32_t begin, std::uint32_t end);
 

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+
+#include "platform/storage.h"
+
+namespace orma::test {
+
+/// Real storage that fails on demand: the n-th of chosen operations, once or from then on. To try
+/// every place where a run can fail, let it run once without a fault, read Count, and repeat it
+/// for each n from 1 to there.
+class FaultyStorage : public Storage {
+  public:
+    /// Bits of the operations that are counted and can fail.
+    enum Operation : unsigned {
+        kOpen = 1,
+        kRead = 2,
+        kWrite = 4,  // half of the bytes arrive before the failure
+        kSeek = 8,
+        kTruncate = 16,
+        kFlush = 32,
+        kClose = 64,  // the file is closed all the same
+        kRename = 128,
+        kDelete = 256,
+        kAll = 511,
+    };
+    enum class Extent { kOnce, kFromThenOn };
+
+    static constexpr SystemError kNoSpace = 28;
+
+    /// `real` outlives the storage.
+    explicit FaultyStorage(Storage& real) : real_(real) {}
+
+    /// Lets the `n`-th (from 1) of the `operations` from now on fail; 0: none. Restarts the count.
+    void FailAt(unsigned operations, std::size_t n, Extent extent = Extent::kOnce,
+                SystemError error = kNoSpace);
+
+    /// How many of the operations were called since FailAt; of all operations at first.
+    [[nodiscard]] std::size_t Count() const { return count_; }
+
+    /// True when a call has failed since FailAt.
+    [[nodiscard]] bool HasFailed() const { return failAt_ > 0 && count_ >= failAt_; }
+
+    /// Counts a call; the error that it must return, or 0. For the files of this storage.
+    [[nodiscard]] SystemError Next(Operation operation);
+
+    [[nodiscard]] SystemError Open(const Text& path, const OpenMode& mode,
+                                   std::unique_ptr<StorageFile>& file) override;
+    [[nodiscard]] bool Exists(const Text& path) override { return real_.Exists(path); }
+    [[nodiscard]] SystemError Delete(const Text& path) override;
+    [[nodiscard]] SystemError Rename(const Text& from, const Text& to) override;
+    [[nodiscard]] SystemError LastWriteTime(const Text& path, FileTime& time) override {
+        return real_.LastWriteTime(path, time);
+    }
+    [[nodiscard]] SystemError SetLastWriteTime(const Text& path, FileTime time) override {
+        return real_.SetLastWriteTime(path, time);
+    }
+    [[nodiscard]] SystemError FreeBytes(const Text& folder, std::uint64_t& bytes) override {
+        return real_.FreeBytes(folder, bytes);
+    }
+    [[nodiscard]] SystemError CreateFolder(const Text& path) override {
+        return real_.CreateFolder(path);
+    }
+    [[nodiscard]] SystemError ListFiles(const Text& folder, std::vector<Text>& names) override {
+        return real_.ListFiles(folder, names);
+    }
+    [[nodiscard]] Text ErrorText(SystemError error) override { return real_.ErrorText(error); }
+
+  private:
+    Storage& real_;
+    unsigned operations_ = kAll;
+    std::size_t count_ = 0;
+    std::size_t failAt_ = 0;
+    Extent extent_ = Extent::kOnce;
+    SystemError error_ = kNoSpace;
+};
+
+}  // namespace orma::test
