@@ -6,9 +6,13 @@
 
 #include "audio/files/audio_state.h"
 #include "audio/files/mp2_decoder.h"
+#include "audio/files/take_repair.h"
 #include "stream/jstream_file.h"
 
 namespace orma {
+
+/// Bytes of 200 ms of mono 16-bit sound at 44100, 48000, 88200 or 96000 Hz.
+[[nodiscard]] std::uint32_t MonoPeriodBytes(std::uint32_t sampleRate);
 
 /// What a reader delivers: the output's format. The buffer length follows from it.
 struct PlaybackFormat {
@@ -33,7 +37,7 @@ struct AudioFileFormat {
 /// What every reader works with; all outlive it.
 struct ReaderServices {
     FileServices files;
-    AudioState& audio;  // measuring a file sets its sample rate and bits per sample
+    AudioState& audio;  // measuring sets its bits per sample, of a WAV file also its sample rate
     Mp2Decoder& decoder;
 };
 
@@ -66,6 +70,12 @@ class JStreamAudioReadFile : public JStreamFile {
     [[nodiscard]] const Text& Path() const { return path_; }
 
   protected:
+    /// For Measure: opens unless open; false, after "Empty file", when there is nothing to read.
+    [[nodiscard]] bool OpenForMeasuring();
+
+    /// For OpenAt: opens unless open, and measures unless that was done; false on failure.
+    [[nodiscard]] bool OpenMeasured();
+
     ReaderServices services_;
     Text path_;
     AudioFileFormat format_;
@@ -82,10 +92,5 @@ class JStreamAudioReadFile : public JStreamFile {
 /// when the file cannot be read.
 bool AdoptMp2Bitrate(FileServices files, const Text& path, AudioState& audio,
                      ErrorReporter& report);
-
-/// Mends the header of a WAV take of ours whose sizes do not fit the file (unfinished after a
-/// crash, or cut in place), so that every reader accepts it; keeps the file's modification time,
-/// on which origination dates rest. Other files are left alone. True when something was mended.
-bool MendTakeHeader(FileServices files, const Text& path);
 
 }  // namespace orma

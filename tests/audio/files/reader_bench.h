@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cmath>
+
+#include "audio/files/audio_read.h"
+#include "audio/files/signals.h"
+#include "support/test_files.h"
+
+namespace orma::test {
+
+/// All that a reader needs, and one take.
+struct ReaderBench {
+    TestFiles files;
+    AudioState audio;
+    Mp2Decoder decoder{audio, files.storage, files.folder.Path(u"mp2dec.txt")};
+    ReaderServices services{files.services, audio, decoder};
+    Text path = files.folder.Path(u"take00");
+
+    [[nodiscard]] std::unique_ptr<JStreamAudioReadFile> Reader(bool mp2, const Bytes& file) {
+        WriteFileBytes(path, file);
+        return MakeReader(services, path, mp2);
+    }
+
+    /// The length that a reader finds, and the box it shows (none: empty).
+    std::uint32_t Measure(bool mp2, const Bytes& file, Text& refusal) {
+        files.boxes.shown.clear();
+        const std::uint32_t periods = Reader(mp2, file)->Measure();
+        refusal = files.boxes.shown.empty() ? Text() : files.boxes.shown.front().text;
+        return periods;
+    }
+
+    /// `periods` buffers, one after another.
+    Samples Get(JStreamAudioReadFile& reader, const PlaybackFormat& output, std::size_t periods) {
+        const std::size_t bytes = output.BufferBytes(audio.resolutionShift);
+        Samples samples(periods * bytes / 2);
+        for (std::size_t i = 0; i < periods; ++i)
+            reader.Get({reinterpret_cast<std::uint8_t*>(samples.data()) + i * bytes, bytes});
+        return samples;
+    }
+};
+
+/// What a person's voice does to a level: syllables of a few harmonics, rising and falling.
+[[nodiscard]] inline Samples SpeechLike(double rate, std::size_t count) {
+    Samples samples(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const double t = static_cast<double>(i) / rate;
+        double value = 0;
+        for (int harmonic = 1; harmonic < 12; ++harmonic)
+            value += std::sin(6.2831853 * 140 * harmonic * t + harmonic) / harmonic;
+        const double syllable = std::pow(std::sin(6.2831853 * 2 * t), 2);
+        samples[i] = static_cast<std::int16_t>(6000 * value * syllable);
+    }
+    return samples;
+}
+
+}  // namespace orma::test

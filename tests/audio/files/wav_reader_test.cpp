@@ -1,0 +1,243 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "audio/files/playback_converter.h"
+#include "audio/files/reader_bench.h"
+#include "audio/files/wav_bytes.h"
+#include "base/trace.h"
+
+namespace orma::test {
+namespace {
+
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// 16-bit samples in the containers of another size; the bytes below are noise.
+Bytes Widened(const Samples& samples, unsigned sampleBytes) {
+    Bytes bytes;
+    for (const std::int16_t sample : samples) {
+        for (unsigned low = 2; low < sampleBytes; ++low)
+            bytes.push_back(static_cast<std::uint8_t>(37 * bytes.size()));
+        bytes.push_back(static_cast<std::uint8_t>(sample & 0xFF));
+        bytes.push_back(static_cast<std::uint8_t>(static_cast<std::uint16_t>(sample) >> 8));
+    }
+    return bytes;
+}
+
+Samples Part(const Samples& samples, std::size_t from, std::size_t count) {
+    return {samples.begin() + static_cast<long>(from),
+            samples.begin() + static_cast<long>(from + count)};
+}
+
+class WavReaderTest : public ::testing::Test {
+  protected:
+    std::uint32_t Measure(const Bytes& file) { return bench_.Measure(false, file, refusal_); }
+
+    ReaderBench bench_;
+    Text refusal_;
+};
+
+TEST_F(WavReaderTest, RefusalsGiveTheirReason) {
+    const Bytes second(88200);
+    const struct {
+        WavFields fields;
+        TextView reason;
+    } cases[] = {
+        {{.channels = 0}, u"Only mono or stereo allowed."},
+        {{.channels = 3, .sampleRate = 22050}, u"Only mono or stereo allowed."},
+        {{.sampleRate = 22050, .bits = 8}, u"Wrong sample-rate"},
+        {{.bits = 8, .dataSize = 0}, u"Only 16 or 24-bits\nsamples allowed."},
+        {{.dataSize = 0}, u"WavOpenFile No Data"},
+        {{.dataSize = 88201}, u"WavOpenFile No Data"},
+        {{.dataSize = 0xFFFFFFFF}, u"WavOpenFile No Data"},
+    };
+    for (const auto& refused : cases) {
+        EXPECT_EQ(Measure(WavBytes(refused.fields, second)), 0U);
+        EXPECT_EQ(refusal_, refused.reason);
+    }
+    EXPECT_EQ(Measure({}), 0U);
+    EXPECT_EQ(refusal_, u"Empty file");
+    EXPECT_EQ(Measure(WavBytes({}, second)), 20U);
+    EXPECT_EQ(refusal_, u"");
+}
+
+TEST_F(WavReaderTest, FloatingPointIsRefusedAlsoInAnExtensibleFormat) {
+    const auto file = [](unsigned tag, unsigned subFormat) {
+        ByteBuilder wav;
+        wav.Put("RIFF").U32(88200 + 60).Put("WAVE").Put("fmt ").U32(40).U16(tag).U16(1).U32(44100);
+        wav.U32(176400).U16(4).U16(32).U16(22).U16(32).U32(0).U16(subFormat).Fill(14);
+        return wav.Put("data").U32(88200).Fill(88200).bytes;
+    };
+    EXPECT_EQ(Measure(file(1, 0)), 10U);
+    EXPECT_EQ(Measure(file(0xFFFE, 1)), 10U);
+    EXPECT_EQ(Measure(file(3, 0)), 0U);
+    EXPECT_EQ(Measure(file(0xFFFE, 3)), 0U);
+    EXPECT_EQ(refusal_, u"Only 16 or 24-bits\nsamples allowed.");
+}
+
+TEST_F(WavReaderTest, LengthAndFormatFollowFromTheFile) {
+    bench_.audio.resolutionShift = 1;
+    const struct {
+        WavFields fields;
+        std::uint32_t bytesPerPeriod;
+        unsigned rateCode;
+    } cases[] = {
+        {{.channels = 1, .sampleRate = 44100, .bits = 16}, 8820, 0},
+        {{.channels = 2, .sampleRate = 44100, .bits = 24}, 26460, 0},
+        {{.channels = 2, .sampleRate = 48000, .bits = 16}, 19200, 1},
+        {{.channels = 1, .sampleRate = 88200, .bits = 16}, 17640, 2},
+        {{.channels = 2, .sampleRate = 96000, .bits = 32}, 76800, 3},
+        // 20 bits lie in three bytes.
+        {{.channels = 1, .sampleRate = 44100, .bits = 20}, 13230, 0},
+    };
+    for (const auto& known : cases) {
+        const Bytes data(3 * known.bytesPerPeriod + 1000);
+        const auto reader = bench_.Reader(false, WavBytes(known.fields, data));
+        EXPECT_EQ(reader->Measure(), 3U);
+        const AudioFileFormat& format = reader->FileFormat();
+        EXPECT_EQ(format.bytesPerPeriod, known.bytesPerPeriod);
+        EXPECT_EQ(format.rateCode, known.rateCode);
+        EXPECT_EQ(format.channels, known.fields.channels);
+        EXPECT_EQ(format.bitsPerSample, known.fields.bits);
+        EXPECT_EQ(format.dataOffset, 44U);
+        EXPECT_EQ(format.dataLength, data.size());
+        EXPECT_EQ(bench_.audio.sampleRate, known.fields.sampleRate);
+        EXPECT_EQ(bench_.audio.bitsPerSample, known.fields.bits);
+    }
+    bench_.audio.externalRecorder = true;
+    const auto reader = bench_.Reader(false, WavBytes({.sampleRate = 48000}, Bytes(20000)));
+    EXPECT_GT(reader->Measure(), 0U);
+    EXPECT_EQ(reader->FileFormat().rateCode, 0U);
+}
+
+TEST_F(WavReaderTest, OtherChunksPadBytesAndLongFormatsAreSkipped) {
+    std::vector<std::string> trace;
+    SetTraceSink([&](std::string_view line) { trace.emplace_back(line); });
+    const Bytes data = Widened(SpeechLike(44100, 2205), 2);
+    ByteBuilder wav;
+    wav.Put("RIFF").U32(0).Put("WAVE").Put("LIST").U32(5).Put("data!").Fill(1);
+    wav.Put("fmt ").U32(19).U16(1).U16(1).U32(44100).U32(88200).U16(2).U16(16).Fill(4);
+    wav.Put("bext").U32(0x12).Fill(18, 'f').Put("data").U32(4410).Put(data).Put("cue ").U32(0);
+    const auto reader = bench_.Reader(false, wav.bytes);
+    EXPECT_EQ(reader->Measure(), 1U);
+    SetTraceSink({});
+    EXPECT_THAT(trace, ElementsAre("Id=LIST,bytecount=5", "Id=bext,bytecount=12"));
+    EXPECT_EQ(reader->FileFormat().dataOffset, wav.bytes.size() - 8 - 4410);
+    // What follows the data is not heard.
+    reader->OpenAt(0, {});
+    Samples expected = SpeechLike(44100, 2205);
+    expected.resize(2 * 2205);
+    EXPECT_EQ(bench_.Get(*reader, {}, 2), expected);
+}
+
+TEST_F(WavReaderTest, HostileHeadersEndWithARefusal) {
+    ByteBuilder endless;
+    endless.Put("RIFF").U32(0).Put("WAVE");
+    for (int i = 0; i < 100000; ++i)
+        endless.Put("zero").U32(0);
+    ByteBuilder shortFormat;
+    shortFormat.Put("RIFF").U32(0).Put("WAVE").Put("fmt ").U32(12).U16(1).U16(1).U32(44100);
+    shortFormat.U32(88200).Put("data").U32(4).Fill(4);
+    const Bytes whole = WavBytes({}, Bytes(10));
+    const Bytes cases[] = {
+        endless.bytes,
+        shortFormat.bytes,
+        ByteBuilder().Put("RIFF").U32(8).Put("WAVE").Put("JUNK").U32(0xFFFFFFFF).Fill(64).bytes,
+        ByteBuilder().Put("RIFF").U32(8).Put("WAVE").Put("JUNK").U32(0xFFFFFFF8).Fill(64).bytes,
+        ByteBuilder().Put("no wave file at all, but some text").bytes,
+        Bytes(4096),
+    };
+    for (const Bytes& file : cases) {
+        EXPECT_EQ(Measure(file), 0U);
+        EXPECT_EQ(refusal_, u"Only mono or stereo allowed.");
+    }
+    for (std::size_t size = 1; size < whole.size(); ++size) {
+        EXPECT_EQ(Measure(Bytes(whole.begin(), whole.begin() + static_cast<long>(size))), 0U);
+        EXPECT_NE(refusal_, u"");
+    }
+    // Shorter than a period.
+    EXPECT_EQ(Measure(whole), 0U);
+}
+
+TEST_F(WavReaderTest, SoundOfTheOutputsRateComesBackBitExact) {
+    const Samples left = SpeechLike(48000, 24000);
+    const Samples right = Tone(900, 48000, 7000, 24000);
+    for (const unsigned channels : {1U, 2U}) {
+        for (const unsigned sampleBytes : {2U, 3U, 4U}) {
+            const Samples sound = channels == 1 ? left : Interleave(left, right);
+            const WavFields fields{
+                .channels = channels, .sampleRate = 48000, .bits = 8 * sampleBytes};
+            const auto reader = bench_.Reader(false, WavBytes(fields, Widened(sound, sampleBytes)));
+            ASSERT_EQ(reader->Measure(), 10U);
+            const PlaybackFormat mono{48000, 1};
+            const PlaybackFormat stereo{48000, 2};
+            reader->OpenAt(3, channels == 1 ? mono : stereo);
+            EXPECT_EQ(bench_.Get(*reader, channels == 1 ? mono : stereo, 7),
+                      Part(sound, 3 * 2400 * channels, 7 * 2400 * channels));
+            // Silence follows the end, also behind a seek past it.
+            EXPECT_THAT(bench_.Get(*reader, stereo, 1), Each(0));
+            reader->SeekPeriod(0xFFFFFFFF);
+            EXPECT_THAT(bench_.Get(*reader, stereo, 1), Each(0));
+            EXPECT_TRUE(reader->IsOpen());
+            // Mono on two outputs, the left channel on one.
+            reader->OpenAt(0, channels == 1 ? stereo : mono);
+            const Samples got = bench_.Get(*reader, channels == 1 ? stereo : mono, 10);
+            EXPECT_EQ(got, channels == 1 ? Interleave(left, left) : left);
+        }
+    }
+}
+
+TEST_F(WavReaderTest, OtherRatesAreConvertedWithoutLosingOrDoublingAnything) {
+    for (const std::uint32_t fileRate : {44100U, 48000U, 88200U, 96000U}) {
+        for (const std::uint32_t outputRate : {44100U, 48000U}) {
+            const auto rate = static_cast<double>(fileRate);
+            const Samples tone = Tone(440, rate, 10000, fileRate);
+            const auto reader = bench_.Reader(
+                false, WavBytes({.sampleRate = fileRate, .bits = 24}, Widened(tone, 3)));
+            ASSERT_EQ(reader->Measure(), 20U);
+            const PlaybackFormat output{outputRate, 1};
+            reader->OpenAt(0, output);
+            const Samples whole = bench_.Get(*reader, output, 20);
+            // The converter alone, over the whole sound at once.
+            PlaybackConverter converter;
+            converter.Start(fileRate, outputRate);
+            Samples padded = tone;
+            padded.resize(std::max(padded.size(), converter.InputNeeded(outputRate)));
+            Samples expected(outputRate);
+            (void)converter.Convert(padded, 1, expected);
+            EXPECT_EQ(whole, expected) << fileRate << " " << outputRate;
+            // A seek begins afresh, at the place asked for.
+            reader->SeekPeriod(0);
+            EXPECT_EQ(bench_.Get(*reader, output, 3), Part(whole, 0, 3 * outputRate / 20));
+            EXPECT_EQ(reader->PositionAt(7), 7U);
+            bench_.Get(*reader, output, 1);
+        }
+    }
+}
+
+TEST_F(WavReaderTest, AMissingFileIsReportedAndStaysClosed) {
+    const auto reader = MakeReader(bench_.services, bench_.files.folder.Path(u"none.wav"), false);
+    EXPECT_EQ(reader->Measure(), 0U);
+    ASSERT_EQ(bench_.files.boxes.shown.size(), 2U);
+    EXPECT_TRUE(bench_.files.boxes.shown[0].text.starts_with(u"Cannot open file : "));
+    EXPECT_EQ(bench_.files.boxes.shown[1].text, u"Empty file");
+    reader->OpenAt(0, {});
+    EXPECT_FALSE(reader->IsOpen());
+    EXPECT_THAT(bench_.Get(*reader, {}, 1), Each(0));
+}
+
+TEST_F(WavReaderTest, AReaderReopensItsFileAfterAClose) {
+    const Samples sound = SpeechLike(44100, 4410);
+    const auto reader = bench_.Reader(false, WavBytes({}, Widened(sound, 2)));
+    reader->OpenAt(1, {});
+    EXPECT_EQ(bench_.Get(*reader, {}, 1), Part(sound, 2205, 2205));
+    reader->CloseReader();
+    EXPECT_FALSE(reader->IsOpen());
+    reader->OpenAt(0, {});
+    EXPECT_EQ(bench_.Get(*reader, {}, 1), Part(sound, 0, 2205));
+    EXPECT_THAT(bench_.files.boxes.Texts(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace orma::test
