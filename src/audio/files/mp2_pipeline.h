@@ -38,6 +38,13 @@ class Mp2Pipeline {
     [[nodiscard]] bool Mp2EncoderInit(BlockOutput output, bool stereo,
                                       std::uint32_t inputRate = 44100);
 
+    /// Sets the rate in Hz of what is fed from now on, for clips of different rates in one stream:
+    /// the conversion starts afresh with the samples that are held. The same rate changes nothing.
+    /// False, and nothing changes, for a rate that RateConverter::Start refuses.
+    [[nodiscard]] bool SetInputRate(std::uint32_t inputRate) {
+        return inputRate == converter_.InputRate() || converter_.Start(inputRate);
+    }
+
     /// Feeds 16-bit samples, interleaved when stereo; any number of bytes, what is no whole sample
     /// waits for the next call. Does nothing while not active.
     void Mp2EncodeSamples(ByteSpan pcm);

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 
 #include "audio/files/audio_state.h"
 #include "audio/files/bwf_chunks.h"
 #include "audio/files/mp2_pipeline.h"
+#include "audio/files/pcm_staging.h"
 #include "audio/files/wav_header.h"
 #include "stream/jstream_file.h"
 
@@ -26,19 +26,16 @@ struct PublicationTemplates {
 /// What all writers share: there is one writer at a time and one of each of these. Plain state,
 /// UI thread.
 struct WriterContext {
-    static constexpr std::uint32_t kStagingBytes = 65536;
-
     FileServices files;
     AudioState& audio;
     Mp2Pipeline& encoder;
 
-    Text recordingFolder;            // with its separator; takes and publications lie in it
+    Text recordingFolder{};          // with its separator; takes and publications lie in it
     Text publishExtension = u"wav";  // of a published MP2 file, without the dot
-    WavHeader wavTemplate;           // its block align is what takes get
-    PublicationTemplates publication;
+    WavHeader wavTemplate{};         // its block align is what takes get
+    PublicationTemplates publication{};
 
-    std::array<std::uint8_t, kStagingBytes> staging{};
-    std::uint32_t stagingFill = 0;
+    PcmStaging staging{};
 
     std::uint32_t byteSum = 0;    // 32-bit sum of every audio data byte put out; the job resets it
     std::uint32_t dataBytes = 0;  // audio data bytes put out
@@ -46,7 +43,7 @@ struct WriterContext {
 
     bool cancelled = false;  // the user cancelled: a local publication is not kept
     bool committed = false;  // the publication stands complete under its final name
-    Text publishedPath;      // that final name
+    Text publishedPath{};    // that final name
 };
 
 }  // namespace orma

@@ -1,0 +1,35 @@
+#include "audio/files/audio_write_mp2_file.h"
+
+namespace orma {
+
+JStreamAudioWriteMP2File::JStreamAudioWriteMP2File(WriterContext& context)
+    : JStreamWrMP2File(context), JStreamWrMP2(context), audio_(context.audio) {}
+
+JStreamAudioWriteMP2File::~JStreamAudioWriteMP2File() {
+    EndTake();
+}
+
+void JStreamAudioWriteMP2File::Open(const Text& name) {
+    if (RefuseWhileOpen()) {
+        EndTake();
+        return;
+    }
+    OpenTake(name);
+    // A take that nothing would be encoded into must not look healthy.
+    if (!StartFeed(*this, RecordingRate(audio_))) CloseTake();
+}
+
+void JStreamAudioWriteMP2File::EndTake() {
+    FlushFeed();
+    CloseTake();
+}
+
+void JStreamAudioWriteMP2File::Close() {
+    EndTake();
+}
+
+void JStreamAudioWriteMP2File::WriteEncoded(const void* data, std::uint32_t bytes) {
+    PutTake({static_cast<const std::uint8_t*>(data), bytes});
+}
+
+}  // namespace orma

@@ -1,0 +1,84 @@
+#include "audio/files/wr_wav_file.h"
+
+#include "audio/files/take_repair.h"
+
+namespace orma {
+
+JStreamWrWavFile::JStreamWrWavFile(WriterContext& context)
+    : JStreamFile(context.files), context_(context) {}
+
+void JStreamWrWavFile::OpenTake(const Text& name) {
+    if (Has(kOpen)) {
+        Services().report.ShowError(path_ + u" : File is open");
+        CloseTake();
+        return;
+    }
+    context_.staging.Restart();
+    appendPerBlock_ = context_.audio.appendPerBlock;
+    path_ = context_.recordingFolder + name + u".wav";
+    Open(path_, false);
+    if (!JStreamFile::IsOpen()) {
+        // What may lie under that name is not this take: it is never closed, patched or mended.
+        path_.clear();
+        return;
+    }
+    const auto header = Header().Encode();
+    Write(header.data(), header.size());
+    if (appendPerBlock_) JStreamFile::Close();
+}
+
+WavHeader JStreamWrWavFile::Header() const {
+    const AudioState& audio = context_.audio;
+    WavHeader header;
+    header.channels = audio.Channels();
+    header.sampleRate = audio.sampleRate;
+    header.bitsPerSample = audio.alternativeSampleSize ? audio.bitsPerSample : std::uint16_t{16};
+    header.byteRate = header.bitsPerSample / 8U * header.channels * header.sampleRate;
+    header.blockAlign = context_.wavTemplate.blockAlign;
+    return header;
+}
+
+void JStreamWrWavFile::WriteTake(ByteSpan pcm) {
+    if (path_.empty()) return;
+    context_.staging.Add(pcm, [this](ByteSpan block) { PutBlock(block); });
+}
+
+void JStreamWrWavFile::PutBlock(ByteSpan block) {
+    const auto bytes = static_cast<std::uint32_t>(block.size());
+    if (appendPerBlock_)
+        AppendBlock(path_, block.data(), bytes);
+    else
+        Write(block.data(), bytes);
+}
+
+void JStreamWrWavFile::PatchSizes() {
+    if (appendPerBlock_ && Has(kGood)) OpenForAppend(path_);
+    if (!JStreamFile::IsOpen()) return;
+    const std::uint32_t length = GetSize();
+    const std::uint32_t dataSize = length - WavHeader::kBytes;
+    const std::uint32_t riffSize = length - 8;
+    // The data size first: with it alone the take is readable already.
+    SetPosition(WavHeader::kDataSizeOffset);
+    Write(&dataSize, sizeof dataSize);
+    SetPosition(WavHeader::kRiffSizeOffset);
+    Write(&riffSize, sizeof riffSize);
+}
+
+void JStreamWrWavFile::CloseTake() {
+    if (path_.empty()) return;
+    const bool exists = Services().storage.Exists(path_);
+    if (exists) {
+        context_.staging.Flush([this](ByteSpan block) { PutBlock(block); });
+        PatchSizes();
+    }
+    JStreamFile::Close();
+    if (exists && !Has(kGood)) (void)MendTakeHeader(Services(), path_);
+    path_.clear();
+}
+
+bool JStreamWrWavFile::IsHealthy() const {
+    if (path_.empty()) return false;
+    return appendPerBlock_ ? Has(kGood) : JStreamFile::IsOpen();
+}
+
+}  // namespace orma

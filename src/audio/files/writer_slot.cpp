@@ -1,0 +1,33 @@
+#include "audio/files/writer_slot.h"
+
+#include "audio/files/audio_write_bwf_mp2_file.h"
+#include "audio/files/audio_write_bwf_wav_file.h"
+#include "audio/files/audio_write_mp2_file.h"
+#include "audio/files/audio_write_wav_file.h"
+
+namespace orma {
+
+void WriterSlot::SelectWriter(WriterKind kind) {
+    if (kind == kind_) return;
+    // The old writer ends first: both would use the one encoder and the one staging.
+    writer_.reset();
+    kind_ = kind;
+    writer_ = Make(kind);
+}
+
+std::unique_ptr<JStreamAudioWrite> WriterSlot::Make(WriterKind kind) {
+    switch (kind) {
+        case WriterKind::kWavFile:
+            return std::make_unique<JStreamAudioWriteWavFile>(context_);
+        case WriterKind::kMp2File:
+            return std::make_unique<JStreamAudioWriteMP2File>(context_);
+        case WriterKind::kBwfWavFile:
+            return std::make_unique<JStreamAudioWriteBWFWavFile>(context_);
+        case WriterKind::kBwfMp2File:
+            return std::make_unique<JStreamAudioWriteBWFMP2File>(context_);
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace orma
