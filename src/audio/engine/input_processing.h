@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <span>
 
 #include "base/equalizer_set.h"
@@ -50,8 +49,10 @@ class InputProcessing {
     /// Selects the set of that name and computes it; false (nothing changes) when there is none.
     [[nodiscard]] bool SelectByName(const Text& name);
 
-    /// Recomputes the gain factor and one band's coefficients: the peaking biquad whose numerator
-    /// carries a boost and whose denominator carries a cut.
+    /// Recomputes the gain factor and, while the equaliser is on, the coefficients of band 0..2:
+    /// the peaking biquad whose numerator carries a boost and whose denominator carries a cut. A
+    /// band that is switched off, or that no filter can realise (0 Hz, half the sample rate or
+    /// above, Q 0), passes the sound through.
     void ComputeBand(std::size_t band);
 
     /// For a set named "..._ext" or "..._int": changes to its twin by whether a headset is present.

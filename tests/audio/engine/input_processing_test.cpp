@@ -1,0 +1,329 @@
+#include "audio/engine/input_processing.h"
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "audio/engine/fake_headset.h"
+#include "base/trace.h"
+#include "support/fake_event_loop.h"
+#include "support/fake_wave.h"
+
+namespace orma::test {
+namespace {
+
+using Samples = std::vector<std::int16_t>;
+
+EqualizerBand Band(std::uint16_t frequency, std::int16_t gain, std::uint16_t q) {
+    return {frequency, gain, q, 1};
+}
+
+EqualizerSet Set(const Text& name, EqualizerBand low, EqualizerBand middle = {},
+                 EqualizerBand high = {}) {
+    return {{low, middle, high}, 1, name, 0};
+}
+
+class InputProcessingTest : public testing::Test {
+  protected:
+    InputProcessingTest() {
+        settings.sets[0] =
+            Set(u"mic_int", Band(200, 30, 7), Band(1000, -45, 10), Band(6000, 60, 20));
+        settings.sets[1] = Set(u"mic_ext", Band(11025, 60, 10));
+        settings.sets[2] = Set(u"mic", Band(100, 10, 7));
+    }
+
+    void Load(const Text& name) {
+        settings.currentSetName = name;
+        processing.Load(settings, 44100);
+    }
+
+    Samples Processed(Samples samples, unsigned channels) {
+        processing.ProcessInputBuffer(samples, channels);
+        return samples;
+    }
+
+    static Samples Noise(std::size_t count, int amplitude) {
+        std::mt19937 random(7);
+        Samples samples(count);
+        for (std::int16_t& sample : samples)
+            sample = static_cast<std::int16_t>(
+                static_cast<int>(random() % (2U * static_cast<unsigned>(amplitude) + 1)) -
+                amplitude);
+        return samples;
+    }
+
+    FakeEventLoop loop;
+    FakeWaveSystem waves{loop};
+    FakeHeadset headset;
+    InputProcessing processing{waves, headset};
+    InputProcessingSettings settings;
+};
+
+// The same arithmetic written down a second time, sample by sample in 64 bits.
+class Model {
+  public:
+    Model(const InputProcessing& processing, bool equalize)
+        : processing_(processing), equalize_(equalize) {}
+
+    std::int16_t Next(int channel, std::int16_t x) {
+        const std::int64_t y =
+            x - static_cast<std::int64_t>(std::floor(static_cast<double>(dc_[channel]) / 1024.0));
+        dc_[channel] += y;
+        std::int64_t out = 0;
+        if (!equalize_) {
+            out = Shift(processing_.GainFactor() * y, 256.0);
+        } else {
+            std::int64_t v = 4 * y;
+            for (int stage = 0; channel == 0 && stage < 3; ++stage)
+                v = Stage(stage, v);
+            out = Shift(processing_.GainFactor() * v, 1024.0);
+        }
+        return static_cast<std::int16_t>(
+            std::min<std::int64_t>(32767, std::max<std::int64_t>(-32767, out)));
+    }
+
+  private:
+    static std::int64_t Shift(std::int64_t value, double by) {
+        return static_cast<std::int64_t>(std::floor(static_cast<double>(value) / by));
+    }
+
+    static std::int64_t Product(std::int32_t coefficient, std::int64_t state) {
+        const float a = static_cast<float>(coefficient);
+        const float b = static_cast<float>(state);
+        return static_cast<std::int64_t>(std::trunc(std::ldexp(a * b, -28)));
+    }
+
+    std::int64_t Stage(int stage, std::int64_t v) {
+        const auto& c = processing_.Coefficients(static_cast<std::size_t>(stage));
+        std::int64_t& w1 = w_[stage][0];
+        std::int64_t& w2 = w_[stage][1];
+        const std::int64_t w0 = v + Product(c[1], w1) + Product(c[2], w2);
+        const std::int64_t out = Product(c[4], w0) + Product(c[3], w1) + Product(c[0], w2);
+        w2 = w1;
+        w1 = w0;
+        return out;
+    }
+
+    const InputProcessing& processing_;
+    bool equalize_;
+    std::int64_t dc_[2] = {};
+    std::int64_t w_[3][2] = {};
+};
+
+TEST_F(InputProcessingTest, LeavesASoundWithoutOffsetAloneAtUnityGain) {
+    Load(u"");
+    // Pairs that cancel keep the DC accumulator below one step.
+    const Samples alternating = {500, -500, 1000, -1000, 300, -300, 0};
+    EXPECT_EQ(Processed(alternating, 1), alternating);
+}
+
+TEST_F(InputProcessingTest, RemovesAConstantOffset) {
+    Load(u"");
+    const Samples out = Processed(Samples(20000, 4000), 1);
+    EXPECT_EQ(out.front(), 4000);
+    EXPECT_LE(std::abs(int{out.back()}), 1);
+}
+
+TEST_F(InputProcessingTest, EqualsTheModelBitForBit) {
+    for (const unsigned channels : {1U, 2U}) {
+        for (const bool equalize : {false, true}) {
+            Load(equalize ? u"mic_int" : u"");
+            processing.ClearState();
+            processing.SetInputGain(-40);
+            processing.SetInputGain(9);
+            Model model(processing, equalize);
+            const Samples in = Noise(30000, 30000);
+            const Samples out = Processed(in, channels);
+            for (std::size_t at = 0; at < in.size(); ++at) {
+                const int channel = channels == 2 ? static_cast<int>(at % 2) : 0;
+                ASSERT_EQ(out[at], model.Next(channel, in[at]))
+                    << channels << " channels, equaliser " << equalize << ", sample " << at;
+            }
+        }
+    }
+}
+
+TEST_F(InputProcessingTest, ChangesTheToneOfTheLeftChannelOnly) {
+    Load(u"mic_int");
+    Samples stereo;
+    for (const std::int16_t sample : Noise(2000, 3000))
+        stereo.insert(stereo.end(), {sample, sample});
+    const Samples on = Processed(stereo, 2);
+    processing.ClearState();
+    Load(u"");
+    const Samples off = Processed(stereo, 2);
+    std::size_t leftChanges = 0;
+    for (std::size_t at = 0; at < on.size(); at += 2) {
+        leftChanges += on[at] != off[at];
+        ASSERT_EQ(on[at + 1], off[at + 1]);
+    }
+    EXPECT_GT(leftChanges, 1900U);
+}
+
+TEST_F(InputProcessingTest, ClipsLoudSoundAtBothEnds) {
+    Load(u"mic_int");  // the products exceed 32 bits here
+    processing.SetInputGain(100);
+    EXPECT_EQ(processing.InputGainDb(), 40);
+    EXPECT_EQ(Processed({32767, -32768, -32768, 32767}, 1),
+              (Samples{32767, -32767, -32767, 32767}));
+    Load(u"");
+    EXPECT_EQ(Processed({-32768}, 1), Samples{-32767});
+}
+
+TEST_F(InputProcessingTest, TurnsGainIntoAFactorAndClampsIt) {
+    Load(u"");
+    std::vector<std::string> trace;
+    SetTraceSink([&](std::string_view line) { trace.emplace_back(line); });
+    processing.SetInputGain(1);
+    EXPECT_EQ(processing.GainFactor(), 287);  // 10^(1/20) * 256 = 287.2
+    processing.SetInputGain(19);
+    EXPECT_EQ(processing.GainFactor(), 2560);
+    processing.SetInputGain(20);
+    EXPECT_EQ(processing.GainFactor(), 25600);
+    processing.SetInputGain(1);
+    EXPECT_EQ(processing.InputGainDb(), 40);
+    processing.SetInputGain(-41);
+    SetTraceSink({});
+    EXPECT_EQ(processing.InputGainDb(), 0);
+    EXPECT_EQ(processing.GainFactor(), 256);
+    EXPECT_EQ(trace, (std::vector<std::string>{"Gaind=1", "Gaind=19", "Gaind=20", "Gaind=1",
+                                               "Gaind=-41"}));
+}
+
+TEST_F(InputProcessingTest, AddsTheGainOffsetOnlyWhileTheEqualiserIsOn) {
+    settings.sets[0].gainOffset = 20;
+    settings.sets[2].gainOffset = 20;
+    settings.sets[2].on = 0;
+    Load(u"mic_int");
+    EXPECT_EQ(processing.GainFactor(), 2560);
+    EXPECT_TRUE(processing.SelectByName(u"mic"));
+    EXPECT_EQ(processing.GainFactor(), 256);
+}
+
+TEST_F(InputProcessingTest, ComputesABoostAndACutAtAQuarterOfTheSampleRate) {
+    // K = 1 there, so by hand: boost of 6 dB, Q 1: N = 1/3, a2 = 1/3, b0 = 1 + (V - 1)/3,
+    // b2 = (2 - V)/3, a1 = b1 = 0. Scaled by 2^28.
+    Load(u"mic_ext");
+    const double boost = std::pow(10.0, 0.3);
+    const double scale = 268435456.0;
+    const auto expectBand = [&](double b2, double minusA2, double b0) {
+        const auto& c = processing.Coefficients(0);
+        EXPECT_NEAR(c[0], b2 * scale, 2);
+        EXPECT_NEAR(c[1], 0, 1);
+        EXPECT_NEAR(c[2], minusA2 * scale, 2);
+        EXPECT_NEAR(c[3], 0, 1);
+        EXPECT_NEAR(c[4], b0 * scale, 2);
+    };
+    expectBand((2 - boost) / 3, -1.0 / 3, 1 + (boost - 1) / 3);
+    // The cut's denominator carries 1/V: N = 1/(2 + 1/V), and b2 = N.
+    settings.sets[1].bands[0].gain = -60;
+    Load(u"mic_ext");
+    const double n = 1 / (2 + boost);
+    expectBand(n, -(2 - boost) * n, 1 + (1 - boost) * n);
+    EXPECT_EQ(processing.Coefficients(1), (std::array<std::int32_t, 5>{0, 0, 0, 0, 1 << 28}));
+}
+
+TEST_F(InputProcessingTest, BoostsASineAtTheCentreOfABandByItsGain) {
+    settings.sets[0] = Set(u"bell", Band(1000, 120, 10));
+    Load(u"bell");
+    Samples sine(8820);
+    for (std::size_t at = 0; at < sine.size(); ++at)
+        sine[at] = static_cast<std::int16_t>(
+            2000 * std::sin(2 * std::numbers::pi * 1000.0 * static_cast<double>(at) / 44100));
+    const Samples out = Processed(sine, 1);
+    const auto peak = *std::max_element(out.end() - 4410, out.end());
+    EXPECT_NEAR(peak, 2000 * 3.981, 40);
+}
+
+TEST_F(InputProcessingTest, FollowsTheSampleRate) {
+    Load(u"mic_ext");
+    const auto at44100 = processing.Coefficients(0);
+    processing.SetSampleRate(48000);
+    EXPECT_NE(processing.Coefficients(0), at44100);
+}
+
+TEST_F(InputProcessingTest, PassesABandThroughThatNoFilterCanRealise) {
+    settings.sets[0] = Set(u"bad", Band(0, 60, 10), Band(22050, 60, 10), Band(1000, 60, 0));
+    Load(u"bad");
+    for (std::size_t band = 0; band < 3; ++band)
+        EXPECT_EQ(processing.Coefficients(band),
+                  (std::array<std::int32_t, 5>{0, 0, 0, 0, 1 << 28}));
+}
+
+TEST_F(InputProcessingTest, ChoosesTheSetAtStartUpByItsName) {
+    Load(u"mic");
+    EXPECT_TRUE(processing.EqualizerOn());
+    EXPECT_EQ(processing.CurrentSetName(), u"mic");
+    settings.initial.on = 1;
+    Load(u"unknown");
+    EXPECT_FALSE(processing.EqualizerOn());
+    // Sets behind a nameless one are not looked at.
+    settings.sets[1].name.clear();
+    Load(u"mic");
+    EXPECT_FALSE(processing.EqualizerOn());
+}
+
+TEST_F(InputProcessingTest, ChangesToTheTwinSetByTheHeadset) {
+    Load(u"mic_int");
+    processing.ChooseEqualizerForHeadset();  // unknown
+    EXPECT_EQ(processing.CurrentSetName(), u"mic_int");
+    headset.state = 3;
+    processing.ChooseEqualizerForHeadset();
+    EXPECT_EQ(processing.CurrentSetName(), u"mic_ext");
+    EXPECT_NEAR(processing.Coefficients(0)[4], 357490000, 10000);  // the boost at 11025 Hz
+    headset.state = 0;
+    processing.ChooseEqualizerForHeadset();
+    EXPECT_EQ(processing.CurrentSetName(), u"mic_int");
+
+    headset.state = 1;
+    for (const Text& unpaired :
+         {Text(u"mic"), Text(u"_int"), Text(u"mic_INT"), Text(u"other_int")}) {
+        settings.sets[3] = Set(unpaired, Band(500, 20, 7));
+        Load(unpaired);
+        processing.ChooseEqualizerForHeadset();
+        EXPECT_EQ(processing.CurrentSetName(), unpaired);
+    }
+    settings.alternativeHeadsetKey = true;
+    headset.alternative = 0;
+    Load(u"mic_ext");
+    processing.ChooseEqualizerForHeadset();
+    EXPECT_EQ(processing.CurrentSetName(), u"mic_int");
+}
+
+TEST_F(InputProcessingTest, SetsTheOutputVolumeOfBothSides) {
+    Load(u"");
+    EXPECT_EQ(processing.OutputStep(), 20U);
+    processing.SetOutputVolume(-6);
+    EXPECT_EQ(processing.OutputStep(), 14U);
+    EXPECT_EQ(waves.volumeLeft, 32845);  // -6 dB of 65535, cut off
+    EXPECT_EQ(waves.volumeRight, 32845);
+    processing.SetOutputVolume(100);
+    EXPECT_EQ(waves.volumeLeft, 65535);
+    processing.SetOutputVolume(-100);
+    EXPECT_EQ(processing.OutputStep(), 0U);
+    EXPECT_EQ(waves.volumeLeft, 6553);
+    settings.volumeControl = false;
+    Load(u"");
+    processing.SetOutputVolume(-1);
+    EXPECT_EQ(processing.OutputStep(), 20U);
+    EXPECT_EQ(waves.volumeLeft, 6553);
+}
+
+TEST_F(InputProcessingTest, KeepsTheOutputStepWhenTheDeviceRefuses) {
+    class Refusing : public FakeWaveSystem {
+      public:
+        using FakeWaveSystem::FakeWaveSystem;
+        WaveResult SetOutputVolume(std::uint16_t, std::uint16_t) override {
+            return WaveResult::kFailed;
+        }
+    } refusing(loop);
+    InputProcessing deaf(refusing, headset);
+    deaf.Load(settings, 44100);
+    deaf.SetOutputVolume(-3);
+    EXPECT_EQ(deaf.OutputStep(), 20U);
+}
+
+}  // namespace
+}  // namespace orma::test
