@@ -1,0 +1,232 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "audio/engine/fake_headset.h"
+#include "audio/engine/recorder.h"
+#include "base/trace.h"
+#include "support/fake_clock.h"
+#include "support/fake_event_loop.h"
+#include "support/fake_wave.h"
+#include "support/test_files.h"
+
+namespace orma::test {
+
+/// Real files, but the free space that a test wants.
+class RoomyStorage : public PosixStorage {
+  public:
+    SystemError FreeBytes(const Text&, std::uint64_t& bytes) override {
+        bytes = freeBytes;
+        return error;
+    }
+
+    std::uint64_t freeBytes = 1ULL << 30;
+    SystemError error = 0;
+};
+
+/// What the writers of a test were asked to do; outlives them.
+struct WriterLog {
+    std::vector<std::string> calls;   // "make 1", "connect", "open take_03", "close"
+    std::vector<Bytes> blocks;        // what WriteSamples got
+    std::size_t healthyBlocks = ~0U;  // IsOpen is false from then on
+    std::function<void()> whileWriting;
+    std::function<void()> whileClosing;
+};
+
+class LoggingWriter : public JStreamAudioWrite {
+  public:
+    explicit LoggingWriter(WriterLog& log) : log_(log) {}
+
+    bool IsOpen() const override { return log_.blocks.size() < log_.healthyBlocks; }
+    void Connect() override { log_.calls.push_back("connect"); }
+    void Open(const Text& name) override { log_.calls.push_back("open " + ToUtf8(name)); }
+    void Close() override {
+        log_.calls.push_back("close");
+        if (log_.whileClosing) log_.whileClosing();
+    }
+    void WriteSamples(const void* pcm, std::uint32_t bytes) override {
+        const auto* from = static_cast<const std::uint8_t*>(pcm);
+        log_.blocks.emplace_back(from, from + bytes);
+        if (log_.whileWriting) log_.whileWriting();
+    }
+
+  private:
+    WriterLog& log_;
+};
+
+class LoggingWriterSlot : public WriterSlot {
+  public:
+    LoggingWriterSlot(WriterContext& context, WriterLog& log) : WriterSlot(context), log_(log) {}
+
+  protected:
+    std::unique_ptr<JStreamAudioWrite> Make(WriterKind kind) override {
+        log_.calls.push_back("make " + std::to_string(static_cast<int>(kind)));
+        return std::make_unique<LoggingWriter>(log_);
+    }
+
+  private:
+    WriterLog& log_;
+};
+
+class FakeTakes : public TakeKeeper {
+  public:
+    Text PrepareTake() override {
+        calls.push_back("prepare");
+        if (whilePreparing) whilePreparing();
+        return u"take_03";
+    }
+    void TakeFinished() override { calls.push_back("finished"); }
+    void TakeDiscarded() override { calls.push_back("discarded"); }
+    Text StorageFolder() const override { return u"/recordings/"; }
+    bool LiveFtp() const override { return liveFtp; }
+
+    std::vector<std::string> calls;
+    bool liveFtp = false;
+    std::function<void()> whilePreparing;
+};
+
+class FakeListener : public RecorderListener {
+  public:
+    void OnLevel(std::uint8_t level) override { levels.push_back(level); }
+    void OnSavedPeriods(std::uint32_t count) override { savedPeriods.push_back(count); }
+    void OnSavingStarted() override { events.push_back("started"); }
+    void OnSavingStopped() override { events.push_back("stopped"); }
+    void OnIndicator(bool lit) override { indicator.push_back(lit); }
+    void OnMark(std::uint32_t number) override { marks.push_back(number); }
+    void OnClosed() override { events.push_back("closed"); }
+    void OnInputLost(WaveLoss) override { events.push_back("lost"); }
+
+    std::vector<std::string> events;
+    std::vector<std::uint8_t> levels;
+    std::vector<std::uint32_t> savedPeriods;
+    std::vector<bool> indicator;
+    std::vector<std::uint32_t> marks;
+};
+
+/// A card that returns buffers when a test says so.
+class FakeCard : public SpdifCard {
+  public:
+    SpdifResult Start(bool, std::uint16_t, unsigned, WaveInEvents& events,
+                      SpdifFormat& delivered) override {
+        events_ = &events;
+        delivered = format;
+        return result;
+    }
+    bool AddBuffer(WaveHeader& header) override {
+        if (ring.size() >= places) return false;
+        ring.push_back(&header);
+        return true;
+    }
+    void Stop() override {
+        calls.push_back("stop");
+        stopped = true;
+    }
+    void Close() override { calls.push_back("close"); }
+
+    /// Fills the next buffer with one 24-bit sample and hands it over, marked as full.
+    void Deliver24(std::int32_t sample) {
+        const auto byte = [&](int shift) { return static_cast<std::uint8_t>(sample >> shift); };
+        DeliverBytes({byte(0), byte(8), byte(16)});
+    }
+
+    /// The same with any sample.
+    void DeliverBytes(const Bytes& sample) {
+        WaveHeader& header = *ring.front();
+        ring.pop_front();
+        for (std::uint32_t at = 0; at < header.bufferLength; ++at)
+            header.data[at] = sample[at % sample.size()];
+        header.bytesRecorded = header.bufferLength;
+        events_->OnWaveInData(header);
+    }
+
+    SpdifResult result = SpdifResult::kCapturing;
+    SpdifFormat format{48000, 24, 7200};
+    std::size_t places = 16;
+    std::deque<WaveHeader*> ring;
+    std::vector<std::string> calls;
+    bool stopped = false;
+
+  private:
+    WaveInEvents* events_ = nullptr;
+};
+
+class FakeExternalRecorder : public ExternalRecorder {
+  public:
+    std::optional<ExternalRecorderInfo> Find() override { return std::nullopt; }
+    WaveResult SendConfiguration(const RecorderConfiguration& record) override {
+        sent.push_back(record.first);
+        return result;
+    }
+
+    std::vector<std::uint32_t> sent;
+    WaveResult result = WaveResult::kOk;
+};
+
+/// A recorder on fakes: mono WAV at 44100 Hz, buffers of 4410 bytes, twenty a second.
+class RecorderTest : public testing::Test {
+  protected:
+    RecorderTest() {
+        SetTraceSink([this](std::string_view line) { trace.emplace_back(line); });
+    }
+    ~RecorderTest() override { SetTraceSink({}); }
+
+    static constexpr std::uint32_t kBufferBytes = 4410;
+
+    Recorder& Engine() {
+        if (!recorder)
+            recorder = std::make_unique<Recorder>(
+                RecorderServices{waves, clock, storage, report, audio, buffers, input, writers,
+                                 sheet, takes, listener, externalRecorder, spdif});
+        return *recorder;
+    }
+
+    /// Monitoring, with saving begun at the buffer just delivered.
+    void StartTake() {
+        ASSERT_EQ(Engine().WavStartRecording(), 0);
+        Engine().WavStartRecordSaving();
+        ASSERT_TRUE(waves.in.DeliverValue(0));
+        ASSERT_TRUE(Engine().IsSaving());
+    }
+
+    void Deliver(std::size_t count, std::int16_t sample = 1000) {
+        for (std::size_t n = 0; n < count; ++n)
+            ASSERT_TRUE(waves.in.DeliverValue(sample));
+    }
+
+    void StopAndDrain() {
+        Engine().WavStopRecording();
+        loop.RunPending();
+    }
+
+    FakeEventLoop loop;
+    FakeWaveSystem waves{loop};
+    FakeClock clock;
+    RoomyStorage storage;
+    FakeBoxes boxes;
+    ErrorReporter report{boxes, storage};
+    AudioState audio;
+    CaptureBuffers buffers;
+    FakeHeadset headset;
+    InputProcessing input{waves, headset};
+    Mp2Pipeline encoder{audio, report};
+    WriterContext context{.files = {storage, report}, .audio = audio, .encoder = encoder};
+    WriterLog writer;
+    LoggingWriterSlot writers{context, writer};
+    LevelSheet sheet;
+    FakeTakes takes;
+    FakeListener listener;
+    FakeExternalRecorder attached;
+    FakeCard card;
+    ExternalRecorder* externalRecorder = nullptr;
+    SpdifCard* spdif = nullptr;
+    std::vector<std::string> trace;
+    std::unique_ptr<Recorder> recorder;
+};
+
+}  // namespace orma::test

@@ -1,0 +1,274 @@
+#include <algorithm>
+#include <cstdlib>
+
+#include "audio/engine/engine_fixture.h"
+#include "audio/files/level_tables.h"
+
+namespace orma::test {
+namespace {
+
+using Strings = std::vector<std::string>;
+using Texts = std::vector<Text>;
+
+class RecorderDrain : public RecorderTest {
+  protected:
+    /// A square wave without offset.
+    static Bytes Sound(std::size_t bytes, std::int16_t sample) {
+        Bytes sound(bytes);
+        for (std::size_t at = 0; at + 1 < bytes; at += 2)
+            StoreLe(&sound[at], static_cast<std::int16_t>(at % 4 == 0 ? sample : -sample));
+        return sound;
+    }
+
+    void Backlog(std::size_t bytes, std::int16_t sample) {
+        const Bytes sound = Sound(bytes, sample);
+        waves.in.backlog.insert(waves.in.backlog.end(), sound.begin(), sound.end());
+    }
+
+    static std::int16_t First(const Bytes& block) { return LoadLe<std::int16_t>(block.data()); }
+};
+
+TEST_F(RecorderDrain, SavesTheBufferInProgressAsItIs) {
+    input.SetInputGain(20);
+    StartTake();
+    for (std::int16_t n = 1; n <= 30; ++n)
+        waves.in.DeliverValue(static_cast<std::int16_t>(100 * n));
+    Backlog(1000, 700);
+    StopAndDrain();
+    ASSERT_EQ(writer.blocks.size(), 31U);
+    const Bytes& last = writer.blocks.back();
+    EXPECT_EQ(last.size(), kBufferBytes);
+    EXPECT_EQ(First(last), 700);  // without the gain
+    EXPECT_EQ(LoadLe<std::int16_t>(&last[996]), 700);
+    EXPECT_EQ(LoadLe<std::int16_t>(&last[1000]), 0);
+    // Its place in the ring last held the fifteenth.
+    EXPECT_EQ(sheet.levels.back(), sheet.levels[14]);
+    EXPECT_EQ(sheet.rangeEnd, 31U);
+    EXPECT_EQ(std::count(trace.begin(), trace.end(), "Stop saving"), 1);
+}
+
+TEST_F(RecorderDrain, LosesNothingOfABacklog) {
+    input.SetInputGain(20);
+    StartTake();
+    Deliver(20, 10);
+    Backlog(3 * kBufferBytes, 2000);
+    Backlog(400, 700);
+    StopAndDrain();
+    ASSERT_EQ(writer.blocks.size(), 24U);
+    for (std::size_t block = 20; block < 23; ++block) {
+        // Processed and measured like any other.
+        EXPECT_NEAR(std::abs(First(writer.blocks[block])), 20000, 100);
+        EXPECT_LT(sheet.levels[block], sheet.levels[19]);
+    }
+    EXPECT_EQ(First(writer.blocks[23]), 700);
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+    EXPECT_EQ(writer.calls.back(), "close");
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderDrain, QueuesFullBuffersAgainUntilTheBacklogIsEmpty) {
+    StartTake();
+    Deliver(20, 10);
+    waves.in.flushOnReset = false;
+    Engine().WavStopRecording();
+    // More than the sixteen buffers hold.
+    for (std::int16_t n = 0; n < 40; ++n)
+        ASSERT_TRUE(waves.in.DeliverValue(static_cast<std::int16_t>(100 + n)));
+    EXPECT_TRUE(Engine().IsSaving());
+    waves.in.FlushReset();
+    EXPECT_EQ(writer.blocks.size(), 60U);  // an empty buffer behind full ones is none of the take
+    EXPECT_EQ(sheet.rangeEnd, 60U);
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderDrain, PutsEverySampleIntoARealFile) {
+    TempFolder folder;
+    context.recordingFolder = folder.Path();
+    WriterSlot realWriters(context);
+    Recorder engine({waves, clock, storage, report, audio, buffers, input, realWriters, sheet,
+                     takes, listener});
+    ASSERT_EQ(engine.WavStartRecording(), 0);
+    engine.WavStartRecordSaving();
+    const Bytes sound = Sound(kBufferBytes - 2, 1000);  // without what the DC blocker would change
+    waves.in.Deliver({});
+    for (int n = 0; n < 25; ++n)
+        waves.in.Deliver(sound);
+    waves.in.backlog = sound;
+    engine.WavStopRecording();
+    loop.RunPending();
+    const Bytes file = ReadFileBytes(folder.Path(u"take_03.wav"));
+    ASSERT_EQ(file.size(), 44 + 26 * kBufferBytes);
+    EXPECT_EQ(LoadLe<std::uint32_t>(&file[40]), 26 * kBufferBytes);
+    Bytes block = sound;
+    block.resize(kBufferBytes);
+    for (std::size_t at = 44; at < file.size(); at += kBufferBytes)
+        ASSERT_TRUE(std::equal(block.begin(), block.end(), file.begin() + static_cast<long>(at)));
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(RecorderDrain, SavesABacklogAtTheEndOfTheBudgetButNotMore) {
+    storage.freeBytes = (1024ULL + 173) << 10;  // 40 periods
+    StartTake();
+    waves.in.flushOnReset = false;
+    Deliver(40, 10);
+    ASSERT_FALSE(Engine().IsActive());
+    ASSERT_EQ(waves.in.queue.size(), 15U);
+    const Bytes more = Sound(kBufferBytes, 200);
+    for (int n = 0; n < 100; ++n)
+        waves.in.Deliver(more);
+    EXPECT_EQ(writer.blocks.size(), 55U);
+    EXPECT_EQ(sheet.rangeEnd, 55U);
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderDrain, RefusesANewStartUntilTheTakeIsDrained) {
+    StartTake();
+    Deliver(25);
+    Engine().WavStopRecording();
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    loop.RunPending();
+    EXPECT_EQ(takes.calls.back(), "finished");
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+}
+
+TEST_F(RecorderDrain, LeavesTheDeviceOpenWhileTheTakeIsHeld) {
+    StartTake();
+    Deliver(25);
+    Engine().SetDrainHold(true);
+    StopAndDrain();
+    EXPECT_EQ(takes.calls.back(), "finished");
+    EXPECT_FALSE(Engine().IsClosed());
+    Engine().SetDrainHold(false);
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(waves.in.Count("OpenInput"), 2U);
+}
+
+TEST_F(RecorderDrain, FinishesTheTakeOnceWhenBuffersReturnBehindItsBoxes) {
+    StartTake();
+    Deliver(25);
+    waves.in.flushOnReset = false;
+    writer.whileClosing = [&] { waves.in.FlushReset(); };
+    Engine().WavStopRecording();
+    waves.in.Deliver({});
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+    EXPECT_EQ(listener.events, (Strings{"started", "stopped", "closed"}));
+    EXPECT_EQ(sheet.rangeEnd, 26U);
+}
+
+TEST_F(RecorderDrain, ClosesTheTakeAlsoWhenTheDeviceDoesNotStop) {
+    StartTake();
+    Deliver(25);
+    waves.in.results["Stop"] = WaveResult::kFailed;
+    StopAndDrain();
+    EXPECT_EQ(boxes.Texts(), Texts{u"waveInStop"});
+    Deliver(1, 50);  // it runs on: this buffer is still the take's
+    loop.RunPending();
+    EXPECT_EQ(takes.calls.back(), "finished");
+    EXPECT_EQ(sheet.rangeEnd, 26U);
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderDrain, ClosesTheTakeAlsoWhenTheDeviceCannotBeReset) {
+    StartTake();
+    Deliver(25);
+    waves.in.results["Reset"] = WaveResult::kFailed;
+    Engine().WavStopRecording();
+    EXPECT_EQ(boxes.Texts(), Texts{u"waveInReset"});
+    EXPECT_EQ(takes.calls.back(), "finished");
+    waves.in.queue.clear();
+    waves.in.results["Unprepare"] = WaveResult::kNotPrepared;
+    Engine().WavCloseRecording();
+    EXPECT_EQ(boxes.shown[1].text, u"waveInReset at exit");
+    EXPECT_EQ(boxes.shown.size(), 2U + 16U);
+    EXPECT_EQ(boxes.shown.back().text, u"waveInUnprepareHeader .h");
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderDrain, ClosingAtExitKeepsTheTake) {
+    StartTake();
+    Deliver(25);
+    recorder.reset();
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+    EXPECT_EQ(writer.calls.back(), "close");
+    EXPECT_FALSE(waves.in.open);
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(RecorderDrain, AVanishedInputEndsTheTakeAndKeepsIt) {
+    StartTake();
+    Deliver(79);
+    Backlog(kBufferBytes + 200, 900);
+    waves.in.results["Stop"] = WaveResult::kNoDevice;
+    waves.in.Lose(WaveLoss::kVanished);
+    EXPECT_FALSE(Engine().IsActive());
+    loop.RunPending();
+    EXPECT_EQ(sheet.rangeEnd, 81U);
+    EXPECT_EQ(takes.calls.back(), "finished");
+    EXPECT_EQ(listener.events, (Strings{"started", "stopped", "closed", "lost"}));
+    EXPECT_EQ(boxes.Texts(), Texts{u"Sound input lost\nRecorded and kept: 00:04"});
+}
+
+TEST_F(RecorderDrain, AnInputThatCannotEvenBeResetStillLeavesTheTake) {
+    StartTake();
+    Deliver(25);
+    waves.in.results["Reset"] = WaveResult::kNoDevice;
+    waves.in.Lose(WaveLoss::kStalled);
+    EXPECT_EQ(takes.calls.back(), "finished");
+    EXPECT_TRUE(Engine().IsClosed());
+    EXPECT_EQ(boxes.Texts(), Texts{u"Sound input lost\nRecorded and kept: 00:01"});
+}
+
+TEST_F(RecorderDrain, AnInputLostWhileMonitoringStopsTheEngine) {
+    StartTake();
+    Deliver(25);
+    StopAndDrain();
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    Deliver(5);
+    waves.in.Lose(WaveLoss::kVanished);
+    loop.RunPending();
+    EXPECT_TRUE(Engine().IsClosed());
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+    EXPECT_EQ(boxes.Texts(), Texts{u"Sound input lost"});
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+}
+
+TEST_F(RecorderDrain, AnInputLostBehindABoxOfTheWriterEndsTheTakeAfterwards) {
+    StartTake();
+    Deliver(25);
+    writer.whileWriting = [&] {
+        writer.whileWriting = nullptr;
+        waves.in.results["Reset"] = WaveResult::kNoDevice;
+        waves.in.Lose(WaveLoss::kVanished);
+        EXPECT_NE(writer.calls.back(), "close");
+    };
+    Deliver(1);
+    loop.RunPending();
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+    EXPECT_EQ(boxes.Texts(), Texts{u"Sound input lost\nRecorded and kept: 00:01"});
+}
+
+TEST_F(RecorderDrain, AnInputLostWhileTheTakeIsPreparedDiscardsIt) {
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    takes.whilePreparing = [&] {
+        waves.in.Lose(WaveLoss::kVanished);
+        loop.RunPending();
+    };
+    Engine().WavStartRecordSaving();
+    EXPECT_FALSE(Engine().IsSavingPending());
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "discarded"}));
+}
+
+TEST_F(RecorderDrain, RemembersTheFramesThatTheDeviceLost) {
+    StartTake();
+    waves.in.lostFrames = 480;
+    EXPECT_EQ(Engine().LostFrames(), 480U);
+    StopAndDrain();
+    EXPECT_EQ(Engine().LostFrames(), 480U);
+    EXPECT_EQ(std::count(trace.begin(), trace.end(), "lost frames=480"), 1);
+    waves.in.lostFrames = 0;
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(Engine().LostFrames(), 0U);
+}
+
+}  // namespace
+}  // namespace orma::test

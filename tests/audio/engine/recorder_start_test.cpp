@@ -1,0 +1,258 @@
+#include "audio/engine/engine_fixture.h"
+#include "audio/files/level_tables.h"
+
+namespace orma::test {
+namespace {
+
+using Strings = std::vector<std::string>;
+using Texts = std::vector<Text>;
+
+class RecorderStart : public RecorderTest {};
+
+TEST_F(RecorderStart, OpensTheDeviceAndQueuesAllBuffersInOrder) {
+    audio.stereo = true;
+    Engine().SetInputDevice(u"Fake microphone");
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_TRUE(Engine().IsActive());
+    EXPECT_EQ(waves.in.name, u"Fake microphone");
+    EXPECT_EQ(waves.in.format, (WaveFormat{2, 44100, 176400, 4, 16}));
+    ASSERT_EQ(waves.in.queue.size(), 16U);
+    for (std::uint32_t index = 0; index < 16; ++index) {
+        EXPECT_EQ(waves.in.queue[index]->user, index);
+        EXPECT_EQ(waves.in.queue[index]->bufferLength, 2 * kBufferBytes);
+    }
+    EXPECT_EQ(waves.in.calls.back(), "Start");
+    // 1 GiB: (1048576 - 1024) * 128 / (11025 * 2) s.
+    EXPECT_EQ(Engine().Budget(), 6081U * 20U);
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    EXPECT_EQ(waves.in.Count("OpenInput"), 1U);
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(RecorderStart, RunsAt48000HzWithAnExternalRecorder) {
+    audio.externalRecorder = true;
+    externalRecorder = &attached;
+    audio.resolutionShift = 1;
+    Engine().SetRecorderConfiguration({77, 0, 0});
+    InputProcessingSettings bell;
+    bell.sets[0] = {{EqualizerBand{1000, 60, 10, 1}, {}, {}}, 1, u"bell", 0};
+    bell.currentSetName = u"bell";
+    input.Load(bell, 48000);
+    const auto at48000 = input.Coefficients(0);
+    input.Load(bell, 44100);
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(waves.in.format, (WaveFormat{1, 48000, 96000, 2, 16}));
+    EXPECT_EQ(waves.in.queue.front()->bufferLength, 9600U);
+    EXPECT_EQ(audio.sampleRate, 48000U);
+    EXPECT_EQ(input.Coefficients(0), at48000);
+    EXPECT_EQ(attached.sent, std::vector<std::uint32_t>{77});
+    // Its own display shows the level.
+    waves.in.DeliverValue(3000);
+    EXPECT_TRUE(listener.levels.empty());
+
+    attached.result = WaveResult::kFailed;
+    StopAndDrain();
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(boxes.Texts(), Texts{u"waveinmessage"});
+}
+
+TEST_F(RecorderStart, RefusesDuringPlaybackWithoutTouchingTheDevice) {
+    EXPECT_EQ(Engine().WavStartRecording(true), 1);
+    EXPECT_TRUE(waves.in.calls.empty());
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(RecorderStart, RefusesBitRatesThatLayer2ForbidsBeforeOpening) {
+    audio.mp2 = true;
+    audio.stereo = true;
+    audio.bitrate.SetMp2Bitrate(4, report);  // 80 kbit/s
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    EXPECT_EQ(boxes.Texts(), Texts{u"Illegal bitrate"});
+    EXPECT_TRUE(waves.in.calls.empty());
+    audio.stereo = false;
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+}
+
+TEST_F(RecorderStart, SaysThatNoTimeIsLeftAndLeavesTheDeviceOpen) {
+    audio.mp2 = true;
+    storage.freeBytes = (1041ULL << 10) - 1;
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    ASSERT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(boxes.shown[0].text,
+              u"You have no recording-\ntime left in your current\nproject. Please open\nanother "
+              u"project on\nanother storage medium.");
+    EXPECT_EQ(boxes.shown[0].title, u"Error");
+    EXPECT_EQ(boxes.shown[0].icon, BoxIcon::kError);
+    EXPECT_EQ(Engine().Budget(), 0U);
+    EXPECT_FALSE(Engine().IsActive());
+    EXPECT_FALSE(Engine().IsClosed());
+
+    storage.freeBytes = 1041ULL << 10;
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(waves.in.Count("Close"), 1U);  // what had stayed open
+    EXPECT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(Engine().Budget(), 40U);
+}
+
+TEST_F(RecorderStart, CountsUnknownFreeSpaceAsNone) {
+    storage.error = 5;
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    EXPECT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(Engine().RecordingTimeLeft(), 0U);
+}
+
+TEST_F(RecorderStart, ShowsTheMonoTimeEvenInStereo) {
+    storage.freeBytes = (1024ULL + 11025) << 10;
+    EXPECT_EQ(Engine().RecordingTimeLeft(), 128U);
+    audio.stereo = true;
+    EXPECT_EQ(Engine().RecordingTimeLeft(), 128U);
+    storage.freeBytes = 1040ULL << 10;
+    audio.mp2 = true;
+    EXPECT_EQ(Engine().RecordingTimeLeft(), 2U);  // the start would refuse
+    storage.freeBytes = 1024ULL << 10;
+    EXPECT_EQ(Engine().RecordingTimeLeft(), 0U);
+}
+
+TEST_F(RecorderStart, PicksTheWriterByFormatAndDestination) {
+    const auto started = [&](bool mp2, bool live) {
+        audio.mp2 = mp2;
+        takes.liveFtp = live;
+        writer.calls.clear();
+        EXPECT_EQ(Engine().WavStartRecording(), 0);
+        StopAndDrain();
+        return writer.calls;
+    };
+    EXPECT_EQ(started(false, false), Strings{"make 1"});
+    EXPECT_EQ(started(false, false), Strings{});  // kept
+    EXPECT_EQ(started(true, false), Strings{"make 2"});
+    EXPECT_EQ(started(false, true), (Strings{"make 4", "connect"}));
+    EXPECT_EQ(started(true, true), (Strings{"make 5", "connect"}));
+}
+
+TEST_F(RecorderStart, TakesItsWriterBackAfterAPublication) {
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    writers.SelectWriter(WriterKind::kBwfMp2File);
+    Engine().WavStartRecordSaving();
+    waves.in.DeliverValue(0);
+    EXPECT_EQ(writer.calls, (Strings{"make 1", "make 9", "make 1", "open take_03"}));
+}
+
+TEST_F(RecorderStart, ReportsAFailingOpen) {
+    waves.in.results["OpenInput"] = WaveResult::kBadFormat;
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    EXPECT_EQ(boxes.Texts(), Texts{u"waveInOpen"});
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderStart, ReportsAFailingStartAndRecoversAtTheNext) {
+    waves.in.results["Start#1"] = WaveResult::kFailed;
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    EXPECT_EQ(boxes.Texts(), Texts{u"waveInStart"});
+    EXPECT_FALSE(Engine().IsActive());
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(waves.in.queue.size(), 16U);
+}
+
+TEST_F(RecorderStart, GoesOnWithoutTheBuffersThatFail) {
+    waves.in.results["Prepare#2"] = WaveResult::kFailed;
+    waves.in.results["Add#4"] = WaveResult::kFailed;
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(boxes.Texts(), (Texts{u"waveInPrepareHeader", u"waveInAddBuffer"}));
+    EXPECT_EQ(waves.in.queue.size(), 14U);
+}
+
+TEST_F(RecorderStart, DoesNotStartWithoutAnyBuffer) {
+    waves.in.results["Add"] = WaveResult::kFailed;
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    EXPECT_EQ(waves.in.Count("Start"), 0U);
+}
+
+TEST_F(RecorderStart, ClearsTheFiltersOfTheLastSession) {
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    Deliver(40, 8000);
+    StopAndDrain();
+    StartTake();
+    Deliver(1, 0);
+    // The first buffer after the start already was silence: no trace of the old offset is left.
+    EXPECT_EQ(writer.blocks.back(), Bytes(kBufferBytes, 0));
+}
+
+class RecorderWithCard : public RecorderTest {
+  protected:
+    RecorderWithCard() { spdif = &card; }
+
+    void StartTakeFromCard() {
+        ASSERT_EQ(Engine().WavStartRecording(), 0);
+        Engine().WavStartRecordSaving();
+        card.Deliver24(0);
+        ASSERT_TRUE(Engine().IsSaving());
+    }
+};
+
+TEST_F(RecorderWithCard, ReportsEachFailureOfTheCard) {
+    const std::pair<SpdifResult, Text> failures[] = {
+        {SpdifResult::kNoCard, u"No PDAudio card present"},
+        {SpdifResult::kNoDriver, u"No driver installed"},
+        {SpdifResult::kNoSignal, u"No valid digital input signal"},
+        {SpdifResult::kRateNotForMp2, u"Sample rate not supported at mp2-recording"},
+    };
+    for (const auto& [result, text] : failures) {
+        card.result = result;
+        EXPECT_EQ(Engine().WavStartRecording(), 1);
+        EXPECT_EQ(boxes.shown.back().text, text);
+        EXPECT_TRUE(Engine().IsClosed());
+    }
+    card.result = SpdifResult::kCapturing;
+    waves.in.results["OpenInput"] = WaveResult::kNoDevice;
+    EXPECT_EQ(Engine().WavStartRecording(), 1);
+    EXPECT_EQ(boxes.shown.back().text, u"waveInOpen");
+    EXPECT_EQ(card.calls, Strings{"close"});
+}
+
+TEST_F(RecorderWithCard, RecordsItsBuffersUnprocessedAndClosesIt) {
+    card.format = {48000, 24, 7200};
+    StartTakeFromCard();
+    EXPECT_EQ(waves.in.format, (WaveFormat{1, 44100, 88200, 2, 16}));
+    EXPECT_EQ(waves.in.Count("Add"), 0U);
+    EXPECT_EQ(audio.sampleRate, 48000U);
+    EXPECT_EQ(audio.bitsPerSample, 24);
+    card.Deliver24(-0x400000);  // negative samples do not count
+    card.Deliver24(0x7FFFFF);
+    for (int n = 0; n < 20; ++n)
+        card.Deliver24(0x010203);
+    ASSERT_EQ(sheet.levels.size(), 22U);
+    EXPECT_EQ(sheet.levels[0], 79);
+    EXPECT_EQ(sheet.levels[1], 0);
+    EXPECT_EQ(writer.blocks[2].size(), 7200U);
+    EXPECT_EQ(writer.blocks[2][0], 0x03);
+    EXPECT_EQ(writer.blocks[2][2], 0x01);
+
+    Engine().WavStopRecording();
+    loop.RunPending();
+    EXPECT_TRUE(Engine().IsSaving());
+    card.Deliver24(0x7FFFFF);  // the one that its stop hands back
+    EXPECT_EQ(sheet.levels.size(), 23U);
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+    EXPECT_TRUE(Engine().IsClosed());
+    EXPECT_EQ(card.calls, (Strings{"stop", "close"}));
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(RecorderWithCard, LeavesItsBuffersUnprocessedAt16BitToo) {
+    card.format = {44100, 16, 4410};
+    input.SetInputGain(20);
+    StartTakeFromCard();
+    card.DeliverBytes({0x00, 0x20});
+    EXPECT_EQ(LoadLe<std::int16_t>(writer.blocks.back().data()), 0x2000);
+    EXPECT_EQ(sheet.levels.back(), LevelOfPeak(0x2000));
+}
+
+TEST_F(RecorderWithCard, ReportsAFullRing) {
+    card.places = 15;
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(boxes.Texts(), Texts{u"PDAudioInAddBuffer"});
+}
+
+}  // namespace
+}  // namespace orma::test

@@ -1,0 +1,230 @@
+#include <algorithm>
+
+#include "audio/engine/engine_fixture.h"
+#include "audio/files/level_tables.h"
+
+namespace orma::test {
+namespace {
+
+using Strings = std::vector<std::string>;
+using Texts = std::vector<Text>;
+
+class RecorderTake : public RecorderTest {};
+
+TEST_F(RecorderTake, BeginsAtTheBufferAfterTheRequest) {
+    sheet.levels = {1, 2};
+    sheet.marks = {5};
+    sheet.cuts = {{1, 2, 0}};
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    Deliver(3);
+    EXPECT_FALSE(Engine().IsSavingPending());
+    Engine().WavStartRecordSaving();
+    EXPECT_TRUE(Engine().IsSavingPending());
+    EXPECT_EQ(sheet, LevelSheet{});
+    EXPECT_EQ(takes.calls, Strings{"prepare"});
+
+    Deliver(1);
+    EXPECT_FALSE(Engine().IsSavingPending());
+    EXPECT_TRUE(Engine().IsSaving());
+    EXPECT_EQ(writer.calls, (Strings{"make 1", "open take_03"}));
+    EXPECT_EQ(trace.back(), "Start saving");
+    EXPECT_TRUE(writer.blocks.empty());
+
+    Engine().WavStartRecordSaving();  // again: no second take
+    Deliver(2);
+    EXPECT_EQ(writer.blocks.size(), 2U);
+    EXPECT_EQ(Engine().SavedPeriods(), 2U);
+    EXPECT_EQ(listener.savedPeriods, (std::vector<std::uint32_t>{1, 2}));
+    EXPECT_EQ(takes.calls, Strings{"prepare"});
+}
+
+TEST_F(RecorderTake, RefusesToSaveWhileTheEngineRests) {
+    Engine().WavStartRecordSaving();
+    EXPECT_EQ(boxes.Texts(), Texts{u"WavStartRecordSaving"});
+    EXPECT_TRUE(takes.calls.empty());
+}
+
+TEST_F(RecorderTake, KeepsALevelForEveryBufferThatIsWritten) {
+    StartTake();
+    input.SetInputGain(6);
+    waves.in.DeliverValue(8000);  // times 510 / 256, less the first steps of the DC blocker
+    waves.in.DeliverValue(-32768);
+    ASSERT_EQ(sheet.levels.size(), 2U);
+    EXPECT_EQ(sheet.levels[0], LevelOfPeak(15937));
+    EXPECT_EQ(sheet.levels[1], 0);
+    EXPECT_EQ(LoadLe<std::int16_t>(writer.blocks[0].data()), 15937);
+    EXPECT_EQ(LoadLe<std::int16_t>(writer.blocks[1].data()), -32767);
+    EXPECT_EQ(listener.levels.back(), 0);
+}
+
+TEST_F(RecorderTake, IsDiscardedBelowOneSecond) {
+    StartTake();
+    Deliver(18);
+    StopAndDrain();  // the buffer that the stop flushes is the nineteenth
+    EXPECT_EQ(sheet.levels.size(), 19U);
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "discarded"}));
+    EXPECT_EQ(writer.calls.back(), "close");
+    EXPECT_EQ(Engine().SavedPeriods(), 0U);
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderTake, IsKeptFromExactlyOneSecondOn) {
+    audio.resolutionShift = 1;
+    StartTake();
+    Deliver(9);
+    StopAndDrain();
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+    EXPECT_EQ(sheet.rangeStart, 0U);
+    EXPECT_EQ(sheet.rangeEnd, 10U);
+    EXPECT_EQ(sheet.resolutionShift, 1U);
+    EXPECT_EQ(listener.events, (Strings{"started", "stopped", "closed"}));
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(RecorderTake, EndsQuietWhereAPlaceInTheRingWasNeverMeasured) {
+    audio.resolutionShift = 0;
+    StartTake();
+    Deliver(6);
+    StopAndDrain();
+    EXPECT_EQ(sheet.rangeEnd, 7U);
+    EXPECT_EQ(sheet.levels.back(), kQuietLevel);
+}
+
+TEST_F(RecorderTake, ThatNeverBeganIsDiscarded) {
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    Engine().WavStartRecordSaving();
+    StopAndDrain();
+    EXPECT_FALSE(Engine().IsSavingPending());
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "discarded"}));
+    EXPECT_EQ(writer.calls, Strings{"make 1"});
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderTake, EndsAtTheBufferThatUsesTheBudgetUp) {
+    storage.freeBytes = (1024ULL + 173) << 10;  // 40 periods
+    StartTake();
+    ASSERT_EQ(Engine().Budget(), 40U);
+    Deliver(39);
+    EXPECT_TRUE(Engine().IsActive());
+    Deliver(1);
+    EXPECT_FALSE(Engine().IsActive());
+    EXPECT_EQ(writer.blocks.size(), 40U);
+    loop.RunPending();
+    EXPECT_EQ(takes.calls.back(), "finished");
+    EXPECT_EQ(writer.blocks.size(), 41U);  // with what the stop flushed back
+}
+
+TEST_F(RecorderTake, EndsWhenTheWriterTurnsUnhealthy) {
+    StartTake();
+    writer.healthyBlocks = 25;
+    Deliver(24);
+    EXPECT_TRUE(Engine().IsActive());
+    Deliver(1);
+    EXPECT_FALSE(Engine().IsActive());
+    loop.RunPending();
+    EXPECT_EQ(takes.calls.back(), "finished");
+    EXPECT_EQ(sheet.rangeEnd, 25U);
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderTake, EndsAtOnceWhenItsFileCannotBeOpened) {
+    writer.healthyBlocks = 0;
+    StartTake();
+    Deliver(1);
+    loop.RunPending();
+    EXPECT_EQ(takes.calls.back(), "discarded");
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderTake, BlinksTheIndicatorEvery400MillisecondsWhileMonitoring) {
+    ASSERT_EQ(Engine().WavStartRecording(), 0);
+    Deliver(17);
+    EXPECT_EQ(listener.indicator, (std::vector<bool>{true, false, true}));
+    Engine().WavStopRecording();
+    EXPECT_EQ(listener.indicator.back(), false);
+}
+
+TEST_F(RecorderTake, MeasuresTheLoadFromSavingOn) {
+    StartTake();
+    writer.whileWriting = [&] { clock.ticks += 7; };
+    Deliver(110);
+    EXPECT_EQ(Engine().PeakLoadMs(), 7U);
+    Engine().WavStopRecording();
+    EXPECT_EQ(std::count(trace.begin(), trace.end(), "pload[98]=7"), 1);
+    EXPECT_EQ(std::count(trace.begin(), trace.end(), "pload[99]=7"), 0);
+}
+
+TEST_F(RecorderTake, SetsMarksAtTheSavedCount) {
+    EXPECT_FALSE(Engine().MarkWhileRecording());
+    StartTake();
+    Deliver(3);
+    EXPECT_TRUE(Engine().MarkWhileRecording());
+    Deliver(2);
+    EXPECT_TRUE(Engine().MarkWhileRecording());
+    EXPECT_EQ(sheet.marks, (std::vector<std::uint32_t>{3, 5}));
+    EXPECT_EQ(listener.marks, (std::vector<std::uint32_t>{1, 2}));
+    for (int n = 2; n < 1003; ++n)
+        ASSERT_TRUE(Engine().MarkWhileRecording());
+    EXPECT_FALSE(Engine().MarkWhileRecording());
+    EXPECT_EQ(sheet.marks.size(), 1003U);
+    EXPECT_EQ(trace.back(), "mark refused: 1003 marks are set");
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(RecorderTake, DoesNotReallocateWhileSaving) {
+    StartTake();
+    const std::size_t room = sheet.levels.capacity();
+    EXPECT_GE(room, 720000U);
+    EXPECT_GE(sheet.marks.capacity(), LevelSheet::kMaxMarks);
+    Deliver(50);
+    EXPECT_EQ(sheet.levels.capacity(), room);
+}
+
+TEST_F(RecorderTake, IgnoresAForeignBuffer) {
+    StartTake();
+    WaveHeader foreign;
+    foreign.user = 16;
+    Engine().WimDataMsg(foreign);
+    EXPECT_EQ(boxes.Texts(), Texts{u"WimDataMsg"});
+    EXPECT_EQ(waves.in.queue.size(), 16U);
+    EXPECT_EQ(Engine().SavedPeriods(), 0U);
+}
+
+TEST_F(RecorderTake, GoesOnWhenABufferFallsOutOfCirculation) {
+    StartTake();
+    waves.in.results["Unprepare#3"] = WaveResult::kFailed;
+    waves.in.results["Add#20"] = WaveResult::kFailed;
+    Deliver(10);
+    EXPECT_EQ(boxes.Texts(), (Texts{u"waveInUnprepareHeader", u"waveInAddBuffer"}));
+    EXPECT_EQ(writer.blocks.size(), 10U);
+    EXPECT_EQ(waves.in.queue.size(), 15U);
+}
+
+TEST_F(RecorderTake, EndsWhenNoBufferIsLeftInCirculation) {
+    StartTake();
+    Deliver(20);
+    waves.in.results["Add"] = WaveResult::kFailed;
+    Deliver(16);
+    EXPECT_EQ(writer.blocks.size(), 36U);
+    EXPECT_EQ(takes.calls.back(), "finished");
+    EXPECT_TRUE(Engine().IsClosed());
+}
+
+TEST_F(RecorderTake, HoldsBuffersBackBehindABoxOfTheWriter) {
+    StartTake();
+    writer.whileWriting = [&] {
+        writer.whileWriting = nullptr;
+        waves.in.DeliverValue(1000);
+        waves.in.DeliverValue(5000);
+        EXPECT_EQ(writer.blocks.size(), 1U);
+    };
+    waves.in.DeliverValue(10);
+    ASSERT_EQ(writer.blocks.size(), 3U);
+    EXPECT_EQ(LoadLe<std::int16_t>(writer.blocks[0].data()), 10);
+    EXPECT_NEAR(LoadLe<std::int16_t>(writer.blocks[1].data()), 1000, 20);  // less the DC blocker's
+    EXPECT_NEAR(LoadLe<std::int16_t>(writer.blocks[2].data()), 5000, 1000);
+    EXPECT_EQ(Engine().SavedPeriods(), 3U);
+}
+
+}  // namespace
+}  // namespace orma::test
