@@ -145,23 +145,6 @@ TEST_F(InputProcessingTest, EqualsTheModelBitForBit) {
     }
 }
 
-TEST_F(InputProcessingTest, ChangesTheToneOfTheLeftChannelOnly) {
-    Load(u"mic_int");
-    Samples stereo;
-    for (const std::int16_t sample : Noise(2000, 3000))
-        stereo.insert(stereo.end(), {sample, sample});
-    const Samples on = Processed(stereo, 2);
-    processing.ClearState();
-    Load(u"");
-    const Samples off = Processed(stereo, 2);
-    std::size_t leftChanges = 0;
-    for (std::size_t at = 0; at < on.size(); at += 2) {
-        leftChanges += on[at] != off[at];
-        ASSERT_EQ(on[at + 1], off[at + 1]);
-    }
-    EXPECT_GT(leftChanges, 1900U);
-}
-
 TEST_F(InputProcessingTest, ClipsLoudSoundAtBothEnds) {
     Load(u"mic_int");  // the products exceed 32 bits here
     processing.SetInputGain(100);
@@ -235,13 +218,6 @@ TEST_F(InputProcessingTest, BoostsASineAtTheCentreOfABandByItsGain) {
     const Samples out = Processed(sine, 1);
     const auto peak = *std::max_element(out.end() - 4410, out.end());
     EXPECT_NEAR(peak, 2000 * 3.981, 40);
-}
-
-TEST_F(InputProcessingTest, FollowsTheSampleRate) {
-    Load(u"mic_ext");
-    const auto at44100 = processing.Coefficients(0);
-    processing.SetSampleRate(48000);
-    EXPECT_NE(processing.Coefficients(0), at44100);
 }
 
 TEST_F(InputProcessingTest, PassesABandThroughThatNoFilterCanRealise) {
