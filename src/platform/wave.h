@@ -69,7 +69,9 @@ class WaveInDevice {
     [[nodiscard]] virtual WaveResult Stop() = 0;
 
     /// Ends capture, hands out what the backlog still holds in the queued buffers, zero-fills what
-    /// was not recorded, and returns every queued buffer through OnWaveInData.
+    /// was not recorded, and returns every queued buffer through OnWaveInData. What the queued
+    /// buffers could not take stays in the backlog for buffers added later and another Reset; only
+    /// the next Start drops it.
     [[nodiscard]] virtual WaveResult Reset() = 0;
 
     /// Sample frames lost since Start because even the backlog was full, or the driver said so.

@@ -95,19 +95,22 @@ TEST_F(PortAudioOnPulse, CapturesBitByBitThroughAStallOfTheLoop) {
     EXPECT_EQ(device->LostFrames(), 0u);
 }
 
-TEST_F(PortAudioOnPulse, AResetCountsWhatNoBufferCanTake) {
+TEST_F(PortAudioOnPulse, AResetLeavesForTheNextOneWhatNoBufferCouldTake) {
     WaveInUser user(kBufferLength);
     const auto device = OpenMono(user);
     ASSERT_TRUE(device);
     user.Begin(*device);
     ASSERT_TRUE(Run([&] { return user.order.size() > 2; }));
-    user.goRound = false;
-    const std::size_t before = user.order.size();
+    const std::size_t before = user.heard.size();
     std::this_thread::sleep_for(2s);
-    ASSERT_EQ(device->Reset(), WaveResult::kOk);
-    EXPECT_GT(device->LostFrames(), 44100u / 2) << "about 2 s came, sixteen buffers took 0.8 s";
-    ASSERT_TRUE(Run([&] { return user.order.size() == before + 16; }));
-    EXPECT_EQ(user.recordedBytes.back(), kBufferLength);
+    for (int round = 0; round < 5 && user.recordedBytes.back() == kBufferLength; ++round) {
+        const std::size_t returned = user.order.size();
+        ASSERT_EQ(device->Reset(), WaveResult::kOk);
+        ASSERT_TRUE(Run([&] { return user.order.size() == returned + 16; }));
+    }
+    EXPECT_GT(user.heard.size() - before, 2 * 44100 * 2 * 19 / 20)
+        << "2 s came, sixteen buffers took 0.8 s at a time";
+    EXPECT_EQ(device->LostFrames(), 0u);
 }
 
 TEST_F(PortAudioOnPulse, TellsOnceThatItsServerEndedAndKeepsWhatWasHeard) {

@@ -96,11 +96,6 @@ WaveResult PortAudioWaveIn::Reset() {
         std::fill(header->data + header->bytesRecorded, header->data + header->bufferLength,
                   std::uint8_t{0});
     }
-    if (const std::size_t left = capture_->ring.Discard(); left != 0) {
-        const std::size_t frames = left / capture_->format.blockAlign;
-        capture_->lostFrames += frames;
-        Trace("portaudio: reset drops %zu frames behind the last buffer", frames);
-    }
     flushed_ = true;
     queue_.ReturnAll([this](WaveHeader& header) { events_.OnWaveInData(header); });
     return WaveResult::kOk;

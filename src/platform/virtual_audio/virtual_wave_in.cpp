@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace orma {
 namespace {
@@ -44,6 +45,7 @@ WaveResult VirtualWaveIn::Start() {
     if (lost_) return WaveResult::kNoDevice;
     if (started_) return WaveResult::kOk;
     started_ = true;
+    if (std::exchange(flushed_, false)) clock_.Set(filledFrames_);
     if (pace_ == Pace::kReal) {
         clock_.Start();
         timer_ = loop_.StartTimer(kTickMs, [this] { Step(); });
@@ -65,7 +67,7 @@ WaveResult VirtualWaveIn::Reset() {
     if (pace_ == Pace::kReal)
         for (WaveHeader* header : queue_.Waiting())
             if (!Fill(*header, DueFrames())) break;
-    clock_.Set(filledFrames_);
+    flushed_ = true;
     queue_.ReturnAll([this](WaveHeader& header) { events_.OnWaveInData(header); });
     return WaveResult::kOk;
 }

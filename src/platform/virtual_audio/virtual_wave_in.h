@@ -50,6 +50,7 @@ class VirtualWaveIn : public WaveInDevice {
     std::uint64_t filledFrames_ = 0;
     bool started_ = false;
     bool stepPosted_ = false;
+    bool flushed_ = false;  // what a reset left in the backlog ends with the next start
     bool lost_ = false;
     WaveQueue queue_;
 };
