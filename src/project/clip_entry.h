@@ -16,6 +16,10 @@ struct ClipEntry {
     std::uint32_t end = 0;       // 0: the whole recording
     std::uint32_t reserved = 0;  // carried unchanged
 
+    // The clip's place in the project file it was loaded from, counted from 1; 0: added since. It
+    // tells where clips that could not be shown belong. Not stored.
+    std::uint32_t place = 0;
+
     // Derived by the clip check and the clip texts; not stored.
     DateTime fileTime;                // the recording file's last-write time, local
     std::uint32_t length = 0;         // net of cuts; 0: the recording is missing

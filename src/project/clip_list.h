@@ -20,18 +20,22 @@ class ClipList {
     void Clear();
 
     /// Puts a clip at the current index when that lies in 0..count, else at the end; returns its
-    /// index. The clip's end is reset to 0 (the whole recording).
+    /// index. The clip's end is reset to 0 (the whole recording). The current index stays, so that
+    /// the new clip is current when it took the current one's place.
     std::int32_t Insert(ClipEntry clip);
 
     /// Puts a clip at the end as it is; returns its index.
     std::int32_t Append(ClipEntry clip);
 
-    /// Removes the current clip; the following one, or the new last one, becomes current.
+    /// Removes the current clip; the following one, or the new last one, becomes current; in an
+    /// empty list none is.
     void RemoveCurrent();
 
-    /// Removes every clip whose recording has this base path (folder and name).
-    void RemoveClipsOf(const Text& basePath);
+    /// Removes every clip whose recording has this base path (folder and name) and tells whether
+    /// there was one. The current clip stays current; when it was among them, none is.
+    bool RemoveClipsOf(const Text& basePath);
 
+    /// Swaps the current clip with its neighbour and follows it; the ends of the list stay.
     void MoveCurrentUp();
     void MoveCurrentDown();
 
@@ -42,6 +46,7 @@ class ClipList {
     void ClearCurrent() { current_ = -1; }
 
     [[nodiscard]] std::int32_t CurrentIndex() const { return current_; }
+    /// The current clip; null when there is none.
     [[nodiscard]] ClipEntry* Current();
     [[nodiscard]] std::int32_t Count() const { return static_cast<std::int32_t>(clips_.size()); }
     [[nodiscard]] bool Empty() const { return clips_.empty(); }
@@ -56,6 +61,9 @@ class ClipList {
     [[nodiscard]] std::uint32_t TotalLength() const;
 
   private:
+    [[nodiscard]] bool Has(std::int32_t index) const { return index >= 0 && index < Count(); }
+    void SwapCurrentWith(std::int32_t neighbour);
+
     std::vector<std::unique_ptr<ClipEntry>> clips_;
     std::int32_t current_ = -1;
 };

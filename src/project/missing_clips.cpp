@@ -1,0 +1,35 @@
+#include "project/missing_clips.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orma {
+
+std::vector<ClipEntry> WithMissingClips(const ClipList& shown,
+                                        const std::vector<ClipEntry>& missing) {
+    // Places of the loaded clips that are left, with the index where each stands now.
+    std::vector<std::pair<std::uint32_t, std::int32_t>> anchors;
+    for (std::int32_t i = 0; i < shown.Count(); ++i) {
+        if (shown.At(i).place != 0) anchors.emplace_back(shown.At(i).place, i);
+    }
+    std::ranges::sort(anchors);
+
+    std::vector<std::vector<const ClipEntry*>> followers(static_cast<std::size_t>(shown.Count()) +
+                                                         1);
+    for (const ClipEntry& clip : missing) {
+        const auto after = std::ranges::upper_bound(anchors, std::pair(clip.place, 0));
+        const std::int32_t index = after == anchors.begin() ? -1 : std::prev(after)->second;
+        followers[static_cast<std::size_t>(index + 1)].push_back(&clip);
+    }
+
+    std::vector<ClipEntry> all;
+    all.reserve(static_cast<std::size_t>(shown.Count()) + missing.size());
+    for (std::int32_t i = -1; i < shown.Count(); ++i) {
+        if (i >= 0) all.push_back(shown.At(i));
+        for (const ClipEntry* clip : followers[static_cast<std::size_t>(i + 1)])
+            all.push_back(*clip);
+    }
+    return all;
+}
+
+}  // namespace orma
