@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/bytes.h"
 #include "project/clip_entry.h"
 #include "stream/jstream_file.h"
 
@@ -37,8 +38,17 @@ enum class ProjectReadResult {
     kWrongVersion,  // "LoadProject Project Version"
 };
 
-/// Reads a project file; on failure `record` is untouched. Missing fields at the end of a short
-/// file are zeros; counts are bounded by the file's size.
+/// The record as a project file, little-endian; texts as a 32-bit count and, when it is not 0, that
+/// many UTF-16 units and a terminating 0. Always version 10. Metadata texts are cut to their limit.
+[[nodiscard]] Bytes EncodeProjectFile(const ProjectRecord& record);
+
+/// Takes a project file apart. What a short file lacks is zeros and empty texts, except clips:
+/// those that are not there are left out. Fields that the file's version lacks hold their defaults
+/// (the audio layout is 0 before version 6). Never kNotOpened; on failure `record` is untouched.
+[[nodiscard]] ProjectReadResult DecodeProjectFile(ByteSpan file, ProjectRecord& record);
+
+/// Reads a project file whole, once its head shows that it is one; on failure `record` is
+/// untouched.
 [[nodiscard]] ProjectReadResult ReadProjectFile(FileServices services, const Text& path,
                                                 ProjectRecord& record);
 
