@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <set>
 #include <vector>
 
 #include "audio/engine/recorder_listener.h"
 #include "audio/files/audio_read.h"
+#include "base/path.h"
 #include "platform/clock.h"
 #include "project/clip_list.h"
 #include "project/current_recording.h"
@@ -22,7 +25,7 @@ struct ProjectOptions {
     unsigned resolutionShift = 2;
     std::uint32_t bitrateIndex = 3;
     bool useTextFile = false;
-    Text textFile;
+    Text textFile{};
     std::uint32_t descriptionMode = 0;
 };
 
@@ -34,16 +37,25 @@ struct ProjectServices {
     CurrentRecording& recording;
 };
 
+/// The first free name for a new project: `name` itself, else "<name>1-", "<name>2-" and so on,
+/// until `folder` holds no project file of that name.
+[[nodiscard]] Text FreeProjectName(Storage& storage, const Text& folder, const Text& name);
+
 /// The current project: a named set of numbered recordings in one folder and a project file with
-/// its clip list, text and recording parameters. UI thread.
+/// its clip list, text and recording parameters.
+///
+/// The path may name a file that this program never read, or must not touch (a foreign file, one of
+/// a newer version). The project is `attached` to its path once it was loaded from there, created
+/// or saved there; until then an empty project leaves the path alone, and whatever a save would
+/// overwrite is kept. UI thread.
 class Project : public TakeKeeper {
   public:
     explicit Project(ProjectServices services);
 
     void SetOptions(ProjectOptions options) { options_ = std::move(options); }
 
-    /// Makes `folder` and `name` ("default" when empty) the current project without reading or
-    /// creating anything.
+    /// Makes `folder` and `name` ("default" when empty) the current path without reading or
+    /// creating anything; LoadProject or NewProject follows.
     void SetPath(const Text& folder, const Text& name);
 
     [[nodiscard]] const Text& Folder() const { return folder_; }
@@ -53,7 +65,11 @@ class Project : public TakeKeeper {
     [[nodiscard]] Text LevelFilePath() const;
     [[nodiscard]] Text AudioFilePath() const;
 
-    /// Sets up the current path as a new, empty project in the format of the options.
+    /// The audio file of a clip, of the project's format.
+    [[nodiscard]] Text ClipAudioPath(const ClipEntry& clip) const;
+
+    /// Sets up the current path as a new, empty project in the format of the options. Nothing is
+    /// written; a text file that cannot be read is reported.
     void NewProject();
 
     /// Moves the recording index on by one and recomputes the current paths.
@@ -62,60 +78,111 @@ class Project : public TakeKeeper {
     /// Moves the index back by one when it is -1 or more.
     void PreviousRecording();
 
-    /// Reads the project file and selects its current clip or recording; false (reported, the old
-    /// state stays) when the file is none of ours. Clips whose recording is missing are dropped
+    /// Reads the project file and selects its current clip, else the recording at its stored index.
+    /// False (reported) when the file is none of ours or of a newer version: the old state stays,
+    /// and the path is again the one before SetPath, or where there was none, one that is free; so
+    /// a later save cannot reach the refused file. Clips whose recording is missing are dropped
     /// from the list but remembered for the next save.
     bool LoadProject();
 
-    /// Writes the project file; with no clip, shown or remembered, the file is removed instead. A
-    /// save that drops clips keeps the previous file as a backup (".opr.bak"). False on failure
-    /// (reported).
+    /// Writes the project file; with no clip, shown or remembered, the file is removed instead,
+    /// provided the project is attached and the file is one of ours. A save that drops clips which
+    /// the file holds keeps the previous file as a backup (".opr.bak"). A file there that is none
+    /// of ours is moved aside ("name (kept 1).opr"), never overwritten. False on failure
+    /// (reported); the previous file then stands.
     bool SaveProject();
 
     /// Makes a clip current and its recording the current recording; false outside the list or
-    /// when the recording cannot be read.
+    /// when the recording cannot be read (reported unless it is missing); nothing changes then.
     bool SelectClip(std::int32_t index);
 
-    /// Makes a recording file the current one without touching the clip list; false when it
-    /// cannot be read.
+    /// Makes a recording file the current one; no clip is current then. False when it cannot be
+    /// read (reported); nothing changes then.
     bool OpenRecording(const Text& audioPath);
 
     /// Reads time, length and texts of a clip from its recording; the length stays 0 when the
-    /// recording is missing or unreadable.
+    /// recording is missing or unreadable, and nothing is shown. The audio state stays as it was.
     void CheckClip(ClipEntry& clip);
 
     /// Deletes a project's file and its recordings 00 to 99, or a single recording with its level
-    /// file, and the clips that refer to what is gone. The question comes before, elsewhere.
-    void DeletePath(const Text& path);
+    /// file, and the clips that refer to what is gone. The question comes before, elsewhere. False
+    /// when something could not be deleted (the first failure is reported); when that is the chosen
+    /// file itself, nothing else is touched.
+    bool DeletePath(const Text& path);
 
     [[nodiscard]] std::int32_t RecordingIndex() const { return recordingIndex_; }
     [[nodiscard]] const Text& ProjectText() const { return data_.text; }
     void SetProjectText(const Text& text) { data_.text = text; }
 
-    /// The recording folder and publishing values that are carried in the project file.
+    /// Straight-to-FTP recording of this project; stays off unless the options allow it.
+    void SetLiveFtp(bool on) { liveFtp_ = on && options_.liveFtpAllowed; }
+
+    /// The fields that the project file carries beside its clips.
     [[nodiscard]] const ProjectRecord& Data() const { return data_; }
 
     [[nodiscard]] ClipList& Clips() { return s_.clips; }
     [[nodiscard]] CurrentRecording& Recording() { return s_.recording; }
 
     // TakeKeeper
+
+    /// Existing files of the take's name, of any kind, move aside to "name00 (kept 1)". A number is
+    /// skipped instead when a clip refers to it or may do so (a project file lies there that was
+    /// not read), when moving failed (reported), and beyond 99, where the name may be another
+    /// project's ("a" 100 and "a1" 00).
     [[nodiscard]] Text PrepareTake() override;
+
+    /// The clip is added and the project saved even when the level file could not be written.
     void TakeFinished() override;
+
+    /// Deletes only what was created since PrepareTake.
     void TakeDiscarded() override;
     [[nodiscard]] Text StorageFolder() const override { return folder_; }
     [[nodiscard]] bool LiveFtp() const override { return liveFtp_; }
 
   private:
+    static constexpr std::uint32_t kRateCodeBits = 0xFFFF;  // of the audio format word
+
+    struct Place {
+        Text folder;
+        Text name;
+        bool attached = false;
+    };
+
+    [[nodiscard]] FileServices Files() const { return s_.readers.files; }
+    [[nodiscard]] Storage& Disk() const { return s_.readers.files.storage; }
+    [[nodiscard]] AudioState& Audio() const { return s_.readers.audio; }
+    [[nodiscard]] TextView AudioExtension() const { return Audio().mp2 ? u".mp2" : u".wav"; }
     void RecomputePaths();
+    void ApplySampleRateCode(std::uint32_t code);
+    void AdoptTextFile();
+    void ClearRecording();
+    void OpenNumberedRecording();
+
+    void LeaveRefusedPath();
+    void Adopt(ProjectRecord record);
+    void AdoptClips(std::vector<ClipEntry> stored);
+    [[nodiscard]] ProjectRecord RecordToSave() const;
+    [[nodiscard]] bool MakeRoomFor(const ProjectRecord& record);
+    [[nodiscard]] bool RemoveProjectFile();
+
+    [[nodiscard]] std::set<Text> ReferredNames() const;
+    void SelectLastTake();
+
+    [[nodiscard]] bool DeleteRecording(const PathParts& chosen);
+    [[nodiscard]] bool DeleteNumbered(const PathParts& chosen);
+    bool ForgetDeleted(const Text& audioPath);
 
     ProjectServices s_;
     ProjectOptions options_;
-    ProjectRecord data_;
+    ProjectRecord data_;  // without its clips, which are in the list and in missing_
     Text folder_;
     Text name_;
+    bool attached_ = false;
+    std::optional<Place> before_;  // what SetPath replaced, until the new path proves good
     std::int32_t recordingIndex_ = -1;
     bool liveFtp_ = false;
-    std::vector<ClipEntry> missing_;  // clips whose recording was absent at load
+    bool takePending_ = false;        // between PrepareTake and its end
+    std::vector<ClipEntry> missing_;  // clips whose recording was absent at load, as stored
 };
 
 }  // namespace orma

@@ -1,0 +1,81 @@
+// Deleting recordings and whole projects.
+
+#include <array>
+
+#include "project/project.h"
+#include "project/same_path.h"
+
+namespace orma {
+namespace {
+
+constexpr std::array<TextView, 3> kKindsInOrder = {u".mp2", u".wav", u".jvu"};
+constexpr int kNumbers = 100;
+
+bool IsProjectFile(const Text& extension) {
+    Text lower = extension;
+    for (char16_t& unit : lower) {
+        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit + (u'a' - u'A'));
+    }
+    return lower == u".opr";
+}
+
+}  // namespace
+
+bool Project::DeletePath(const Text& path) {
+    if (const SystemError error = Disk().Delete(path); error != 0) {
+        Files().report.ReportSystemFailure(u"DeleteFile", error);
+        return false;
+    }
+    const PathParts chosen = SplitPath(path);
+    return IsProjectFile(chosen.extension) ? DeleteNumbered(chosen) : DeleteRecording(chosen);
+}
+
+bool Project::DeleteRecording(const PathParts& chosen) {
+    const Text basePath = chosen.folder + chosen.name;
+    SystemError error = 0;
+    if (Disk().Exists(basePath + u".jvu")) error = Disk().Delete(basePath + u".jvu");
+    if (error != 0) Files().report.ReportSystemFailure(u"DeleteFile", error);
+    const bool clipsRemoved = ForgetDeleted(basePath + chosen.extension);
+    return (!clipsRemoved || SaveProject()) && error == 0;
+}
+
+bool Project::DeleteNumbered(const PathParts& chosen) {
+    const Text basePath = chosen.folder + chosen.name;
+    SystemError firstError = 0;
+    bool clipsRemoved = false;
+    for (int number = 0; number < kNumbers; ++number) {
+        for (const TextView extension : kKindsInOrder) {
+            const Text path = basePath + FormatText("%.2d", number) + Text(extension);
+            const SystemError error = Disk().Exists(path) ? Disk().Delete(path) : 0;
+            if (firstError == 0) firstError = error;
+            if (error == 0 && extension != u".jvu" && ForgetDeleted(path)) clipsRemoved = true;
+        }
+    }
+    if (firstError != 0) Files().report.ReportSystemFailure(u"DeleteFile", firstError);
+
+    if (SamePath(basePath, folder_ + name_)) {
+        missing_.clear();
+        recordingIndex_ = -1;
+        OpenNumberedRecording();
+        return firstError == 0;
+    }
+    return (!clipsRemoved || SaveProject()) && firstError == 0;
+}
+
+/// Lets go of a recording whose audio file is gone; true when clips referred to it.
+bool Project::ForgetDeleted(const Text& audioPath) {
+    if (SamePath(audioPath, s_.recording.audioPath)) {
+        ClearRecording();
+        s_.clips.ClearCurrent();
+    }
+    const PathParts parts = SplitPath(audioPath);
+    if (parts.extension != AudioExtension()) return false;
+    const Text basePath = parts.folder + parts.name;
+    const auto refers = [&](const ClipEntry& clip) {
+        return SamePath(folder_ + clip.name, basePath);
+    };
+    const bool forgotten = std::erase_if(missing_, refers) > 0;
+    return s_.clips.RemoveClipsOf(basePath) || forgotten;
+}
+
+}  // namespace orma

@@ -1,0 +1,158 @@
+// Loading and saving of the current project.
+
+#include <algorithm>
+#include <utility>
+
+#include "base/trace.h"
+#include "project/keep_aside.h"
+#include "project/missing_clips.h"
+#include "project/project.h"
+#include "project/whole_file.h"
+
+namespace orma {
+namespace {
+
+constexpr std::uint32_t kMp2Flag = 1;
+constexpr std::uint32_t kLiveFtpFlag = 2;
+constexpr std::uint32_t kStereoBits = 0xF0000;  // of the audio format word; any of them on reading
+constexpr std::uint32_t kStereoBit = 0x10000;   // ... and this one when written
+constexpr std::uint32_t kLargestShift = 2;
+
+/// A clip's name never leads out of its folder.
+Text WithoutFolder(const Text& name) {
+    const std::size_t separator = name.find_last_of(u"/\\");
+    return separator == Text::npos ? name : name.substr(separator + 1);
+}
+
+std::vector<TextView> SortedNames(const std::vector<ClipEntry>& clips) {
+    std::vector<TextView> names(clips.size());
+    std::ranges::transform(clips, names.begin(), &ClipEntry::name);
+    std::ranges::sort(names);
+    return names;
+}
+
+/// True when the old file holds a clip, told by its recording's name, that the new one lacks.
+bool DropsClips(const ProjectRecord& oldFile, const ProjectRecord& newFile) {
+    return !std::ranges::includes(SortedNames(newFile.clips), SortedNames(oldFile.clips));
+}
+
+}  // namespace
+
+bool Project::LoadProject() {
+    ProjectRecord record;
+    switch (ReadProjectFile(Files(), ProjectFilePath(), record)) {
+        case ProjectReadResult::kOk:
+            Adopt(std::move(record));
+            return true;
+        case ProjectReadResult::kWrongMagic:
+            Files().report.ShowError(u"LoadProject Project Id");
+            break;
+        case ProjectReadResult::kWrongVersion:
+            Files().report.ShowError(u"LoadProject Project Version");
+            break;
+        case ProjectReadResult::kNotOpened:
+            break;
+    }
+    LeaveRefusedPath();
+    return false;
+}
+
+void Project::LeaveRefusedPath() {
+    if (!before_) return;  // a second load of a project in memory: its path stays
+    if (before_->name.empty()) *before_ = {folder_, FreeProjectName(Disk(), folder_, name_), false};
+    folder_ = before_->folder;
+    name_ = before_->name;
+    attached_ = before_->attached;
+    before_.reset();
+}
+
+void Project::Adopt(ProjectRecord record) {
+    attached_ = true;
+    before_.reset();
+
+    AudioState& audio = Audio();
+    if (record.version >= 8) audio.stereo = (record.audioFormatWord & kStereoBits) != 0;
+    ApplySampleRateCode(record.audioFormatWord & kRateCodeBits);
+    audio.mp2 = (record.flags & kMp2Flag) != 0;
+    audio.resolutionShift = std::min(record.audioLayout, kLargestShift);
+    liveFtp_ = (record.flags & kLiveFtpFlag) != 0 && options_.liveFtpAllowed;
+    recordingIndex_ = std::max(record.recordingIndex, -1);
+
+    AdoptClips(std::exchange(record.clips, {}));
+    data_ = std::move(record);
+    const std::int32_t current = data_.currentClip >= s_.clips.Count() ? 0 : data_.currentClip;
+    if (!SelectClip(current)) OpenNumberedRecording();
+}
+
+void Project::AdoptClips(std::vector<ClipEntry> stored) {
+    s_.clips.Clear();
+    missing_.clear();
+    std::uint32_t place = 0;
+    for (ClipEntry& entry : stored) {
+        entry.place = ++place;
+        ClipEntry clip = entry;
+        clip.name = WithoutFolder(entry.name);
+        clip.folder = folder_;
+        if (!clip.name.empty()) CheckClip(clip);
+        if (clip.length != 0)
+            s_.clips.Append(std::move(clip));
+        else if (!clip.name.empty())
+            missing_.push_back(std::move(entry));
+    }
+}
+
+ProjectRecord Project::RecordToSave() const {
+    const AudioState& audio = Audio();
+    ProjectRecord record = data_;
+    record.audioFormatWord =
+        (data_.audioFormatWord & ~kStereoBits) | (audio.stereo ? kStereoBit : 0U);
+    record.flags = (data_.flags & ~(kMp2Flag | kLiveFtpFlag)) | (audio.mp2 ? kMp2Flag : 0U) |
+                   (liveFtp_ ? kLiveFtpFlag : 0U);
+    record.recordingIndex = recordingIndex_;
+    record.clips = WithMissingClips(s_.clips, missing_);
+    record.audioLayout = audio.resolutionShift;
+    record.currentClip = s_.clips.CurrentIndex();
+    return record;
+}
+
+bool Project::SaveProject() {
+    const ProjectRecord record = RecordToSave();
+    if (record.clips.empty()) return !attached_ || RemoveProjectFile();
+    if (!MakeRoomFor(record) || !WriteProjectFile(Files(), ProjectFilePath(), record)) return false;
+    attached_ = true;
+    before_.reset();
+    return true;
+}
+
+bool Project::MakeRoomFor(const ProjectRecord& record) {
+    const Text path = ProjectFilePath();
+    if (!Disk().Exists(path)) return true;
+    ProjectRecord oldFile;
+    const ProjectReadResult result = ReadProjectFile(Files(), path, oldFile);
+    if (result == ProjectReadResult::kNotOpened) return false;
+    if (result != ProjectReadResult::kOk) {
+        constexpr TextView kExtension = u".opr";
+        return KeepAside(Files(), folder_ + name_, {&kExtension, 1});
+    }
+    if (!DropsClips(oldFile, record)) return true;
+    const std::optional<Bytes> bytes = ReadWholeFile(Files(), path);
+    return bytes && ReplaceWholeFile(Files(), path + u".bak", *bytes);
+}
+
+bool Project::RemoveProjectFile() {
+    const Text path = ProjectFilePath();
+    if (!Disk().Exists(path)) return true;
+    ProjectRecord oldFile;
+    const ProjectReadResult result = ReadProjectFile(Files(), path, oldFile);
+    if (result == ProjectReadResult::kNotOpened) return false;
+    if (result != ProjectReadResult::kOk) {
+        Trace("Project file of somebody else stays: %s", ToUtf8(path).c_str());
+        return true;
+    }
+    const bool empty = oldFile.clips.empty();
+    const SystemError error = empty ? Disk().Delete(path) : Disk().Rename(path, path + u".bak");
+    if (error != 0) Files().report.ReportSystemFailure(empty ? u"DeleteFile" : u"MoveFile", error);
+    return error == 0;
+}
+
+}  // namespace orma

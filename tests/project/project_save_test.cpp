@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include "project_rig.h"
+
+namespace orma {
+namespace {
+
+using Names = std::vector<Text>;
+
+struct ProjectSave : testing::Test {
+    ProjectSave() {
+        for (const auto* name : {u"talk00", u"talk01", u"talk02"})
+            rig.AddRecording(name, 40);
+    }
+
+    void LoadWith(const Names& names) {
+        rig.AddProjectFile(u"talk", names);
+        ASSERT_TRUE(project.LoadProject());
+    }
+
+    test::ProjectRig rig;
+    Project& project = rig.project;
+};
+
+TEST_F(ProjectSave, CarriesEverythingThroughLoadAndSave) {
+    ProjectRecord record;
+    record.audioFormatWord = 0x10000;
+    record.flags = 2;
+    record.recordingIndex = 2;
+    record.text = u"Notes";
+    record.publishingValue = 4;
+    record.metadata1 = u"one";
+    record.metadata2 = u"two";
+    record.audioLayout = 1;
+    record.stream1 = 5;
+    record.stream2to4 = {0.1, 0.2, 0.3};
+    record.stream5 = 6;
+    record.currentClip = 1;
+    for (const auto* name : {u"talk00", u"gone", u"talk01"}) {
+        ClipEntry& clip = record.clips.emplace_back();
+        clip.name = name;
+        clip.folder = rig.files.folder.Path();
+        clip.begin = 3;
+        clip.end = 30;
+        clip.reserved = 9;
+        clip.title = u"T";
+    }
+    const Bytes file = EncodeProjectFile(record);
+    test::WriteFileBytes(rig.Path(u"talk.opr"), file);
+    rig.audio.sampleRate = 96000;
+    project.SetOptions({.liveFtpAllowed = true});
+    rig.audio.resolutionShift = 0;
+    ASSERT_TRUE(project.LoadProject());
+    ASSERT_TRUE(project.SaveProject());
+    // The WAV files are mono; loading them must not touch the project's own parameters.
+    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), file);
+    EXPECT_FALSE(rig.Exists(u"talk.opr.bak"));
+}
+
+TEST_F(ProjectSave, RemembersClipsOfMissingRecordingsUntilTheyAreBack) {
+    LoadWith({u"card0", u"talk00", u"card1", u"talk01", u"card2"});
+    EXPECT_TRUE(rig.files.boxes.shown.empty());
+    EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01"}));
+    ASSERT_TRUE(rig.clips.SetCurrent(0));
+    rig.clips.MoveCurrentDown();
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"),
+              (Names{u"card0", u"talk01", u"card2", u"talk00", u"card1"}));
+    rig.AddRecording(u"card1", 40);
+    ASSERT_TRUE(project.LoadProject());
+    EXPECT_EQ(rig.ShownNames(), (Names{u"talk01", u"talk00", u"card1"}));
+}
+
+TEST_F(ProjectSave, OnlyAnEmptyProjectWithoutRememberedClipsLosesItsFile) {
+    LoadWith({u"talk00", u"card0"});
+    ASSERT_TRUE(rig.clips.SetCurrent(0));
+    rig.clips.RemoveCurrent();
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"), Names{u"card0"});
+    rig.AddRecording(u"card0", 40);
+    ASSERT_TRUE(project.LoadProject());
+    ASSERT_TRUE(rig.clips.SetCurrent(0));
+    rig.clips.RemoveCurrent();
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"talk.opr"));
+    EXPECT_EQ(rig.StoredNames(u"talk.opr.bak"), Names{u"card0"});
+    EXPECT_TRUE(project.SaveProject());  // nothing left to remove
+}
+
+TEST_F(ProjectSave, KeepsTheOldFileExactlyWhenAClipIsDropped) {
+    LoadWith({u"talk00", u"talk00", u"talk01"});
+    const Bytes before = test::ReadFileBytes(rig.Path(u"talk.opr"));
+    rig.clips.At(0).title = u"edited";
+    rig.clips.At(1).end = 20;
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"talk.opr.bak"));
+    test::WriteFileBytes(rig.Path(u"talk.opr"), before);
+    ASSERT_TRUE(rig.clips.SetCurrent(1));
+    rig.clips.RemoveCurrent();  // one of two clips of the same recording
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr.bak")), before);
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"), (Names{u"talk00", u"talk01"}));
+}
+
+TEST_F(ProjectSave, AnEmptyProjectLeavesAFileAloneThatItNeverRead) {
+    rig.AddProjectFile(u"talk", {u"talk00"});
+    EXPECT_TRUE(project.SaveProject());
+    EXPECT_TRUE(rig.Exists(u"talk.opr"));
+    EXPECT_EQ(project.PrepareTake(), u"talk03");  // the recordings are that file's
+    project.TakeDiscarded();
+    project.NewProject();  // the user's choice of that name
+    EXPECT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"talk.opr"));
+    EXPECT_EQ(rig.StoredNames(u"talk.opr.bak"), Names{u"talk00"});
+
+    const Bytes foreign = {'n', 'o', 't', ' ', 'o', 'u', 'r', 's'};
+    test::WriteFileBytes(rig.Path(u"talk.opr"), foreign);
+    EXPECT_TRUE(project.SaveProject());
+    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), foreign);
+    EXPECT_FALSE(project.LoadProject());
+    EXPECT_EQ(project.Name(), u"talk");  // what is in memory belongs there
+    rig.RecordTake(40);
+    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk (kept 1).opr")), foreign);
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"), Names{u"talk00"});
+}
+
+TEST_F(ProjectSave, AFailedSaveIsReportedAndLeavesTheOldFile) {
+    LoadWith({u"talk00", u"talk01"});
+    const Bytes before = test::ReadFileBytes(rig.Path(u"talk.opr"));
+    // A folder stands where the temporary file would be.
+    ASSERT_EQ(rig.files.storage.CreateFolder(rig.Path(u"talk.opr.tmp")), 0U);
+    EXPECT_FALSE(project.SaveProject());
+    EXPECT_EQ(rig.files.boxes.shown.size(), 1U);
+    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), before);
+    // Nor is a clip dropped when no backup can be kept.
+    ASSERT_EQ(rig.files.storage.CreateFolder(rig.Path(u"talk.opr.bak.tmp")), 0U);
+    ASSERT_TRUE(rig.clips.SetCurrent(0));
+    rig.clips.RemoveCurrent();
+    EXPECT_FALSE(project.SaveProject());
+    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), before);
+}
+
+}  // namespace
+}  // namespace orma
