@@ -1,0 +1,126 @@
+#include "publish/clip_plan.h"
+
+#include <algorithm>
+
+#include "audio/files/buffer_period.h"
+#include "audio/files/level_tables.h"
+#include "audio/files/vu_file.h"
+#include "base/trace.h"
+#include "project/same_path.h"
+#include "publish/measured_levels.h"
+
+namespace orma {
+namespace {
+
+// Saving a selection over an MP2 take cuts at the lower frame on both sides, so each time the file
+// may come out a frame short of its levels.
+constexpr std::uint32_t kFrameSlack = 4;
+
+std::vector<FrameRange> FramesOf(const ClipPlan& plan, const StoredSound& sound, unsigned shift) {
+    std::vector<FrameRange> frames;
+    for (const PeriodRange& stretch : plan.kept) {
+        const bool isLast = &stretch == &plan.kept.back();
+        const std::uint32_t first = std::min(Mp2FrameOfPeriod(stretch.begin, shift), sound.frames);
+        const std::uint32_t last =
+            isLast && plan.takesTail ? sound.frames
+                                     : std::min(Mp2FrameOfPeriod(stretch.end, shift), sound.frames);
+        if (first < last) frames.push_back({first, last});
+    }
+    return frames;
+}
+
+StoredSound SoundOf(const AudioFileFormat& format, std::uint32_t length, const AudioState& audio) {
+    StoredSound sound{.length = length};
+    if (format.bytesPerPeriod > 0) sound.periods = format.dataLength / format.bytesPerPeriod;
+    if (audio.mp2) sound.frames = format.dataLength / audio.bitrate.FrameBytes();
+    return sound;
+}
+
+LevelSheet SheetOf(FileServices services, const Text& levelPath, const CurrentRecording& current) {
+    if (SamePath(levelPath, current.levelPath)) return current.sheet;
+    if (!services.storage.Exists(levelPath)) return {};
+    return ReadVuFile(services, levelPath).value_or(LevelSheet{});
+}
+
+}  // namespace
+
+std::uint32_t ClipPlan::FrameCount() const {
+    std::uint32_t count = 0;
+    for (const FrameRange& range : frames)
+        count += range.last - range.first;
+    return count;
+}
+
+Text ClipAudioPath(const ClipEntry& clip, bool mp2) {
+    return clip.BasePath() + (mp2 ? u".mp2" : u".wav");
+}
+
+std::string CueTitle(const ClipEntry& clip) {
+    std::string title = ToWindows1252(clip.ShownName());
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    std::ranges::replace_if(title, isControl, ' ');
+    return title;
+}
+
+ClipPlan PlanClip(const ClipEntry& clip, const LevelSheet& sheet, const StoredSound& sound,
+                  unsigned shift) {
+    ClipPlan plan;
+    plan.title = CueTitle(clip);
+    plan.cuts = sheet.cuts;
+    plan.marks = sheet.marks;
+
+    const auto length = static_cast<std::uint32_t>(sheet.levels.size());
+    // The editor knows a recording without levels by the length that the reader states.
+    const bool reachesEnd = clip.end == 0 || clip.end >= std::min(length, sound.length);
+    plan.begin = clip.end == 0 ? 0 : std::min(clip.begin, length);
+    plan.end = reachesEnd ? length : clip.end;
+    plan.kept = KeptStretches(plan.cuts, plan.begin, plan.end);
+    plan.takesTail = reachesEnd && !plan.kept.empty() && plan.kept.back().end == length;
+    plan.frames = FramesOf(plan, sound, shift);
+    for (const PeriodRange& stretch : plan.kept)
+        plan.levels.insert(plan.levels.end(), sheet.levels.begin() + stretch.begin,
+                           sheet.levels.begin() + stretch.end);
+    return plan;
+}
+
+bool LevelsCover(const LevelSheet& sheet, const StoredSound& sound, unsigned shift) {
+    return !sheet.levels.empty() && sheet.resolutionShift == shift &&
+           sheet.levels.size() + 1 >= sound.periods;
+}
+
+bool EndsEarly(const LevelSheet& sheet, const StoredSound& sound, unsigned shift) {
+    const auto length = static_cast<std::uint32_t>(sheet.levels.size());
+    if (sound.frames > 0) return sound.frames + kFrameSlack < Mp2FrameOfPeriod(length, shift);
+    return sound.periods + 1 < length;
+}
+
+std::optional<ClipPlan> ReadClipPlan(ReaderServices services, const ClipEntry& clip,
+                                     const CurrentRecording& current) {
+    const unsigned shift = services.audio.resolutionShift;
+    const Text audioPath = ClipAudioPath(clip, services.audio.mp2);
+    (void)MendTakeHeader(services.files, audioPath);
+    const auto reader = MakeReader(services, audioPath, services.audio.mp2);
+    const std::uint32_t length = reader->Measure();
+    if (length == 0) return std::nullopt;
+    const AudioFileFormat format = reader->FileFormat();
+    const StoredSound sound = SoundOf(format, length, services.audio);
+
+    LevelSheet sheet = SheetOf(services.files, clip.BasePath() + u".jvu", current);
+    if (!LevelsCover(sheet, sound, shift)) {
+        if (!sheet.levels.empty()) Trace("Levels do not fit %s", ToUtf8(audioPath).c_str());
+        sheet.levels = MeasuredLevels(*reader, sound.periods, shift);
+        if (!reader->IsOpen()) return std::nullopt;
+    } else if (EndsEarly(sheet, sound, shift)) {
+        services.files.report.ShowError(u"The sound of this recording ends early:\n" + audioPath);
+        return std::nullopt;
+    }
+    reader->CloseReader();
+
+    ClipPlan plan = PlanClip(clip, sheet, sound, shift);
+    plan.audioPath = audioPath;
+    plan.sampleRate = format.sampleRate;
+    plan.channels = format.channels;
+    return plan;
+}
+
+}  // namespace orma

@@ -1,0 +1,82 @@
+#include "publish/publication.h"
+
+#include "audio/files/buffer_period.h"
+#include "publish/bext_fields.h"
+#include "publish/peak_envelope.h"
+#include "publish/quality_text.h"
+
+namespace orma {
+namespace {
+
+constexpr std::uint32_t kPublishedRate = 48000;  // Hz
+
+std::uint32_t DataBytes(const Publication& publication) {
+    return publication.TotalFrames() * publication.format.frameBytes;
+}
+
+}  // namespace
+
+std::uint32_t Publication::TotalPeriods() const {
+    std::uint32_t total = 0;
+    for (const ClipPlan& clip : clips)
+        total += clip.NetLength();
+    return total;
+}
+
+std::uint32_t Publication::TotalFrames() const {
+    if (format.mp2) {
+        std::uint32_t frames = 0;
+        for (const ClipPlan& clip : clips)
+            frames += clip.FrameCount();
+        return frames;
+    }
+    const std::uint64_t samples =
+        std::uint64_t{TotalPeriods()} * kPublishedRate / PeriodsPerSecond(format.shift);
+    return static_cast<std::uint32_t>((samples + kMp2FrameSamples - 1) / kMp2FrameSamples);
+}
+
+std::uint64_t Publication::FileBytes() const {
+    const std::uint64_t frameBytes =
+        format.mp2 ? format.frameBytes : kMp2FrameSamples * 2U * format.channels;
+    // Head and report: even a hundred clips with all their marks stay below.
+    constexpr std::uint64_t kOtherBytes = 16U << 20;
+    return TotalFrames() * frameBytes + LevlChunk::BlockBytes(TotalPeriods()) + kOtherBytes;
+}
+
+std::uint32_t Publication::ProgressSteps() const {
+    if (!format.mp2) return TotalPeriods();
+    const std::uint64_t frames = Mp2FrameOfPeriod(TotalPeriods(), format.shift);
+    return static_cast<std::uint32_t>(frames * format.frameBytes >> 14);
+}
+
+PublicationTemplates TemplatesOf(const Publication& publication, const std::string& description,
+                                 const OriginatorCodes& codes, std::uint32_t ticks) {
+    const PublicationFormat& format = publication.format;
+    const LevlChunk levl = PeakEnvelope(publication.clips, publication.recorded, format.shift);
+
+    PublicationTemplates templates;
+    templates.codingHistory = CodingHistory(format);
+    templates.levl = levl.Encode();
+    templates.qlty.report = QualityText(publication.clips, LargestPeak(levl), format.shift);
+    templates.qlty.fileSecurityReport = QltyChunk::ReportSum(templates.qlty.report);
+    templates.hasQlty = true;
+
+    templates.mpeg.channels = format.channels;
+    templates.mpeg.averageBytesPerSecond = format.bitrate / 8;
+    templates.mpeg.blockAlign = static_cast<std::uint16_t>(format.frameBytes);
+    templates.mpeg.headBitrate = format.bitrate;
+    templates.mpeg.factSamples = publication.TotalFrames() * kMp2FrameSamples;
+    templates.mpeg.frameSize = static_cast<std::uint16_t>(format.frameBytes);
+    templates.mpeg.dataSize = DataBytes(publication);
+
+    const std::uint32_t history = EvenLength(templates.codingHistory);
+    const auto reportBytes = static_cast<std::uint32_t>(templates.qlty.report.size());
+    templates.head = BextFields(description, publication.recorded, format.channels, ticks, codes);
+    templates.head.bextSize = history + 604;
+    templates.head.riffSize = history + templates.mpeg.dataSize + 704 +
+                              static_cast<std::uint32_t>(templates.levl.size()) +
+                              QltyChunk::BlockBytes(reportBytes);
+    return templates;
+}
+
+}  // namespace orma

@@ -1,0 +1,133 @@
+#include "publish/clip_plan.h"
+
+#include <numeric>
+
+#include <gtest/gtest.h>
+
+#include "publish/publication.h"
+
+namespace orma {
+namespace {
+
+using Kept = std::vector<PeriodRange>;
+using Frames = std::vector<FrameRange>;
+
+/// A recording of `periods` whose levels are their own numbers.
+LevelSheet Sheet(std::uint32_t periods, std::vector<RemovedRange> cuts = {}) {
+    LevelSheet sheet;
+    sheet.levels.resize(periods);
+    std::iota(sheet.levels.begin(), sheet.levels.end(), std::uint8_t{0});
+    sheet.rangeEnd = periods;
+    sheet.cuts = std::move(cuts);
+    return sheet;
+}
+
+ClipEntry Clip(std::uint32_t begin, std::uint32_t end) {
+    ClipEntry clip;
+    clip.name = u"talk00";
+    clip.begin = begin;
+    clip.end = end;
+    return clip;
+}
+
+TEST(ClipPlan, WithoutAnOwnRangeTakesTheWholeRecordingAndItsTail) {
+    const ClipPlan plan = PlanClip(Clip(3, 0), Sheet(30), {29, 30, 65}, 2);
+    EXPECT_EQ(plan.kept, (Kept{{0, 30}}));
+    EXPECT_TRUE(plan.takesTail);
+    // 30 periods of 50 ms are 62.5 frames; all 65 that are stored are sent.
+    EXPECT_EQ(plan.frames, (Frames{{0, 65}}));
+    EXPECT_EQ(plan.FrameCount(), 65U);
+}
+
+TEST(ClipPlan, LeavesOutCutsOnTheLowerFrames) {
+    // At 20 periods a second a period is 125/60 frames.
+    const ClipPlan plan =
+        PlanClip(Clip(5, 25), Sheet(30, {{0, 6, 0}, {10, 12, 0}, {24, 30, 0}}), {29, 30, 63}, 2);
+    EXPECT_EQ(plan.kept, (Kept{{6, 10}, {12, 24}}));
+    EXPECT_FALSE(plan.takesTail);
+    EXPECT_EQ(plan.frames, (Frames{{12, 20}, {25, 50}}));
+    EXPECT_EQ(plan.levels, (std::vector<std::uint8_t>{6, 7, 8, 9, 12, 13, 14, 15, 16, 17, 18, 19,
+                                                      20, 21, 22, 23}));
+}
+
+TEST(ClipPlan, TakesNoTailBehindACutToTheEnd) {
+    EXPECT_FALSE(PlanClip(Clip(0, 0), Sheet(30, {{20, 30, 0}}), {29, 30, 65}, 2).takesTail);
+    EXPECT_FALSE(PlanClip(Clip(0, 28), Sheet(30), {29, 30, 65}, 2).takesTail);
+    EXPECT_TRUE(PlanClip(Clip(28, 29), Sheet(30), {29, 30, 65}, 2).takesTail)
+        << "the end as the reader states it";
+}
+
+TEST(ClipPlan, NeverReachesBeyondTheRecording) {
+    const ClipPlan beyond = PlanClip(Clip(10, 4000000000), Sheet(30), {30, 30, 0}, 2);
+    EXPECT_EQ(beyond.kept, (Kept{{10, 30}}));
+    const ClipPlan behind = PlanClip(Clip(50, 60), Sheet(30), {30, 30, 0}, 2);
+    EXPECT_TRUE(behind.kept.empty());
+    EXPECT_EQ(behind.NetLength(), 0U);
+    const ClipPlan turned = PlanClip(Clip(20, 10), Sheet(30), {30, 30, 0}, 2);
+    EXPECT_TRUE(turned.kept.empty());
+}
+
+TEST(ClipPlan, TrustsLevelsThatFitTheSound) {
+    EXPECT_TRUE(LevelsCover(Sheet(30), {.periods = 31}, 2));
+    EXPECT_FALSE(LevelsCover(Sheet(30), {.periods = 32}, 2)) << "sound without levels";
+    EXPECT_FALSE(LevelsCover(Sheet(30), {.periods = 30}, 1)) << "another resolution";
+    EXPECT_FALSE(LevelsCover(LevelSheet{}, {.periods = 0}, 2));
+    EXPECT_FALSE(EndsEarly(Sheet(30), {.periods = 29}, 2)) << "the last period is cut short";
+    EXPECT_TRUE(EndsEarly(Sheet(30), {.periods = 28}, 2));
+    EXPECT_FALSE(EndsEarly(Sheet(30), {.periods = 28, .frames = 58}, 2));
+    EXPECT_TRUE(EndsEarly(Sheet(30), {.periods = 27, .frames = 57}, 2));
+}
+
+Publication Published(bool mp2, std::uint16_t channels) {
+    Publication publication;
+    publication.format = {mp2, channels, 44100, 64000, 192, 2};
+    publication.recorded = {2009, 1, 1, 5, 9, 7, 3, 42};
+    publication.clips = {PlanClip(Clip(0, 10), Sheet(30), {29, 30, 63}, 2),
+                         PlanClip(Clip(0, 0), Sheet(30), {29, 30, 63}, 2)};
+    return publication;
+}
+
+TEST(Publication, SizesOfMp2CountEveryFrameThatIsSent) {
+    const Publication publication = Published(true, 1);
+    const PublicationTemplates templates = TemplatesOf(publication, "", {}, 0);
+    EXPECT_EQ(publication.TotalPeriods(), 40U);
+    EXPECT_EQ(publication.TotalFrames(), 83U);  // 20 and 63
+    EXPECT_EQ(templates.mpeg.factSamples, 83U * 1152);
+    EXPECT_EQ(templates.mpeg.dataSize, 83U * 192);
+    EXPECT_EQ(templates.mpeg.averageBytesPerSecond, 8000U);
+    EXPECT_EQ(templates.mpeg.blockAlign, 192);
+    EXPECT_EQ(templates.mpeg.frameSize, 192);
+    EXPECT_EQ(templates.mpeg.headBitrate, 64000U);
+    // Lines of 27 and 55 characters.
+    ASSERT_EQ(templates.codingHistory.size(), 82U);
+    EXPECT_EQ(templates.head.bextSize, 82U + 604);
+    EXPECT_EQ(templates.levl.size(), 172U);  // 40 + 132
+    const std::size_t qlty = ((templates.qlty.report.size() + 16) & ~std::size_t{3}) + 4;
+    EXPECT_EQ(templates.head.riffSize, 82 + 83 * 192 + 704 + 172 + qlty);
+    // 40 * 125 / 60 = 83 frames, 15936 bytes: less than one block of 16 KiB.
+    EXPECT_EQ(publication.ProgressSteps(), 0U);
+}
+
+TEST(Publication, FramesOfPcmFollowFromTheLength) {
+    const Publication publication = Published(false, 2);
+    // 40 periods are 96000 samples of 48000 Hz: 83.3 frames of 1152.
+    EXPECT_EQ(publication.TotalFrames(), 84U);
+    EXPECT_EQ(TemplatesOf(publication, "", {}, 0).mpeg.factSamples, 84U * 1152);
+    EXPECT_EQ(publication.ProgressSteps(), 40U);
+}
+
+TEST(Publication, ReckonsLongOnesWithoutOverflow) {
+    Publication publication;
+    publication.format = {.mp2 = false, .channels = 2, .shift = 2};
+    ClipPlan hours;
+    hours.levels.resize(20U * 3600 * 30);  // 30 h
+    publication.clips = {hours};
+    EXPECT_EQ(publication.TotalFrames(), 4500000U);
+    EXPECT_GT(publication.FileBytes(), std::uint64_t{4} << 30);
+    publication.format = {.mp2 = true, .bitrate = 256000, .frameBytes = 768, .shift = 2};
+    // 4500000 frames of 768 bytes in blocks of 16 KiB.
+    EXPECT_EQ(publication.ProgressSteps(), 210937U);
+}
+
+}  // namespace
+}  // namespace orma
