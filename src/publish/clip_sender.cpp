@@ -1,0 +1,116 @@
+#include "publish/clip_sender.h"
+
+#include <algorithm>
+
+#include "audio/files/mp2_header.h"
+#include "base/trace.h"
+
+namespace orma {
+namespace {
+
+/// Bytes of 16-bit output that the file holds of a period: fewer than a whole period's at the end,
+/// 0 behind it.
+std::uint32_t OutputBytesOfPeriod(const AudioFileFormat& format, std::uint32_t period,
+                                  std::uint16_t outputChannels) {
+    const std::uint64_t start = std::uint64_t{period} * format.bytesPerPeriod;
+    if (start >= format.dataLength) return 0;
+    const std::uint64_t stored =
+        std::min<std::uint64_t>(format.bytesPerPeriod, format.dataLength - start);
+    const std::uint32_t sampleBytes = format.channels * (format.bitsPerSample / 8U);
+    return static_cast<std::uint32_t>(stored / sampleBytes) * 2U * outputChannels;
+}
+
+}  // namespace
+
+ClipSender::ClipSender(ReaderServices services, const PublicationFormat& format,
+                       JStreamAudioWrite& writer, PublishProgress& progress)
+    : s_(services), format_(format), writer_(writer), progress_(progress) {}
+
+SendResult ClipSender::Send(const ClipPlan& clip) {
+    Trace("Entry: breakbytes=%d", 0);
+    clipBytes_ = 0;
+    const auto reader = MakeReader(s_, clip.audioPath, format_.mp2);
+    // A refused file is reported by the reader.
+    if (reader->Measure() == 0) return {SendEnd::kUnreadable, 0};
+    const SendEnd end = format_.mp2 ? SendFrames(*reader, clip) : SendPcm(*reader, clip);
+    if (end == SendEnd::kUnreadable && reader->IsOpen())
+        s_.files.report.ShowError(u"This recording is damaged:\n" + clip.audioPath);
+    if (end == SendEnd::kDone) Trace("Success: ftpmpbytescnt=%d", static_cast<int>(clipBytes_));
+    return {end, clipBytes_};
+}
+
+SendEnd ClipSender::SendPcm(JStreamAudioReadFile& reader, const ClipPlan& clip) {
+    // The file's own rate: the writer alone converts. It takes the rate from the audio state,
+    // which measuring the file has set.
+    const PlaybackFormat output{reader.FileFormat().sampleRate, format_.channels};
+    buffer_.resize(output.BufferBytes(format_.shift));
+    reader.OpenAt(clip.begin, output);
+    for (const PeriodRange& stretch : clip.kept) {
+        const bool withTail = clip.takesTail && &stretch == &clip.kept.back();
+        reader.SeekPeriod(stretch.begin);
+        for (std::uint32_t period = stretch.begin; period < stretch.end || withTail; ++period) {
+            const std::uint32_t bytes =
+                OutputBytesOfPeriod(reader.FileFormat(), period, format_.channels);
+            if (bytes == 0 && withTail) break;
+            if (progress_.IsCancelled()) return SendEnd::kCancelled;
+            if (const SendEnd end = PutPeriod(reader, bytes); end != SendEnd::kDone) return end;
+            if (period < stretch.end) progress_.Step(1);
+        }
+    }
+    return SendEnd::kDone;
+}
+
+SendEnd ClipSender::PutPeriod(JStreamAudioReadFile& reader, std::uint32_t bytes) {
+    if (bytes == 0 || bytes > buffer_.size()) return SendEnd::kUnreadable;
+    reader.Get(buffer_);
+    if (!reader.IsOpen()) return SendEnd::kUnreadable;
+    writer_.WriteSamples(buffer_.data(), bytes);
+    if (!writer_.IsOpen()) return SendEnd::kWriterFailed;
+    clipBytes_ += bytes;
+    return SendEnd::kDone;
+}
+
+SendEnd ClipSender::SendFrames(JStreamAudioReadFile& reader, const ClipPlan& clip) {
+    const std::uint32_t framesPerBlock = kBlockBytes / format_.frameBytes;
+    buffer_.resize(kBlockBytes);
+    for (const FrameRange& range : clip.frames) {
+        reader.SetPosition(static_cast<std::int32_t>(reader.FileFormat().dataOffset +
+                                                     range.first * format_.frameBytes));
+        for (std::uint32_t frame = range.first; frame < range.last;) {
+            const std::uint32_t count = std::min(framesPerBlock, range.last - frame);
+            if (progress_.IsCancelled()) return SendEnd::kCancelled;
+            if (const SendEnd end = PutFrames(reader, count); end != SendEnd::kDone) return end;
+            frame += count;
+        }
+    }
+    return SendEnd::kDone;
+}
+
+SendEnd ClipSender::PutFrames(JStreamAudioReadFile& reader, std::uint32_t frames) {
+    const std::uint32_t bytes = frames * format_.frameBytes;
+    reader.Read(buffer_.data(), bytes);
+    const bool whole = reader.IsOpen() && !reader.Has(JStream::kAtEnd);
+    if (!whole || !HoldsFrames(ByteSpan(buffer_).first(bytes))) return SendEnd::kUnreadable;
+    writer_.WriteEncoded(buffer_.data(), bytes);
+    if (!writer_.IsOpen()) return SendEnd::kWriterFailed;
+    const std::uint64_t before = allBytes_ / kBlockBytes;
+    allBytes_ += bytes;
+    clipBytes_ += bytes;
+    const auto steps = static_cast<std::uint32_t>(allBytes_ / kBlockBytes - before);
+    if (steps > 0) progress_.Step(steps);
+    return SendEnd::kDone;
+}
+
+bool ClipSender::HoldsFrames(ByteSpan block) const {
+    const Mp2Header expected = Mp2Header::ForSettings(s_.audio);
+    for (std::size_t at = 0; at < block.size(); at += format_.frameBytes) {
+        const Mp2Header header{{block[at], block[at + 1], block[at + 2], block[at + 3]}};
+        const bool fits = header.IsLayer2() && header.BitrateIndex() == expected.BitrateIndex() &&
+                          header.SamplingBits() == expected.SamplingBits() &&
+                          header.Mode() == expected.Mode() && !header.HasPadding();
+        if (!fits) return false;
+    }
+    return true;
+}
+
+}  // namespace orma

@@ -1,0 +1,362 @@
+#include "publish/publish_job.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "audio/files/vu_file.h"
+#include "publish/verify.h"
+#include "publish_rig.h"
+#include "support/riff_chunks.h"
+
+namespace orma::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr std::size_t kPeriod44100 = 2205;  // samples of 50 ms
+constexpr std::size_t kPeriod48000 = 2400;
+
+std::string Findings(const VerifyReport& report) {
+    std::string lines;
+    for (const Finding& finding : report.findings)
+        lines += std::to_string(finding.offset) + ": " + finding.text + "\n";
+    return lines;
+}
+
+std::string Text8(ByteSpan bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+std::uint32_t SumOf(ByteSpan bytes) {
+    std::uint32_t sum = 0;
+    for (const std::uint8_t byte : bytes)
+        sum += byte;
+    return sum;
+}
+
+/// Nothing under the published name and no temporary file either.
+void ExpectNothingPublished(PublishRig& rig, TextView name = u"pub_talk.wav") {
+    EXPECT_FALSE(rig.Exists(name));
+    EXPECT_FALSE(rig.Exists(Text(name) + u".tmp"));
+}
+
+TEST(PublishJob, MakesAPcmFileOfWholeAndPartialClips) {
+    PublishRig rig;
+    // 41 periods and a third of one, which has no level but is recorded all the same.
+    const auto whole = Speech(41 * kPeriod48000 + 800, 48000, 1);
+    LevelSheet sheet = rig.AddWav(u"talk00", whole, 48000);
+    sheet.marks = {0, 10, 41};
+    rig.AddLevels(u"talk00", sheet);
+    const auto part = Speech(60 * kPeriod48000, 48000, 1, 9000);
+    sheet = rig.AddWav(u"talk01", part, 48000);
+    sheet.cuts = {{20, 30, 0}};
+    rig.AddLevels(u"talk01", sheet);
+    rig.AddClip(u"talk00", 0, 0, u"Intro");
+    rig.AddClip(u"talk01", 10, 40);
+    rig.project.SetProjectText(u"Caf\u00E9");
+
+    PublishJob job = rig.Job();
+    ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+    EXPECT_EQ(job.PublishedPath(), rig.Path(u"pub_talk.wav"));
+    EXPECT_THAT(rig.progress.texts, ElementsAre(u"  Connecting...  ", u"  Publishing audio...  "));
+    EXPECT_EQ(rig.progress.range, 61U);  // 41 and 20
+    EXPECT_EQ(rig.progress.stepped, 61U);
+
+    const Bytes file = rig.File(u"pub_talk.wav");
+    const auto chunks = RiffChunks(file);
+    ASSERT_EQ(RiffIds(chunks), "bext fmt  fact data levl qlty");
+    EXPECT_EQ(Text8(chunks[0].content.first(5)), std::string("Caf\xE9\0", 5));
+    EXPECT_EQ(Text8(chunks[0].content.subspan(320, 18)), "2009- 1- 5 9: 7: 3");
+
+    // At 48000 Hz nothing is converted: the samples are there one by one, then zeros to a frame.
+    std::vector<std::int16_t> expected = whole;
+    const auto append = [&](std::size_t begin, std::size_t end) {
+        expected.insert(expected.end(),
+                        part.begin() + static_cast<std::ptrdiff_t>(begin * kPeriod48000),
+                        part.begin() + static_cast<std::ptrdiff_t>(end * kPeriod48000));
+    };
+    append(10, 20);
+    append(30, 40);
+    expected.resize((expected.size() + 1151) / 1152 * 1152);
+    const ByteSpan data = chunks[3].content;
+    ASSERT_EQ(data.size(), expected.size() * 2);
+    EXPECT_EQ(std::memcmp(data.data(), expected.data(), data.size()), 0);
+    EXPECT_EQ(LoadLe<std::uint32_t>(chunks[2].content.data()), expected.size());
+    EXPECT_EQ(LoadLe<std::uint32_t>(&chunks[5].content[4]), SumOf(data));
+    EXPECT_THAT(Text8(chunks[5].content.subspan(8)),
+                HasSubstr("C=N000, TS=00:00:00:0, T=IntroM0\r\n"
+                          "C=N001, TS=00:00:00:20, T=IntroM1\r\n"
+                          "C=N002, TS=00:00:02:2, T=talk01\r\n"
+                          "C=N003, TS=00:00:03:2, T=End\r\n"));
+
+    const VerifyReport report = VerifyPublishedFile(rig.services, job.PublishedPath());
+    EXPECT_EQ(Findings(report), "");
+}
+
+TEST(PublishJob, ConvertsStereoAndMonoClipsOf44100IntoOneStereoFile) {
+    PublishRig rig;
+    rig.AddWav(u"talk00", Speech(50 * kPeriod44100, 44100, 1));
+    rig.AddWav(u"talk01", Speech(50 * kPeriod44100, 44100, 2), 44100, 2);
+    rig.AddClip(u"talk00");
+    rig.AddClip(u"talk01");
+
+    ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    EXPECT_FALSE(rig.audio.stereo) << "the channel mode is restored";
+    const Bytes file = rig.File(u"pub_talk.wav");
+    const auto chunks = RiffChunks(file);
+    EXPECT_EQ(LoadLe<std::uint16_t>(&chunks[1].content[2]), 2);
+    EXPECT_THAT(Text8(chunks[0].content.subspan(602)),
+                HasSubstr("A=PCM,F=44100,W=16,M=stereo\r\nA=PCM,F=48000,W=16,M=stereo"));
+    // 5 s at 48000 Hz, up to a frame more.
+    const std::size_t samples = chunks[3].content.size() / 4;
+    EXPECT_GE(samples, 240000U);
+    EXPECT_LT(samples, 240000U + 2 * 1152);
+    // The mono clip is heard on both sides.
+    for (std::size_t i = 48000; i < 48010; ++i)
+        EXPECT_EQ(LoadLe<std::int16_t>(&chunks[3].content[4 * i]),
+                  LoadLe<std::int16_t>(&chunks[3].content[4 * i + 2]));
+    EXPECT_EQ(Findings(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav"))), "");
+}
+
+TEST(PublishJob, SendsStoredMp2FramesUnchanged) {
+    PublishRig rig;
+    rig.audio.mp2 = true;
+    rig.audio.sampleRate = 44100;
+    LevelSheet sheet = rig.AddMp2(u"talk00", Speech(200 * kPeriod48000 + 700, 48000, 1));
+    sheet.cuts = {{60, 90, 0}};
+    rig.AddLevels(u"talk00", sheet);
+    rig.AddMp2(u"talk01", Speech(100 * kPeriod48000, 48000, 1, 5000));
+    rig.AddClip(u"talk01", 20, 50);
+    rig.AddClip(u"talk00");
+    // The recording on the screen has another bit rate; the clips have theirs.
+    rig.audio.bitrate.SetMp2Bitrate(7, rig.files.report);
+
+    PublishJob job = rig.Job();
+    ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    EXPECT_EQ(rig.audio.bitrate.Index(), 7U);
+    const Bytes file = rig.File(u"pub_talk.wav");
+    const auto chunks = RiffChunks(file);
+    ASSERT_EQ(RiffIds(chunks), "bext fmt  fact mext data levl qlty");
+
+    const Bytes first = rig.File(u"talk01.mp2");
+    const Bytes second = rig.File(u"talk00.mp2");
+    const auto frames = [](const Bytes& from, std::size_t begin, std::size_t end) {
+        return ByteSpan(from).subspan(begin * 192, (end - begin) * 192);
+    };
+    Bytes expected;
+    // Periods 20..50 are frames 41..104; 0..60 and 90 to the end are 0..125 and 187 to the last.
+    for (const ByteSpan part :
+         {frames(first, 41, 104), frames(second, 0, 125), frames(second, 187, second.size() / 192)})
+        expected.insert(expected.end(), part.begin(), part.end());
+    EXPECT_EQ(Bytes(chunks[4].content.begin(), chunks[4].content.end()), expected);
+    EXPECT_EQ(LoadLe<std::uint32_t>(chunks[2].content.data()), expected.size() / 192 * 1152);
+    EXPECT_EQ(LoadLe<std::uint32_t>(&chunks[6].content[4]), SumOf(expected));
+    EXPECT_THAT(Text8(chunks[0].content.subspan(602)),
+                HasSubstr("A=PCM,F=44100,W=16,M=mono\r\nA=MPEG1L2,F=48000,B=64,W=16,M=mono"));
+    EXPECT_EQ(rig.progress.range, 200U * 125 / 60 * 192 >> 14);
+    EXPECT_EQ(rig.progress.stepped, expected.size() >> 14);
+    EXPECT_EQ(Findings(VerifyPublishedFile(rig.services, job.PublishedPath())), "");
+}
+
+TEST(PublishJob, PublishesTheSelectionOfTheCurrentRecording) {
+    PublishRig rig;
+    LevelSheet sheet = rig.AddWav(u"talk00", Speech(80 * kPeriod44100, 44100, 1));
+    sheet.cuts = {{15, 15, 0}, {30, 35, 0}};
+    rig.MakeCurrent(u"talk00", sheet);
+    rig.recording.title = u"Market";
+    rig.recording.selectionStart = 10;
+    rig.recording.selectionEnd = 50;
+
+    ASSERT_EQ(rig.Job().MenuPublishClipToFile(false), PublishOutcome::kPublished);
+    const auto levels = ReadVuFile(rig.services, rig.Path(u"talk00.jvu"));
+    ASSERT_TRUE(levels);
+    EXPECT_EQ(levels->rangeStart, 10U);
+    EXPECT_EQ(levels->rangeEnd, 50U);
+    EXPECT_THAT(levels->cuts, ElementsAre(RemovedRange{30, 35, 0})) << "empty cuts are dropped";
+    const Bytes file = rig.File(u"pub_talk.wav");
+    EXPECT_EQ(LoadLe<std::uint32_t>(&RiffChunks(file)[4].content[20]), 35U);
+    EXPECT_EQ(Findings(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav"))), "");
+}
+
+TEST(PublishJob, MeasuresLevelsWhereTheLevelFileIsMissing) {
+    for (const bool mp2 : {false, true}) {
+        PublishRig rig;
+        rig.audio.mp2 = mp2;
+        if (mp2)
+            rig.AddMp2(u"talk00", Speech(80 * kPeriod48000, 48000, 1));
+        else
+            rig.AddWav(u"talk00", Speech(80 * kPeriod44100, 44100, 1));
+        ASSERT_EQ(rig.files.storage.Delete(rig.Path(u"talk00.jvu")), 0U);
+        rig.AddClip(u"talk00");
+        EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+        const VerifyReport report = VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav"));
+        EXPECT_EQ(Findings(report), "");
+        EXPECT_THAT(report.facts, testing::Contains("all 80 values of 'levl' fit the sound"));
+    }
+}
+
+TEST(PublishJob, RefusesWithTheTextOfTheCheckThatFailed) {
+    PublishRig rig;
+    rig.AddWav(u"talk00", Speech(30 * kPeriod44100, 44100, 1));
+    PublishJob job = rig.Job();
+    PublishJob switchedOff({rig.readers, rig.clock, rig.writers, rig.project, rig.progress}, {});
+
+    // In silence: busy, and a clip while the option is off.
+    EXPECT_EQ(job.MenuPublishClipToFile(true), PublishOutcome::kRefused);
+    EXPECT_EQ(job.MenuPublishCliplistToFile(true), PublishOutcome::kRefused);
+    EXPECT_EQ(switchedOff.MenuPublishClipToFile(false), PublishOutcome::kRefused);
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+
+    EXPECT_EQ(switchedOff.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
+    rig.audio.sampleRate = 96000;
+    EXPECT_EQ(job.MenuPublishClipToFile(false), PublishOutcome::kRefused);
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
+    rig.AddClip(u"talk00");
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"MenuPublishCliplist", u"Nothing recorded or selected",
+                                         u"Nothing in cliplist",
+                                         u"Sample-rate= 96 KHz.\nYou can not publish at\n"
+                                         u"sample-rates higher than 48 KHz."));
+    ExpectNothingPublished(rig);
+}
+
+TEST(PublishJob, LeavesNothingWhenCancelledAndTellsTheUser) {
+    for (const bool mp2 : {false, true}) {
+        PublishRig rig;
+        rig.audio.mp2 = mp2;
+        if (mp2)
+            rig.AddMp2(u"talk00", Speech(400 * kPeriod48000, 48000, 1));
+        else
+            rig.AddWav(u"talk00", Speech(400 * kPeriod44100, 44100, 1));
+        rig.AddClip(u"talk00");
+        rig.progress.cancelAt = 2;
+        PublishJob job = rig.Job();
+        EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kCancelled);
+        ExpectNothingPublished(rig);
+        EXPECT_EQ(job.PublishedPath(), u"");
+        ASSERT_EQ(rig.files.boxes.shown.size(), 1U);
+        EXPECT_EQ(rig.files.boxes.shown[0].title, u"Info");
+
+        // The next job is not cancelled any more.
+        rig.progress.cancelAt = 0;
+        EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    }
+}
+
+TEST(PublishJob, KeepsTheOlderPublicationWhereverStorageFails) {
+    for (const bool mp2 : {false, true}) {
+        PublishRig rig;
+        rig.audio.mp2 = mp2;
+        if (mp2)
+            rig.AddMp2(u"talk00", Speech(200 * kPeriod48000, 48000, 1));
+        else
+            rig.AddWav(u"talk00", Speech(40 * kPeriod44100, 44100, 1));
+        rig.AddClip(u"talk00");
+        PublishJob job = rig.Job();
+        constexpr unsigned kChanging = FaultyStorage::kWrite | FaultyStorage::kFlush |
+                                       FaultyStorage::kClose | FaultyStorage::kRename;
+        rig.storage.FailAt(kChanging, 0);
+        ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+        const std::size_t operations = rig.storage.Count();
+        ASSERT_GT(operations, 8U);
+
+        const Bytes old = {'o', 'l', 'd'};
+        std::size_t failures = 0;
+        for (std::size_t n = 1; n <= operations; ++n) {
+            WriteFileBytes(rig.Path(u"pub_talk.wav"), old);
+            rig.files.boxes.shown.clear();
+            rig.storage.FailAt(kChanging, n);
+            const PublishOutcome outcome = job.MenuPublishCliplistToFile(false);
+            // A file that was read may fail to close without harm.
+            if (outcome == PublishOutcome::kPublished) continue;
+            ++failures;
+            EXPECT_EQ(outcome, PublishOutcome::kFailed) << n;
+            EXPECT_EQ(rig.File(u"pub_talk.wav"), old) << n;
+            EXPECT_FALSE(rig.Exists(u"pub_talk.wav.tmp")) << n;
+            EXPECT_FALSE(rig.Boxes().empty()) << n << ": the user is told";
+            EXPECT_EQ(job.PublishedPath(), u"") << n;
+        }
+        EXPECT_GT(failures, 6U);
+    }
+}
+
+TEST(PublishJob, FailsOnRecordingsThatLackSound) {
+    PublishRig rig;
+    rig.audio.mp2 = true;
+    rig.AddMp2(u"talk00", Speech(200 * kPeriod48000, 48000, 1));
+    const Bytes good = rig.File(u"talk00.mp2");
+    rig.AddClip(u"talk00");
+    PublishJob job = rig.Job();
+
+    // A frame in the middle that is none.
+    Bytes damaged = good;
+    damaged[100 * 192] = 0;
+    WriteFileBytes(rig.Path(u"talk00.mp2"), damaged);
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    // Half a second is missing at the end.
+    WriteFileBytes(rig.Path(u"talk00.mp2"), ByteSpan(good).first(good.size() - 21 * 192));
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    // Another bit rate than the first clip's.
+    WriteFileBytes(rig.Path(u"talk00.mp2"), good);
+    rig.audio.bitrate.SetMp2Bitrate(5, rig.files.report);
+    rig.AddMp2(u"talk01", Speech(30 * kPeriod48000, 48000, 1));
+    rig.AddClip(u"talk01");
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    EXPECT_THAT(rig.Boxes(),
+                ElementsAre(u"This recording is damaged:\n" + rig.Path(u"talk00.mp2"),
+                            u"The sound of this recording ends early:\n" + rig.Path(u"talk00.mp2"),
+                            u"Wrong bitrate."));
+    ExpectNothingPublished(rig);
+}
+
+TEST(PublishJob, ReportsWhatCannotBeReadWhilePublishing) {
+    PublishRig rig;
+    rig.AddWav(u"talk00", Speech(100 * kPeriod44100, 44100, 1));
+    rig.AddClip(u"talk00");
+    PublishJob job = rig.Job();
+    rig.storage.FailAt(FaultyStorage::kRead, 0);
+    ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    const std::size_t reads = rig.storage.Count();
+    ASSERT_EQ(rig.files.storage.Delete(job.PublishedPath()), 0U);
+    rig.storage.FailAt(FaultyStorage::kRead, reads - 20);
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    ExpectNothingPublished(rig);
+    ASSERT_EQ(rig.Boxes().size(), 1U);
+    EXPECT_THAT(ToUtf8(rig.Boxes()[0]), HasSubstr("ReadFile"));
+}
+
+TEST(PublishJob, FailsOnClipsOfDifferentSampleRates) {
+    PublishRig rig;
+    rig.AddWav(u"talk00", Speech(30 * kPeriod44100, 44100, 1));
+    rig.AddWav(u"talk01", Speech(30 * kPeriod48000, 48000, 1), 48000);
+    rig.AddWav(u"talk02", Speech(30 * 2 * kPeriod48000, 96000, 1), 96000);
+    rig.AddClip(u"talk00");
+    rig.AddClip(u"talk01");
+    EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    rig.clips.Clear();
+    rig.AddClip(u"talk02");
+    EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Wrong sample-rate",
+                                         u"Sample-rate= 96 KHz.\nYou can not publish at\n"
+                                         u"sample-rates higher than 48 KHz."));
+    EXPECT_EQ(rig.audio.sampleRate, 44100U) << "the audio state is restored";
+    ExpectNothingPublished(rig);
+}
+
+TEST(PublishJob, RefusesAListWhoseClipsAreCutAway) {
+    PublishRig rig;
+    LevelSheet sheet = rig.AddWav(u"talk00", Speech(30 * kPeriod44100, 44100, 1));
+    sheet.cuts = {{0, 30, 0}};
+    rig.AddLevels(u"talk00", sheet);
+    rig.AddClip(u"talk00");
+    EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Nothing recorded or selected"));
+    EXPECT_EQ(rig.Job().PublishToFile(ClipList(), u"talk"), PublishOutcome::kRefused);
+    ExpectNothingPublished(rig);
+}
+
+}  // namespace
+}  // namespace orma::test
