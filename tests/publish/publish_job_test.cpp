@@ -96,6 +96,25 @@ TEST(PublishJob, MakesAPcmFileOfWholeAndPartialClips) {
     EXPECT_EQ(Findings(report), "");
 }
 
+TEST(PublishJob, SendsTheShortLastPeriodOfATakeThatWasCutInPlace) {
+    PublishRig rig;
+    const auto whole = Speech(40 * kPeriod48000, 48000, 1);
+    rig.AddWav(u"talk00", whole, 48000);
+    // Such a take lacks its last 44 bytes, which its header still counts.
+    const Bytes take = rig.File(u"talk00.wav");
+    WriteFileBytes(rig.Path(u"talk00.wav"), ByteSpan(take).first(take.size() - 44));
+    rig.AddClip(u"talk00", 35, 40);
+    ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+    const Bytes file = rig.File(u"pub_talk.wav");
+    const ByteSpan data = RiffChunks(file)[3].content;
+    std::vector<std::int16_t> expected(whole.begin() + 35 * kPeriod48000, whole.end() - 22);
+    expected.resize((expected.size() + 1151) / 1152 * 1152);
+    ASSERT_EQ(data.size(), expected.size() * 2);
+    EXPECT_EQ(std::memcmp(data.data(), expected.data(), data.size()), 0);
+    EXPECT_EQ(Findings(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav"))), "");
+}
+
 TEST(PublishJob, ConvertsStereoAndMonoClipsOf44100IntoOneStereoFile) {
     PublishRig rig;
     rig.AddWav(u"talk00", Speech(50 * kPeriod44100, 44100, 1));
