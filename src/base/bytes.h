@@ -14,9 +14,13 @@ namespace orma {
 using Bytes = std::vector<std::uint8_t>;
 using ByteSpan = std::span<const std::uint8_t>;
 
-/// Reads a little-endian integer or IEEE float from `from`, which holds at least sizeof(T) bytes.
+/// What stands in a file as it stands in memory, but for the order of its bytes.
 template <class T>
-requires(std::is_trivially_copyable_v<T>) [[nodiscard]] T LoadLe(const std::uint8_t* from) {
+concept Arithmetic = std::is_arithmetic_v<T>;
+
+/// Reads a little-endian integer or IEEE float from `from`, which holds at least sizeof(T) bytes.
+template <Arithmetic T>
+[[nodiscard]] T LoadLe(const std::uint8_t* from) {
     static_assert(std::endian::native == std::endian::little, "byte order of this processor");
     T value;
     std::memcpy(&value, from, sizeof(T));
@@ -24,8 +28,8 @@ requires(std::is_trivially_copyable_v<T>) [[nodiscard]] T LoadLe(const std::uint
 }
 
 /// Writes `value` little-endian to `to`, which has room for sizeof(T) bytes.
-template <class T>
-requires(std::is_trivially_copyable_v<T>) void StoreLe(std::uint8_t* to, T value) {
+template <Arithmetic T>
+void StoreLe(std::uint8_t* to, T value) {
     static_assert(std::endian::native == std::endian::little, "byte order of this processor");
     std::memcpy(to, &value, sizeof(T));
 }

@@ -1,7 +1,6 @@
 #include "base/text.h"
 
 #include <array>
-#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 
@@ -63,16 +62,6 @@ void AppendUtf8(std::string& out, char32_t codePoint) {
         put(0x80 | ((codePoint >> 6) & 0x3F));
         put(0x80 | (codePoint & 0x3F));
     }
-}
-
-std::string FormatList(const char* format, va_list arguments) {
-    va_list again;
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, arguments);
-    std::string out(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
-    std::vsnprintf(out.data(), out.size() + 1, format, again);
-    va_end(again);
-    return out;
 }
 
 }  // namespace
@@ -146,6 +135,16 @@ std::string ToWindows1252(TextView text) {
                           text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000;
         if (pair) ++i;  // one character, one '?'
     }
+    return out;
+}
+
+std::string FormatList(const char* format, va_list arguments) {
+    va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    std::string out(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
+    std::vsnprintf(out.data(), out.size() + 1, format, again);
+    va_end(again);
     return out;
 }
 

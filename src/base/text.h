@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdarg>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,10 @@ using TextView = std::u16string_view;
 
 /// printf into a string. The caller's format and arguments are checked by the compiler.
 [[nodiscard]] std::string Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+/// Format for operations that take printf's arguments themselves.
+[[nodiscard]] std::string FormatList(const char* format, va_list arguments)
+    __attribute__((format(printf, 1, 0)));
 
 /// Format, widened: the arguments are ASCII.
 [[nodiscard]] Text FormatText(const char* format, ...) __attribute__((format(printf, 1, 2)));
