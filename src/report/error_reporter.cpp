@@ -11,6 +11,10 @@ namespace {
 constexpr SystemError kFirstInternetCode = 12000;
 constexpr SystemError kLastInternetCode = 12174;
 
+// The server refused and gave its reason.
+constexpr SystemError kExtendedError = 12003;
+constexpr std::size_t kLongestReply = 799;
+
 struct InternetText {
     SystemError code;
     const char16_t* text;
@@ -25,6 +29,11 @@ constexpr std::array<InternetText, 6> kInternetTexts = {{
     {12031, u"Connection lost"},
 }};
 
+/// The beginning of a report: the operation's name and the code.
+Text NameAndCode(const Text& operation, SystemError code) {
+    return operation + FormatText(" %d", static_cast<int>(code));
+}
+
 }  // namespace
 
 ErrorReporter::ErrorReporter(MessageBoxes& boxes, Storage& storage)
@@ -36,13 +45,27 @@ void ErrorReporter::ShowError(const Text& text) {
 }
 
 void ErrorReporter::ReportSystemFailure(const Text& operation, SystemError code) {
-    Text text = operation + FormatText(" %u", code);
+    Text text = NameAndCode(operation, code);
     const bool internet = code >= kFirstInternetCode && code <= kLastInternetCode;
     const Text systemText = internet ? Text() : storage_.ErrorText(code);
     if (!systemText.empty()) text += u" " + systemText;
     for (const InternetText& entry : kInternetTexts) {
         if (systemText.empty() && entry.code == code) text = entry.text;
     }
+    TraceAndShow(text);
+}
+
+void ErrorReporter::ReportInternetFailure(const Text& operation, SystemError code,
+                                          TextView serverReply) {
+    if (internetSilent_) return;
+    if (code != kExtendedError) {
+        ReportSystemFailure(operation, code);
+        return;
+    }
+    TraceAndShow(NameAndCode(operation, code) + u" " + Text(serverReply.substr(0, kLongestReply)));
+}
+
+void ErrorReporter::TraceAndShow(const Text& text) {
     Trace("%s", ToUtf8(text).c_str());
     boxes_.Show({.text = text});
 }

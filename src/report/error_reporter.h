@@ -21,12 +21,23 @@ class ErrorReporter {
     /// alone or, where none is fixed, the name and the number.
     void ReportSystemFailure(const Text& operation, SystemError code);
 
+    /// Reports the failure of a named internet operation, unless these are silenced. The code 12003
+    /// says that the server itself refused: its name, the number and the first 799 characters of
+    /// `serverReply`. Every other code is reported as a system failure.
+    void ReportInternetFailure(const Text& operation, SystemError code, TextView serverReply);
+
+    /// Silences ReportInternetFailure while a job deals with such failures itself; off at start.
+    void SilenceInternetFailures(bool silent) { internetSilent_ = silent; }
+
     /// The boxes themselves, for questions and boxes with another title.
     [[nodiscard]] MessageBoxes& Boxes() { return boxes_; }
 
   private:
+    void TraceAndShow(const Text& text);
+
     MessageBoxes& boxes_;
     Storage& storage_;
+    bool internetSilent_ = false;
 };
 
 }  // namespace orma

@@ -56,5 +56,26 @@ TEST_F(ErrorReporterTest, ShowsFixedInternetTextsAlone) {
                     u"Incorrect username or password", u"Cannot connect", u"Connection lost"));
 }
 
+TEST_F(ErrorReporterTest, ShowsTheServersOwnReplyWhenTheServerRefused) {
+    const Text reply(1000, u'r');
+    files.report.ReportInternetFailure(u"InternetConnect", 12003, u"530 Login incorrect.");
+    files.report.ReportInternetFailure(u"FtpOpenFile", 12003, reply);
+    files.report.ReportInternetFailure(u"InternetWriteFile", 12031, u"not asked for");
+    EXPECT_THAT(files.boxes.Texts(),
+                ElementsAre(u"InternetConnect 12003 530 Login incorrect.",
+                            u"FtpOpenFile 12003 " + reply.substr(0, 799), u"Connection lost"));
+    EXPECT_EQ(trace.lines[0], "InternetConnect 12003 530 Login incorrect.");
+}
+
+TEST_F(ErrorReporterTest, SilencesInternetFailuresAlone) {
+    files.report.SilenceInternetFailures(true);
+    files.report.ReportInternetFailure(u"InternetConnect", 12003, u"530");
+    files.report.ReportInternetFailure(u"InternetConnect", 12002, u"");
+    files.report.ReportSystemFailure(u"ReadFile", 12002);
+    files.report.SilenceInternetFailures(false);
+    files.report.ReportInternetFailure(u"FtpOpenFile", 12029, u"");
+    EXPECT_THAT(files.boxes.Texts(), ElementsAre(u"Timeout", u"Cannot connect"));
+}
+
 }  // namespace
 }  // namespace orma
