@@ -165,7 +165,10 @@ void PosixEventLoop::RunTasks() {
 }
 
 int PosixEventLoop::WaitMs() const {
-    if (!tasks_.empty()) return 0;
+    // Of signals that a Quit left behind the eventfd tells no more.
+    const bool signalled =
+        std::ranges::any_of(wakeups_, [](const auto& wakeup) { return wakeup->signalled.load(); });
+    if (signalled || !tasks_.empty()) return 0;
     std::optional<SteadyClock::time_point> due;
     for (const auto& timer : timers_)
         if (timer->alive && (!due || timer->due < *due)) due = timer->due;
