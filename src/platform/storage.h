@@ -77,7 +77,8 @@ class Storage {
     [[nodiscard]] virtual SystemError Delete(const Text& path) = 0;
 
     /// Moves a file within its volume, replacing the target in one step, and returns once the new
-    /// name is on the medium.
+    /// name is on the medium. A file that takes another's place takes over who may read and write
+    /// it: settings hold passwords.
     [[nodiscard]] virtual SystemError Rename(const Text& from, const Text& to) = 0;
 
     [[nodiscard]] virtual SystemError LastWriteTime(const Text& path, FileTime& time) = 0;

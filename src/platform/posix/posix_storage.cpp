@@ -48,6 +48,7 @@ class PosixFile : public StorageFile {
             const ssize_t n = ::write(descriptor_, from.data() + written, from.size() - written);
             if (n < 0 && errno == EINTR) continue;
             if (n < 0) return LastError();
+            if (n == 0) return EIO;  // a medium that takes nothing and gives no reason
             written += static_cast<std::size_t>(n);
         }
         return 0;
@@ -121,8 +122,14 @@ SystemError PosixStorage::Delete(const Text& path) {
 }
 
 SystemError PosixStorage::Rename(const Text& from, const Text& to) {
+    const std::string source = NativePath(from);
     const std::string target = NativePath(to);
-    if (::rename(NativePath(from).c_str(), target.c_str()) != 0) return LastError();
+    struct stat replaced {};
+    if (::stat(target.c_str(), &replaced) == 0) {
+        // Fails where the file system knows no rights.
+        (void)::chmod(source.c_str(), replaced.st_mode & 0777);
+    }
+    if (::rename(source.c_str(), target.c_str()) != 0) return LastError();
     const std::string folder = std::filesystem::path(target).parent_path().string();
     const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor >= 0) {
@@ -179,8 +186,10 @@ SystemError PosixStorage::ListFiles(const Text& folder, std::vector<Text>& names
 }
 
 Text PosixStorage::ErrorText(SystemError error) {
-    const std::string text = std::generic_category().message(static_cast<int>(error));
-    return text.starts_with("Unknown error") ? Text() : FromUtf8(text);
+    const int number = static_cast<int>(error);
+    const std::string text = std::generic_category().message(number);
+    // In every language the C library puts the number behind its text for one that it lacks.
+    return text.ends_with(" " + std::to_string(number)) ? Text() : FromUtf8(text);
 }
 
 }  // namespace orma

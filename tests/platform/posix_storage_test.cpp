@@ -1,0 +1,90 @@
+#include "platform/posix/posix_storage.h"
+
+#include <cerrno>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "support/temp_folder.h"
+
+namespace orma {
+namespace {
+
+constexpr OpenMode kCreate{Access::kWrite, Share::kNone, Disposition::kCreateAlways};
+
+struct PosixStorageTest : testing::Test {
+    test::TempFolder folder;
+    PosixStorage storage;
+    Text path = folder.Path(u"file");
+    std::unique_ptr<StorageFile> file;
+
+    unsigned Rights() {
+        struct stat info {};
+        EXPECT_EQ(::stat(ToUtf8(path).c_str(), &info), 0);
+        return info.st_mode & 0777;
+    }
+};
+
+TEST_F(PosixStorageTest, AFileThatIsBeingWrittenIsReadButNotOpenedByASecondWriter) {
+    test::WriteFileBytes(path, Bytes{1, 2, 3});
+    std::unique_ptr<StorageFile> other;
+    ASSERT_EQ(storage.Open(path, {Access::kWrite, Share::kRead, Disposition::kOpenAlways}, file),
+              0U);
+    EXPECT_EQ(storage.Open(path, kCreate, other), static_cast<SystemError>(EBUSY));
+    EXPECT_EQ(storage.Open(path, {}, other), 0U);
+    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{1, 2, 3}));
+    file.reset();
+    EXPECT_EQ(storage.Open(path, kCreate, other), 0U);
+    EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
+}
+
+TEST_F(PosixStorageTest, AFolderIsNoFile) {
+    EXPECT_EQ(storage.Open(folder.Path(), {}, file), static_cast<SystemError>(EISDIR));
+    EXPECT_FALSE(file);
+}
+
+TEST_F(PosixStorageTest, ARenameKeepsTheRightsOfTheFileThatItReplaces) {
+    const Text source = folder.Path(u"new");
+    test::WriteFileBytes(path, Bytes{1});
+    for (const mode_t rights : {0600, 0664}) {
+        test::WriteFileBytes(source, Bytes{2});
+        ASSERT_EQ(::chmod(ToUtf8(source).c_str(), 0644), 0);
+        ASSERT_EQ(::chmod(ToUtf8(path).c_str(), rights), 0);
+        ASSERT_EQ(storage.Rename(source, path), 0U);
+        EXPECT_EQ(Rights(), rights);
+        EXPECT_EQ(test::ReadFileBytes(path), Bytes{2});
+        EXPECT_FALSE(storage.Exists(source));
+    }
+}
+
+TEST_F(PosixStorageTest, NamesOfOtherSystemsAndEncodingsAreReached) {
+    const Text name = FromUtf8("r\xE9sum\xE9");  // no UTF-8
+    ASSERT_EQ(storage.CreateFolder(folder.Path(u"a\\b")), 0U);
+    ASSERT_EQ(storage.CreateFolder(folder.Path(u"a/b")), 0U);
+    ASSERT_EQ(storage.Open(folder.Path(u"a\\b\\") + name, kCreate, file), 0U);
+    std::vector<Text> names;
+    ASSERT_EQ(storage.ListFiles(folder.Path(u"a/b"), names), 0U);
+    EXPECT_THAT(names, testing::ElementsAre(name));
+    EXPECT_EQ(storage.ListFiles(folder.Path(u"c"), names), static_cast<SystemError>(ENOENT));
+}
+
+TEST_F(PosixStorageTest, AFileTimeIsSetToTheNanosecond) {
+    test::WriteFileBytes(path, Bytes{1});
+    for (const std::int64_t moment :
+         {std::int64_t{1'234'567'890'123'456'789}, std::int64_t{-1'500'000'001}}) {
+        FileTime time;
+        ASSERT_EQ(storage.SetLastWriteTime(path, FileTime(std::chrono::nanoseconds(moment))), 0U);
+        ASSERT_EQ(storage.LastWriteTime(path, time), 0U);
+        EXPECT_EQ(time.time_since_epoch().count(), moment);
+    }
+}
+
+TEST_F(PosixStorageTest, OnlyNumbersOfTheSystemHaveAText) {
+    EXPECT_EQ(storage.ErrorText(ENOSPC), u"No space left on device");
+    for (const SystemError unknown : {41U, 999U, 11999U, 0xFFFFFFFFU})
+        EXPECT_EQ(storage.ErrorText(unknown), u"") << unknown;
+}
+
+}  // namespace
+}  // namespace orma
