@@ -103,19 +103,16 @@ std::uint32_t JStreamFile::GetSize() const {
     return To32(size);
 }
 
-void JStreamFile::Move(std::int32_t offset, SeekFrom origin) {
+void JStreamFile::Move(std::int64_t offset, SeekFrom origin) {
     if (!IsOpen()) return;
     std::uint64_t position = 0;
-    // An offset from the start is unsigned 32-bit: a recording may pass 2 GiB.
-    const std::int64_t target = origin == SeekFrom::kStart
-                                    ? static_cast<std::int64_t>(static_cast<std::uint32_t>(offset))
-                                    : offset;
-    if (const SystemError error = handle_->Seek(target, origin, position); error != 0)
+    if (const SystemError error = handle_->Seek(offset, origin, position); error != 0)
         Fail(u"Position", error);
 }
 
 void JStreamFile::SetPosition(std::int32_t offset) {
-    Move(offset, SeekFrom::kStart);
+    const auto far = static_cast<std::uint32_t>(offset);
+    Move(offset < 0 && far <= GetSize() ? std::int64_t{far} : offset, SeekFrom::kStart);
 }
 
 void JStreamFile::Skip(std::int32_t offset) {

@@ -33,6 +33,8 @@ class JStreamFile : public JStream {
     JStreamFile(const JStreamFile&) = delete;
     JStreamFile& operator=(const JStreamFile&) = delete;
 
+    /// In a recording of more than 2 GiB an offset that wrapped below 0 means the place it came
+    /// from; elsewhere it lies before the start and fails.
     void SetPosition(std::int32_t offset) override;
     [[nodiscard]] std::uint32_t GetPosition() override;
     void Skip(std::int32_t offset) override;
@@ -78,7 +80,7 @@ class JStreamFile : public JStream {
   private:
     void OpenReporting(const Text& path, const OpenMode& mode, const Text& noNameText,
                        const Text& failureText);
-    void Move(std::int32_t offset, SeekFrom origin);
+    void Move(std::int64_t offset, SeekFrom origin);
     void Fail(const Text& operation, SystemError error);
 
     FileServices services_;

@@ -57,6 +57,17 @@ TEST_F(JStreamFileTest, PositionsFromTheStartAndFromWhereItIs) {
     EXPECT_EQ(stream.GetPosition(), 2U);
 }
 
+TEST_F(JStreamFileTest, PositionsBeyondTwoGibibytesAreReachedWhereTheFileHasThem) {
+    constexpr std::uint32_t kFar = 0xC0000000;
+    JStreamFile stream(services, path, false);
+    stream.Truncate(kFar);  // a hole, no bytes on the disk
+    stream.SetPosition(static_cast<std::int32_t>(kFar));
+    EXPECT_EQ(stream.GetPosition(), kFar);
+    stream.SetPosition(-1);
+    EXPECT_FALSE(stream.Has(JStream::kGood));
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Position 22 Invalid argument"));
+}
+
 TEST_F(JStreamFileTest, AFailedPositionClearsGoodAndMakesTheStreamInert) {
     test::WriteFileBytes(path, content);
     JStreamFile stream(services, path, true);
