@@ -42,7 +42,7 @@ WaveHeader& WaveQueue::Take() {
     return header;
 }
 
-void WaveQueue::ReturnAll(std::function<void(WaveHeader&)> give) {
+void WaveQueue::ReturnAll(const std::function<void(WaveHeader&)>& give) {
     for (WaveHeader* header : waiting_) {
         returning_.push_back(header);
         loop_.Post([this, life = Life(), header, give] {

@@ -41,7 +41,7 @@ class WaveQueue {
 
     /// Empties the queue: every buffer that waits goes to `give` as it stands then, in an event of
     /// its own. Until then the device holds it.
-    void ReturnAll(std::function<void(WaveHeader&)> give);
+    void ReturnAll(const std::function<void(WaveHeader&)>& give);
 
     /// Expires with the queue: tells a device whether an event handler destroyed it.
     [[nodiscard]] std::weak_ptr<const void> Life() const { return life_; }

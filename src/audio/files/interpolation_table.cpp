@@ -26,7 +26,7 @@ InterpolationTable::InterpolationTable() {
         for (std::uint32_t tap = 0; tap < kTaps; ++tap) {
             const std::uint32_t m = k + tap * kPhases;
             if (m >= kEntries) continue;
-            const double t = (static_cast<double>(m) - kEntries / 2) / kPhases;
+            const double t = (m - kEntries / 2.0) / kPhases;
             rows_[k].taps[tap] = static_cast<std::int16_t>(kOne * InterpolationKernel(t));
         }
     }

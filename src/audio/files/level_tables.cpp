@@ -17,7 +17,7 @@ std::uint8_t LevelOfIndex(std::size_t index) {
     } else {
         steps = 30.0 - db;
     }
-    return static_cast<std::uint8_t>(std::min(static_cast<int>(steps + 0.5), int{kQuietLevel}));
+    return static_cast<std::uint8_t>(std::min(std::lround(steps), long{kQuietLevel}));
 }
 
 LevelTables BuildLevelTables() {

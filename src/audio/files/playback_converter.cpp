@@ -40,7 +40,7 @@ void PlaybackConverter::Start(std::uint32_t inputRate, std::uint32_t outputRate)
 
 void PlaybackConverter::BuildRows() {
     const double stretch = std::max(1.0, static_cast<double>(inputStep_) / outputStep_);
-    const double centre = taps_ / 2 - 1;
+    const auto centre = static_cast<double>(taps_ / 2 - 1);
     for (std::uint32_t phase = 0; phase < outputStep_; ++phase) {
         const double place = centre + static_cast<double>(phase) / outputStep_;
         std::array<double, kMaxTaps> weights{};
