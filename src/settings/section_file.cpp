@@ -59,7 +59,7 @@ std::optional<std::string> ReadAll(StorageFile& file) {
 }
 
 std::optional<int> ParseNumber(std::string_view text) {
-    if (text.starts_with('+')) text.remove_prefix(1);
+    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
     int number = 0;
     const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
     if (parsed.ec != std::errc()) return std::nullopt;

@@ -43,10 +43,13 @@ struct SettingsRecord {
 #include "settings/configuration_fields.inc"
 #include "settings/user_state_fields.inc"
 
+    // Named as the options of the field lists are.
+    // NOLINTBEGIN(readability-identifier-naming)
     std::array<EqualizerBand, 3> InputEq;  // in use until a set is chosen
     std::array<EqualizerSet, 5> Preset;
     std::array<FtpDestination, 25> Ftp;
     std::array<SmtpAccount, 5> Smtp;
+    // NOLINTEND(readability-identifier-naming)
 };
 
 #undef FIELD_BYTE

@@ -167,6 +167,8 @@ bool SettingsStore::Save(SettingsFile file, SettingsRecord& record) {
     const SettingsTable table(record);
     for (const Setting& setting : table.In(file))
         WriteSetting(stream, setting);
+    // A foreign file makes room only for one that is whole.
+    stream.Flush();
     return stream.IsOpen() && KeepForeignFile(file) && replacement.Commit();
 }
 

@@ -1,3 +1,5 @@
+#include <sstream>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -24,57 +26,22 @@ std::string Times(int count, const std::string& kinds) {
 }
 
 // The layout of a version-50 file.
+std::vector<Group> MakeGroups() {
+    const std::string bands = Times(3, "SSSL");
+    std::istringstream layout(
+        "-1 BBTTTTB 1 B 2 T 3 BBBB 4 B 5 T 6 B 7 T 8 T 9 LTT 10 TLTT 11 TT 12 LL 14 L 15 " + bands +
+        "L 16 BBB 17 T 18 B 19 TTTLB 20 T 21 T 22 T 23 L 24 LLL 25 " + Times(5, "TTTTB") +
+        "TTTTTT 26 " + Times(5, bands + "LT") +
+        "T 27 B 28 BSS 29 L 30 B 31 B 32 L 33 B 34 B 35 L 36 LB 37 BB 38 B 39 LLL 40 B 41 B 42 B "
+        "43 L 44 B 45 BB 46 B 47 L 48 " +
+        Times(20, "TTTTBT") + " 49 B");
+    std::vector<Group> groups;
+    for (Group group; layout >> group.threshold >> group.kinds;)
+        groups.push_back(group);
+    return groups;
+}
 const std::vector<Group>& Groups() {
-    static const std::string kBands = Times(3, "SSSL");
-    static const std::vector<Group> groups = {{-1, "BBTTTTB"},
-                                              {1, "B"},
-                                              {2, "T"},
-                                              {3, "BBBB"},
-                                              {4, "B"},
-                                              {5, "T"},
-                                              {6, "B"},
-                                              {7, "T"},
-                                              {8, "T"},
-                                              {9, "LTT"},
-                                              {10, "TLTT"},
-                                              {11, "TT"},
-                                              {12, "LL"},
-                                              {14, "L"},
-                                              {15, kBands + "L"},
-                                              {16, "BBB"},
-                                              {17, "T"},
-                                              {18, "B"},
-                                              {19, "TTTLB"},
-                                              {20, "T"},
-                                              {21, "T"},
-                                              {22, "T"},
-                                              {23, "L"},
-                                              {24, "LLL"},
-                                              {25, Times(5, "TTTTB") + "TTTTT" + "T"},
-                                              {26, Times(5, kBands + "LT") + "T"},
-                                              {27, "B"},
-                                              {28, "BSS"},
-                                              {29, "L"},
-                                              {30, "B"},
-                                              {31, "B"},
-                                              {32, "L"},
-                                              {33, "B"},
-                                              {34, "B"},
-                                              {35, "L"},
-                                              {36, "LB"},
-                                              {37, "BB"},
-                                              {38, "B"},
-                                              {39, "LLL"},
-                                              {40, "B"},
-                                              {41, "B"},
-                                              {42, "B"},
-                                              {43, "L"},
-                                              {44, "B"},
-                                              {45, "BB"},
-                                              {46, "B"},
-                                              {47, "L"},
-                                              {48, Times(20, "TTTTBT")},
-                                              {49, "B"}};
+    static const std::vector<Group> groups = MakeGroups();
     return groups;
 }
 
@@ -153,55 +120,46 @@ TEST_F(ConfigurationTest, EveryOldVersionIsReadToItsLastFieldAndNotBeyond) {
 }
 
 TEST_F(ConfigurationTest, FieldsReachTheirMembers) {
+    // Name, threshold and place in its group.
+    std::istringstream fields(
+        "FtpPublishing -1 0 LiveFtpAllowed -1 1 FtpServer -1 2 FtpUser -1 3 "
+        "FtpPassword -1 4 FtpFolder -1 5 FtpPassive -1 6 BwfHeader 1 0 PublishExtension 2 0 "
+        "Mp2BitrateIndex 3 0 Stereo 3 1 RecordMp2 3 2 SampleRateCode 3 3 AppendPerBlock 4 0 "
+        "SpdifInput 6 0 ProjectsFolder 7 0 CurrentProjectName 8 0 PublishMethod 9 0 "
+        "Recipient 9 1 Subject 9 2 SmtpServer 10 0 SmtpAuth 10 1 SmtpUser 10 2 "
+        "SmtpPassword 10 3 RecorderConfig2 12 1 ImagePublishing 14 0 "
+        "InputEq[1].Frequency 15 4 InputEq[1].Gain 15 5 InputEq[2].Q 15 10 "
+        "InputEq[2].Enabled 15 11 RecordingFormat 15 12 ShowBattery 16 2 Smtp1Server 19 0 "
+        "Smtp1User 19 1 Smtp1Password 19 2 Smtp1Auth 19 3 PublishText 19 4 "
+        "CurrentSmtpName 20 0 PostCreateCommand 21 0 ProjectTextFile 22 0 "
+        "UseProjectTextFile 23 0 OriginatorUser 24 2 Ftp[0].Server 25 0 Ftp[4].Folder 25 23 "
+        "Ftp[4].Passive 25 24 Ftp[0].Name 25 25 Ftp[4].Name 25 29 CurrentFtpName 25 30 "
+        "Preset[4].Band[2].Enabled 26 67 Preset[4].EqOn 26 68 Preset[3].Name 26 55 "
+        "CurrentPresetName 26 70 InputOptions 27 0 GainControl 28 0 EqGainOffset 28 1 "
+        "ServerChoice 30 0 AutoResume 31 0 StartMode 32 0 PublishClipButton 33 0 "
+        "MarkButtons 34 0 LandscapeSkin 35 0 Orientation 36 0 FullBarRedraw 36 1 "
+        "OneSecondCut 37 0 DetailedView 37 1 CloseSync 38 0 DescriptionMode 39 0 "
+        "PostCreateStep 39 1 ListDisplay 39 2 PublishToFile 40 0 VolumeControl 41 0 "
+        "MicGainTool 42 0 MicGainToolMode 43 0 AltEarjackKey 44 0 FastPublishing 45 0 "
+        "FastBitrateIndex 45 1 Ftp[5].Server 48 0 Ftp[5].Name 48 5 Ftp[24].Password 48 116 "
+        "Ftp[24].Name 48 119 Unused49 49 0");
     ASSERT_FALSE(Load(NumberedFile(50)));
-    EXPECT_EQ(record.FtpPublishing, B(-1, 0));
-    EXPECT_EQ(record.LiveFtpAllowed, B(-1, 1));
-    EXPECT_EQ(record.FtpServer, T(-1, 2));
-    EXPECT_EQ(record.FtpPassword, T(-1, 4));
-    EXPECT_EQ(record.FtpPassive, B(-1, 6));
-    EXPECT_EQ(record.RecordMp2, B(3, 2));
-    EXPECT_EQ(record.SampleRateCode, B(3, 3));
-    EXPECT_EQ(record.ProjectsFolder, T(7, 0));
-    EXPECT_EQ(record.Subject, T(9, 2));
-    EXPECT_EQ(record.SmtpAuth, NumberOf(10, 1));
-    EXPECT_EQ(record.SmtpPassword, T(10, 3));
-    EXPECT_EQ(record.ImagePublishing, NumberOf(14, 0));
-    EXPECT_EQ(record.InputEq[1].frequency, NumberOf(15, 4));
-    EXPECT_EQ(record.InputEq[1].gain, static_cast<std::int16_t>(NumberOf(15, 5)));
-    EXPECT_EQ(record.InputEq[2].q, NumberOf(15, 10));
-    EXPECT_EQ(record.InputEq[2].enabled, NumberOf(15, 11));
-    EXPECT_EQ(record.RecordingFormat, NumberOf(15, 12));
-    EXPECT_EQ(record.Smtp1Auth, NumberOf(19, 3));
-    EXPECT_EQ(record.PublishText, B(19, 4));
-    EXPECT_EQ(record.ProjectTextFile, T(22, 0));
-    EXPECT_EQ(record.OriginatorUser, NumberOf(24, 2));
-    EXPECT_EQ(record.CurrentPresetName, T(26, 70));
-    EXPECT_EQ(record.Preset[4].bands[2].enabled, NumberOf(26, 4 * 14 + 11));
-    EXPECT_EQ(record.Preset[4].on, NumberOf(26, 4 * 14 + 12));
-    EXPECT_EQ(record.Preset[3].name, T(26, 3 * 14 + 13));
-    EXPECT_EQ(record.InputOptions, B(27, 0));
-    EXPECT_EQ(record.EqGainOffset, static_cast<std::int16_t>(NumberOf(28, 1)));
+    const SettingsTable table(record);
+    int threshold = 0;
+    std::size_t place = 0;
+    for (std::string name; fields >> name >> threshold >> place;) {
+        const Setting* setting = table.Find(name);
+        ASSERT_NE(setting, nullptr) << name;
+        const std::uint32_t number = NumberOf(threshold, place);
+        const std::string expected = setting->IsText()           ? Format("t%u", number)
+                                     : setting->Kind() == "byte" ? std::to_string(number % 256)
+                                                                 : std::to_string(number);
+        EXPECT_EQ(setting->Get(), expected) << name;
+    }
+    EXPECT_TRUE(fields.eof());
     EXPECT_EQ(record.ResolutionShift, 1U);
-    EXPECT_EQ(record.StartMode, NumberOf(32, 0));
-    EXPECT_EQ(record.Orientation, NumberOf(36, 0));
-    EXPECT_EQ(record.CloseSync, B(38, 0));
-    EXPECT_EQ(record.ListDisplay, NumberOf(39, 2));
-    EXPECT_EQ(record.FastPublishing, B(45, 0));
-    EXPECT_EQ(record.Unused49, B(49, 0));
-}
-
-TEST_F(ConfigurationTest, TheFirstFiveDestinationsAreNamedAfterTheirTableAndTheOthersEach) {
-    ASSERT_FALSE(Load(NumberedFile(50)));
-    EXPECT_EQ(record.Ftp[0].Server, T(25, 0));
-    EXPECT_EQ(record.Ftp[4].Folder, T(25, 23));
-    EXPECT_EQ(record.Ftp[4].Passive, B(25, 24));
-    EXPECT_EQ(record.Ftp[0].Name, T(25, 25));
-    EXPECT_EQ(record.Ftp[4].Name, T(25, 29));
-    EXPECT_EQ(record.CurrentFtpName, T(25, 30));
-    EXPECT_EQ(record.Ftp[5].Server, T(48, 0));
-    EXPECT_EQ(record.Ftp[5].Name, T(48, 5));
-    EXPECT_EQ(record.Ftp[24].Password, T(48, 19 * 6 + 2));
-    EXPECT_EQ(record.Ftp[24].Name, T(48, 19 * 6 + 5));
+    EXPECT_EQ(record.Preset[4].bands[2].enabled, NumberOf(26, 67));
+    EXPECT_EQ(record.Ftp[24].Password, T(48, 116));
 }
 
 TEST_F(ConfigurationTest, OldServerFieldsFillTheAccountTables) {
@@ -257,7 +215,8 @@ TEST_F(ConfigurationTest, TheAppendedGroupStandsBehindEverythingElse) {
     for (int i = 0; i < 24; ++i)
         group.L(0);
     group.L(2).T(u"ca");
-    const auto offset = static_cast<std::uint16_t>(record.EqGainOffset);
+    // The one offset of older files serves every set.
+    const auto offset = static_cast<std::uint16_t>(NumberOf(28, 1));
     group.S(offset).S(offset).S(offset).S(offset).S(0xFFFD);
     group.T(u"in").T(u"out").B(1);
     const Bytes saved = test::ReadFileBytes(path);
@@ -271,12 +230,6 @@ TEST_F(ConfigurationTest, TheAppendedGroupStandsBehindEverythingElse) {
     EXPECT_EQ(again.Smtp[2].Name, u"n");
     EXPECT_EQ(again.Preset[4].gainOffset, -3);
     EXPECT_EQ(again.LiveFtpNewProjects, 1);
-}
-
-TEST_F(ConfigurationTest, OneGainOffsetServesEverySetOfOlderFiles) {
-    ASSERT_FALSE(Load(NumberedFile(50)));
-    for (const EqualizerSet& set : record.Preset)
-        EXPECT_EQ(set.gainOffset, static_cast<std::int16_t>(NumberOf(28, 1)));
 }
 
 TEST_F(ConfigurationTest, AnAccountWithoutANameFollowsItsServer) {

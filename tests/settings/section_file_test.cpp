@@ -49,7 +49,7 @@ TEST_F(SectionFileTest, FindsAKeyByItsBeginning) {
 }
 
 TEST_F(SectionFileTest, ReadsTheNumberBehindTheFirstEqualsSign) {
-    Put("[S] a=-12 b=+7 c=5px d= e=x f=1=2 g h =3 i=99999999999 j=-2147483648");
+    Put("[S] a=-12 b=+7 c=5px d= e=x f=1=2 g h =3 i=99999999999 j=-2147483648 k=+-1");
     EXPECT_EQ(Read("S", "a"), -12);
     EXPECT_EQ(Read("S", "b"), 7);
     EXPECT_EQ(Read("S", "c"), 5);
@@ -60,6 +60,7 @@ TEST_F(SectionFileTest, ReadsTheNumberBehindTheFirstEqualsSign) {
     EXPECT_EQ(Read("S", "h"), -77);  // blanks around the sign make three tokens
     EXPECT_EQ(Read("S", "i"), -77);
     EXPECT_EQ(Read("S", "j"), -2147483647 - 1);
+    EXPECT_EQ(Read("S", "k"), -77);
 }
 
 TEST_F(SectionFileTest, TracesWhereItFoundWhat) {

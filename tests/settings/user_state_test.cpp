@@ -147,9 +147,13 @@ TEST_F(UserStateTest, AForeignFileInItsPlaceIsKeptUnderAFreeName) {
     EXPECT_FALSE(store.LoadUserState());
 
     test::WriteFileBytes(path, foreign);
-    storage.failRename = true;
-    EXPECT_FALSE(store.SaveUserState());
-    EXPECT_EQ(test::ReadFileBytes(path), foreign);
+    for (bool test::FailingStorage::*step :
+         {&test::FailingStorage::failFlush, &test::FailingStorage::failRename}) {
+        storage.*step = true;
+        EXPECT_FALSE(store.SaveUserState());
+        storage.*step = false;
+        EXPECT_EQ(test::ReadFileBytes(path), foreign);
+    }
 }
 
 }  // namespace
