@@ -83,18 +83,6 @@ TEST(RateConverter, ConsumesExactlyTheInputRate) {
     EXPECT_EQ(counts, (std::set<std::size_t>{1058, 1059}));
 }
 
-TEST(RateConverter, CopiesAt48000) {
-    const Samples left = ExtremeNoise(4, kFrame);
-    const Samples right = ExtremeNoise(5, kFrame);
-    RateConverter converter;
-    ASSERT_TRUE(converter.Start(48000));
-    const Converted got =
-        ConvertAll(converter, Interleave(left, right), 2, std::vector<std::size_t>{kFrame});
-    EXPECT_EQ(got.left, left);
-    EXPECT_EQ(got.right, right);
-    EXPECT_EQ(got.consumed, kFrame);
-}
-
 TEST(RateConverter, RefusesRatesThatItCannotConvert) {
     RateConverter converter;
     ASSERT_TRUE(converter.Start(22050));
