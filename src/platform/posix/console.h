@@ -1,0 +1,12 @@
+#pragma once
+
+namespace orma {
+
+/// True when somebody reads the stream in a terminal, where a line may be drawn again.
+[[nodiscard]] bool OutputIsTerminal();
+[[nodiscard]] bool ErrorsAreTerminal();
+
+/// From now on this process creates files that their owner alone can read.
+void CreateFilesForOwnerOnly();
+
+}  // namespace orma
