@@ -70,28 +70,29 @@ Text SettingsStore::PathOf(SettingsFile file) const {
     return folder_ + Text(FormatOf(file).name);
 }
 
-std::optional<std::uint32_t> SettingsStore::Load(SettingsFile file) {
-    const Text path = PathOf(file);
-    if (!services_.storage.Exists(path)) return std::nullopt;
-    JStreamFile stream(services_, path, true);
+std::optional<std::uint32_t> ReadSettingsFile(FileServices services, const Text& path,
+                                              SettingsFile file, SettingsRecord& record) {
+    if (!services.storage.Exists(path)) return std::nullopt;
+    JStreamFile stream(services, path, true);
     std::array<std::uint8_t, 4> magic{};
     stream.Read(magic.data(), magic.size());
     const std::uint32_t version = ReadU32(stream);
     if (!IsTag(magic.data(), FormatOf(file).magic)) return std::nullopt;
-    SettingsRecord loaded = record_;
+    SettingsRecord loaded = record;
     const SettingsTable table(loaded);
     for (const Setting& setting : table.In(file)) {
         if (std::int64_t{version} > setting.threshold) ReadSetting(stream, setting);
     }
     if (!stream.Has(JStream::kGood | JStream::kOpen | JStream::kReading)) return std::nullopt;
-    record_ = std::move(loaded);
+    record = std::move(loaded);
     return version;
 }
 
 bool SettingsStore::LoadUserState() {
     const Text ftpName = record_.CurrentFtpName;
     const Text presetName = record_.CurrentPresetName;
-    const std::optional<std::uint32_t> version = Load(SettingsFile::kUserState);
+    const std::optional<std::uint32_t> version = ReadSettingsFile(
+        services_, PathOf(SettingsFile::kUserState), SettingsFile::kUserState, record_);
     if (!version) return true;
     record_.InputGain = std::clamp(record_.InputGain, 0, 40);
     record_.OutputVolumeStep = std::clamp(record_.OutputVolumeStep, 0, 20);
@@ -112,7 +113,8 @@ void SettingsStore::ApplyUserState() {
 }
 
 bool SettingsStore::LoadConfiguration() {
-    const std::optional<std::uint32_t> version = Load(SettingsFile::kConfiguration);
+    const std::optional<std::uint32_t> version = ReadSettingsFile(
+        services_, PathOf(SettingsFile::kConfiguration), SettingsFile::kConfiguration, record_);
     if (!version) return true;
     DeriveFields(*version);
     ApplyUserState();

@@ -9,6 +9,12 @@
 
 namespace orma {
 
+/// Reads one settings file of a kind, wherever it lies, into `record` and returns its version;
+/// nothing, and an untouched record, when it is missing, foreign or unreadable.
+[[nodiscard]] std::optional<std::uint32_t> ReadSettingsFile(FileServices services, const Text& path,
+                                                            SettingsFile file,
+                                                            SettingsRecord& record);
+
 /// Reads and writes a settings record's two files in the program's folder: "OrmaIni.sup", the
 /// configuration, and "OrmaSet.sup", the user state that the program itself writes at exit. Each is
 /// a 4-byte magic, a 32-bit version and fields in the order of the field lists; a file of version V
@@ -45,7 +51,6 @@ class SettingsStore {
     [[nodiscard]] Text PathOf(SettingsFile file) const;
 
   private:
-    [[nodiscard]] std::optional<std::uint32_t> Load(SettingsFile file);
     [[nodiscard]] bool Save(SettingsFile file, SettingsRecord& record);
     [[nodiscard]] bool KeepForeignFile(SettingsFile file);
     void DeriveFields(std::uint32_t version);
