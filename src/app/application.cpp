@@ -1,0 +1,35 @@
+#include "app/application.h"
+
+namespace orma {
+
+Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
+    : ports(platform),
+      programFolder(std::move(folder)),
+      report(ports.boxes, ports.storage),
+      files{ports.storage, report},
+      settingsStore(files, programFolder, settings),
+      encoder(audio, report),
+      decoder(audio, ports.storage, programFolder + u"mp2dec.txt"),
+      writerContext{.files = files, .audio = audio, .encoder = encoder},
+      writers(writerContext),
+      project({.readers = {files, audio, decoder},
+               .clock = ports.clock,
+               .clips = clips,
+               .recording = recording}),
+      input(ports.waves, ports.headset),
+      recorder({.waves = ports.waves,
+                .clock = ports.clock,
+                .storage = ports.storage,
+                .report = report,
+                .audio = audio,
+                .buffers = buffers,
+                .input = input,
+                .writers = writers,
+                .sheet = recording.sheet,
+                .takes = project,
+                .listener = frontEnd.recorder,
+                .externalRecorder = ports.externalRecorder,
+                .spdif = ports.spdif}),
+      progress(frontEnd.progress) {}
+
+}  // namespace orma

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "audio/engine/recorder.h"
+#include "platform/event_loop.h"
+#include "project/project.h"
+#include "publish/publish_job.h"
+#include "settings/settings_store.h"
+
+namespace orma {
+
+/// The platform as the application sees it; every reference outlives it.
+struct Ports {
+    Storage& storage;
+    Clock& clock;
+    MessageBoxes& boxes;
+    EventLoop& loop;
+    WaveSystem& waves;
+    HeadsetProbe& headset;
+    ExternalRecorder* externalRecorder = nullptr;  // null: absent hardware
+    SpdifCard* spdif = nullptr;
+};
+
+/// What a front end listens with; both outlive the application.
+struct FrontEnd {
+    RecorderListener& recorder;
+    PublishProgress& progress;
+};
+
+/// The whole state of the process: one instance of each subsystem, in the order of their
+/// dependencies. Each front end builds one; tests build theirs on fake ports. UI thread.
+struct Application {
+    /// `programFolder` (with its separator) is where settings and program files lie.
+    Application(Ports platform, FrontEnd frontEnd, Text folder);
+
+    Ports ports;
+    Text programFolder;
+    ErrorReporter report;
+    FileServices files;
+
+    SettingsRecord settings;
+    SettingsStore settingsStore;
+
+    AudioState audio;
+    Mp2Pipeline encoder;
+    Mp2Decoder decoder;
+    WriterContext writerContext;
+    WriterSlot writers;
+
+    ClipList clips;
+    CurrentRecording recording;
+    Project project;
+
+    CaptureBuffers buffers;
+    InputProcessing input;
+    Recorder recorder;
+
+    PublishProgress& progress;
+};
+
+}  // namespace orma

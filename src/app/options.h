@@ -1,0 +1,20 @@
+#pragma once
+
+#include "audio/engine/input_processing.h"
+#include "audio/files/audio_state.h"
+#include "project/project.h"
+#include "publish/publish_job.h"
+#include "settings/settings_record.h"
+
+namespace orma {
+
+/// The settings as the lower folders take them: plain values, so that none of them knows the
+/// record.
+[[nodiscard]] ProjectOptions ProjectOptionsOf(const SettingsRecord& settings);
+[[nodiscard]] InputProcessingSettings InputSettingsOf(const SettingsRecord& settings);
+[[nodiscard]] PublishSettings PublishSettingsOf(const SettingsRecord& settings);
+
+/// The sound format before a project is loaded. An illegal bit rate is reported and left out.
+void ApplyAudioSettings(const SettingsRecord& settings, AudioState& audio, ErrorReporter& report);
+
+}  // namespace orma

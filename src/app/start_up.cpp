@@ -1,0 +1,92 @@
+#include "app/start_up.h"
+
+#include "app/options.h"
+#include "base/path.h"
+
+namespace orma {
+namespace {
+
+constexpr std::uint32_t kReopenCurrent = 1;
+constexpr std::uint32_t kNewNumbered = 2;
+constexpr std::uint32_t kReopenLast = 3;
+
+/// Takes and publications lie beside the project.
+void FollowProject(Application& app) {
+    app.writerContext.recordingFolder = app.project.Folder();
+}
+
+bool LoadAt(Application& app, const Text& folder, const Text& name) {
+    app.project.SetPath(folder, name);
+    const bool loaded = app.project.LoadProject();
+    FollowProject(app);  // also when a refused file left the earlier path standing
+    return loaded;
+}
+
+void NewAt(Application& app, const Text& folder, const Text& name) {
+    app.project.SetPath(folder, name);
+    app.project.NewProject();
+    FollowProject(app);
+}
+
+bool ProjectExists(Application& app, const Text& folder, const Text& name) {
+    return app.ports.storage.Exists(folder + name + u".opr");
+}
+
+}  // namespace
+
+void LoadSettings(Application& app) {
+    // Missing files are the normal first start; the record then keeps its defaults.
+    (void)app.settingsStore.LoadUserState();
+    (void)app.settingsStore.LoadConfiguration();
+    ApplyAudioSettings(app.settings, app.audio, app.report);
+    app.writerContext.publishExtension = app.settings.PublishExtension;
+    app.input.Load(InputSettingsOf(app.settings), app.audio.sampleRate);
+    app.recorder.SetInputDevice(app.settings.AudioInputDevice);
+    app.project.SetOptions(ProjectOptionsOf(app.settings));
+    app.project.SetPath(AsFolder(app.settings.ProjectsFolder), app.settings.CurrentProjectName);
+    FollowProject(app);
+}
+
+bool OpenProjectAtStart(Application& app, const Text& commandLinePath) {
+    if (!commandLinePath.empty() && commandLinePath.front() != u' ')
+        return OpenProject(app, commandLinePath);
+    const Text folder = app.project.Folder();
+    const Text name = app.project.Name();
+    switch (app.settings.StartMode) {
+        case kReopenCurrent:
+            return !ProjectExists(app, folder, name) || LoadAt(app, folder, name);
+        case kNewNumbered:
+            NewAt(app, folder, FreeProjectName(app.ports.storage, folder, name));
+            return true;
+        case kReopenLast:
+            return !ProjectExists(app, app.settings.LastFolder, app.settings.LastName) ||
+                   LoadAt(app, app.settings.LastFolder, app.settings.LastName);
+        default:
+            return true;
+    }
+}
+
+bool OpenOrCreateProject(Application& app, const Text& path) {
+    const PathParts parts = SplitPath(path);
+    if (ProjectExists(app, parts.folder, parts.name)) return LoadAt(app, parts.folder, parts.name);
+    NewAt(app, parts.folder, parts.name);
+    return true;
+}
+
+bool OpenProject(Application& app, const Text& path) {
+    const PathParts parts = SplitPath(path);
+    return LoadAt(app, parts.folder, parts.name);
+}
+
+bool ShutDown(Application& app) {
+    const bool projectSaved = app.project.SaveProject();
+    app.recorder.WavCloseRecording();  // a take that is still open is kept and saved by this
+    app.settings.LastFolder = app.project.Folder();
+    app.settings.LastName = app.project.Name();
+    app.settings.InputGain = static_cast<std::uint32_t>(app.input.InputGainDb());
+    app.settings.OutputVolumeStep = app.input.OutputStep();
+    app.settings.CurrentPresetName = app.input.CurrentSetName();
+    return app.settingsStore.SaveUserState() && projectSaved;
+}
+
+}  // namespace orma

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "app/application.h"
+
+namespace orma {
+
+/// Reads the settings (user state, then configuration) and brings the audio side into its state at
+/// start. No project is opened. Settings that are missing leave their defaults.
+void LoadSettings(Application& app);
+
+/// Opens the project at start: the one that a path on the command line names, else the one of the
+/// start mode (1 the current, 2 a new numbered one, 3 the last). A file that does not exist is not
+/// opened. False when a project file was there and was refused (reported).
+bool OpenProjectAtStart(Application& app, const Text& commandLinePath);
+
+/// Makes the project at `path` current: loads it when its file exists, else sets it up as new. The
+/// writers then record into its folder. False when the file was refused (reported).
+[[nodiscard]] bool OpenOrCreateProject(Application& app, const Text& path);
+
+/// Loads the project at `path`; false when it is missing or refused (reported).
+[[nodiscard]] bool OpenProject(Application& app, const Text& path);
+
+/// Ends the application in its order: project, devices, user state. False when something could not
+/// be saved (reported).
+bool ShutDown(Application& app);
+
+}  // namespace orma
