@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/message_boxes.h"
+
+namespace orma::cli {
+
+/// Boxes as lines on standard error. A question is answered by the given answer, never waited for.
+class ConsoleBoxes : public MessageBoxes {
+  public:
+    explicit ConsoleBoxes(BoxAnswer answerToQuestions = BoxAnswer::kNo)
+        : answer_(answerToQuestions) {}
+
+    BoxAnswer Show(const MessageBox& box) override;
+
+    /// How many error boxes were shown: a command that reported one has not succeeded.
+    [[nodiscard]] int Errors() const { return errors_; }
+
+  private:
+    BoxAnswer answer_;
+    int errors_ = 0;
+};
+
+}  // namespace orma::cli

@@ -1,0 +1,72 @@
+#include "cli/environment.h"
+
+#include <filesystem>
+
+#include "base/trace.h"
+#include "platform/portaudio/portaudio_wave_system.h"
+#include "platform/posix/program_folder.h"
+#include "platform/virtual_audio/virtual_wave_system.h"
+
+namespace orma::cli {
+namespace {
+
+std::unique_ptr<WaveSystem> MakeWaves(const Globals& globals, EventLoop& loop) {
+    if (globals.audio == "portaudio") return std::make_unique<PortAudioWaveSystem>(loop);
+    std::string error;
+    auto options = ParseVirtualAudio(globals.audio, error);
+    if (!options) throw UsageError("--audio: " + error);
+    options->inputFile = CallerPath(ToUtf8(options->inputFile));
+    if (!options->outputFile.empty()) options->outputFile = CallerPath(ToUtf8(options->outputFile));
+    return std::make_unique<VirtualWaveSystem>(loop, *options);
+}
+
+}  // namespace
+
+Environment::Environment(const Globals& globals) {
+    Build(globals, quietRecorder_, quietProgress_);
+}
+
+Environment::Environment(const Globals& globals, RecorderListener& recorder,
+                         std::function<void()> onInterrupt) {
+    interrupt_.emplace(loop_, [call = std::move(onInterrupt)](int) { call(); });
+    Build(globals, recorder, quietProgress_);
+}
+
+Environment::Environment(const Globals& globals, PublishProgress& progress) {
+    Build(globals, quietRecorder_, progress);
+}
+
+void Environment::Build(const Globals& globals, RecorderListener& recorder,
+                        PublishProgress& progress) {
+    if (!globals.trace.empty()) {
+        trace_ = std::fopen(globals.trace.c_str(), "ae");
+        if (trace_ == nullptr) throw UsageError("--trace: cannot open " + globals.trace);
+        SetTraceSink([file = trace_](std::string_view line) {
+            std::fprintf(file, "%.*s\n", static_cast<int>(line.size()), line.data());
+            std::fflush(file);
+        });
+    }
+    waves_ = MakeWaves(globals, loop_);
+    const Text home = globals.home.empty() ? Text() : CallerPath(globals.home);
+    Text folder;
+    if (const SystemError error = FindProgramFolder(storage_, home, folder); error != 0)
+        throw UsageError("cannot create the program folder " + ToUtf8(folder) + ": " +
+                         ToUtf8(storage_.ErrorText(error)));
+    std::error_code ignored;
+    std::filesystem::current_path(ToUtf8(folder), ignored);
+    app_ = std::make_unique<Application>(Ports{.storage = storage_,
+                                               .clock = clock_,
+                                               .boxes = boxes_,
+                                               .loop = loop_,
+                                               .waves = *waves_,
+                                               .headset = headset_},
+                                         FrontEnd{recorder, progress}, folder);
+}
+
+Environment::~Environment() {
+    app_.reset();
+    SetTraceSink({});
+    if (trace_ != nullptr) std::fclose(trace_);
+}
+
+}  // namespace orma::cli

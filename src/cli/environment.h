@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+#include "app/application.h"
+#include "cli/console_boxes.h"
+#include "cli/globals.h"
+#include "platform/posix/posix_clock.h"
+#include "platform/posix/posix_event_loop.h"
+#include "platform/posix/posix_storage.h"
+#include "platform/posix/signal_watch.h"
+#include "platform/posix/unknown_headset.h"
+
+namespace orma::cli {
+
+/// Wrong usage, found after the command line was parsed; main prints it and exits with 2.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// The real ports of this machine and the application on them, for one run of a command. The
+/// program's folder becomes current, so the caller's paths are resolved before this is built.
+class Environment {
+  public:
+    explicit Environment(const Globals& globals);
+
+    /// With somebody who listens to the recorder; Ctrl-C then calls `onInterrupt` on the event loop
+    /// instead of ending the program.
+    Environment(const Globals& globals, RecorderListener& recorder,
+                std::function<void()> onInterrupt);
+
+    /// With somebody who watches a publish job.
+    Environment(const Globals& globals, PublishProgress& progress);
+
+    ~Environment();
+
+    [[nodiscard]] Application& App() { return *app_; }
+    [[nodiscard]] PosixEventLoop& Loop() { return loop_; }
+    [[nodiscard]] ConsoleBoxes& Boxes() { return boxes_; }
+    [[nodiscard]] WaveSystem& Waves() { return *waves_; }
+
+  private:
+    /// A job that nobody watches.
+    class QuietProgress : public PublishProgress {
+        void SetText(const Text&) override {}
+        void SetRange(std::uint32_t) override {}
+        void Step(std::uint32_t) override {}
+        [[nodiscard]] bool IsCancelled() override { return false; }
+    };
+
+    void Build(const Globals& globals, RecorderListener& recorder, PublishProgress& progress);
+
+    ConsoleBoxes boxes_;
+    PosixStorage storage_;
+    PosixClock clock_;
+    PosixEventLoop loop_;
+    std::optional<SignalWatch> interrupt_;  // before the sound system starts its first thread
+    UnknownHeadset headset_;
+    RecorderListener quietRecorder_;
+    QuietProgress quietProgress_;
+    std::unique_ptr<WaveSystem> waves_;
+    std::unique_ptr<Application> app_;
+    std::FILE* trace_ = nullptr;
+};
+
+}  // namespace orma::cli

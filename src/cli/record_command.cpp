@@ -1,0 +1,166 @@
+#include <algorithm>
+#include <optional>
+
+#include <CLI/CLI.hpp>
+
+#include "app/options.h"
+#include "app/start_up.h"
+#include "base/path.h"
+#include "cli/commands.h"
+#include "cli/environment.h"
+#include "cli/output.h"
+#include "cli/position.h"
+#include "cli/project_path.h"
+#include "cli/record_session.h"
+#include "platform/posix/console.h"
+
+namespace orma::cli {
+namespace {
+
+struct RecordOptions {
+    std::string project;
+    bool wav = false;
+    bool mp2 = false;
+    std::optional<unsigned> kilobits;
+    bool mono = false;
+    bool stereo = false;
+    std::string seconds;
+    std::vector<std::string> marks;
+    std::optional<int> gainDb;
+    std::string equalizerSet;
+};
+
+[[nodiscard]] std::uint32_t Position(const std::string& text, std::uint32_t periodsPerSecond) {
+    const auto position = ParsePosition(text, periodsPerSecond);
+    if (!position) throw UsageError("not a time (m:ss.hh, seconds or #N): " + text);
+    return *position;
+}
+
+[[nodiscard]] std::uint32_t BitrateIndex(unsigned kilobits) {
+    const auto& rates = Mp2Bitrate::kBitsPerSecond;
+    const auto found = std::find(rates.begin(), rates.end(), kilobits * 1000);
+    if (found == rates.end())
+        throw UsageError("--bitrate takes 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224 or 256");
+    return static_cast<std::uint32_t>(found - rates.begin());
+}
+
+/// The options name a format for a new project; an existing one records on in its own.
+void RefuseOtherFormat(const RecordOptions& options, const AudioState& audio, bool hasTakes) {
+    std::string own;
+    if ((options.wav && audio.mp2) || (options.mp2 && !audio.mp2))
+        own = audio.mp2 ? "MP2" : "WAV";
+    else if ((options.mono && audio.stereo) || (options.stereo && !audio.stereo))
+        own = audio.stereo ? "stereo" : "mono";
+    else if (options.kilobits && audio.mp2 && hasTakes &&
+             BitrateIndex(*options.kilobits) != audio.bitrate.Index())
+        own = Format("%u kbit/s", audio.bitrate.BitsPerSecond() / 1000);
+    if (!own.empty())
+        throw UsageError("the project records in " + own +
+                         "; the format is that of its first take");
+}
+
+void ApplyToNewProject(const RecordOptions& options, Application& app) {
+    ProjectOptions project = ProjectOptionsOf(app.settings);
+    if (options.wav || options.mp2) project.recordMp2 = options.mp2;
+    if (options.mono || options.stereo) project.stereo = options.stereo;
+    if (options.kilobits) project.bitrateIndex = BitrateIndex(*options.kilobits);
+    app.project.SetOptions(project);
+}
+
+/// Makes the project current; false when its file was refused.
+bool Prepare(const RecordOptions& options, const Text& path, Application& app) {
+    const Text folder = SplitPath(path).folder;
+    if (!app.ports.storage.Exists(folder))
+        throw std::runtime_error("the folder does not exist: " + ToUtf8(folder));
+    const bool exists = app.ports.storage.Exists(path);
+    if (!exists) ApplyToNewProject(options, app);
+    if (!OpenOrCreateProject(app, path)) return false;
+    if (exists) RefuseOtherFormat(options, app.audio, !app.clips.Empty());
+    if (options.kilobits && !app.audio.mp2) throw UsageError("--bitrate belongs to MP2 projects");
+    if (options.gainDb) app.input.SetInputGain(*options.gainDb - app.input.InputGainDb());
+    if (!options.equalizerSet.empty() && !app.input.SelectByName(FromUtf8(options.equalizerSet)))
+        throw UsageError("no equaliser set is named " + options.equalizerSet);
+    return true;
+}
+
+Json Summary(Application& app, const RecordSession& session) {
+    const AudioState& audio = app.audio;
+    Json summary = {{"take", ToJson(app.recording.audioPath)},
+                    {"levels", ToJson(app.recording.levelPath)},
+                    {"format", audio.mp2 ? "MP2" : "WAV"},
+                    {"channels", audio.Channels()}};
+    if (audio.mp2) summary["kbit/s"] = audio.bitrate.BitsPerSecond() / 1000;
+    summary["length"] = PositionText(app.recording.length, audio.PeriodsPerSecond());
+    summary["periods"] = app.recording.length;
+    summary["marks"] = app.recording.sheet.marks.size();
+    summary["lost samples"] = app.recorder.LostFrames();
+    summary["input lost"] = session.InputWasLost();
+    return summary;
+}
+
+/// Runs the recorder until its device is closed; false when it could not be started.
+bool RunTake(Environment& environment) {
+    Application& app = environment.App();
+    app.input.ChooseEqualizerForHeadset();
+    if (app.recorder.WavStartRecording() != 0) return false;
+    app.recorder.WavStartRecordSaving();
+    environment.Loop().Run();
+    return true;
+}
+
+int Record(const Globals& globals, const RecordOptions& options) {
+    const Text path = ProjectPath(options.project);
+    if (options.seconds.empty() && globals.audio.find("pace=fast") != std::string::npos)
+        throw UsageError("--seconds is needed with pace=fast");
+
+    RecordSession session(OutputIsTerminal() && !globals.json);
+    Environment environment(globals, session, [&session] { session.Stop(); });
+    Application& app = environment.App();
+    LoadSettings(app);
+    if (!Prepare(options, path, app)) return kFailed;
+
+    const std::uint32_t periodsPerSecond = app.audio.PeriodsPerSecond();
+    std::optional<std::uint32_t> length;
+    if (!options.seconds.empty()) length = Position(options.seconds, periodsPerSecond);
+    std::vector<std::uint32_t> marks;
+    for (const std::string& mark : options.marks)
+        marks.push_back(Position(mark, periodsPerSecond));
+    session.Attach(app.recorder, environment.Loop(), periodsPerSecond, length, std::move(marks));
+
+    const std::int32_t clipsBefore = app.clips.Count();
+    const bool started = RunTake(environment);
+    const bool kept = app.clips.Count() > clipsBefore;
+    const bool saved = ShutDown(app);
+    if (!started) return kFailed;
+    if (!kept) {
+        std::fprintf(stderr, "orma: no take was kept: it was shorter than one second\n");
+        return kFailed;
+    }
+    Print(Summary(app, session), globals.json);
+    return saved && environment.Boxes().Errors() == 0 ? kOk : kFailed;
+}
+
+}  // namespace
+
+void AddRecordCommand(CLI::App& app, const Globals& globals, Action& action) {
+    auto options = std::make_shared<RecordOptions>();
+    CLI::App* command = app.add_subcommand("record", "Record a take into a project");
+    command->add_option("PROJECT", options->project, "Project file (.opr); created when missing")
+        ->required();
+    auto* wav = command->add_flag("--wav", options->wav, "New project: record WAV");
+    command->add_flag("--mp2", options->mp2, "New project: record MPEG Layer II")->excludes(wav);
+    command->add_option("--bitrate", options->kilobits, "New project: kbit/s of MP2");
+    auto* mono = command->add_flag("--mono", options->mono, "New project: one channel");
+    command->add_flag("--stereo", options->stereo, "New project: two channels")->excludes(mono);
+    command->add_option("--seconds", options->seconds, "Length: m:ss.hh, seconds or #N periods");
+    command->add_option("--mark", options->marks, "Set a mark at this time; may be repeated")
+        ->take_all();
+    command->add_option("--gain", options->gainDb, "Input gain in dB")->check(CLI::Range(0, 40));
+    command->add_option("--set", options->equalizerSet, "Equaliser set by its name");
+    command->footer("Ctrl-C stops the take and keeps it.");
+    command->callback([&globals, &action, options] {
+        action = [&globals, options] { return Record(globals, *options); };
+    });
+}
+
+}  // namespace orma::cli
