@@ -1,0 +1,99 @@
+"""What the end-to-end tests share: running the built program, speech to record, faults to tell."""
+
+import json
+import os
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import wave
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+ORMA = os.environ.get("ORMA", str(ROOT / "build/dev/bin/orma"))
+SPEECH = ROOT / "assets/speech/reporter.wav"
+
+
+class Desk:
+    """A folder of its own with a program folder in it; removed at the end."""
+
+    def __enter__(self):
+        self.folder = Path(tempfile.mkdtemp(prefix="orma-e2e-"))
+        self.home = self.folder / "home"
+        self.home.mkdir()
+        return self
+
+    def __exit__(self, *_):
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def path(self, name):
+        return self.folder / name
+
+    def run(self, *arguments, audio=None, expect=0, **options):
+        """Runs orma; its exit code must be the expected one. Returns the finished process."""
+        command = [ORMA, "--home", str(self.home)]
+        if audio:
+            command += ["--audio", audio]
+        command += [str(a) for a in arguments]
+        done = subprocess.run(command, capture_output=True, text=True, timeout=240, **options)
+        if done.returncode != expect:
+            fail(f"{' '.join(command)} ended with {done.returncode}, not {expect}\n"
+                 f"{done.stdout}{done.stderr}")
+        return done
+
+    def json(self, *arguments, **options):
+        return json.loads(self.run("--json", *arguments, **options).stdout)
+
+    def record(self, project, *options, speech=None, expect=0, **more):
+        return self.run("record", self.path(project), *options, expect=expect,
+                        audio=f"virtual:in={speech or SPEECH},pace=fast", **more)
+
+
+def fail(text):
+    print("FAILED:", text, file=sys.stderr)
+    sys.exit(1)
+
+
+def check(condition, text):
+    if not condition:
+        fail(text)
+
+
+def equal(got, wanted, what):
+    check(got == wanted, f"{what}: {repr(got)[:300]}, expected {repr(wanted)[:300]}")
+
+
+def tool(*command):
+    """Runs an independent checker and returns what it printed."""
+    done = subprocess.run([str(c) for c in command], capture_output=True, text=True, timeout=240)
+    check(done.returncode == 0, f"{command[0]} refused the file:\n{done.stdout}{done.stderr}")
+    return done.stdout
+
+
+def speech_at(path, rate, channels, seconds):
+    """The sample speech as a 16-bit WAV of exactly this format and length, repeated as needed."""
+    tool("sox", SPEECH, "-r", rate, "-c", channels, "-b", 16, path, "repeat", "-", "trim", 0,
+         seconds)
+    return path
+
+
+def samples(path):
+    """The interleaved 16-bit samples of a WAV file."""
+    with wave.open(str(path)) as file:
+        data = file.readframes(file.getnframes())
+    return struct.unpack(f"<{len(data) // 2}h", data)
+
+
+def chunks(path):
+    """The chunks of a RIFF file as (identifier, offset of its data, data), in order."""
+    data = Path(path).read_bytes()
+    equal(data[:4] + data[8:12], b"RIFFWAVE", "form")
+    equal(struct.unpack_from("<I", data, 4)[0], len(data) - 8, "RIFF size")
+    found, at = [], 12
+    while at < len(data):
+        size = struct.unpack_from("<I", data, at + 4)[0]
+        check(at + 8 + size <= len(data), f"the chunk at {at} reaches past the file's end")
+        found.append((data[at:at + 4].decode(), at + 8, data[at + 8:at + 8 + size]))
+        at += 8 + size
+    return found

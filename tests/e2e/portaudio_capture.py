@@ -1,0 +1,86 @@
+#!/usr/bin/env python3
+"""Speech through a real sound server: PulseAudio plays a file into a null sink, whose monitor is the
+microphone that `orma record` takes. The take is, sample by sample, what was played.
+
+ORMA_CAPTURE_SECONDS sets how much speech is played (20)."""
+
+import contextlib
+import os
+import subprocess
+import time
+
+from orma_e2e import ORMA, Desk, check, equal, fail, samples, speech_at
+from record_and_publish import input_processing
+
+SECONDS = int(os.environ.get("ORMA_CAPTURE_SECONDS", "20"))
+LEAD = 2  # seconds of silence that are recorded before the speech
+
+
+@contextlib.contextmanager
+def sound_server(folder):
+    """A PulseAudio of our own, with one null sink whose monitor is the only microphone."""
+    runtime = folder / "pulse"
+    runtime.mkdir(mode=0o700)
+    alsa = folder / "asound.conf"
+    alsa.write_text("</usr/share/alsa/alsa.conf>\npcm.!default { type pulse }\n"
+                    "ctl.!default { type pulse }\n")
+    environment = dict(os.environ, HOME=str(folder), XDG_RUNTIME_DIR=str(runtime),
+                       PULSE_RUNTIME_PATH=str(runtime), PULSE_STATE_PATH=str(runtime),
+                       ALSA_CONFIG_PATH=str(alsa), PULSE_SERVER=f"unix:{runtime}/native")
+    server = subprocess.Popen(
+        ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit",
+         "-L", "module-native-protocol-unix auth-anonymous=1",
+         "-L", "module-null-sink sink_name=mic norewinds=1 rate=44100 format=s16le channels=1"],
+        env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+    try:
+        for _ in range(100):
+            if subprocess.run(["pactl", "info"], env=environment, capture_output=True).returncode == 0:
+                break
+            if server.poll() is not None:
+                fail(f"pulseaudio ended: {server.stderr.read()}")
+            time.sleep(0.1)
+        else:
+            fail("pulseaudio does not answer")
+        yield environment
+    finally:
+        server.terminate()
+        server.wait(20)
+
+
+def capture(desk, environment, voice, length):
+    """Records `length` seconds while the voice is played; returns what orma reports."""
+    command = [ORMA, "--home", str(desk.home), "--json", "record", str(desk.path("live.opr")),
+               "--wav", "--mono", "--seconds", str(length)]
+    recorder = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE, text=True)
+    time.sleep(LEAD)
+    player = subprocess.run(["paplay", "--device=mic", str(voice)], env=environment,
+                            capture_output=True, text=True, timeout=length + 60)
+    check(player.returncode == 0, f"paplay: {player.stderr}")
+    out, err = recorder.communicate(timeout=length + 60)
+    check(recorder.returncode == 0, f"orma record ended with {recorder.returncode}:\n{out}{err}")
+    return out
+
+
+def main():
+    with Desk() as desk, sound_server(desk.folder) as environment:
+        voice = speech_at(desk.path("voice.wav"), 44100, 1, SECONDS)
+        report = capture(desk, environment, voice, SECONDS + LEAD + 3)
+        check('"lost samples": 0' in report, f"samples were lost: {report}")
+
+        take = samples(desk.path("live00.wav"))
+        spoken = input_processing(samples(voice))
+        begin = next((i for i, sample in enumerate(take) if sample != 0), None)
+        lead = next(i for i, sample in enumerate(spoken) if sample != 0)
+        check(begin is not None, "nothing was heard")
+        check(begin >= lead, "the speech began before the recording")
+        heard = take[begin - lead:begin - lead + len(spoken)]
+        equal(len(heard), len(spoken), "samples that were heard")
+        for i, (got, wanted) in enumerate(zip(heard, spoken)):
+            if got != wanted:
+                fail(f"sample {i} of {len(spoken)} is {got}, {wanted} was played")
+        print(f"{len(spoken)} samples ({SECONDS} s) through PulseAudio: all equal, none lost")
+
+
+if __name__ == "__main__":
+    main()
