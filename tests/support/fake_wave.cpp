@@ -63,7 +63,6 @@ void FakeWaveIn::FlushReset() {
         backlog.erase(backlog.begin(), backlog.begin() + static_cast<std::ptrdiff_t>(part));
         Deliver(bytes);
     }
-    backlog.clear();
 }
 
 void FakeWaveIn::Lose(WaveLoss reason) {
@@ -108,7 +107,9 @@ class OpenFakeIn : public WaveInDevice {
 
     WaveResult Start() override {
         const WaveResult result = script_.Note("Start");
-        if (result == WaveResult::kOk) script_.started = true;
+        if (result != WaveResult::kOk) return result;
+        script_.started = true;
+        script_.backlog.clear();
         return result;
     }
 

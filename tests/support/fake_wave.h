@@ -63,7 +63,7 @@ class FakeWaveIn : public FakeWaveScript {
     void Lose(WaveLoss reason);
 
     bool started = false;
-    Bytes backlog;  // what Reset still has to hand out; FlushReset empties it
+    Bytes backlog;  // what Reset hands out; what no buffer takes stays until the next Start
     std::uint64_t lostFrames = 0;
     WaveInEvents* events = nullptr;
 };
