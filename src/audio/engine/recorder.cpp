@@ -72,7 +72,7 @@ bool Recorder::OpenDevice() {
     format_.blockAlign = static_cast<std::uint16_t>(2 * channels);
     format_.bitsPerSample = 16;
     if (!(s_.spdif != nullptr ? OpenSpdif() : OpenWave())) return false;
-    s_.audio.sampleRate = CaptureRate();
+    TellFormat();
     s_.input.SetSampleRate(CaptureRate());
     const std::uint32_t periodBytes =
         s_.audio.mp2 ? s_.audio.bitrate.BytesPerPeriod(s_.audio.resolutionShift) : bufferLength_;
@@ -91,7 +91,6 @@ bool Recorder::OpenSpdif() {
     format_.samplesPerSecond = 44100;
     format_.averageBytesPerSecond = 88200U * format_.channels;
     bufferLength_ = std::min(spdifFormat_.bufferLength, CaptureBuffers::kBytes);
-    s_.audio.bitsPerSample = spdifFormat_.bitsPerSample;
     if (s_.waves.OpenInput(inputDevice_, format_, *this, device_) == WaveResult::kOk) return true;
     device_.reset();
     s_.spdif->Close();
@@ -265,6 +264,12 @@ std::uint64_t Recorder::LostFrames() const {
 std::uint32_t Recorder::CaptureRate() const {
     if (s_.spdif != nullptr) return spdifFormat_.sampleRate;
     return s_.audio.externalRecorder ? 48000 : 44100;
+}
+
+// What the writers are to put into a take's header, or to convert from.
+void Recorder::TellFormat() {
+    s_.audio.sampleRate = CaptureRate();
+    s_.audio.bitsPerSample = spdifFormat_.bitsPerSample;  // 16 without the card
 }
 
 std::uint32_t Recorder::FreeSpaceKilobytes() {

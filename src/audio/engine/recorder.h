@@ -125,6 +125,7 @@ class Recorder : private WaveInEvents {
     void TellLoss(WaveLoss reason);
     void Close(bool quiet);
     [[nodiscard]] std::uint32_t CaptureRate() const;
+    void TellFormat();
     [[nodiscard]] std::uint32_t FreeSpaceKilobytes();
 
     // The way of a buffer: recorder_buffers.cpp

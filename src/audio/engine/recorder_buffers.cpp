@@ -167,8 +167,7 @@ void Recorder::Drain(CaptureBuffer& buffer) {
 void Recorder::StartSaving() {
     if (saving_ || !active_) return;
     saving_ = true;
-    // A file opened since the start may have left its own rate.
-    s_.audio.sampleRate = CaptureRate();
+    TellFormat();  // a file opened since the start may have left its own
     if (JStreamAudioWrite* const writer = s_.writers.Current(); writer != nullptr) {
         const Busy busy(outsideBusy_);
         writer->Open(takeName_);

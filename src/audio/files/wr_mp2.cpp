@@ -31,7 +31,7 @@ void JStreamWrMP2::ReleaseFeed() {
 }
 
 std::uint32_t RecordingRate(const AudioState& audio) {
-    return audio.externalRecorder ? 48000 : 44100;
+    return audio.sampleRate == 48000 ? 48000 : 44100;
 }
 
 std::uint32_t PublicationRate(const AudioState& audio) {

@@ -31,7 +31,9 @@ class JStreamWrMP2 {
     bool feeding_ = false;
 };
 
-/// The rate in Hz of the PCM that a recording hands to a take's encoder.
+/// The rate in Hz of the PCM that a recording hands to a take's encoder: of the capturing device,
+/// which the recorder has left in `audio`; an S/PDIF card may deliver 48000 like an external
+/// recorder.
 [[nodiscard]] std::uint32_t RecordingRate(const AudioState& audio);
 
 /// The rate in Hz of the PCM that a publication hands to its writer: of the WAV file being read, or

@@ -31,6 +31,7 @@ TEST_F(RecorderStart, OpensTheDeviceAndQueuesAllBuffersInOrder) {
 
 TEST_F(RecorderStart, RunsAt48000HzWithAnExternalRecorder) {
     audio.externalRecorder = true;
+    audio.bitsPerSample = 24;  // of a file
     externalRecorder = &attached;
     audio.resolutionShift = 1;
     Engine().SetRecorderConfiguration({77, 0, 0});
@@ -44,6 +45,7 @@ TEST_F(RecorderStart, RunsAt48000HzWithAnExternalRecorder) {
     EXPECT_EQ(waves.in.format, (WaveFormat{1, 48000, 96000, 2, 16}));
     EXPECT_EQ(waves.in.queue.front()->bufferLength, 9600U);
     EXPECT_EQ(audio.sampleRate, 48000U);
+    EXPECT_EQ(audio.bitsPerSample, 16);
     EXPECT_EQ(input.Coefficients(0), at48000);
     EXPECT_EQ(attached.sent, std::vector<std::uint32_t>{77});
     // Its own display shows the level.
@@ -185,6 +187,7 @@ class RecorderWithCard : public RecorderTest {
     void StartTakeFromCard() {
         ASSERT_EQ(Engine().WavStartRecording(), 0);
         Engine().WavStartRecordSaving();
+        audio.bitsPerSample = 99;  // left by a file that was opened meanwhile
         card.Deliver24(0);
         ASSERT_TRUE(Engine().IsSaving());
     }

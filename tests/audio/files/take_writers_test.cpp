@@ -162,7 +162,7 @@ TEST_P(TakeWritersTest, AnMp2TakeIsWholeFramesThatTheSettingsDescribe) {
         for (const bool external : {false, true}) {
             std::filesystem::remove(bench_->files.folder.Native(u"take00.mp2"));
             bench_->audio.stereo = stereo;
-            bench_->audio.externalRecorder = external;
+            bench_->audio.sampleRate = external ? 48000 : 44100;
             bench_->audio.bitrate.SetMp2Bitrate(7, bench_->files.report);
             const std::size_t samples = external ? 96000 : 88200;  // two seconds
             const Samples voice = Tone(440, external ? 48000 : 44100, 8000, samples);
