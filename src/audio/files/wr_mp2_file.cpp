@@ -6,7 +6,7 @@ JStreamWrMP2File::JStreamWrMP2File(WriterContext& context)
     : JStreamFile(context.files), context_(context) {}
 
 bool JStreamWrMP2File::RefuseWhileOpen() {
-    if (!Has(kOpen)) return false;
+    if (path_.empty()) return false;  // in append-per-block mode the file is closed meanwhile
     Services().report.ShowError(path_ + u" : File is open");
     return true;
 }
@@ -20,6 +20,7 @@ void JStreamWrMP2File::OpenTake(const Text& name) {
     } else {
         Open(path_, false);
     }
+    if (!Has(kGood)) path_.clear();
 }
 
 void JStreamWrMP2File::PutTake(ByteSpan encoded) {

@@ -8,7 +8,7 @@ JStreamWrWavFile::JStreamWrWavFile(WriterContext& context)
     : JStreamFile(context.files), context_(context) {}
 
 void JStreamWrWavFile::OpenTake(const Text& name) {
-    if (Has(kOpen)) {
+    if (!path_.empty()) {  // in append-per-block mode the file itself is closed meanwhile
         Services().report.ShowError(path_ + u" : File is open");
         CloseTake();
         return;
@@ -55,6 +55,7 @@ void JStreamWrWavFile::PatchSizes() {
     if (appendPerBlock_ && Has(kGood)) OpenForAppend(path_);
     if (!JStreamFile::IsOpen()) return;
     const std::uint32_t length = GetSize();
+    if (length < WavHeader::kBytes) return;  // unknown: better no size than a wrong one
     const std::uint32_t dataSize = length - WavHeader::kBytes;
     const std::uint32_t riffSize = length - 8;
     // The data size first: with it alone the take is readable already.

@@ -113,7 +113,8 @@ TEST_P(TakeWritersTest, EveryFaultKeepsTheSoundBeforeIt) {
     }
 }
 
-TEST_F(TakeWritersTest, OpeningAnOpenWriterReportsItAndKeepsWhatWasRecorded) {
+TEST_P(TakeWritersTest, OpeningAnOpenWriterReportsItAndKeepsWhatWasRecorded) {
+    bench_->audio.appendPerBlock = GetParam();
     for (const auto& [kind, file] : {std::pair{WriterKind::kWavFile, u"take00.wav"},
                                      std::pair{WriterKind::kMp2File, u"take00.mp2"}}) {
         bench_->files.boxes.shown.clear();
