@@ -212,6 +212,7 @@ WaveResult FakeWaveSystem::OpenOutput(const Text& name, const WaveFormat& format
 }
 
 WaveResult FakeWaveSystem::SetOutputVolume(std::uint16_t left, std::uint16_t right) {
+    if (volumeResult != WaveResult::kOk) return volumeResult;
     volumeLeft = left;
     volumeRight = right;
     return WaveResult::kOk;

@@ -105,6 +105,7 @@ class FakeWaveSystem : public WaveSystem {
     FakeWaveOut out;
     std::uint16_t volumeLeft = 65535;
     std::uint16_t volumeRight = 65535;
+    WaveResult volumeResult = WaveResult::kOk;  // of SetOutputVolume; a failure changes nothing
 
   private:
     EventLoop& loop_;

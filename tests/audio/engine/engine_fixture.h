@@ -18,6 +18,9 @@
 
 namespace orma::test {
 
+using Strings = std::vector<std::string>;
+using Texts = std::vector<Text>;
+
 /// Real files, but the free space that a test wants.
 class RoomyStorage : public PosixStorage {
   public:
@@ -123,10 +126,7 @@ class FakeCard : public SpdifCard {
         ring.push_back(&header);
         return true;
     }
-    void Stop() override {
-        calls.push_back("stop");
-        stopped = true;
-    }
+    void Stop() override { calls.push_back("stop"); }
     void Close() override { calls.push_back("close"); }
 
     /// Fills the next buffer with one 24-bit sample and hands it over, marked as full.
@@ -150,7 +150,6 @@ class FakeCard : public SpdifCard {
     std::size_t places = 16;
     std::deque<WaveHeader*> ring;
     std::vector<std::string> calls;
-    bool stopped = false;
 
   private:
     WaveInEvents* events_ = nullptr;
