@@ -4,7 +4,6 @@
 
 #include "audio/engine/peak_level.h"
 #include "audio/engine/recorder.h"
-#include "audio/files/buffer_period.h"
 #include "audio/files/level_tables.h"
 #include "base/trace.h"
 
@@ -158,14 +157,12 @@ void Recorder::Drain(CaptureBuffer& buffer) {
         s_.report.ShowError(u"waveInReset");
     }
     if (device_ == nullptr) return;
-    if (!saving_) bufferLength_ = kPeriodBytes44100 >> s_.audio.resolutionShift;
     // Once stopped, the card keeps the buffers of its ring; closing takes them out of it.
     if (s_.spdif == nullptr && s_.buffers.AnyQueued()) return;
     CompleteDrain();
 }
 
 void Recorder::StartSaving() {
-    if (saving_ || !active_) return;
     saving_ = true;
     TellFormat();  // a file opened since the start may have left its own
     if (JStreamAudioWrite* const writer = s_.writers.Current(); writer != nullptr) {

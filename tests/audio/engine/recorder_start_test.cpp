@@ -98,6 +98,7 @@ TEST_F(RecorderStart, ShowsTheMonoTimeEvenInStereo) {
     storage.freeBytes = (1024ULL + 11025) << 10;
     EXPECT_EQ(Engine().RecordingTimeLeft(), 128U);
     audio.stereo = true;
+    EXPECT_EQ(Engine().WavStartRecording(), 0);
     EXPECT_EQ(Engine().RecordingTimeLeft(), 128U);
     storage.freeBytes = 1040ULL << 10;
     audio.mp2 = true;
@@ -227,18 +228,22 @@ TEST_F(RecorderWithCard, RecordsItsBuffersUnprocessedAndClosesIt) {
 }
 
 TEST_F(RecorderWithCard, LeavesItsBuffersUnprocessedAt16BitToo) {
-    card.format = {44100, 16, 4410};
+    card.format = {44100, 16, 8820};
+    audio.stereo = true;
     input.SetInputGain(20);
     StartTakeFromCard();
+    EXPECT_EQ(waves.in.format, (WaveFormat{2, 44100, 176400, 4, 16}));
     card.DeliverBytes({0x00, 0x20});
     EXPECT_EQ(LoadLe<std::int16_t>(writer.blocks.back().data()), 0x2000);
     EXPECT_EQ(sheet.levels.back(), LevelOfPeak(0x2000));
 }
 
-TEST_F(RecorderWithCard, ReportsAFullRing) {
+TEST_F(RecorderWithCard, ReportsAFullRingAndFitsItsBuffers) {
     card.places = 15;
+    card.format.bufferLength = 200000;
     EXPECT_EQ(Engine().WavStartRecording(), 0);
     EXPECT_EQ(boxes.Texts(), Texts{u"PDAudioInAddBuffer"});
+    EXPECT_EQ(card.ring.front()->bufferLength, CaptureBuffers::kBytes);
 }
 
 }  // namespace

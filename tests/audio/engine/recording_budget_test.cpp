@@ -55,6 +55,7 @@ TEST(PeakLevel, CountsNegativePeaksOf16BitSoundAlone) {
     EXPECT_EQ(PeakOf16Bit(samples), 32768U);
     const Bytes packed = {0xFF, 0x00, 0x80, 0x00, 0x34, 0x12, 0x00};  // -32768, 0x1234, a rest
     EXPECT_EQ(PeakOf24Bit(packed), 0x1234U);
+    EXPECT_EQ(PeakOf24Bit(ByteSpan(packed).first(6)), 0x1234U);
 }
 
 TEST(LoadMeter, TakesThePeakOfSixteenAfterTwoSeconds) {
@@ -69,6 +70,11 @@ TEST(LoadMeter, TakesThePeakOfSixteenAfterTwoSeconds) {
     EXPECT_EQ(meter.PeakMs(), 101U);
     meter.Clear();
     EXPECT_EQ(meter.PeakMs(), 0U);
+    // Opening the file is not counted: eleven of sixteen behind it.
+    meter.Note(1600, 5);
+    for (int n = 0; n < 11; ++n)
+        meter.Note(16, 5);
+    EXPECT_EQ(meter.PeakMs(), 11U);
 }
 
 }  // namespace
