@@ -65,7 +65,7 @@ TEST_F(TakeRepairTest, OtherFilesAreLeftAlone) {
     EXPECT_TRUE(bench_.files.boxes.shown.empty());
 }
 
-TEST_F(TakeRepairTest, AFaultIsSaidAndHarmsNoSound) {
+TEST_F(TakeRepairTest, AFaultHarmsNoSound) {
     FaultyStorage storage(bench_.files.storage);
     const Bytes unfinished = WavBytes({.riffSize = 36, .dataSize = 0}, Bytes(5000, 'a'));
     for (std::size_t n = 1;; ++n) {

@@ -180,17 +180,6 @@ TEST_P(TakeWritersTest, AnMp2TakeIsWholeFramesThatTheSettingsDescribe) {
     }
 }
 
-TEST_F(TakeWritersTest, AppendingGivesTheSameMp2Bytes) {
-    const Samples voice = Tone(300, 44100, 9000, 60000);
-    Record(WriterKind::kMp2File, AsPcm(voice));
-    const Bytes normal = bench_->File(u"take00.mp2");
-    std::filesystem::remove(bench_->files.folder.Native(u"take00.mp2"));
-    bench_->audio.appendPerBlock = true;
-    Record(WriterKind::kMp2File, AsPcm(voice));
-    EXPECT_EQ(bench_->File(u"take00.mp2"), normal);
-    EXPECT_GT(normal.size(), Mp2Pipeline::kBlockBytes);
-}
-
 TEST_P(TakeWritersTest, AnMp2TakeIsUnhealthyAfterAFailedWriteAndWithoutAnEncoder) {
     bench_->audio.appendPerBlock = GetParam();
     bench_->storage.FailAt(FaultyStorage::kWrite, 1);
