@@ -21,22 +21,18 @@ std::uint32_t MeasureRecording(ReaderServices services, const Text& audioPath) {
 }
 
 /// What of the level file a length needs; nothing when it is missing or unusable.
-struct LevelRange {
-    std::uint32_t begin = 0;
-    std::uint32_t end = 0;
-    std::uint32_t levels = 0;
+struct StoredLevels {
+    std::uint32_t count = 0;
     std::vector<RemovedRange> cuts;
 };
 
-std::optional<LevelRange> ReadLevelRange(FileServices files, const Text& path) {
+std::optional<StoredLevels> ReadStoredLevels(FileServices files, const Text& path) {
     if (!files.storage.Exists(path)) return std::nullopt;
     const std::optional<VuFileHead> head = GetVuFileHeader(files, path);
     if (!head || head->levelCount == 0) return std::nullopt;
-    LevelRange range{head->rangeStart, head->rangeEnd, head->levelCount, {}};
-    // A head without a range stands for everything.
-    if (range.begin >= range.end) range.begin = 0, range.end = range.levels;
-    if (head->cutCount > 0) range.cuts = GetVuRemovedRanges(files, path);
-    return range;
+    StoredLevels levels{head->levelCount, {}};
+    if (head->cutCount > 0) levels.cuts = GetVuRemovedRanges(files, path);
+    return levels;
 }
 
 }  // namespace
@@ -60,7 +56,11 @@ std::optional<CurrentRecording> ReadRecording(ReaderServices services, const Tex
         sheet = ReadVuFile(services.files, recording.levelPath);
     if (sheet) {
         recording.sheet = std::move(*sheet);
-        if (recording.sheet.resolutionShift != adopted.resolutionShift)
+        const auto levels = static_cast<std::uint32_t>(recording.sheet.levels.size());
+        // The reader leaves out a last period that is cut short; the levels count it.
+        if (recording.sheet.resolutionShift == adopted.resolutionShift)
+            recording.length = std::max(length, levels);
+        else
             Trace("Resolution shift of level file %u, of project %u",
                   recording.sheet.resolutionShift, adopted.resolutionShift);
     } else {
@@ -71,16 +71,17 @@ std::optional<CurrentRecording> ReadRecording(ReaderServices services, const Tex
 }
 
 std::uint32_t ClipLength(ReaderServices services, const ClipEntry& clip, const Text& audioPath) {
-    std::optional<LevelRange> range = ReadLevelRange(services.files, clip.BasePath() + u".jvu");
-    if (!range) {
+    std::optional<StoredLevels> levels =
+        ReadStoredLevels(services.files, clip.BasePath() + u".jvu");
+    if (!levels) {
         AudioState scratch = services.audio;
-        const std::uint32_t length =
-            MeasureRecording({services.files, scratch, services.decoder}, audioPath);
-        range = LevelRange{0, length, length, {}};
+        levels = StoredLevels{
+            MeasureRecording({services.files, scratch, services.decoder}, audioPath), {}};
     }
-    if (clip.end != 0) range->begin = clip.begin, range->end = clip.end;
-    range->end = std::min(range->end, range->levels);
-    return range->begin < range->end ? NetLength(range->cuts, range->begin, range->end) : 0;
+    // Not the range in the level file: that is what was selected last, and no clip's.
+    const std::uint32_t begin = clip.end != 0 ? clip.begin : 0;
+    const std::uint32_t end = clip.end != 0 ? std::min(clip.end, levels->count) : levels->count;
+    return begin < end ? NetLength(levels->cuts, begin, end) : 0;
 }
 
 }  // namespace orma

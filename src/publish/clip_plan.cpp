@@ -70,7 +70,7 @@ ClipPlan PlanClip(const ClipEntry& clip, const LevelSheet& sheet, const StoredSo
     plan.marks = sheet.marks;
 
     const auto length = static_cast<std::uint32_t>(sheet.levels.size());
-    // The editor knows a recording without levels by the length that the reader states.
+    // Of an MP2 take without levels the editor knows a period less than it holds.
     const bool reachesEnd = clip.end == 0 || clip.end >= std::min(length, sound.length);
     plan.begin = clip.end == 0 ? 0 : std::min(clip.begin, length);
     plan.end = reachesEnd ? length : clip.end;
@@ -103,7 +103,7 @@ std::optional<ClipPlan> ReadClipPlan(ReaderServices services, const ClipEntry& c
     const std::uint32_t length = reader->Measure();
     if (length == 0) return std::nullopt;
     const AudioFileFormat format = reader->FileFormat();
-    const StoredSound sound = SoundOf(format, length, services.audio);
+    StoredSound sound = SoundOf(format, length, services.audio);
 
     LevelSheet sheet = SheetOf(services.files, clip.BasePath() + u".jvu", current);
     if (!LevelsCover(sheet, sound, shift)) {
@@ -113,6 +113,8 @@ std::optional<ClipPlan> ReadClipPlan(ReaderServices services, const ClipEntry& c
     } else if (EndsEarly(sheet, sound, shift)) {
         services.files.report.ShowError(u"The sound of this recording ends early:\n" + audioPath);
         return std::nullopt;
+    } else {
+        sound.length = std::max(length, static_cast<std::uint32_t>(sheet.levels.size()));
     }
     reader->CloseReader();
 

@@ -14,7 +14,7 @@ namespace orma {
 
 /// How much sound a recording's file holds.
 struct StoredSound {
-    std::uint32_t length = 0;   // buffer periods, as the reader states it
+    std::uint32_t length = 0;   // buffer periods, as the editor knows it
     std::uint32_t periods = 0;  // whole buffer periods stored
     std::uint32_t frames = 0;   // whole MP2 frames stored; 0 for WAV
 };

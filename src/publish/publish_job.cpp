@@ -82,8 +82,10 @@ void PublishJob::StoreCurrentRecording() {
     std::erase_if(recording.sheet.cuts,
                   [](const RemovedRange& cut) { return cut.begin == cut.end; });
     if (recording.levelPath.empty()) return;
-    recording.sheet.rangeStart = recording.selectionStart;
-    recording.sheet.rangeEnd = recording.selectionEnd;
+    if (recording.selectionStart < recording.selectionEnd) {  // else the file keeps its range
+        recording.sheet.rangeStart = recording.selectionStart;
+        recording.sheet.rangeEnd = recording.selectionEnd;
+    }
     (void)WriteVuFile(s_.readers.files, recording.levelPath, recording.sheet);
 }
 

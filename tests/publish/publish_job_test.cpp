@@ -200,6 +200,28 @@ TEST(PublishJob, PublishesTheSelectionOfTheCurrentRecording) {
     EXPECT_EQ(Findings(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav"))), "");
 }
 
+TEST(PublishJob, AClipWithoutRangeHasTheLengthInTheListThatIsPublished) {
+    PublishRig rig;
+    rig.audio.mp2 = true;
+    LevelSheet sheet = rig.AddMp2(u"talk00", Speech(80 * kPeriod48000, 48000, 1));
+    sheet.cuts = {{30, 35, 0}};
+    sheet.rangeStart = 10;  // as a published selection leaves it
+    sheet.rangeEnd = 50;
+    rig.AddLevels(u"talk00", sheet);
+    rig.MakeCurrent(u"talk00", sheet);
+    rig.AddClip(u"talk00");
+    rig.project.CheckClip(rig.clips.At(0));
+    EXPECT_EQ(rig.clips.At(0).length, 75U);
+
+    ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    EXPECT_THAT(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav")).facts,
+                testing::Contains("all 75 values of 'levl' fit the sound"));
+    const auto levels = ReadVuFile(rig.services, rig.Path(u"talk00.jvu"));
+    ASSERT_TRUE(levels);
+    EXPECT_EQ(levels->rangeStart, 10U);
+    EXPECT_EQ(levels->rangeEnd, 50U) << "nothing is selected: the range stays";
+}
+
 TEST(PublishJob, MeasuresLevelsWhereTheLevelFileIsMissing) {
     for (const bool mp2 : {false, true}) {
         PublishRig rig;
