@@ -30,7 +30,10 @@ void JStreamAudioReadFile::CloseReader() {
 }
 
 bool JStreamAudioReadFile::OpenForMeasuring() {
-    if (!IsOpen()) Open(path_, true);
+    if (!IsOpen()) {
+        Open(path_, true);
+        if (!IsOpen()) return false;  // reported, with the reason
+    }
     if (Has(kGood | kOpen | kReading) && GetSize() > 0) return true;
     services_.files.report.ShowError(u"Empty file");
     return false;

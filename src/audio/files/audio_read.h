@@ -70,7 +70,8 @@ class JStreamAudioReadFile : public JStreamFile {
     [[nodiscard]] const Text& Path() const { return path_; }
 
   protected:
-    /// For Measure: opens unless open; false, after "Empty file", when there is nothing to read.
+    /// For Measure: opens unless open; false, after one box, when that fails or there is nothing to
+    /// read ("Empty file").
     [[nodiscard]] bool OpenForMeasuring();
 
     /// For OpenAt: opens unless open, and measures unless that was done; false on failure.
