@@ -11,9 +11,13 @@ std::string Scalar(const Json& value) {
     return value.dump();
 }
 
-bool IsFlat(const Json& value) {
-    return std::none_of(value.begin(), value.end(),
-                        [](const Json& element) { return element.is_structured(); });
+/// True for lists of numbers and of short words, which stand on one line.
+bool FitsOneLine(const Json& list) {
+    constexpr std::size_t kLongWord = 16;
+    return std::none_of(list.begin(), list.end(), [](const Json& element) {
+        return element.is_structured() ||
+               (element.is_string() && element.get_ref<const std::string&>().size() > kLongWord);
+    });
 }
 
 void PrintLines(const Json& value, int depth) {
@@ -26,7 +30,7 @@ void PrintLines(const Json& value, int depth) {
     std::size_t number = 0;
     for (const auto& [name, field] : value.items()) {
         const std::string label = value.is_array() ? std::to_string(++number) : name;
-        if (field.is_array() && !field.empty() && IsFlat(field)) {
+        if (field.is_array() && !field.empty() && FitsOneLine(field)) {
             std::string line;
             for (const Json& element : field)
                 line += (line.empty() ? "" : ", ") + Scalar(element);
@@ -36,6 +40,8 @@ void PrintLines(const Json& value, int depth) {
         } else if (field.is_structured()) {
             std::printf("%s%s:\n", indent.c_str(), label.c_str());
             PrintLines(field, depth + 1);
+        } else if (value.is_array()) {
+            std::printf("%s%s\n", indent.c_str(), Scalar(field).c_str());
         } else {
             std::printf("%s%-*s  %s\n", indent.c_str(), static_cast<int>(widest + 1),
                         (label + ":").c_str(), Scalar(field).c_str());
