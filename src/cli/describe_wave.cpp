@@ -112,10 +112,10 @@ Json FormatFields(const Bytes& content) {
 }
 
 Bytes WithHead(const Chunk& chunk) {
-    Bytes whole(8);
+    Bytes whole(8 + chunk.content.size());
     StoreTag(whole.data(), chunk.id);
     StoreLe(whole.data() + 4, chunk.size);
-    whole.insert(whole.end(), chunk.content.begin(), chunk.content.end());
+    std::copy(chunk.content.begin(), chunk.content.end(), whole.begin() + 8);
     return whole;
 }
 
