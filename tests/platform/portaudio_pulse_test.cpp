@@ -24,10 +24,15 @@ class PortAudioOnPulse : public ::testing::Test {
   protected:
     void SetUp() override { ASSERT_TRUE(server_.IsRunning()) << "pulseaudio does not start"; }
 
-    std::unique_ptr<WaveInDevice> OpenMono(WaveInEvents& events) {
-        std::unique_ptr<WaveInDevice> device;
-        EXPECT_EQ(system_.OpenInput(u"", Pcm16(1, 44100), events, device), WaveResult::kOk);
-        return device;
+    WaveResult Open(const Text& name = u"") {
+        return system_.OpenInput(name, Pcm16(1, 44100), user_, device_);
+    }
+
+    /// Opens the input and lets it run until some buffers have come.
+    void Begin() {
+        ASSERT_EQ(Open(), WaveResult::kOk);
+        user_.Begin(*device_);
+        ASSERT_TRUE(Run([&] { return user_.order.size() > 5; }));
     }
 
     bool Run(const std::function<bool()>& condition, std::uint32_t limitMs = 10000) {
@@ -44,14 +49,12 @@ class PortAudioOnPulse : public ::testing::Test {
     TempFolder folder_;
     PosixEventLoop loop_;
     PortAudioWaveSystem system_{loop_};
+    WaveInUser user_{kBufferLength};
+    std::unique_ptr<WaveInDevice> device_;
 };
 
 TEST_F(PortAudioOnPulse, KeepsTheContractOfAWaveInput) {
-    const WaveInRig rig{system_, [this](const auto& condition) { return Run(condition); }};
-    CheckBufferOwnership(rig);
-    CheckBuffersGoRoundInOrder(rig);
-    CheckResetReturnsEveryBuffer(rig);
-    CheckDestroyedDeviceIsSilent(rig);
+    CheckWaveInContract({system_, [this](const auto& condition) { return Run(condition); }});
 }
 
 TEST_F(PortAudioOnPulse, ListsTheDefaultMicrophoneWithoutAWordOnStandardError) {
@@ -61,110 +64,77 @@ TEST_F(PortAudioOnPulse, ListsTheDefaultMicrophoneWithoutAWordOnStandardError) {
     EXPECT_EQ(std::count_if(inputs.begin(), inputs.end(),
                             [](const WaveDeviceInfo& info) { return info.isDefault; }),
               1);
-    WaveInUser user(kBufferLength);
-    std::unique_ptr<WaveInDevice> device;
-    EXPECT_EQ(system_.OpenInput(u"no such microphone", Pcm16(1, 44100), user, device),
-              WaveResult::kNoDevice);
-    for (const WaveDeviceInfo& info : inputs) {
-        if (!info.isDefault) continue;
-        EXPECT_EQ(system_.OpenInput(info.name, Pcm16(1, 44100), user, device), WaveResult::kOk);
-    }
+    EXPECT_EQ(Open(u"no such microphone"), WaveResult::kNoDevice);
+    for (const WaveDeviceInfo& info : inputs)
+        if (info.isDefault) {
+            EXPECT_EQ(Open(info.name), WaveResult::kOk);
+        }
 }
 
 TEST_F(PortAudioOnPulse, CapturesBitByBitThroughAStallOfTheLoop) {
     const Text file = folder_.Path(u"speech.wav");
     const Samples speech = Ramp(3 * 44100);
     WriteSoundFile(file, 1, 44100, speech);
-    WaveInUser user(kBufferLength);
-    const auto device = OpenMono(user);
-    ASSERT_TRUE(device);
-    user.Begin(*device);
-    ASSERT_TRUE(Run([&] { return user.order.size() > 2; }));
+    ASSERT_NO_FATAL_FAILURE(Begin());
 
     const pid_t player = server_.Speak(file);
     Pass(800);
     std::this_thread::sleep_for(2s);  // sixteen buffers hold 0.8 s of it
     ASSERT_EQ(PulseServer::Wait(player), 0);
     Pass(1000);
-    user.goRound = false;
-    ASSERT_EQ(device->Reset(), WaveResult::kOk);
-    ASSERT_TRUE(Run([&] { return user.recordedBytes.back() == 0; }));
-    const Samples heard = AsSamples(user.heard);
+    user_.goRound = false;
+    ASSERT_EQ(device_->Reset(), WaveResult::kOk);
+    ASSERT_TRUE(Run([&] { return user_.recordedBytes.back() == 0; }));
+    const Samples heard = AsSamples(user_.heard);
     EXPECT_NE(std::search(heard.begin(), heard.end(), speech.begin(), speech.end()), heard.end())
         << "the speech is not contiguous in what was heard";
-    EXPECT_EQ(device->LostFrames(), 0u);
+    EXPECT_EQ(device_->LostFrames(), 0u);
 }
 
 TEST_F(PortAudioOnPulse, AResetLeavesForTheNextOneWhatNoBufferCouldTake) {
-    WaveInUser user(kBufferLength);
-    const auto device = OpenMono(user);
-    ASSERT_TRUE(device);
-    user.Begin(*device);
-    ASSERT_TRUE(Run([&] { return user.order.size() > 2; }));
-    const std::size_t before = user.heard.size();
+    ASSERT_NO_FATAL_FAILURE(Begin());
+    const std::size_t before = user_.heard.size();
     std::this_thread::sleep_for(2s);
-    for (int round = 0; round < 5 && user.recordedBytes.back() == kBufferLength; ++round) {
-        const std::size_t returned = user.order.size();
-        ASSERT_EQ(device->Reset(), WaveResult::kOk);
-        ASSERT_TRUE(Run([&] { return user.order.size() == returned + 16; }));
+    for (int round = 0; round < 5 && user_.recordedBytes.back() == kBufferLength; ++round) {
+        const std::size_t returned = user_.order.size();
+        ASSERT_EQ(device_->Reset(), WaveResult::kOk);
+        ASSERT_TRUE(Run([&] { return user_.order.size() == returned + 16; }));
     }
-    EXPECT_GT(user.heard.size() - before, 2 * 44100 * 2 * 19 / 20)
+    EXPECT_GT(user_.heard.size() - before, 2 * 44100 * 2 * 19 / 20)
         << "2 s came, sixteen buffers took 0.8 s at a time";
-    EXPECT_EQ(device->LostFrames(), 0u);
+    EXPECT_EQ(device_->LostFrames(), 0u);
 }
 
 TEST_F(PortAudioOnPulse, TellsOnceThatItsServerEndedAndKeepsWhatWasHeard) {
-    WaveInUser user(kBufferLength);
-    const auto device = OpenMono(user);
-    ASSERT_TRUE(device);
-    user.Begin(*device);
-    ASSERT_TRUE(Run([&] { return user.order.size() > 5; }));
+    ASSERT_NO_FATAL_FAILURE(Begin());
     server_.Kill();
-    ASSERT_TRUE(Run([&] { return !user.losses.empty(); }));
+    ASSERT_TRUE(Run([&] { return !user_.losses.empty(); }));
     Pass(500);
-    EXPECT_EQ(user.losses, std::vector{WaveLoss::kVanished});
-    const std::size_t returned = user.order.size();
-    user.goRound = false;
-    ASSERT_EQ(device->Reset(), WaveResult::kOk);
-    ASSERT_TRUE(Run([&] { return user.order.size() == returned + 16; }));
+    EXPECT_EQ(user_.losses, std::vector{WaveLoss::kVanished});
+    const std::size_t returned = user_.order.size();
+    user_.goRound = false;
+    ASSERT_EQ(device_->Reset(), WaveResult::kOk);
+    ASSERT_TRUE(Run([&] { return user_.order.size() == returned + 16; }));
 }
 
 TEST_F(PortAudioOnPulse, TellsOnceThatItsServerHangsAndDoesNotHangWithIt) {
-    WaveInUser user(kBufferLength);
-    auto device = OpenMono(user);
-    ASSERT_TRUE(device);
-    user.Begin(*device);
-    ASSERT_TRUE(Run([&] { return user.order.size() > 5; }));
+    ASSERT_NO_FATAL_FAILURE(Begin());
     server_.Freeze();
     const auto frozen = steady_clock::now();
-    ASSERT_TRUE(Run([&] { return !user.losses.empty(); }));
+    ASSERT_TRUE(Run([&] { return !user_.losses.empty(); }));
     EXPECT_GE(steady_clock::now() - frozen, 2800ms);
-    EXPECT_EQ(user.losses, std::vector{WaveLoss::kStalled});
+    EXPECT_EQ(user_.losses, std::vector{WaveLoss::kStalled});
 
     const auto closing = steady_clock::now();
-    user.goRound = false;
-    EXPECT_EQ(device->Reset(), WaveResult::kOk);
-    device.reset();
+    user_.goRound = false;
+    EXPECT_EQ(device_->Reset(), WaveResult::kOk);
+    device_.reset();
     EXPECT_LT(steady_clock::now() - closing, 1s) << "closing waits for a hung server";
-    EXPECT_EQ(system_.OpenInput(u"", Pcm16(1, 44100), user, device), WaveResult::kFailed);
+    EXPECT_EQ(Open(), WaveResult::kFailed);
     EXPECT_LT(steady_clock::now() - closing, 3s);
 
     server_.Thaw();
-    ASSERT_TRUE(Run(
-        [&] { return system_.OpenInput(u"", Pcm16(1, 44100), user, device) == WaveResult::kOk; }));
-}
-
-TEST_F(PortAudioOnPulse, AServerThatHangsBeforeTheFirstOpeningCostsTheLimit) {
-    server_.Freeze();
-    WaveInUser user(kBufferLength);
-    std::unique_ptr<WaveInDevice> device;
-    const auto start = steady_clock::now();
-    EXPECT_EQ(system_.OpenInput(u"", Pcm16(1, 44100), user, device), WaveResult::kFailed);
-    EXPECT_TRUE(system_.Inputs().empty());
-    EXPECT_LT(steady_clock::now() - start, 3s);
-    server_.Thaw();
-    ASSERT_TRUE(Run(
-        [&] { return system_.OpenInput(u"", Pcm16(1, 44100), user, device) == WaveResult::kOk; }));
+    ASSERT_TRUE(Run([&] { return Open() == WaveResult::kOk; }));
 }
 
 }  // namespace

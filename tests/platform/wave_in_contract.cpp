@@ -72,6 +72,8 @@ WaveResult WaveInUser::Call(const std::function<WaveResult()>& call) {
     return result;
 }
 
+namespace {
+
 void CheckBufferOwnership(const WaveInRig& rig) {
     WaveInUser user(kBufferLength);
     const auto device = OpenMono(rig, user);
@@ -154,6 +156,15 @@ void CheckDestroyedDeviceIsSilent(const WaveInRig& rig) {
     EXPECT_EQ(user.order.size(), 1u);
     EXPECT_TRUE(second.order.empty());
     EXPECT_TRUE(second.losses.empty());
+}
+
+}  // namespace
+
+void CheckWaveInContract(const WaveInRig& rig) {
+    CheckBufferOwnership(rig);
+    CheckBuffersGoRoundInOrder(rig);
+    CheckResetReturnsEveryBuffer(rig);
+    CheckDestroyedDeviceIsSilent(rig);
 }
 
 }  // namespace orma::test

@@ -55,17 +55,11 @@ class WaveInUser : public WaveInEvents {
     bool inCall_ = false;
 };
 
-/// Refused: adding what is not prepared or already queued, and unpreparing what the device holds.
-void CheckBufferOwnership(const WaveInRig& rig);
-
-/// Full buffers come back in the order of adding, again and again, and never from within a call.
-void CheckBuffersGoRoundInOrder(const WaveInRig& rig);
-
-/// Reset returns every queued buffer by events, zeros behind what was recorded; the device can be
-/// started again afterwards.
-void CheckResetReturnsEveryBuffer(const WaveInRig& rig);
-
-/// A destroyed device tells nothing more, and may be destroyed from within its own event.
-void CheckDestroyedDeviceIsSilent(const WaveInRig& rig);
+/// What every adapter promises of an input. Refused: adding what is not prepared or already queued,
+/// and unpreparing what the device holds. Full buffers come back in the order of adding, again and
+/// again, and never from within a call. Reset returns every queued buffer by events, zeros behind
+/// what was recorded; the device can be started again afterwards. A destroyed device tells nothing
+/// more, and may be destroyed from within its own event.
+void CheckWaveInContract(const WaveInRig& rig);
 
 }  // namespace orma::test
