@@ -107,8 +107,4 @@ void FakeEventLoop::Advance(std::uint32_t ms) {
     nowMs_ = end;
 }
 
-std::size_t FakeEventLoop::Timers() const {
-    return ticks_.size();
-}
-
 }  // namespace orma::test

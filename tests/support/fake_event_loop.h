@@ -32,9 +32,6 @@ class FakeEventLoop : public EventLoop {
     /// tick posts runs before the next one.
     void Advance(std::uint32_t ms);
 
-    /// Timers running now.
-    [[nodiscard]] std::size_t Timers() const;
-
   private:
     struct Tick;
     struct Wake;

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "platform/storage.h"
+#include "platform/posix/posix_storage.h"
 
 namespace orma::test {
 
@@ -28,7 +28,8 @@ class FaultyStorage : public Storage {
 
     static constexpr SystemError kNoSpace = 28;
 
-    /// `real` outlives the storage.
+    /// On the real files; or on `real`, which outlives the storage.
+    FaultyStorage() : real_(files_) {}
     explicit FaultyStorage(Storage& real) : real_(real) {}
 
     /// Lets the `n`-th (from 1) of the `operations` from now on fail; 0: none. Restarts the count.
@@ -67,6 +68,7 @@ class FaultyStorage : public Storage {
     [[nodiscard]] Text ErrorText(SystemError error) override { return real_.ErrorText(error); }
 
   private:
+    PosixStorage files_;
     Storage& real_;
     unsigned operations_ = kAll;
     std::size_t count_ = 0;
