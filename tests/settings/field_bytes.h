@@ -23,15 +23,13 @@ struct FieldBytes {
         if (!text.empty()) S(0);
         return *this;
     }
-
-    Bytes bytes;
-
-  private:
     FieldBytes& Number(std::uint32_t value, int width) {
         for (int i = 0; i < width; ++i)
             bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
         return *this;
     }
+
+    Bytes bytes;
 };
 
 }  // namespace orma::test

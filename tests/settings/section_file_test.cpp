@@ -3,8 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/trace_lines.h"
-#include "stream/failing_storage.h"
+#include "support/faulty_storage.h"
 #include "support/temp_folder.h"
 
 namespace orma {
@@ -12,7 +11,7 @@ namespace {
 
 struct SectionFileTest : testing::Test {
     test::TempFolder folder;
-    test::FailingStorage storage;
+    test::FaultyStorage storage;
     Text path = folder.Path(u"size.txt");
 
     void Put(std::string_view text) { test::WriteFileBytes(path, AsBytes(text)); }
@@ -40,38 +39,16 @@ TEST_F(SectionFileTest, ReadsAKeyOfItsSectionOnly) {
     EXPECT_EQ(Read("Next", "Big"), 5);
     EXPECT_EQ(Read("size", "Landscape"), -77);
     EXPECT_EQ(Read("Siz", "Landscape"), -77);
-}
-
-TEST_F(SectionFileTest, FindsAKeyByItsBeginning) {
     Put("[Size] Bigger=3 Big=4");
-    EXPECT_EQ(Read("Size", "Big"), 3);
-    EXPECT_EQ(Read("Size", "Bigger"), 3);
+    EXPECT_EQ(Read("Size", "Big"), 3);  // a key is found by its beginning
 }
 
 TEST_F(SectionFileTest, ReadsTheNumberBehindTheFirstEqualsSign) {
     Put("[S] a=-12 b=+7 c=5px d= e=x f=1=2 g h =3 i=99999999999 j=-2147483648 k=+-1");
-    EXPECT_EQ(Read("S", "a"), -12);
-    EXPECT_EQ(Read("S", "b"), 7);
-    EXPECT_EQ(Read("S", "c"), 5);
-    EXPECT_EQ(Read("S", "d"), -77);
-    EXPECT_EQ(Read("S", "e"), -77);
-    EXPECT_EQ(Read("S", "f"), 1);
-    EXPECT_EQ(Read("S", "g"), -77);
-    EXPECT_EQ(Read("S", "h"), -77);  // blanks around the sign make three tokens
-    EXPECT_EQ(Read("S", "i"), -77);
-    EXPECT_EQ(Read("S", "j"), -2147483647 - 1);
-    EXPECT_EQ(Read("S", "k"), -77);
-}
-
-TEST_F(SectionFileTest, TracesWhereItFoundWhat) {
-    Put("[Size]\r\nBig=1");
-    test::TraceLines trace;
-    EXPECT_EQ(Read("Size", "Big"), 1);
-    EXPECT_THAT(trace.lines,
-                testing::ElementsAre("found section fp=6", "found name fp=13,err=1", "data=1"));
-    trace.lines.clear();
-    Write("Size", "Bold", 1);
-    EXPECT_THAT(trace.lines, testing::ElementsAre("found name Big=1"));
+    // "h =3": blanks around the sign make three tokens.
+    const int expected[] = {-12, 7, 5, -77, -77, 1, -77, -77, -77, -2147483647 - 1, -77};
+    for (std::size_t i = 0; i < std::size(expected); ++i)
+        EXPECT_EQ(Read("S", std::string(1, static_cast<char>('a' + i))), expected[i]) << i;
 }
 
 TEST_F(SectionFileTest, CreatesAMissingFileAndAppendsAMissingSection) {
@@ -81,13 +58,10 @@ TEST_F(SectionFileTest, CreatesAMissingFileAndAppendsAMissingSection) {
     Write("Skin", "X", -3);
     EXPECT_EQ(Content(), "\r\n[Size]\r\nBig=1\r\n\r\n[Skin]\r\nX=-3\r\n");
     EXPECT_EQ(Read("Skin", "X"), -3);
-    EXPECT_THAT(Names(), testing::ElementsAre(u"size.txt"));
-}
-
-TEST_F(SectionFileTest, AppendsASectionBehindTheUntouchedText) {
     Put("a note; [Size] Big=1");
     Write("Skin", "X", 2);
-    EXPECT_EQ(Content(), "a note; [Size] Big=1\r\n[Skin]\r\nX=2\r\n");
+    EXPECT_EQ(Content(), "a note; [Size] Big=1\r\n[Skin]\r\nX=2\r\n") << "the text is untouched";
+    EXPECT_THAT(Names(), testing::ElementsAre(u"size.txt"));
 }
 
 TEST_F(SectionFileTest, RewritesOneTokenALineWhenItSetsAKey) {
@@ -98,15 +72,12 @@ TEST_F(SectionFileTest, RewritesOneTokenALineWhenItSetsAKey) {
     EXPECT_EQ(Content(), "\r\n[Size]\r\nLandscape=1\r\n\xE9t\xE9=1\r\nBig=0\r\n");
 }
 
-TEST_F(SectionFileTest, InsertsAMissingKeyBeforeTheNextHeader) {
+TEST_F(SectionFileTest, InsertsAMissingKeyBeforeTheNextHeaderAndReplacesTheFirstThatMatches) {
     Put("[A]\nx=1\n[B]\ny=2\n");
     Write("A", "z", 3);
     EXPECT_EQ(Content(), "\r\n[A]\r\nx=1\r\nz=3\r\n\r\n[B]\r\ny=2\r\n");
     Write("A", "y", 4);
     EXPECT_EQ(Content(), "\r\n[A]\r\nx=1\r\nz=3\r\ny=4\r\n\r\n[B]\r\ny=2\r\n");
-}
-
-TEST_F(SectionFileTest, ReplacesTheFirstTokenThatBeginsWithTheKey) {
     Put("[A]\nBigger=3\nBig=1\n");
     Write("A", "Big", 7);
     EXPECT_EQ(Content(), "\r\n[A]\r\nBig=7\r\nBig=1\r\n");
@@ -124,13 +95,12 @@ TEST_F(SectionFileTest, AWriteProtectedFileIsReadAndStaysAsItIs) {
 
 TEST_F(SectionFileTest, AFailedRewriteLeavesTheFileAndNoTemporary) {
     Put("[Size]\nBig=1\n");
-    for (bool test::FailingStorage::*step :
-         {&test::FailingStorage::failRead, &test::FailingStorage::failWrite,
-          &test::FailingStorage::failFlush, &test::FailingStorage::failClose,
-          &test::FailingStorage::failRename}) {
-        storage.*step = true;
+    for (const unsigned step :
+         {test::FaultyStorage::kRead, test::FaultyStorage::kWrite, test::FaultyStorage::kFlush,
+          test::FaultyStorage::kClose, test::FaultyStorage::kRename}) {
+        storage.FailAt(step, 1);
         Write("Size", "Big", 0);
-        storage.*step = false;
+        storage.FailAt(step, 0);
         EXPECT_EQ(Content(), "[Size]\nBig=1\n");
         EXPECT_THAT(Names(), testing::ElementsAre(u"size.txt"));
     }

@@ -3,8 +3,8 @@
 
 #include "settings/field_bytes.h"
 #include "settings/settings_store.h"
-#include "stream/failing_storage.h"
 #include "support/fake_boxes.h"
+#include "support/faulty_storage.h"
 #include "support/temp_folder.h"
 
 namespace orma {
@@ -29,7 +29,7 @@ Bytes StateFile(std::uint32_t version) {
 
 struct UserStateTest : testing::Test {
     test::TempFolder folder;
-    test::FailingStorage storage;
+    test::FaultyStorage storage;
     test::FakeBoxes boxes;
     ErrorReporter report{boxes, storage};
     FileServices services{storage, report};
@@ -117,21 +117,17 @@ TEST_F(UserStateTest, LevelsOutsideTheirScaleAreBroughtIntoIt) {
     }
 }
 
-TEST_F(UserStateTest, AReadErrorLeavesTheRecordAsItWas) {
+TEST_F(UserStateTest, AReadErrorLeavesTheRecordAndAFailedSaveTheOldFile) {
+    const Bytes old = StateFile(8);
     record.MaycomGain = 55;
-    storage.failRead = true;
-    EXPECT_TRUE(Load(StateFile(8)));
+    storage.FailAt(test::FaultyStorage::kRead, 3);
+    EXPECT_TRUE(Load(old));
     EXPECT_EQ(record.MaycomGain, 55);
     EXPECT_EQ(record.LastFolder, u"");
-}
-
-TEST_F(UserStateTest, AFailedSaveLeavesTheOldFile) {
-    const Bytes old = StateFile(8);
-    test::WriteFileBytes(path, old);
-    storage.failWrite = true;
+    storage.FailAt(test::FaultyStorage::kWrite, 1);
     EXPECT_FALSE(store.SaveUserState());
     EXPECT_EQ(test::ReadFileBytes(path), old);
-    EXPECT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(boxes.shown.size(), 2U);
 }
 
 TEST_F(UserStateTest, AForeignFileInItsPlaceIsKeptUnderAFreeName) {
@@ -147,11 +143,10 @@ TEST_F(UserStateTest, AForeignFileInItsPlaceIsKeptUnderAFreeName) {
     EXPECT_FALSE(store.LoadUserState());
 
     test::WriteFileBytes(path, foreign);
-    for (bool test::FailingStorage::*step :
-         {&test::FailingStorage::failFlush, &test::FailingStorage::failRename}) {
-        storage.*step = true;
+    for (const unsigned step : {test::FaultyStorage::kFlush, test::FaultyStorage::kRename}) {
+        storage.FailAt(step, 1);
         EXPECT_FALSE(store.SaveUserState());
-        storage.*step = false;
+        storage.FailAt(step, 0);
         EXPECT_EQ(test::ReadFileBytes(path), foreign);
     }
 }

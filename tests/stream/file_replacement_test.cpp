@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "stream/failing_storage.h"
 #include "support/fake_boxes.h"
+#include "support/faulty_storage.h"
 #include "support/temp_folder.h"
 
 namespace orma {
@@ -24,7 +24,7 @@ struct FileReplacementTest : testing::Test {
     }
 
     test::TempFolder folder;
-    test::FailingStorage storage;
+    test::FaultyStorage storage;
     test::FakeBoxes boxes;
     ErrorReporter report{boxes, storage};
     FileServices services{storage, report};
@@ -40,26 +40,19 @@ TEST_F(FileReplacementTest, ReplacesTheFileOnlyAtTheCommit) {
     EXPECT_THAT(Names(), testing::ElementsAre(u"file.opr"));
 }
 
-TEST_F(FileReplacementTest, LeavesTheOldFileWithoutACommit) {
-    {
-        FileReplacement replacement(services, path);
-        replacement.Stream().Write("new", 3);
-    }
+TEST_F(FileReplacementTest, LeavesTheOldFileWithoutACommitAndWhenAnyStepFails) {
+    FileReplacement(services, path).Stream().Write("new", 3);
     ExpectTheOldFileAlone();
-}
-
-TEST_F(FileReplacementTest, LeavesTheOldFileWhenAnyStepFails) {
-    for (bool test::FailingStorage::*step :
-         {&test::FailingStorage::failWrite, &test::FailingStorage::failFlush,
-          &test::FailingStorage::failClose, &test::FailingStorage::failRename}) {
+    for (const unsigned step : {test::FaultyStorage::kWrite, test::FaultyStorage::kFlush,
+                                test::FaultyStorage::kClose, test::FaultyStorage::kRename}) {
         const std::size_t boxesBefore = boxes.shown.size();
         {
             FileReplacement replacement(services, path);
-            storage.*step = true;
+            storage.FailAt(step, 1);
             replacement.Stream().Write("new", 3);
             EXPECT_FALSE(replacement.Commit());
         }
-        storage.*step = false;
+        storage.FailAt(step, 0);
         EXPECT_EQ(boxes.shown.size(), boxesBefore + 1);
         ExpectTheOldFileAlone();
     }

@@ -1,11 +1,13 @@
 #include "stream/jstream_file.h"
 
+#include <cerrno>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "base/trace_lines.h"
-#include "stream/failing_storage.h"
 #include "support/fake_boxes.h"
+#include "support/faulty_storage.h"
 #include "support/temp_folder.h"
 
 namespace orma {
@@ -18,17 +20,21 @@ constexpr std::uint32_t kGoodOpen = JStream::kGood | JStream::kOpen;
 
 struct JStreamFileTest : testing::Test {
     test::TempFolder folder;
-    test::FailingStorage storage;
+    test::FaultyStorage storage;
     test::FakeBoxes boxes;
     ErrorReporter report{boxes, storage};
     FileServices services{storage, report};
     test::TraceLines trace;
     Text path = folder.Path(u"data.bin");
-    Bytes content = {1, 2, 3, 4, 5};
+
+    JStreamFileTest() { test::WriteFileBytes(path, Bytes{1, 2, 3, 4, 5}); }
+
+    void Fail(test::FaultyStorage::Operation operation) {
+        storage.FailAt(operation, 1, test::FaultyStorage::Extent::kOnce, EIO);
+    }
 };
 
 TEST_F(JStreamFileTest, ReadsShortAtTheEndWithZerosAndStaysGood) {
-    test::WriteFileBytes(path, content);
     JStreamFile stream(services, path, true);
     EXPECT_EQ(stream.Status(), kGoodOpen | JStream::kReading);
     EXPECT_EQ(stream.GetSize(), 5U);
@@ -45,8 +51,7 @@ TEST_F(JStreamFileTest, ReadsShortAtTheEndWithZerosAndStaysGood) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(JStreamFileTest, PositionsFromTheStartAndFromWhereItIs) {
-    test::WriteFileBytes(path, content);
+TEST_F(JStreamFileTest, PositionsFromTheStartAndFromWhereItIsOrBecomesInert) {
     JStreamFile stream(services, path, true);
     stream.SetPosition(3);
     stream.Skip(-2);
@@ -55,6 +60,21 @@ TEST_F(JStreamFileTest, PositionsFromTheStartAndFromWhereItIs) {
     stream.Read(&byte, 1);
     EXPECT_EQ(byte, 2);
     EXPECT_EQ(stream.GetPosition(), 2U);
+
+    stream.Skip(-3);
+    EXPECT_FALSE(stream.Has(JStream::kGood));
+    EXPECT_TRUE(stream.Has(JStream::kOpen));
+    stream.Read(&byte, 1);
+    stream.SetPosition(0);
+    EXPECT_EQ(stream.GetPosition(), 0U);
+    EXPECT_EQ(byte, 2) << "it is inert";
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Position 22 Invalid argument"));
+
+    JStreamFile other(services, path, true);
+    Fail(test::FaultyStorage::kSeek);
+    EXPECT_EQ(other.GetPosition(), 0U);
+    EXPECT_FALSE(other.IsOpen());
+    EXPECT_EQ(boxes.shown.size(), 2U);
 }
 
 TEST_F(JStreamFileTest, PositionsBeyondTwoGibibytesAreReachedWhereTheFileHasThem) {
@@ -68,30 +88,9 @@ TEST_F(JStreamFileTest, PositionsBeyondTwoGibibytesAreReachedWhereTheFileHasThem
     EXPECT_THAT(boxes.Texts(), ElementsAre(u"Position 22 Invalid argument"));
 }
 
-TEST_F(JStreamFileTest, AFailedPositionClearsGoodAndMakesTheStreamInert) {
-    test::WriteFileBytes(path, content);
-    JStreamFile stream(services, path, true);
-    stream.Skip(-1);
-    EXPECT_FALSE(stream.Has(JStream::kGood));
-    EXPECT_TRUE(stream.Has(JStream::kOpen));
-    std::uint8_t byte = 0xEE;
-    stream.Read(&byte, 1);
-    stream.SetPosition(0);
-    EXPECT_EQ(stream.GetPosition(), 0U);
-    EXPECT_EQ(byte, 0xEE);
-    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Position 22 Invalid argument"));
-
-    storage.failSeek = true;
-    JStreamFile other(services, path, true);
-    EXPECT_EQ(other.GetPosition(), 0U);
-    EXPECT_FALSE(other.IsOpen());
-    EXPECT_EQ(boxes.shown.size(), 2U);
-}
-
 TEST_F(JStreamFileTest, AFailedReadZeroesTheWholeBuffer) {
-    test::WriteFileBytes(path, content);
     JStreamFile stream(services, path, true);
-    storage.failRead = true;
+    Fail(test::FaultyStorage::kRead);
     Bytes buffer(4, 0xEE);
     stream.Read(buffer.data(), 4);
     EXPECT_EQ(buffer, Bytes(4, 0));
@@ -101,7 +100,6 @@ TEST_F(JStreamFileTest, AFailedReadZeroesTheWholeBuffer) {
 }
 
 TEST_F(JStreamFileTest, WritingReplacesTheFileAndReadingStreamsIgnoreWrites) {
-    test::WriteFileBytes(path, content);
     JStreamFile stream(services, path, false);
     EXPECT_EQ(stream.Status(), kGoodOpen);
     EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
@@ -118,22 +116,17 @@ TEST_F(JStreamFileTest, WritingReplacesTheFileAndReadingStreamsIgnoreWrites) {
     EXPECT_EQ(test::ReadFileBytes(path), (Bytes{'a', 'b'}));
 }
 
-TEST_F(JStreamFileTest, AWriteThatFailsIsReportedOnce) {
-    JStreamFile stream(services, path, false);
-    storage.failWrite = true;
-    stream.Write("ab", 2);
-    stream.Write("cd", 2);
-    EXPECT_FALSE(stream.IsOpen());
-    EXPECT_THAT(boxes.Texts(), ElementsAre(u"WriteFile 5 Input/output error"));
-}
-
-TEST_F(JStreamFileTest, AWriteThatOnlyTheCloseRefusesIsReported) {
-    JStreamFile stream(services, path, false);
-    stream.Write("ab", 2);
-    storage.failClose = true;
-    stream.Close();
-    EXPECT_FALSE(stream.Has(JStream::kGood));
-    EXPECT_THAT(boxes.Texts(), ElementsAre(u"WriteFile 5 Input/output error"));
+TEST_F(JStreamFileTest, AWriteThatFailsIsReportedOnceEvenIfOnlyTheCloseRefusesIt) {
+    for (const auto operation : {test::FaultyStorage::kWrite, test::FaultyStorage::kClose}) {
+        boxes.shown.clear();
+        JStreamFile stream(services, path, false);
+        Fail(operation);
+        stream.Write("ab", 2);
+        stream.Write("cd", 2);
+        stream.Close();
+        EXPECT_FALSE(stream.Has(JStream::kGood));
+        EXPECT_THAT(boxes.Texts(), ElementsAre(u"WriteFile 5 Input/output error"));
+    }
 }
 
 TEST_F(JStreamFileTest, EachWayOfOpeningReportsItsOwnText) {
@@ -156,7 +149,6 @@ TEST_F(JStreamFileTest, EachWayOfOpeningReportsItsOwnText) {
 }
 
 TEST_F(JStreamFileTest, AnExplicitOpenReadsExactlyWhenTheAccessIsRead) {
-    test::WriteFileBytes(path, content);
     JStreamFile stream(services, path, OpenMode{});
     EXPECT_TRUE(stream.Has(JStream::kReading));
     stream.Open(path, {Access::kReadWrite, Share::kRead, Disposition::kOpenExisting});
@@ -169,7 +161,6 @@ TEST_F(JStreamFileTest, AnExplicitOpenReadsExactlyWhenTheAccessIsRead) {
 }
 
 TEST_F(JStreamFileTest, AppendsBlocksToAFileThatIsClosedBetweenThem) {
-    test::WriteFileBytes(path, content);
     JStreamFile stream(services);
     stream.AppendBlock(path, "no", 2);  // nothing was opened yet
     stream.OpenForCreate(path);
@@ -181,28 +172,14 @@ TEST_F(JStreamFileTest, AppendsBlocksToAFileThatIsClosedBetweenThem) {
     EXPECT_EQ(test::ReadFileBytes(path), (Bytes{'a', 'b', 'c'}));
     EXPECT_EQ(stream.OpenForAppend(path), 3U);
     EXPECT_EQ(stream.GetPosition(), 3U);
-    EXPECT_THAT(boxes.shown, IsEmpty());
-}
 
-TEST_F(JStreamFileTest, AFailedAppendIsTracedOnlyAndStopsLaterOnes) {
-    JStreamFile stream(services);
-    stream.OpenForCreate(path);
+    // A failure is traced only and stops later appends.
     EXPECT_EQ(stream.OpenForAppend(folder.Path(u"none/data.bin")), 0U);
     EXPECT_EQ(stream.Status(), 0U);
     EXPECT_TRUE(trace.Contain("Append file not opened"));
     stream.AppendBlock(path, "ab", 2);
-    EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
+    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{'a', 'b', 'c'}));
     EXPECT_THAT(boxes.shown, IsEmpty());
-}
-
-TEST_F(JStreamFileTest, OpeningForAppendClosesAHeldHandleFirst) {
-    test::WriteFileBytes(path, content);
-    JStreamFile stream(services, path, true);
-    Bytes buffer(8);
-    stream.Read(buffer.data(), 8);
-    EXPECT_EQ(stream.OpenForAppend(folder.Path(u"new.bin")), 0U);
-    EXPECT_EQ(stream.Status(), kGoodOpen);
-    EXPECT_TRUE(trace.Contain("Append file not closed"));
 }
 
 }  // namespace
