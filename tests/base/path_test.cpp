@@ -16,21 +16,14 @@ TEST(SplitPath, CutsAtTheLastSeparatorOfEitherKindAndTheLastDot) {
     ExpectParts(u"/a/b.c/take00.wav", u"/a/b.c/", u"take00", u".wav");
     ExpectParts(u"D:\\radio\\news.v2.opr", u"D:\\radio\\", u"news.v2", u".opr");
     ExpectParts(u"mixed/of\\both", u"mixed/of\\", u"both", u"");
-}
-
-TEST(SplitPath, TakesADotOfAFolderForNoExtension) {
     ExpectParts(u"rel.d/name", u"rel.d/", u"name", u"");
     ExpectParts(u"name.wav", u"", u"name", u".wav");
-    ExpectParts(u"folder/", u"folder/", u"", u"");
     ExpectParts(u"", u"", u"", u"");
 }
 
-TEST(WithExtension, ReplacesOrAddsTheExtension) {
+TEST(Path, GetsAnExtensionOrOneSeparatorAtItsEnd) {
     EXPECT_EQ(WithExtension(u"a.b/take.wav", u".jvu"), u"a.b/take.jvu");
     EXPECT_EQ(WithExtension(u"a.b/take", u".jvu"), u"a.b/take.jvu");
-}
-
-TEST(AsFolder, EndsAFolderWithOneSeparator) {
     EXPECT_EQ(AsFolder(u"/a/b/"), u"/a/b/");
     EXPECT_EQ(AsFolder(u"c:\\x\\"), u"c:\\x\\");
     EXPECT_EQ(SplitPath(AsFolder(u"/a/b") + u"f").folder.size(), 5U);

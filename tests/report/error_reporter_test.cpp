@@ -27,33 +27,17 @@ TEST_F(ErrorReporterTest, ShowsAnErrorInAnErrorBoxWithOneButton) {
     EXPECT_THAT(trace.lines, ElementsAre("ERROR\tLoadProject Project Id"));
 }
 
-TEST_F(ErrorReporterTest, ShowsAnEmptyTextAsAnEmptyBox) {
-    files.report.ShowError(u"");
-    EXPECT_THAT(files.boxes.Texts(), ElementsAre(u""));
-    EXPECT_THAT(trace.lines, ElementsAre("ERROR\tEMPTY!"));
-}
-
-TEST_F(ErrorReporterTest, NamesOperationNumberAndSystemTextOfASystemError) {
-    files.report.ReportSystemFailure(u"CreateFile", 2);
-    EXPECT_THAT(files.boxes.Texts(), ElementsAre(u"CreateFile 2 No such file or directory"));
-    EXPECT_THAT(trace.lines, ElementsAre("CreateFile 2 No such file or directory"));
-}
-
-TEST_F(ErrorReporterTest, NamesOperationAndNumberWhereTheSystemHasNoText) {
-    for (const SystemError code : {11999U, 12000U, 12030U, 12174U, 12175U})
-        files.report.ReportSystemFailure(u"FtpOpenFile", code);
-    EXPECT_THAT(files.boxes.Texts(),
-                ElementsAre(u"FtpOpenFile 11999", u"FtpOpenFile 12000", u"FtpOpenFile 12030",
-                            u"FtpOpenFile 12174", u"FtpOpenFile 12175"));
-}
-
-TEST_F(ErrorReporterTest, ShowsFixedInternetTextsAlone) {
-    for (const SystemError code : {12002U, 12007U, 12013U, 12014U, 12029U, 12031U})
-        files.report.ReportSystemFailure(u"InternetConnect", code);
+TEST_F(ErrorReporterTest, NamesOperationNumberAndTextOrAFixedInternetTextAlone) {
+    for (const SystemError code :
+         {2U, 11999U, 12000U, 12174U, 12175U, 12002U, 12007U, 12013U, 12014U, 12029U, 12031U})
+        files.report.ReportSystemFailure(u"CreateFile", code);
     EXPECT_THAT(
         files.boxes.Texts(),
-        ElementsAre(u"Timeout", u"Servername not resolved", u"Incorrect username",
+        ElementsAre(u"CreateFile 2 No such file or directory", u"CreateFile 11999",
+                    u"CreateFile 12000", u"CreateFile 12174", u"CreateFile 12175", u"Timeout",
+                    u"Servername not resolved", u"Incorrect username",
                     u"Incorrect username or password", u"Cannot connect", u"Connection lost"));
+    EXPECT_EQ(trace.lines[0], "CreateFile 2 No such file or directory");
 }
 
 TEST_F(ErrorReporterTest, ShowsTheServersOwnReplyWhenTheServerRefused) {
