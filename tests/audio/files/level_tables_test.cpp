@@ -9,18 +9,14 @@ namespace {
 
 TEST(LevelTables, FollowTheThreeSlopesOfTheScale) {
     const auto& level = Levels().level;
-    EXPECT_EQ(level[511], 0);   // 0 dBFS
-    EXPECT_EQ(level[482], 2);   // -0.51 dBFS: 1.52 rounded
-    EXPECT_EQ(level[256], 18);  // -6.00: three steps a dB
-    EXPECT_EQ(level[162], 30);  // -9.98, the last of the first slope
-    EXPECT_EQ(level[161], 30);  // -10.03: 15 + one and a half a dB
-    EXPECT_EQ(level[51], 45);   // -20.02
-    EXPECT_EQ(level[17], 59);   // -29.56
-    EXPECT_EQ(level[16], 60);   // -30.09: 30 + one a dB
-    EXPECT_EQ(level[5], 70);    // -40.19
-    EXPECT_EQ(level[2], 78);    // -48.15
-    EXPECT_EQ(level[1], 79);    // -54.17, capped
-    EXPECT_EQ(level[0], 79);
+    const std::pair<std::size_t, int> cases[] = {
+        {511, 0},  {482, 2}, {256, 18}, {162, 30},  // three steps a dB down to -9.98 dBFS
+        {161, 30}, {51, 45}, {17, 59},              // one and a half down to -29.56
+        {16, 60},  {5, 70},  {2, 78},               // one below
+        {1, 79},   {0, 79},                         // capped
+    };
+    for (const auto& [index, expected] : cases)
+        EXPECT_EQ(level[index], expected) << index;
     EXPECT_TRUE(std::ranges::is_sorted(level, std::greater<>()));
 }
 

@@ -78,23 +78,19 @@ double QualityDb(const Samples& original, const Samples& decoded) {
     return SignalToErrorDb(expected, std::span(decoded).subspan(kFrame));
 }
 
-TEST_F(Mp2DecoderTest, GivesAMonoEncodeBackInPlace) {
-    const Samples pcm = Tone(700, 48000, 15000, 20 * kFrame);
-    const Decoded decoded = Decode(Encode(pcm, false, 9));
-    EXPECT_EQ(decoded.counts, std::vector<std::size_t>(20, kFrame));
-    EXPECT_EQ(decoded.channels, 1U);
-    EXPECT_GT(QualityDb(pcm, decoded.pcm), 55.0);
-    EXPECT_FALSE(files_.storage.Exists(log_));
-}
-
-TEST_F(Mp2DecoderTest, GivesBothChannelsOfAStereoEncodeBack) {
+TEST_F(Mp2DecoderTest, GivesAnEncodeBackInPlace) {
     const Samples left = Tone(700, 48000, 15000, 20 * kFrame);
     const Samples right = Tone(1100, 48000, 9000, 20 * kFrame);
-    const Decoded decoded = Decode(Encode(Interleave(left, right), true, 11));
-    EXPECT_EQ(decoded.counts, std::vector<std::size_t>(20, kFrame));
-    EXPECT_EQ(decoded.channels, 2U);
-    EXPECT_GT(QualityDb(left, Channel(decoded.pcm, 2, 0)), 45.0);
-    EXPECT_GT(QualityDb(right, Channel(decoded.pcm, 2, 1)), 45.0);
+    const Decoded mono = Decode(Encode(left, false, 9));
+    EXPECT_EQ(mono.counts, std::vector<std::size_t>(20, kFrame));
+    EXPECT_EQ(mono.channels, 1U);
+    EXPECT_GT(QualityDb(left, mono.pcm), 55.0);
+    const Decoded stereo = Decode(Encode(Interleave(left, right), true, 11));
+    EXPECT_EQ(stereo.counts, std::vector<std::size_t>(20, kFrame));
+    EXPECT_EQ(stereo.channels, 2U);
+    EXPECT_GT(QualityDb(left, Channel(stereo.pcm, 2, 0)), 45.0);
+    EXPECT_GT(QualityDb(right, Channel(stereo.pcm, 2, 1)), 45.0);
+    EXPECT_FALSE(files_.storage.Exists(log_));
 }
 
 /// A whole stream through the library alone, each sample by the definition of the conversion.
@@ -129,15 +125,8 @@ TEST_F(Mp2DecoderTest, ChangesNothingThatTheLibraryDecodes) {
     const Decoded decoded = Decode(stream);
     EXPECT_EQ(decoded.pcm.size(), 2 * 8 * kFrame);
     EXPECT_EQ(decoded.pcm, DecodeBare(stream));
-}
-
-TEST_F(Mp2DecoderTest, ClipsAtBothEndsOfTheRange) {
-    Samples square(10 * kFrame);
-    for (std::size_t i = 0; i < square.size(); ++i)
-        square[i] = i / 60 % 2 == 0 ? 32767 : -32768;
-    const Decoded decoded = Decode(Encode(square, false, 9));
-    EXPECT_EQ(std::ranges::max(decoded.pcm), 32767);
-    EXPECT_EQ(std::ranges::min(decoded.pcm), -32768);
+    EXPECT_EQ(std::ranges::max(decoded.pcm), 32767) << "clipped";
+    EXPECT_EQ(std::ranges::min(decoded.pcm), -32768) << "clipped";
 }
 
 TEST_F(Mp2DecoderTest, ADamagedHeaderCostsItsOwnFrameOnly) {
@@ -172,32 +161,28 @@ TEST_F(Mp2DecoderTest, TheHeaderRulesTheLengthAndTheSettingWhereThereIsNone) {
     EXPECT_TRUE(decoder.FrameSpace().empty());
 }
 
-TEST_F(Mp2DecoderTest, HeadersThatCannotBeDecodedGiveNoSamplesButALine) {
-    struct Case {
+TEST_F(Mp2DecoderTest, HeadersThatCannotBeDecodedGiveNoSamplesButALineUpToAHundred) {
+    const struct {
         Mp2Header header;
         const char* line;
-    };
-    const std::array<Case, 6> cases = {{
+    } cases[] = {
         {{{0xFF, 0xFD, 0x04, 0xC4}}, "MAD_RECOVERABLE 259\n"},  // free format
         {{{0xFF, 0xFD, 0xF4, 0xC4}}, "MAD_RECOVERABLE 259\n"},  // forbidden bit rate
         {{{0xFF, 0xFD, 0x8C, 0xC4}}, "MAD_RECOVERABLE 260\n"},  // reserved sampling rate
         {{{0xFF, 0xFB, 0x84, 0xC4}}, "MAD_RECOVERABLE 257\n"},  // Layer III
         {{{0xFF, 0xFD, 0xC4, 0xC4}}, "MAD_RECOVERABLE 546\n"},  // one channel at 256 kbit/s
         {{{0xFF, 0xFD, 0x88, 0xC4}}, "MAD_FLOW_STOP\n"},        // 32000 Hz: longer than reckoned
-    }};
+    };
     std::string expected;
-    for (const Case& tried : cases) {
+    for (const auto& tried : cases) {
         Bytes stream(tried.header.FrameBytes(audio_.bitrate.FrameBytes()) + 4);
         std::ranges::copy(tried.header.bytes, stream.begin());
         EXPECT_EQ(Decode(stream).counts, std::vector<std::size_t>{0});
         expected += tried.line;
     }
     EXPECT_EQ(LogText(), expected);
-}
-
-TEST_F(Mp2DecoderTest, GarbageDoesNotFillTheDisk) {
+    // Garbage does not fill the disk: a hundred lines for each decoder.
     Decode(Bytes(192 * 150, 0x55));
-    std::string expected;
     for (int line = 0; line < 100; ++line)
         expected += "MAD_RECOVERABLE 257\n";
     EXPECT_EQ(LogText(), expected);

@@ -21,16 +21,11 @@ TEST(Mp2Bitrate, RefusesAnIndexAboveTheTable) {
 }
 
 TEST(Mp2Header, TellsLayer2FromEverythingElse) {
-    const auto isLayer2 = [](std::uint8_t first, std::uint8_t second) {
-        return Mp2Header{{first, second, 0x84, 0xC4}}.IsLayer2();
-    };
-    EXPECT_TRUE(isLayer2(0xFF, 0xFD));
-    EXPECT_TRUE(isLayer2(0xFF, 0xFC));   // with CRC
-    EXPECT_FALSE(isLayer2(0xFF, 0xFB));  // Layer III
-    EXPECT_FALSE(isLayer2(0xFF, 0xFF));  // Layer I
-    EXPECT_FALSE(isLayer2(0xFF, 0xF5));  // MPEG-2
-    EXPECT_FALSE(isLayer2(0xFE, 0xFD));
-    EXPECT_FALSE(isLayer2('R', 'I'));
+    for (const unsigned second : {0xFDU, 0xFCU, 0xFBU, 0xFFU, 0xF5U}) {  // III, I, MPEG-2
+        const Mp2Header header{{0xFF, static_cast<std::uint8_t>(second), 0x84, 0xC4}};
+        EXPECT_EQ(header.IsLayer2(), second == 0xFD || second == 0xFC) << second;
+    }
+    EXPECT_FALSE((Mp2Header{{0xFE, 0xFD, 0x84, 0xC4}}.IsLayer2()));
 }
 
 TEST(Mp2Header, ReckonsTheFrameLength) {

@@ -46,9 +46,9 @@ class Mp2PipelineTest : public ::testing::Test {
     /// A stream through the pipeline, fed in pieces of random size up to `largest` bytes.
     Bytes Encode(const Samples& pcm, bool stereo, std::uint32_t rate = 44100,
                  std::size_t largest = 4410) {
-        blocks_.clear();
-        const auto output = [this](ByteSpan block) {
-            blocks_.emplace_back(block.begin(), block.end());
+        Bytes all;
+        const auto output = [&](ByteSpan block) {
+            all.insert(all.end(), block.begin(), block.end());
         };
         EXPECT_TRUE(pipeline_.Mp2EncoderInit(output, stereo, rate));
         std::mt19937 random(1);
@@ -58,9 +58,6 @@ class Mp2PipelineTest : public ::testing::Test {
             rest = rest.subspan(size);
         }
         pipeline_.Mp2EncodeFlush();
-        Bytes all;
-        for (const Bytes& block : blocks_)
-            all.insert(all.end(), block.begin(), block.end());
         return all;
     }
 
@@ -89,25 +86,19 @@ class Mp2PipelineTest : public ::testing::Test {
     TestFiles files_;
     AudioState audio_;
     Mp2Pipeline pipeline_{audio_, files_.report};
-    std::vector<Bytes> blocks_;
 };
 
-TEST_F(Mp2PipelineTest, EncodesMonoAsTheDefinitionSays) {
+TEST_F(Mp2PipelineTest, EncodesAsTheDefinitionSays) {
     const Samples pcm = ExtremeNoise(1, 30000);
     const Bytes expected = Expected(pcm, false);
     for (const std::size_t largestPiece : {1U, 7U, 4410U, 1'000'000U})
         EXPECT_EQ(Encode(pcm, false, 44100, largestPiece), expected) << largestPiece;
-}
-
-TEST_F(Mp2PipelineTest, EncodesStereoAsTheDefinitionSays) {
+    // Far below 48000 Hz the flush still encodes every real sample.
+    const Samples low = Tone(300, 8000, 20000, 3000);
+    EXPECT_EQ(Encode(low, false, 8000), Expected(low, false, 8000));
     SetBitrate(9);
-    const Samples pcm = Interleave(Tone(440, 44100, 9000, 20000), Tone(1234, 44100, 30000, 20000));
-    EXPECT_EQ(Encode(pcm, true), Expected(pcm, true));
-}
-
-TEST_F(Mp2PipelineTest, AtRatesFarBelow48000TheFlushEncodesEveryRealSample) {
-    const Samples pcm = Tone(300, 8000, 20000, 3000);
-    EXPECT_EQ(Encode(pcm, false, 8000), Expected(pcm, false, 8000));
+    const Samples both = Interleave(Tone(440, 44100, 9000, 20000), Tone(1234, 44100, 30000, 20000));
+    EXPECT_EQ(Encode(both, true), Expected(both, true));
 }
 
 TEST_F(Mp2PipelineTest, At48000TheSamplesReachTheEncoderUnchanged) {
@@ -125,68 +116,49 @@ TEST_F(Mp2PipelineTest, At48000TheSamplesReachTheEncoderUnchanged) {
 }
 
 TEST_F(Mp2PipelineTest, FramesFollowFromTheRealSamplesAlone) {
-    const auto frames = [this](std::size_t samples, std::uint32_t rate) {
-        const Bytes all = Encode(Samples(samples, 1000), false, rate);
-        EXPECT_EQ(all.size(), pipeline_.Frames() * audio_.bitrate.FrameBytes());
-        return pipeline_.Frames();
+    const struct {
+        std::size_t samples;
+        std::uint32_t rate;
+        std::uint32_t frames;
+    } cases[] = {
+        {0, 44100, 0},           {1, 44100, 1},
+        {1058, 44100, 1},  // what the first frame consumes, though it waits for 1152
+        {1059, 44100, 2},        {1152, 44100, 2},
+        {2 * 44100, 44100, 84},  // 83 and a third
+        {3 * 44100, 44100, 125}, {3 * 44100 + 1, 44100, 126},
+        {1152, 48000, 1},        {1153, 48000, 2},
     };
-    EXPECT_EQ(frames(0, 44100), 0U);
-    EXPECT_EQ(frames(1, 44100), 1U);
-    // The first frame consumes 1058 samples, though it waits for 1152.
-    EXPECT_EQ(frames(1058, 44100), 1U);
-    EXPECT_EQ(frames(1059, 44100), 2U);
-    EXPECT_EQ(frames(1151, 44100), 2U);
-    EXPECT_EQ(frames(1152, 44100), 2U);
-    EXPECT_EQ(frames(2 * 44100, 44100), 84U);  // 83 and a third
-    EXPECT_EQ(frames(3 * 44100, 44100), 125U);
-    EXPECT_EQ(frames(3 * 44100 + 1, 44100), 126U);
-    EXPECT_EQ(frames(1152, 48000), 1U);
-    EXPECT_EQ(frames(1153, 48000), 2U);
-}
-
-TEST_F(Mp2PipelineTest, HandsOutWholeBlocksAndTheRestAtTheFlush) {
-    SetBitrate(7);
-    const auto blockSizes = [this](std::size_t frames) {
-        Encode(Samples(frames * kFrame), false, 48000);
-        std::vector<std::size_t> sizes;
-        for (const Bytes& block : blocks_)
-            sizes.push_back(block.size());
-        return sizes;
-    };
-    EXPECT_EQ(blockSizes(21), (std::vector<std::size_t>{8064}));
-    EXPECT_EQ(blockSizes(50), (std::vector<std::size_t>{8192, 8192, 2816}));
-    EXPECT_EQ(blockSizes(64), (std::vector<std::size_t>{8192, 8192, 8192}));  // nothing is left
-}
-
-TEST_F(Mp2PipelineTest, ABlockIsHandedOutAsSoonAsItIsFull) {
-    SetBitrate(7);
-    std::size_t handed = 0;
-    ASSERT_TRUE(
-        pipeline_.Mp2EncoderInit([&](ByteSpan block) { handed += block.size(); }, false, 48000));
-    pipeline_.Mp2EncodeSamples(AsPcm(Samples(21 * kFrame)));
-    EXPECT_EQ(handed, 0U);
-    pipeline_.Mp2EncodeSamples(AsPcm(Samples(kFrame)));  // 22 * 384 = 8192 + 256
-    EXPECT_EQ(handed, 8192U);
-    pipeline_.Mp2EncodeFlush();
-    EXPECT_EQ(handed, 8192U + 256);
-}
-
-TEST_F(Mp2PipelineTest, EveryFrameBeginsWithTheHeaderOfTheSettings) {
-    for (std::uint32_t index = 0; index < Mp2Bitrate::kBitsPerSecond.size(); ++index) {
-        for (const bool stereo : {false, true}) {
-            SetBitrate(index);
-            if (!audio_.bitrate.IsLegalFor(stereo)) continue;
-            audio_.stereo = stereo;
-            const Bytes all = Encode(Samples(3 * kFrame, 99), stereo, 48000);
-            const auto header = Mp2Header::ForSettings(audio_).bytes;
-            for (std::size_t at = 0; at < all.size(); at += audio_.bitrate.FrameBytes()) {
-                EXPECT_TRUE(std::equal(header.begin(), header.end(), all.data() + at)) << index;
-            }
-        }
+    for (const auto& one : cases) {
+        const Bytes all = Encode(Samples(one.samples, 1000), false, one.rate);
+        EXPECT_EQ(pipeline_.Frames(), one.frames) << one.samples;
+        EXPECT_EQ(all.size(), one.frames * audio_.bitrate.FrameBytes());
     }
 }
 
-TEST_F(Mp2PipelineTest, RefusesWhatTheEncoderRefuses) {
+TEST_F(Mp2PipelineTest, HandsOutABlockAsSoonAsItIsFullAndTheRestAtTheFlush) {
+    SetBitrate(7);
+    std::vector<std::size_t> handed;
+    const auto output = [&](ByteSpan block) { handed.push_back(block.size()); };
+    ASSERT_TRUE(pipeline_.Mp2EncoderInit(output, false, 48000));
+    pipeline_.Mp2EncodeSamples(AsPcm(Samples(21 * kFrame)));
+    EXPECT_TRUE(handed.empty());
+    pipeline_.Mp2EncodeSamples(AsPcm(Samples(kFrame)));  // 22 * 384 = 8192 + 256
+    EXPECT_EQ(handed, (std::vector<std::size_t>{8192}));
+    pipeline_.Mp2EncodeSamples(AsPcm(Samples(28 * kFrame)));
+    pipeline_.Mp2EncodeFlush();
+    EXPECT_EQ(handed, (std::vector<std::size_t>{8192, 8192, 2816}));
+    pipeline_.Mp2EncodeSamples(AsPcm(Samples(5000)));  // no stream any more
+    pipeline_.Mp2EncodeFlush();
+    EXPECT_EQ(handed.size(), 3U);
+
+    handed.clear();
+    ASSERT_TRUE(pipeline_.Mp2EncoderInit(output, false, 48000));
+    pipeline_.Mp2EncodeSamples(AsPcm(Samples(64 * kFrame)));
+    pipeline_.Mp2EncodeFlush();
+    EXPECT_EQ(handed, (std::vector<std::size_t>{8192, 8192, 8192})) << "nothing is left";
+}
+
+TEST_F(Mp2PipelineTest, RefusesWhatTheEncoderRefusesAndHeadsEveryFrameAsTheSettingsSay) {
     for (std::uint32_t index = 0; index < Mp2Bitrate::kBitsPerSecond.size(); ++index) {
         for (const bool stereo : {false, true}) {
             SetBitrate(index);
@@ -194,6 +166,12 @@ TEST_F(Mp2PipelineTest, RefusesWhatTheEncoderRefuses) {
             EXPECT_EQ(audio_.bitrate.IsLegalFor(stereo), legal) << index << stereo;
             EXPECT_EQ(pipeline_.Mp2EncoderInit([](ByteSpan) {}, stereo), legal) << index << stereo;
             EXPECT_EQ(pipeline_.IsActive(), legal);
+            if (!legal) continue;
+            audio_.stereo = stereo;
+            const Bytes all = Encode(Samples(3 * kFrame, 99), stereo, 48000);
+            const auto header = Mp2Header::ForSettings(audio_).bytes;
+            for (std::size_t at = 0; at < all.size(); at += audio_.bitrate.FrameBytes())
+                EXPECT_TRUE(std::equal(header.begin(), header.end(), all.data() + at)) << index;
         }
     }
     SetBitrate(3);
@@ -207,15 +185,6 @@ TEST_F(Mp2PipelineTest, ANewStreamKnowsNothingOfAnAbandonedOne) {
     ASSERT_TRUE(pipeline_.Mp2EncoderInit([](ByteSpan) {}, false));
     pipeline_.Mp2EncodeSamples(AsPcm(Samples(4001, -5)));
     EXPECT_EQ(Encode(pcm, false), expected);
-}
-
-TEST_F(Mp2PipelineTest, DoesNothingOutsideAStream) {
-    Encode(Samples(10), false);
-    blocks_.clear();
-    pipeline_.Mp2EncodeSamples(AsPcm(Samples(5000)));
-    pipeline_.Mp2EncodeFlush();
-    EXPECT_TRUE(blocks_.empty());
-    EXPECT_EQ(pipeline_.Frames(), 1U);
 }
 
 }  // namespace

@@ -44,9 +44,14 @@ Samples ConvertAll(PlaybackConverter& converter, const Samples& in, unsigned cha
     return all;
 }
 
-double ToneQualityDb(Rates rates, double hz) {
+PlaybackConverter Started(Rates rates) {
     PlaybackConverter converter;
     converter.Start(rates.in, rates.out);
+    return converter;
+}
+
+double ToneQualityDb(Rates rates, double hz) {
+    PlaybackConverter converter = Started(rates);
     const Samples got = ConvertAll(converter, Tone(hz, rates.in, 20000, rates.in), 1, 1050);
     std::vector<double> expected(got.size());
     for (std::size_t n = 0; n < expected.size(); ++n) {
@@ -67,8 +72,7 @@ TEST(PlaybackConverter, KeepsTonesInPlaceAndClean) {
 
 TEST(PlaybackConverter, DownwardsNothingFoldsBack) {
     for (const Rates rates : {Rates{96000, 44100}, Rates{96000, 48000}, Rates{88200, 44100}}) {
-        PlaybackConverter converter;
-        converter.Start(rates.in, rates.out);
+        PlaybackConverter converter = Started(rates);
         const Samples got = ConvertAll(converter, Tone(30000, rates.in, 20000, 50000), 1, 1050);
         // More than 40 dB down, where a kernel that is not stretched gives nearly all of it.
         EXPECT_LT(std::ranges::max(got), 200) << rates.in << ' ' << rates.out;
@@ -77,8 +81,7 @@ TEST(PlaybackConverter, DownwardsNothingFoldsBack) {
 
 TEST(PlaybackConverter, ConsumesExactlyTheRatioWithoutDrift) {
     for (const Rates& rates : kAllRates) {
-        PlaybackConverter converter;
-        converter.Start(rates.in, rates.out);
+        PlaybackConverter converter = Started(rates);
         const Samples in(4000);
         Samples out(525);
         std::size_t consumed = 0;
@@ -94,8 +97,7 @@ TEST(PlaybackConverter, NeitherCallSizesNorTheOtherChannelMatter) {
     const Samples left = ExtremeNoise(1, 20000);
     const Samples right = ExtremeNoise(2, 20000);
     for (const Rates& rates : kAllRates) {
-        PlaybackConverter converter;
-        converter.Start(rates.in, rates.out);
+        PlaybackConverter converter = Started(rates);
         const Samples once = ConvertAll(converter, left, 1, 5000);
         converter.Start(rates.in, rates.out);
         const Samples stereo = ConvertAll(converter, Interleave(left, right), 2, 1);
@@ -108,8 +110,7 @@ TEST(PlaybackConverter, NeitherCallSizesNorTheOtherChannelMatter) {
 
 TEST(PlaybackConverter, FullScaleSteadySoundStaysFullScale) {
     for (const Rates& rates : kAllRates) {
-        PlaybackConverter converter;
-        converter.Start(rates.in, rates.out);
+        PlaybackConverter converter = Started(rates);
         for (const std::int16_t value : {std::int16_t{32767}, std::int16_t{-32768}}) {
             const Samples got = ConvertAll(converter, Samples(3000, value), 1, 480);
             ASSERT_FALSE(got.empty());
