@@ -171,6 +171,17 @@ TEST_F(ConfigurationTest, OldServerFieldsFillTheAccountTables) {
     EXPECT_EQ(record.Smtp[2].Name, u"");
 }
 
+TEST_F(ConfigurationTest, AnEmptyFileOfVersion50Has966Bytes) {
+    ASSERT_TRUE(store.LoadConfiguration());
+    record.ProjectsFolder.clear();
+    record.CurrentProjectName.clear();
+    record.PublishExtension.clear();
+    ASSERT_TRUE(store.SaveConfiguration());
+    // The appended group: 3 x 16 and 5 x 12 of mail accounts, 25 x 4 of destinations, 4 of the
+    // authorities, 5 x 2 of gain offsets, 2 x 4 of devices, 1 of new projects.
+    EXPECT_EQ(test::ReadFileBytes(path).size(), 966U + 48 + 60 + 100 + 4 + 10 + 8 + 1);
+}
+
 TEST_F(ConfigurationTest, TheAppendedGroupStandsBehindEverythingElse) {
     ASSERT_FALSE(Load(NumberedFile(50)));
     const std::size_t before = test::ReadFileBytes(path).size();
