@@ -88,6 +88,12 @@ int Get(const Globals& globals, const SettingsOptions& options) {
     return kOk;
 }
 
+int SaveAndTell(Store& store, const std::set<std::string>& names, const Globals& globals) {
+    if (!store.Save(names)) return kFailed;
+    if (globals.json) Print({{"saved", names}}, true);
+    return kOk;
+}
+
 int Set(const Globals& globals, const SettingsOptions& options) {
     Store store(globals);
     std::set<std::string> names;
@@ -103,19 +109,20 @@ int Set(const Globals& globals, const SettingsOptions& options) {
             throw UsageError(refusal);
         names.insert(setting.name);
     }
-    return store.Save(names) ? kOk : kFailed;
+    return SaveAndTell(store, names, globals);
 }
 
 int Export(const Globals& globals, const SettingsOptions& options) {
+    const std::string path = options.file.empty() ? "" : ToUtf8(CallerPath(options.file));
     const Store store(globals);
     Json settings = Json::object();
     for (const Setting& setting : store.Table().All())
         if (!setting.secret || options.secrets) settings[setting.name] = SettingValue(setting);
-    if (options.file.empty()) {
+    if (path.empty()) {
         Print(settings, true);
         return kOk;
     }
-    std::ofstream file(options.file);
+    std::ofstream file(path);
     file << settings.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
     file.close();
     if (!file) throw std::runtime_error("cannot write " + options.file);
@@ -137,7 +144,7 @@ int Import(const Globals& globals, const SettingsOptions& options) {
             throw std::runtime_error(refusal);
         names.insert(name);
     }
-    return store.Save(names) ? kOk : kFailed;
+    return SaveAndTell(store, names, globals);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ constexpr unsigned kGraphColumns = 76;
 constexpr unsigned kGraphRows = 12;
 
 int Show(const Globals& globals, const std::string& argument, bool graph) {
+    if (graph && globals.json) throw UsageError("--graph is a drawing; --json shows the values");
     const Text path = CallerPath(argument);
     Environment environment(globals);
     Application& app = environment.App();
