@@ -122,13 +122,18 @@ bool Recorder::HasTimeLeft() {
 }
 
 void Recorder::PrepareWriter() {
-    const bool live = s_.takes.LiveFtp();
-    if (s_.audio.mp2)
-        writerKind_ = live ? WriterKind::kMp2Ftp : WriterKind::kMp2File;
-    else
-        writerKind_ = live ? WriterKind::kWavFtp : WriterKind::kWavFile;
+    const WriterKind local = s_.audio.mp2 ? WriterKind::kMp2File : WriterKind::kWavFile;
+    const WriterKind upload = s_.audio.mp2 ? WriterKind::kMp2Ftp : WriterKind::kWavFtp;
+    writerKind_ = s_.takes.LiveFtp() ? upload : local;
     s_.writers.SelectWriter(writerKind_);
-    if (live && s_.writers.Current() != nullptr) s_.writers.Current()->Connect();
+    if (s_.writers.Current() == nullptr) {
+        // Without a way to upload, the take is still worth having.
+        Trace("no writer of kind %d, recording locally", static_cast<int>(writerKind_));
+        writerKind_ = local;
+        s_.writers.SelectWriter(writerKind_);
+    } else if (writerKind_ == upload) {
+        s_.writers.Current()->Connect();
+    }
 }
 
 void Recorder::WavStartRecordSaving() {
