@@ -26,8 +26,8 @@ InputProcessingSettings InputSettingsOf(const SettingsRecord& settings) {
     std::copy(std::begin(settings.InputEq), std::end(settings.InputEq),
               input.initial.bands.begin());
     input.currentSetName = settings.CurrentPresetName;
-    input.inputGainDb = static_cast<std::int32_t>(settings.InputGain);
-    input.outputStep = settings.OutputVolumeStep;
+    input.inputGainDb = settings.InputGain;
+    input.outputStep = static_cast<std::uint32_t>(settings.OutputVolumeStep);
     input.volumeControl = settings.VolumeControl != 0;
     input.alternativeHeadsetKey = settings.AltEarjackKey != 0;
     return input;

@@ -83,8 +83,8 @@ bool ShutDown(Application& app) {
     app.recorder.WavCloseRecording();  // a take that is still open is kept and saved by this
     app.settings.LastFolder = app.project.Folder();
     app.settings.LastName = app.project.Name();
-    app.settings.InputGain = static_cast<std::uint32_t>(app.input.InputGainDb());
-    app.settings.OutputVolumeStep = app.input.OutputStep();
+    app.settings.InputGain = app.input.InputGainDb();
+    app.settings.OutputVolumeStep = static_cast<std::int32_t>(app.input.OutputStep());
     app.settings.CurrentPresetName = app.input.CurrentSetName();
     return app.settingsStore.SaveUserState() && projectSaved;
 }

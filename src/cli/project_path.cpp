@@ -6,7 +6,7 @@
 namespace orma::cli {
 
 Text ProjectPath(const std::string& argument) {
-    const Text path = CallerPath(argument);
+    Text path = CallerPath(argument);
     const PathParts parts = SplitPath(path);
     if (parts.extension != u".opr" || parts.name.empty())
         throw UsageError("not a project file (.opr): " + argument);

@@ -18,15 +18,16 @@ std::vector<ClipEntry> WithMissingClips(const ClipList& shown,
                                                          1);
     for (const ClipEntry& clip : missing) {
         const auto after = std::ranges::upper_bound(anchors, std::pair(clip.place, 0));
-        const std::int32_t index = after == anchors.begin() ? -1 : std::prev(after)->second;
-        followers[static_cast<std::size_t>(index + 1)].push_back(&clip);
+        // Slot 0 holds what stands before the first shown clip.
+        const std::int32_t slot = after == anchors.begin() ? 0 : std::prev(after)->second + 1;
+        followers[static_cast<std::size_t>(slot)].push_back(&clip);
     }
 
     std::vector<ClipEntry> all;
     all.reserve(static_cast<std::size_t>(shown.Count()) + missing.size());
-    for (std::int32_t i = -1; i < shown.Count(); ++i) {
-        if (i >= 0) all.push_back(shown.At(i));
-        for (const ClipEntry* clip : followers[static_cast<std::size_t>(i + 1)])
+    for (std::int32_t slot = 0; slot <= shown.Count(); ++slot) {
+        if (slot > 0) all.push_back(shown.At(slot - 1));
+        for (const ClipEntry* clip : followers[static_cast<std::size_t>(slot)])
             all.push_back(*clip);
     }
     return all;

@@ -8,10 +8,10 @@
 namespace orma {
 namespace {
 
-template <std::size_t n>
-void Put(std::array<char, n>& field, std::string_view text) {
+template <std::size_t Size>
+void Put(std::array<char, Size>& field, std::string_view text) {
     field.fill(0);
-    std::ranges::copy(text.substr(0, n), field.begin());
+    std::ranges::copy(text.substr(0, Size), field.begin());
 }
 
 }  // namespace

@@ -81,6 +81,7 @@ void CheckChunkOrder(const std::vector<FileChunk>& chunks, bool mpeg, VerifyNote
     std::vector<std::string_view> expected = {"bext", "fmt ", "fact", "data", "levl", "qlty"};
     if (mpeg) expected.insert(expected.begin() + 3, "mext");
     std::vector<std::string_view> actual;
+    actual.reserve(chunks.size());
     for (const FileChunk& chunk : chunks)
         actual.push_back(chunk.tag);
     if (actual == expected)

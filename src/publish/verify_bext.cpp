@@ -62,9 +62,9 @@ bool AllZero(ByteSpan bytes) {
 }
 
 /// True when the field holds `text` and zeros.
-template <std::size_t n>
-bool HoldsText(const std::array<char, n>& field, std::string_view text) {
-    const std::string_view whole(field.data(), n);
+template <std::size_t Size>
+bool HoldsText(const std::array<char, Size>& field, std::string_view text) {
+    const std::string_view whole(field.data(), Size);
     return whole.starts_with(text) && whole.find_first_not_of('\0', text.size()) == whole.npos;
 }
 

@@ -15,15 +15,15 @@ constexpr std::uint16_t kPcm = 1;
 constexpr std::uint16_t kMpeg = 0x0050;
 
 /// The fixed-size content of a chunk, with its place in the file for findings.
-template <std::size_t n>
+template <std::size_t Size>
 class Fields {
   public:
     [[nodiscard]] bool Load(VerifySource& source, const FileChunk& chunk, VerifyNotes& notes) {
         at_ = chunk.Content();
         notes_ = &notes;
-        if (chunk.size == n && source.Read(at_, bytes_)) return true;
-        notes.Find(chunk.offset + 4,
-                   Format("'%s' has %u bytes, should have %zu", chunk.tag.c_str(), chunk.size, n));
+        if (chunk.size == Size && source.Read(at_, bytes_)) return true;
+        notes.Find(chunk.offset + 4, Format("'%s' has %u bytes, should have %zu", chunk.tag.c_str(),
+                                            chunk.size, Size));
         return false;
     }
 
@@ -40,7 +40,7 @@ class Fields {
     }
 
   private:
-    std::array<std::uint8_t, n> bytes_{};
+    std::array<std::uint8_t, Size> bytes_{};
     std::uint64_t at_ = 0;
     VerifyNotes* notes_ = nullptr;
 };
