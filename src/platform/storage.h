@@ -58,8 +58,26 @@ class StorageFile {
     /// Returns once the file's data is on the medium.
     [[nodiscard]] virtual SystemError Flush() = 0;
 
+    /// Starts to bring what was written so far to the medium and returns at once. What goes wrong
+    /// there is the error of a later Write, Flush or Close.
+    virtual void BeginFlush() = 0;
+
     /// Closes and reports what the system kept back until now. Later calls fail.
     [[nodiscard]] virtual SystemError Close() = 0;
+};
+
+/// A file that lies in memory: what is stored there is in the file without any call, so it outlives
+/// the process whatever ends it. Its destructor unmaps and closes. One thread at a time.
+class MappedFile {
+  public:
+    virtual ~MappedFile() = default;
+
+    /// The bytes of the file, writable; valid as long as the object lives.
+    [[nodiscard]] virtual std::span<std::uint8_t> Bytes() = 0;
+
+    /// Starts to bring what was stored so far to the medium and returns at once. A failure is only
+    /// traced: who needs certainty writes to a StorageFile.
+    virtual void BeginFlush() = 0;
 };
 
 /// Files and volumes. Paths are native or use '/', relative ones start at the current folder.
@@ -70,6 +88,12 @@ class Storage {
 
     [[nodiscard]] virtual SystemError Open(const Text& path, const OpenMode& mode,
                                            std::unique_ptr<StorageFile>& file) = 0;
+
+    /// Creates or empties the file at `path`, gives it `bytes` zero bytes that have their place on
+    /// the medium, and maps it. Like a file open for writing it is refused to other writers. Fails
+    /// where the medium is full or cannot map; then no file of `bytes` bytes is left behind.
+    [[nodiscard]] virtual SystemError Map(const Text& path, std::size_t bytes,
+                                          std::unique_ptr<MappedFile>& file) = 0;
 
     [[nodiscard]] virtual bool Exists(const Text& path) = 0;
 

@@ -94,6 +94,7 @@ void JStreamFile::AppendBlock(const Text& path, const void* buffer, std::uint32_
     if (!Has(kGood)) return;
     OpenForAppend(path);
     Write(buffer, count);
+    BeginFlush();
     Close();
 }
 
@@ -162,6 +163,10 @@ void JStreamFile::Truncate(std::uint32_t bytes) {
 void JStreamFile::Flush() {
     if (!IsOpen()) return;
     if (const SystemError error = handle_->Flush(); error != 0) Fail(u"FlushFileBuffers", error);
+}
+
+void JStreamFile::BeginFlush() {
+    if (IsOpen()) handle_->BeginFlush();
 }
 
 void JStreamFile::Close() {

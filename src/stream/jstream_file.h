@@ -54,8 +54,8 @@ class JStreamFile : public JStream {
     /// is traced and clears `good`.
     std::uint32_t OpenForAppend(const Text& path);
 
-    /// Appends one block and closes the file, so that the block is in the file once this returns.
-    /// Does nothing on a failed stream.
+    /// Appends one block and closes the file, so that the block is in the file once this returns,
+    /// and soon on the medium. Does nothing on a failed stream.
     void AppendBlock(const Text& path, const void* buffer, std::uint32_t count);
 
     [[nodiscard]] bool IsOpen() const { return Has(kGood | kOpen); }
@@ -69,6 +69,10 @@ class JStreamFile : public JStream {
     /// Returns once what was written is on the medium; a failure clears `good` and reports
     /// "FlushFileBuffers".
     void Flush();
+
+    /// Starts to bring what was written to the medium and returns at once; a failure shows at a
+    /// later write, flush or close.
+    void BeginFlush();
 
     /// Closes the handle if one is held; a write that the system could only now refuse clears
     /// `good` and is reported as "WriteFile".

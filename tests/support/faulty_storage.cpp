@@ -32,6 +32,7 @@ class FaultyFile : public StorageFile {
         if (const SystemError error = storage_.Next(FaultyStorage::kFlush)) return error;
         return real_->Flush();
     }
+    void BeginFlush() override { real_->BeginFlush(); }
     SystemError Close() override {
         const SystemError error = storage_.Next(FaultyStorage::kClose);
         const SystemError real = real_->Close();
@@ -68,6 +69,12 @@ SystemError FaultyStorage::Open(const Text& path, const OpenMode& mode,
     if (const SystemError error = real_.Open(path, mode, real)) return error;
     file = std::make_unique<FaultyFile>(*this, std::move(real));
     return 0;
+}
+
+SystemError FaultyStorage::Map(const Text& path, std::size_t bytes,
+                               std::unique_ptr<MappedFile>& file) {
+    if (const SystemError error = Next(kMap)) return error;
+    return real_.Map(path, bytes, file);
 }
 
 SystemError FaultyStorage::Delete(const Text& path) {

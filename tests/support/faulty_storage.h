@@ -22,7 +22,8 @@ class FaultyStorage : public Storage {
         kClose = 64,  // the file is closed all the same
         kRename = 128,
         kDelete = 256,
-        kAll = 511,
+        kMap = 512,
+        kAll = 1023,
     };
     enum class Extent { kOnce, kFromThenOn };
 
@@ -47,6 +48,8 @@ class FaultyStorage : public Storage {
 
     [[nodiscard]] SystemError Open(const Text& path, const OpenMode& mode,
                                    std::unique_ptr<StorageFile>& file) override;
+    [[nodiscard]] SystemError Map(const Text& path, std::size_t bytes,
+                                  std::unique_ptr<MappedFile>& file) override;
     [[nodiscard]] bool Exists(const Text& path) override { return real_.Exists(path); }
     [[nodiscard]] SystemError Delete(const Text& path) override;
     [[nodiscard]] SystemError Rename(const Text& from, const Text& to) override;

@@ -7,9 +7,13 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
+
+#include "base/trace.h"
+#include "platform/posix/medium_sync.h"
 
 namespace orma {
 namespace {
@@ -25,9 +29,37 @@ std::string NativePath(const Text& path) {
     return native;
 }
 
+/// The folder that a file lies in; empty: the current one.
+std::string FolderOf(const std::string& nativePath) {
+    return std::filesystem::path(nativePath).parent_path().string();
+}
+
+/// Asks for the syncs of one file.
+class SyncHandle {
+  public:
+    /// `createdIn`: the folder of a file that was just created, else empty.
+    SyncHandle(BackgroundSync& sync, std::string createdIn)
+        : sync_(sync), createdIn_(std::move(createdIn)) {}
+
+    void Begin(int descriptor) {
+        if (target_ == nullptr)
+            target_ = std::make_shared<BackgroundSync::Target>(descriptor, std::move(createdIn_));
+        sync_.Request(target_);
+    }
+
+    [[nodiscard]] SystemError TakeError() {
+        return target_ == nullptr ? 0 : static_cast<SystemError>(target_->TakeError());
+    }
+
+  private:
+    BackgroundSync& sync_;
+    std::string createdIn_;
+    std::shared_ptr<BackgroundSync::Target> target_;
+};
+
 class PosixFile : public StorageFile {
   public:
-    explicit PosixFile(int descriptor) : descriptor_(descriptor) {}
+    PosixFile(int descriptor, SyncHandle sync) : descriptor_(descriptor), sync_(std::move(sync)) {}
     ~PosixFile() override { (void)Close(); }
 
     SystemError Read(std::span<std::uint8_t> into, std::size_t& got) override {
@@ -44,6 +76,7 @@ class PosixFile : public StorageFile {
 
     SystemError Write(ByteSpan from, std::size_t& written) override {
         written = 0;
+        if (const SystemError error = sync_.TakeError()) return error;
         while (written < from.size()) {
             const ssize_t n = ::write(descriptor_, from.data() + written, from.size() - written);
             if (n < 0 && errno == EINTR) continue;
@@ -73,19 +106,62 @@ class PosixFile : public StorageFile {
         return ::ftruncate(descriptor_, static_cast<off_t>(bytes)) == 0 ? 0 : LastError();
     }
 
-    SystemError Flush() override { return ::fsync(descriptor_) == 0 ? 0 : LastError(); }
+    SystemError Flush() override {
+        const SystemError earlier = sync_.TakeError();
+        const auto now = static_cast<SystemError>(SyncFile(descriptor_));
+        return earlier != 0 ? earlier : now;
+    }
+
+    void BeginFlush() override { sync_.Begin(descriptor_); }
 
     SystemError Close() override {
         if (descriptor_ < 0) return EBADF;
+        // A sync that is still on its way holds the file, but not the lock.
+        (void)::flock(descriptor_, LOCK_UN);
         const int result = ::close(descriptor_);
         descriptor_ = -1;
         // After EINTR Linux has closed the descriptor all the same.
-        return result == 0 || errno == EINTR ? 0 : LastError();
+        const SystemError error = result == 0 || errno == EINTR ? 0 : LastError();
+        const SystemError earlier = sync_.TakeError();
+        return earlier != 0 ? earlier : error;
     }
 
   private:
     int descriptor_;
+    SyncHandle sync_;
 };
+
+class PosixMappedFile : public MappedFile {
+  public:
+    PosixMappedFile(int descriptor, std::span<std::uint8_t> bytes, SyncHandle sync)
+        : descriptor_(descriptor), bytes_(bytes), sync_(std::move(sync)) {}
+    ~PosixMappedFile() override {
+        ::munmap(bytes_.data(), bytes_.size());
+        (void)::flock(descriptor_, LOCK_UN);
+        ::close(descriptor_);
+    }
+    PosixMappedFile(const PosixMappedFile&) = delete;
+    PosixMappedFile& operator=(const PosixMappedFile&) = delete;
+
+    std::span<std::uint8_t> Bytes() override { return bytes_; }
+
+    void BeginFlush() override {
+        // A sync of the file covers the pages that were stored to.
+        if (const SystemError error = sync_.TakeError()) Trace("journal sync failed: %u", error);
+        sync_.Begin(descriptor_);
+    }
+
+  private:
+    int descriptor_;
+    std::span<std::uint8_t> bytes_;
+    SyncHandle sync_;
+};
+
+/// Gives an empty file its size on the medium, so that storing to the mapping cannot fail later.
+SystemError Allocate(int descriptor, std::size_t bytes) {
+    const int error = ::posix_fallocate(descriptor, 0, static_cast<off_t>(bytes));
+    return static_cast<SystemError>(error);
+}
 
 }  // namespace
 
@@ -95,9 +171,13 @@ SystemError PosixStorage::Open(const Text& path, const OpenMode& mode,
                              : mode.access == Access::kWrite ? O_WRONLY
                                                              : O_RDWR);
     if (mode.disposition != Disposition::kOpenExisting) flags |= O_CREAT;
-    const int descriptor = ::open(NativePath(path).c_str(), flags, 0666);
+    const std::string native = NativePath(path);
+    const bool creates =
+        mode.disposition != Disposition::kOpenExisting && ::access(native.c_str(), F_OK) != 0;
+    const int descriptor = ::open(native.c_str(), flags, 0666);
     if (descriptor < 0) return LastError();
-    auto opened = std::make_unique<PosixFile>(descriptor);
+    auto opened = std::make_unique<PosixFile>(
+        descriptor, SyncHandle(sync_, creates ? FolderOf(native) : std::string()));
     struct stat info {};
     if (::fstat(descriptor, &info) != 0) return LastError();
     if (S_ISDIR(info.st_mode)) return EISDIR;
@@ -110,6 +190,28 @@ SystemError PosixStorage::Open(const Text& path, const OpenMode& mode,
             return LastError();
     }
     file = std::move(opened);
+    return 0;
+}
+
+SystemError PosixStorage::Map(const Text& path, std::size_t bytes,
+                              std::unique_ptr<MappedFile>& file) {
+    const std::string native = NativePath(path);
+    const int descriptor = ::open(native.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (descriptor < 0) return LastError();
+    const auto fail = [&](SystemError error, bool ours) {
+        if (ours) ::unlink(native.c_str());
+        ::close(descriptor);
+        return error;
+    };
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        return fail(EBUSY, false);
+    if (::ftruncate(descriptor, 0) != 0) return fail(LastError(), false);
+    if (const SystemError error = Allocate(descriptor, bytes)) return fail(error, true);
+    void* const memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+    if (memory == MAP_FAILED) return fail(LastError(), true);
+    file = std::make_unique<PosixMappedFile>(descriptor,
+                                             std::span(static_cast<std::uint8_t*>(memory), bytes),
+                                             SyncHandle(sync_, FolderOf(native)));
     return 0;
 }
 
@@ -130,13 +232,7 @@ SystemError PosixStorage::Rename(const Text& from, const Text& to) {
         (void)::chmod(source.c_str(), replaced.st_mode & 0777);
     }
     if (::rename(source.c_str(), target.c_str()) != 0) return LastError();
-    const std::string folder = std::filesystem::path(target).parent_path().string();
-    const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor >= 0) {
-        // Some file systems cannot sync a folder; the rename itself has succeeded.
-        (void)::fsync(descriptor);
-        ::close(descriptor);
-    }
+    SyncFolder(FolderOf(target));
     return 0;
 }
 

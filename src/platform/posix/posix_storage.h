@@ -1,15 +1,18 @@
 #pragma once
 
+#include "platform/posix/background_sync.h"
 #include "platform/storage.h"
 
 namespace orma {
 
 /// Files through POSIX system calls. Paths are UTF-8 on the system's side. A file open for writing
-/// is locked against a second writer.
+/// is locked against a second writer. The storage outlives its files.
 class PosixStorage : public Storage {
   public:
     [[nodiscard]] SystemError Open(const Text& path, const OpenMode& mode,
                                    std::unique_ptr<StorageFile>& file) override;
+    [[nodiscard]] SystemError Map(const Text& path, std::size_t bytes,
+                                  std::unique_ptr<MappedFile>& file) override;
     [[nodiscard]] bool Exists(const Text& path) override;
     [[nodiscard]] SystemError Delete(const Text& path) override;
     [[nodiscard]] SystemError Rename(const Text& from, const Text& to) override;
@@ -19,6 +22,9 @@ class PosixStorage : public Storage {
     [[nodiscard]] SystemError CreateFolder(const Text& path) override;
     [[nodiscard]] SystemError ListFiles(const Text& folder, std::vector<Text>& names) override;
     [[nodiscard]] Text ErrorText(SystemError error) override;
+
+  private:
+    BackgroundSync sync_;
 };
 
 }  // namespace orma
