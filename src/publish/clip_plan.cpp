@@ -4,10 +4,10 @@
 
 #include "audio/files/buffer_period.h"
 #include "audio/files/level_tables.h"
+#include "audio/files/measured_levels.h"
 #include "audio/files/vu_file.h"
 #include "base/trace.h"
 #include "project/same_path.h"
-#include "publish/measured_levels.h"
 
 namespace orma {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "audio/engine/peak_level.h"
 #include "audio/engine/recorder.h"
 #include "audio/files/level_tables.h"
+#include "audio/files/peak_level.h"
 #include "base/trace.h"
 
 namespace orma {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "audio/engine/load_meter.h"
-#include "audio/engine/peak_level.h"
+#include "audio/files/peak_level.h"
 #include "support/test_files.h"
 
 namespace orma::test {

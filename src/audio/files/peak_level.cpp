@@ -1,4 +1,4 @@
-#include "audio/engine/peak_level.h"
+#include "audio/files/peak_level.h"
 
 #include <algorithm>
 #include <cstdlib>
