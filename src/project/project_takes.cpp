@@ -11,8 +11,9 @@
 namespace orma {
 namespace {
 
-// Both kinds of sound count: they would share one level file.
-constexpr std::array<TextView, 3> kRecordingKinds = {u".wav", u".mp2", u".jvu"};
+// Both kinds of sound count: they would share one level file and one journal.
+constexpr std::array<TextView, 4> kRecordingKinds = {u".wav", u".mp2", u".jvu",
+                                                     TakeJournal::kExtension};
 
 constexpr std::int32_t kLastOwnNumber = 99;
 
@@ -41,9 +42,14 @@ Text Project::PrepareTake() {
         if (recordingIndex_ < 0 || referred.contains(s_.recording.name)) continue;
         const Text basePath = RecordingBaseName();
         free = !AnyExists(Disk(), basePath, kRecordingKinds);
-        if (free || !mayMove || recordingIndex_ > kLastOwnNumber) continue;
+        if (free || !mayMove || recordingIndex_ > kLastOwnNumber ||
+            IsBeingRecorded(Disk(), AudioFilePath()))
+            continue;
         // What a crash left unfinished is playable under its new name.
-        (void)MendTakeHeader(Files(), basePath + u".wav");
+        for (const TextView kind : {u".wav", u".mp2"}) {
+            RepairTake(Files(), basePath + Text(kind));
+            DropTakeJournal(Files(), basePath + Text(kind));
+        }
         free = mayMove = KeepAside(Files(), basePath, kRecordingKinds);
     }
     ClearRecording();
@@ -75,7 +81,8 @@ void Project::TakeFinished() {
     }
     const std::int32_t index = s_.clips.Append(std::move(clip));
     (void)s_.clips.SetCurrent(index);
-    (void)SaveProject();  // reported; the clip stays for the next save
+    // A failure is reported; the clip stays for the next save, and the journal until then.
+    if (SaveProject()) DropTakeJournal(Files(), recording.audioPath);
 
     LevelSheet sheet = recording.sheet;
     if (SelectClip(index) && recording.sheet.levels.empty()) recording.sheet = std::move(sheet);
@@ -84,7 +91,8 @@ void Project::TakeFinished() {
 void Project::TakeDiscarded() {
     if (!takePending_) return;
     takePending_ = false;
-    for (const Text& path : {AudioFilePath(), LevelFilePath()}) {
+    const Text journalPath = RecordingBaseName() + Text(TakeJournal::kExtension);
+    for (const Text& path : {AudioFilePath(), LevelFilePath(), journalPath}) {
         if (!Disk().Exists(path)) continue;
         if (const SystemError error = Disk().Delete(path); error != 0)
             Files().report.ReportSystemFailure(u"DeleteFile", error);

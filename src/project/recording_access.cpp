@@ -13,7 +13,7 @@ namespace {
 std::uint32_t MeasureRecording(ReaderServices services, const Text& audioPath) {
     AudioState& audio = services.audio;
     FileServices files = services.files;
-    (void)MendTakeHeader(files, audioPath);
+    RepairTake(files, audioPath);
     // The reader says why a file cannot be opened.
     if (audio.mp2 && files.storage.Exists(audioPath))
         (void)AdoptMp2Bitrate(files, audioPath, audio, files.report);

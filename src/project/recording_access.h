@@ -8,7 +8,7 @@
 
 namespace orma {
 
-/// Opens a recording as one of the current format: mends its header, adopts an MP2 take's bit rate,
+/// Opens a recording as one of the current format: repairs it, adopts an MP2 take's bit rate,
 /// validates and measures it and reads its level file, whose levels the length follows: of an MP2
 /// take the reader states a period less. Without a usable level file the sheet's range is the whole
 /// recording and no level is known. Nothing when the recording is refused

@@ -98,7 +98,7 @@ std::optional<ClipPlan> ReadClipPlan(ReaderServices services, const ClipEntry& c
                                      const CurrentRecording& current) {
     const unsigned shift = services.audio.resolutionShift;
     const Text audioPath = ClipAudioPath(clip, services.audio.mp2);
-    (void)MendTakeHeader(services.files, audioPath);
+    RepairTake(services.files, audioPath);
     const auto reader = MakeReader(services, audioPath, services.audio.mp2);
     const std::uint32_t length = reader->Measure();
     if (length == 0) return std::nullopt;

@@ -301,6 +301,7 @@ bool Recorder::MarkWhileRecording() {
         return false;
     }
     s_.sheet.marks.push_back(savedCount_);
+    s_.writers.Context().journal.AddMark(savedCount_);
     s_.listener.OnMark(static_cast<std::uint32_t>(s_.sheet.marks.size()));
     return true;
 }

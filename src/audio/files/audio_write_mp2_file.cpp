@@ -16,7 +16,8 @@ void JStreamAudioWriteMP2File::Open(const Text& name) {
     }
     OpenTake(name);
     // A take that nothing would be encoded into must not look healthy.
-    if (!StartFeed(*this, RecordingRate(audio_))) CloseTake();
+    const auto keep = [this](ByteSpan frame) { KeepFrame(frame); };
+    if (!StartFeed(*this, RecordingRate(audio_), keep)) CloseTake();
 }
 
 void JStreamAudioWriteMP2File::EndTake() {

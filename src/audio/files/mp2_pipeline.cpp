@@ -12,13 +12,15 @@ Mp2Pipeline::Mp2Pipeline(const AudioState& audio, ErrorReporter& report)
 
 Mp2Pipeline::~Mp2Pipeline() = default;
 
-bool Mp2Pipeline::Mp2EncoderInit(BlockOutput output, bool stereo, std::uint32_t inputRate) {
+bool Mp2Pipeline::Mp2EncoderInit(BlockOutput output, bool stereo, std::uint32_t inputRate,
+                                 FrameWatch frames) {
     encoder_.reset();
     heldBytes_ = 0;
     fill_ = 0;
     frames_ = 0;
     stereo_ = stereo;
     output_ = std::move(output);
+    watch_ = std::move(frames);
     if (!audio_.bitrate.IsLegalFor(stereo) || !converter_.Start(inputRate)) return false;
     encoder_ = Layer2Encoder::Create(audio_.bitrate.BitsPerSecond(), stereo);
     if (encoder_ == nullptr) report_.ShowError(FormatText("Unable to allocate %s\n", "encoder"));
@@ -73,6 +75,7 @@ void Mp2Pipeline::EncodeAssembled() {
 /// Adds a frame to the output block. A frame that reaches the block's end hands it out and leaves
 /// its rest as the beginning of the next.
 void Mp2Pipeline::PutFrame(ByteSpan frame) {
+    if (watch_) watch_(frame);
     const std::size_t first = std::min(frame.size(), kBlockBytes - fill_);
     std::ranges::copy(frame.first(first), block_.begin() + static_cast<std::ptrdiff_t>(fill_));
     fill_ += first;

@@ -25,6 +25,9 @@ class Mp2Pipeline {
     /// Takes encoded bytes: whole blocks of 8192, and at the flush what is left.
     using BlockOutput = std::function<void(ByteSpan block)>;
 
+    /// Sees each encoded frame as it enters the output block.
+    using FrameWatch = std::function<void(ByteSpan frame)>;
+
     /// `audio` supplies the bit rate; both outlive the pipeline.
     Mp2Pipeline(const AudioState& audio, ErrorReporter& report);
     ~Mp2Pipeline();
@@ -36,7 +39,7 @@ class Mp2Pipeline {
     /// bit rate, the channels or the input rate cannot be encoded, which is the caller's to report,
     /// or when memory is short (reported as "Unable to allocate %s\n").
     [[nodiscard]] bool Mp2EncoderInit(BlockOutput output, bool stereo,
-                                      std::uint32_t inputRate = 44100);
+                                      std::uint32_t inputRate = 44100, FrameWatch frames = {});
 
     /// Sets the rate in Hz of what is fed from now on, for clips of different rates in one stream:
     /// the conversion starts afresh with the samples that are held. The same rate changes nothing.
@@ -71,6 +74,7 @@ class Mp2Pipeline {
     RateConverter converter_;
     std::unique_ptr<Layer2Encoder> encoder_;
     BlockOutput output_;
+    FrameWatch watch_;
     bool stereo_ = false;
     std::uint32_t frames_ = 0;
     std::array<std::int16_t, 2 * kMp2FrameSamples> assembler_{};

@@ -1,8 +1,11 @@
 #include "audio/files/wr_mp2.h"
 
+#include <utility>
+
 namespace orma {
 
-bool JStreamWrMP2::StartFeed(JStreamAudioWrite& writer, std::uint32_t inputRate) {
+bool JStreamWrMP2::StartFeed(JStreamAudioWrite& writer, std::uint32_t inputRate,
+                             Mp2Pipeline::FrameWatch frames) {
     writer_ = &writer;
     const auto output = [this](ByteSpan block) {
         if (writer_) writer_->WriteEncoded(block.data(), static_cast<std::uint32_t>(block.size()));
@@ -10,7 +13,7 @@ bool JStreamWrMP2::StartFeed(JStreamAudioWrite& writer, std::uint32_t inputRate)
     const AudioState& audio = context_.audio;
     if (!audio.bitrate.IsLegalFor(audio.stereo))
         context_.files.report.ShowError(u"Illegal bitrate");
-    feeding_ = context_.encoder.Mp2EncoderInit(output, audio.stereo, inputRate);
+    feeding_ = context_.encoder.Mp2EncoderInit(output, audio.stereo, inputRate, std::move(frames));
     return feeding_;
 }
 

@@ -13,8 +13,10 @@ class JStreamWrMP2 {
     explicit JStreamWrMP2(WriterContext& context) : context_(context) {}
 
     /// Starts encoding PCM of `inputRate` Hz for `writer`, with the channels and the bit rate of
-    /// the context. False when the encoder refuses (reported).
-    [[nodiscard]] bool StartFeed(JStreamAudioWrite& writer, std::uint32_t inputRate);
+    /// the context. `frames` sees each frame as it enters the output block. False when the encoder
+    /// refuses (reported).
+    [[nodiscard]] bool StartFeed(JStreamAudioWrite& writer, std::uint32_t inputRate,
+                                 Mp2Pipeline::FrameWatch frames = {});
 
     /// Encodes PCM; does nothing unless started.
     void Feed(const void* pcm, std::uint32_t bytes);

@@ -1,5 +1,7 @@
 #include "audio/files/wr_mp2_file.h"
 
+#include "audio/files/take_repair.h"
+
 namespace orma {
 
 JStreamWrMP2File::JStreamWrMP2File(WriterContext& context)
@@ -12,15 +14,23 @@ bool JStreamWrMP2File::RefuseWhileOpen() {
 }
 
 void JStreamWrMP2File::OpenTake(const Text& name) {
-    appendPerBlock_ = context_.audio.appendPerBlock;
+    const AudioState& audio = context_.audio;
+    appendPerBlock_ = audio.appendPerBlock;
     path_ = context_.recordingFolder + name + u".mp2";
+    std::uint32_t length = 0;
     if (appendPerBlock_) {
-        OpenForAppend(path_);
+        length = OpenForAppend(path_);
         JStreamFile::Close();
-    } else {
-        Open(path_, false);
     }
-    if (!Has(kGood)) path_.clear();
+    context_.journal.Start(Services(), path_,
+                           {.blockBytes = Mp2Pipeline::kBlockBytes,
+                            .unitBytes = audio.bitrate.FrameBytes(),
+                            .resolutionShift = audio.resolutionShift},
+                           length);
+    if (!appendPerBlock_) Open(path_, false);
+    if (Has(kGood)) return;
+    context_.journal.Discard();
+    path_.clear();
 }
 
 void JStreamWrMP2File::PutTake(ByteSpan encoded) {
@@ -29,10 +39,19 @@ void JStreamWrMP2File::PutTake(ByteSpan encoded) {
         AppendBlock(path_, encoded.data(), bytes);
     else
         Write(encoded.data(), bytes);
+    if (!Has(kGood)) return;
+    context_.journal.BlockWritten(bytes);
+    BeginFlush();
+    context_.journal.BeginFlush();
 }
 
 void JStreamWrMP2File::CloseTake() {
+    if (path_.empty()) return;
+    if (appendPerBlock_ && Has(kGood)) OpenForAppend(path_);
+    Flush();
     JStreamFile::Close();
+    context_.journal.Close();
+    if (!Has(kGood)) RepairTake(Services(), path_);
     path_.clear();
 }
 

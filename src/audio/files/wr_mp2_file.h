@@ -5,8 +5,9 @@
 
 namespace orma {
 
-/// An MP2 take on its way to storage: frames without any header. In append-per-block mode the file
-/// is closed between blocks. UI thread.
+/// An MP2 take on its way to storage: frames without any header. What the encoder's output block
+/// holds lies in the take's journal meanwhile. In append-per-block mode the file is closed between
+/// blocks. UI thread.
 class JStreamWrMP2File : public JStreamFile {
   public:
     /// `context` outlives the take.
@@ -20,9 +21,14 @@ class JStreamWrMP2File : public JStreamFile {
     /// continued.
     void OpenTake(const Text& name);
 
+    /// Keeps a frame that the encoder has put into its output block.
+    void KeepFrame(ByteSpan frame) { context_.journal.Append(frame); }
+
     /// Writes or appends encoded bytes.
     void PutTake(ByteSpan encoded);
 
+    /// Closes; the take is then on the medium. When storage failed meanwhile, it is repaired as far
+    /// as storage now allows. The journal stays, see TakeJournal.
     void CloseTake();
 
     /// Open and good; in append-per-block mode good alone.

@@ -16,13 +16,20 @@ void JStreamWrWavFile::OpenTake(const Text& name) {
     context_.staging.Restart();
     appendPerBlock_ = context_.audio.appendPerBlock;
     path_ = context_.recordingFolder + name + u".wav";
+    const WavHeader wavHeader = Header();
+    context_.journal.Start(Services(), path_,
+                           {.blockBytes = PcmStaging::kBytes,
+                            .unitBytes = wavHeader.bitsPerSample / 8U * wavHeader.channels,
+                            .resolutionShift = context_.audio.resolutionShift},
+                           WavHeader::kBytes);
     Open(path_, false);
     if (!JStreamFile::IsOpen()) {
         // What may lie under that name is not this take: it is never closed, patched or mended.
+        context_.journal.Discard();
         path_.clear();
         return;
     }
-    const auto header = Header().Encode();
+    const auto header = wavHeader.Encode();
     Write(header.data(), header.size());
     if (appendPerBlock_) JStreamFile::Close();
 }
@@ -40,15 +47,26 @@ WavHeader JStreamWrWavFile::Header() const {
 
 void JStreamWrWavFile::WriteTake(ByteSpan pcm) {
     if (path_.empty()) return;
+    context_.journal.Append(pcm);
     context_.staging.Add(pcm, [this](ByteSpan block) { PutBlock(block); });
 }
 
-void JStreamWrWavFile::PutBlock(ByteSpan block) {
+void JStreamWrWavFile::WriteBlock(ByteSpan block) {
     const auto bytes = static_cast<std::uint32_t>(block.size());
     if (appendPerBlock_)
         AppendBlock(path_, block.data(), bytes);
     else
         Write(block.data(), bytes);
+    if (Has(kGood)) context_.journal.BlockWritten(bytes);
+}
+
+/// Between blocks the take is a valid WAV file, and soon on the medium.
+void JStreamWrWavFile::PutBlock(ByteSpan block) {
+    WriteBlock(block);
+    PatchSizes();
+    BeginFlush();
+    context_.journal.BeginFlush();
+    if (appendPerBlock_) JStreamFile::Close();
 }
 
 void JStreamWrWavFile::PatchSizes() {
@@ -63,17 +81,20 @@ void JStreamWrWavFile::PatchSizes() {
     Write(&dataSize, sizeof dataSize);
     SetPosition(WavHeader::kRiffSizeOffset);
     Write(&riffSize, sizeof riffSize);
+    SetPosition(static_cast<std::int32_t>(length));
 }
 
 void JStreamWrWavFile::CloseTake() {
     if (path_.empty()) return;
     const bool exists = Services().storage.Exists(path_);
     if (exists) {
-        context_.staging.Flush([this](ByteSpan block) { PutBlock(block); });
+        context_.staging.Flush([this](ByteSpan block) { WriteBlock(block); });
         PatchSizes();
+        Flush();
     }
     JStreamFile::Close();
-    if (exists && !Has(kGood)) (void)MendTakeHeader(Services(), path_);
+    context_.journal.Close();
+    if (exists && !Has(kGood)) RepairTake(Services(), path_);
     path_.clear();
 }
 

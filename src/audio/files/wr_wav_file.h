@@ -5,7 +5,8 @@
 
 namespace orma {
 
-/// A WAV take on its way to storage: a 44-byte header, then PCM in blocks of 64 KiB. In
+/// A WAV take on its way to storage: a 44-byte header, then PCM in blocks of 64 KiB, the sizes in
+/// the header patched after each. What is staged lies in the take's journal meanwhile. In
 /// append-per-block mode the file is closed between blocks. UI thread.
 class JStreamWrWavFile : public JStreamFile {
   public:
@@ -19,8 +20,9 @@ class JStreamWrWavFile : public JStreamFile {
     /// Stages PCM and writes every full block.
     void WriteTake(ByteSpan pcm);
 
-    /// Writes what is staged, sets the sizes in the header, closes. When storage failed meanwhile,
-    /// the header is made to fit what arrived. Does nothing when the file has vanished.
+    /// Writes what is staged, sets the sizes in the header, closes; the take is then on the medium.
+    /// When storage failed meanwhile, the take is repaired as far as storage now allows. Does
+    /// nothing when the file has vanished. The journal stays, see TakeJournal.
     void CloseTake();
 
     /// Open and good; in append-per-block mode good alone.
@@ -28,6 +30,7 @@ class JStreamWrWavFile : public JStreamFile {
 
   private:
     [[nodiscard]] WavHeader Header() const;
+    void WriteBlock(ByteSpan block);
     void PutBlock(ByteSpan block);
     void PatchSizes();
 

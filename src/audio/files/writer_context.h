@@ -7,6 +7,7 @@
 #include "audio/files/bwf_chunks.h"
 #include "audio/files/mp2_pipeline.h"
 #include "audio/files/pcm_staging.h"
+#include "audio/files/take_journal.h"
 #include "audio/files/wav_header.h"
 #include "stream/jstream_file.h"
 
@@ -36,6 +37,7 @@ struct WriterContext {
     PublicationTemplates publication{};
 
     PcmStaging staging{};
+    TakeJournal journal{};  // of the take being written
 
     std::uint32_t byteSum = 0;    // 32-bit sum of every audio data byte put out; the job resets it
     std::uint32_t dataBytes = 0;  // audio data bytes put out

@@ -14,7 +14,7 @@ class TakeRepairTest : public ::testing::Test {
     bool Mend(const Bytes& file) {
         WriteFileBytes(bench_.path, file);
         EXPECT_EQ(bench_.files.storage.SetLastWriteTime(bench_.path, kRecorded), 0U);
-        const bool mended = MendTakeHeader(bench_.files.services, bench_.path);
+        const bool mended = RepairTake(bench_.files.services, bench_.path);
         FileTime time;
         EXPECT_EQ(bench_.files.storage.LastWriteTime(bench_.path, time), 0U);
         EXPECT_EQ(time, kRecorded);
@@ -61,7 +61,7 @@ TEST_F(TakeRepairTest, OtherFilesAreLeftAlone) {
         EXPECT_FALSE(Mend(file));
         EXPECT_EQ(ReadFileBytes(bench_.path), file);
     }
-    EXPECT_FALSE(MendTakeHeader(bench_.files.services, bench_.files.folder.Path(u"none")));
+    EXPECT_FALSE(RepairTake(bench_.files.services, bench_.files.folder.Path(u"none")));
     EXPECT_TRUE(bench_.files.boxes.shown.empty());
 }
 
@@ -71,7 +71,7 @@ TEST_F(TakeRepairTest, AFaultHarmsNoSound) {
     for (std::size_t n = 1;; ++n) {
         WriteFileBytes(bench_.path, unfinished);
         storage.FailAt(FaultyStorage::kAll, n);
-        const bool mended = MendTakeHeader({storage, bench_.files.report}, bench_.path);
+        const bool mended = RepairTake({storage, bench_.files.report}, bench_.path);
         const Bytes file = ReadFileBytes(bench_.path);
         ASSERT_EQ(Bytes(file.begin() + 44, file.end()), Bytes(5000, 'a'));
         if (!storage.HasFailed()) {
