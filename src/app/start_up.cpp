@@ -15,10 +15,24 @@ void FollowProject(Application& app) {
     app.writerContext.recordingFolder = app.project.Folder();
 }
 
+/// Brings back what an interruption left of this project, and says so.
+void Recover(Application& app) {
+    app.project.RecoverTakes();
+    const std::vector<RecoveredTake>& takes = app.project.Recovered();
+    if (takes.empty()) return;
+    Text text = u"Recovered after an interruption:";
+    for (const RecoveredTake& take : takes) {
+        const std::uint32_t seconds = take.periods / app.audio.PeriodsPerSecond();
+        text += u"\n" + take.name + FormatText("  %02u:%02u", seconds / 60, seconds % 60);
+    }
+    app.report.Boxes().Show({.text = text, .title = u"Recovery", .icon = BoxIcon::kInformation});
+}
+
 bool LoadAt(Application& app, const Text& folder, const Text& name) {
     app.project.SetPath(folder, name);
     const bool loaded = app.project.LoadProject();
     FollowProject(app);  // also when a refused file left the earlier path standing
+    if (loaded) Recover(app);
     return loaded;
 }
 
@@ -26,6 +40,7 @@ void NewAt(Application& app, const Text& folder, const Text& name) {
     app.project.SetPath(folder, name);
     app.project.NewProject();
     FollowProject(app);
+    Recover(app);
 }
 
 bool ProjectExists(Application& app, const Text& folder, const Text& name) {

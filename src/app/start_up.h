@@ -13,6 +13,9 @@ void LoadSettings(Application& app);
 /// opened. False when a project file was there and was refused (reported).
 bool OpenProjectAtStart(Application& app, const Text& commandLinePath);
 
+/// Whichever way a project becomes current, takes of it that were interrupted are recovered first,
+/// and a box names them.
+
 /// Makes the project at `path` current: loads it when its file exists, else sets it up as new. The
 /// writers then record into its folder. False when the file was refused (reported).
 [[nodiscard]] bool OpenOrCreateProject(Application& app, const Text& path);

@@ -19,6 +19,7 @@ void AddPublishCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddVerifyCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddShowCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddProjectCommand(CLI::App& app, const Globals& globals, Action& action);
+void AddRecoverCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddSettingsCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddDevicesCommand(CLI::App& app, const Globals& globals, Action& action);
 

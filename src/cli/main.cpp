@@ -52,6 +52,7 @@ int main(int argc, char** argv) {
     AddVerifyCommand(app, globals, action);
     AddShowCommand(app, globals, action);
     AddProjectCommand(app, globals, action);
+    AddRecoverCommand(app, globals, action);
     AddSettingsCommand(app, globals, action);
     AddDevicesCommand(app, globals, action);
 

@@ -37,6 +37,12 @@ struct ProjectServices {
     CurrentRecording& recording;
 };
 
+/// A take that was brought back after its recording had been interrupted.
+struct RecoveredTake {
+    Text name;  // without folder and extension
+    std::uint32_t periods = 0;
+};
+
 /// The first free name for a new project: `name` itself, else "<name>1-", "<name>2-" and so on,
 /// until `folder` holds no project file of that name.
 [[nodiscard]] Text FreeProjectName(Storage& storage, const Text& folder, const Text& name);
@@ -91,6 +97,25 @@ class Project : public TakeKeeper {
     /// of ours is moved aside ("name (kept 1).opr"), never overwritten. False on failure
     /// (reported); the previous file then stands.
     bool SaveProject();
+
+    /// Brings back the takes of this project whose recording was interrupted (told by their
+    /// journals): repairs them, writes the level file, measured from the sound, with the marks set
+    /// while recording, appends a clip unless one refers to them, and saves the project. The
+    /// journals go once all that stands on the medium. Takes that are being recorded elsewhere are
+    /// left alone, and those without any sound are removed. Where the project has no file, it takes
+    /// on the takes' format.
+    void RecoverTakes();
+
+    /// The takes that became clips by the last RecoverTakes.
+    [[nodiscard]] const std::vector<RecoveredTake>& Recovered() const { return recovered_; }
+
+    /// Appends a clip for each numbered recording of the project that none refers to, and saves.
+    /// Returns those that became clips.
+    std::vector<RecoveredTake> AdoptRecordings();
+
+    /// Writes the level file of a recording that has none, measured from its sound, with `marks`.
+    /// False when the sound cannot be read or the file not be written (reported).
+    bool RebuildLevels(const Text& audioPath, std::vector<std::uint32_t> marks = {});
 
     /// Makes a clip current and its recording the current recording; false outside the list or
     /// when the recording cannot be read (reported unless it is missing); nothing changes then.
@@ -165,6 +190,11 @@ class Project : public TakeKeeper {
     [[nodiscard]] bool MakeRoomFor(const ProjectRecord& record);
     [[nodiscard]] bool RemoveProjectFile();
 
+    [[nodiscard]] std::vector<std::int32_t> NumbersOf(TextView extension) const;
+    void AdoptFormatOf(const Text& basePath);
+    [[nodiscard]] bool RestoreTake(const Text& basePath);
+    [[nodiscard]] RecoveredTake AppendRecording(const Text& name);
+
     [[nodiscard]] std::set<Text> ReferredNames() const;
     void SelectLastTake();
 
@@ -181,7 +211,8 @@ class Project : public TakeKeeper {
     std::optional<Place> before_;  // what SetPath replaced, until the new path proves good
     std::int32_t recordingIndex_ = -1;
     bool liveFtp_ = false;
-    bool takePending_ = false;        // between PrepareTake and its end
+    bool takePending_ = false;  // between PrepareTake and its end
+    std::vector<RecoveredTake> recovered_;
     std::vector<ClipEntry> missing_;  // clips whose recording was absent at load, as stored
 };
 

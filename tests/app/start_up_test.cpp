@@ -2,71 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fake_clock.h"
-#include "support/fake_event_loop.h"
-#include "support/fake_wave.h"
-#include "support/test_files.h"
+#include "app/desk.h"
 
 namespace orma::test {
 namespace {
-
-class SilentHeadset : public HeadsetProbe {
-  public:
-    [[nodiscard]] int State(bool) override { return -1; }
-};
-
-class NoProgress : public PublishProgress {
-  public:
-    void SetText(const Text&) override {}
-    void SetRange(std::uint32_t) override {}
-    void Step(std::uint32_t) override {}
-    [[nodiscard]] bool IsCancelled() override { return false; }
-};
-
-/// The application on real files and a scripted microphone; a test may build it more than once, as
-/// starting again does.
-class Desk : public RecorderListener {
-  public:
-    [[nodiscard]] std::unique_ptr<Application> Start() {
-        auto app = std::make_unique<Application>(Ports{.storage = files.storage,
-                                                       .clock = clock,
-                                                       .boxes = files.boxes,
-                                                       .loop = loop,
-                                                       .waves = waves,
-                                                       .headset = headset},
-                                                 FrontEnd{*this, progress}, files.folder.Path());
-        LoadSettings(*app);
-        return app;
-    }
-
-    /// A take of `periods` buffers, from the record button to the closed device.
-    void Record(Application& app, int periods) {
-        ASSERT_EQ(app.recorder.WavStartRecording(), 0);
-        app.recorder.WavStartRecordSaving();
-        const Bytes sound(2205 * 2 * app.audio.Channels(), 7);
-        for (int i = 0; i < periods + 1; ++i)
-            waves.in.Deliver(sound);
-        app.recorder.WavStopRecording();
-        loop.RunPending();
-        ASSERT_TRUE(app.recorder.IsClosed());
-    }
-
-    /// Stores settings as the set-up program would.
-    void Configure(const std::function<void(SettingsRecord&)>& change) {
-        SettingsRecord record;
-        SettingsStore store(files.services, files.folder.Path(), record);
-        (void)store.LoadConfiguration();
-        change(record);
-        ASSERT_TRUE(store.SaveConfiguration());
-    }
-
-    TestFiles files;
-    FakeClock clock;
-    FakeEventLoop loop;
-    FakeWaveSystem waves{loop};
-    SilentHeadset headset;
-    NoProgress progress;
-};
 
 TEST(StartUp, ContinuesTheProjectThatWasCurrent) {
     Desk desk;
