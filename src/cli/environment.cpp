@@ -16,7 +16,8 @@ std::unique_ptr<WaveSystem> MakeWaves(const Globals& globals, EventLoop& loop) {
     auto options = ParseVirtualAudio(globals.audio, error);
     if (!options) throw UsageError("--audio: " + error);
     options->inputFile = CallerPath(ToUtf8(options->inputFile));
-    if (!options->outputFile.empty()) options->outputFile = CallerPath(ToUtf8(options->outputFile));
+    for (Text* file : {&options->outputFile, &options->countFile})
+        if (!file->empty()) *file = CallerPath(ToUtf8(*file));
     return std::make_unique<VirtualWaveSystem>(loop, *options);
 }
 

@@ -9,7 +9,7 @@ namespace orma {
 namespace {
 
 constexpr std::string_view kPrefix = "virtual:";
-constexpr std::array<std::string_view, 4> kKeys{"in=", "out=", "pace=", "vanish="};
+constexpr std::array<std::string_view, 5> kKeys{"in=", "out=", "pace=", "vanish=", "count="};
 
 /// The key that `text` begins with, as an index into kKeys; their number when there is none.
 std::size_t KeyOf(std::string_view text) {
@@ -67,6 +67,7 @@ std::optional<VirtualAudioOptions> ParseVirtualAudio(std::string_view text, std:
         if (key == 1) options.outputFile = FromUtf8(value);
         if (key == 2) good = ParsePace(value, options.pace);
         if (key == 3) good = ParseFrames(value, options.vanishAfterFrames);
+        if (key == 4) options.countFile = FromUtf8(value);
         if (!good) return fail("Virtual audio cannot take \"" + std::string(part) + "\".");
     }
     if (options.inputFile.empty() && options.outputFile.empty())

@@ -22,9 +22,14 @@ struct VirtualAudioOptions {
 
     /// Sample frames after which the microphone is pulled out, counted from its opening.
     std::optional<std::uint64_t> vanishAfterFrames;
+
+    /// A file of 8 bytes, little-endian, that always holds the sample frames handed to the program
+    /// in full buffers, so that others can count what a killed program has lost; empty: none.
+    Text countFile;
 };
 
-/// Reads `virtual:in=FILE[,out=FILE][,pace=real|fast][,vanish=FRAMES]`; at least one of the files
+/// Reads `virtual:in=FILE[,out=FILE][,pace=real|fast][,vanish=FRAMES]
+/// [,count=FILE]`; at least one of the files
 /// must be named. A comma belongs to a file name unless one of these keys follows it. On failure
 /// nothing is returned and `error` tells why, in one UTF-8 sentence.
 [[nodiscard]] std::optional<VirtualAudioOptions> ParseVirtualAudio(std::string_view text,

@@ -13,14 +13,14 @@ constexpr std::uint32_t kTickMs = 10;
 }  // namespace
 
 VirtualWaveIn::VirtualWaveIn(EventLoop& loop, std::unique_ptr<FileMicrophone> microphone,
-                             const WaveFormat& format, Pace pace,
-                             std::optional<std::uint64_t> vanishAfterFrames, SteadyNow now,
-                             WaveInEvents& events)
+                             const WaveFormat& format, const VirtualAudioOptions& options,
+                             SteadyNow now, WaveInEvents& events)
     : loop_(loop),
       microphone_(std::move(microphone)),
       blockAlign_(format.blockAlign),
-      pace_(pace),
-      vanishAfterFrames_(vanishAfterFrames),
+      pace_(options.pace),
+      vanishAfterFrames_(options.vanishAfterFrames),
+      delivered_(options.countFile),
       events_(events),
       clock_(std::move(now), format.samplesPerSecond),
       queue_(loop, format.blockAlign) {}
@@ -114,6 +114,7 @@ void VirtualWaveIn::Step() {
     const std::uint64_t dueFrames = DueFrames();
     for (std::size_t left = queue_.Waiting().size(); left > 0 && started_; --left) {
         if (queue_.Waiting().empty() || !Fill(*queue_.Waiting().front(), dueFrames)) break;
+        delivered_.Set(filledFrames_);
         events_.OnWaveInData(queue_.Take());
         if (life.expired()) return;
     }

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/event_loop.h"
+#include "platform/virtual_audio/delivery_count.h"
 #include "platform/virtual_audio/file_microphone.h"
 #include "platform/virtual_audio/frame_clock.h"
 #include "platform/virtual_audio/virtual_audio_options.h"
@@ -21,8 +22,7 @@ namespace orma {
 class VirtualWaveIn : public WaveInDevice {
   public:
     VirtualWaveIn(EventLoop& loop, std::unique_ptr<FileMicrophone> microphone,
-                  const WaveFormat& format, Pace pace,
-                  std::optional<std::uint64_t> vanishAfterFrames, SteadyNow now,
+                  const WaveFormat& format, const VirtualAudioOptions& options, SteadyNow now,
                   WaveInEvents& events);
 
     [[nodiscard]] WaveResult Prepare(WaveHeader& header) override;
@@ -44,6 +44,7 @@ class VirtualWaveIn : public WaveInDevice {
     std::uint32_t blockAlign_;
     Pace pace_;
     std::optional<std::uint64_t> vanishAfterFrames_;
+    DeliveryCount delivered_;
     WaveInEvents& events_;
     FrameClock clock_;
     std::unique_ptr<Timer> timer_;  // real time only

@@ -49,8 +49,8 @@ WaveResult VirtualWaveSystem::OpenInput(const Text& name, const WaveFormat& form
               problem.c_str());
         return WaveResult::kNoDevice;
     }
-    device = std::make_unique<VirtualWaveIn>(loop_, std::move(microphone), format, options_.pace,
-                                             options_.vanishAfterFrames, now_, events);
+    device = std::make_unique<VirtualWaveIn>(loop_, std::move(microphone), format, options_, now_,
+                                             events);
     return WaveResult::kOk;
 }
 
