@@ -319,7 +319,7 @@ TEST_F(VirtualAudio, TheVolumeScalesEachSide) {
 TEST(VirtualAudioOptions, AreReadFromTheirCommandLineFormOrRefused) {
     std::string error;
     const auto all =
-        ParseVirtualAudio("virtual:in=a, b.wav,out=/tmp/c.wav,pace=fast,vanish=44100", error);
+        ParseVirtualAudio("virtual:in=a, b.wav,out=/tmp/c.wav,pace=fast,vanish=44100,count=n", error);
     ASSERT_TRUE(all) << error;
     EXPECT_EQ(all->inputFile, u"a, b.wav");
     EXPECT_EQ(all->outputFile, u"/tmp/c.wav");
@@ -333,7 +333,7 @@ TEST(VirtualAudioOptions, AreReadFromTheirCommandLineFormOrRefused) {
     EXPECT_EQ(least->pace, Pace::kReal);
     EXPECT_FALSE(least->vanishAfterFrames);
 
-    for (const char* bad : {"", "portaudio", "virtual:", "virtual:in=", "virtual:in=a,pace=slow",
+    for (const char* bad : {"", "portaudio", "virtual:", "virtual:in=", "virtual:in=a,pace=slow", "virtual:in=a,pace=0",
                             "virtual:pace=fast", "virtual:in=a,in=b", "virtual:in=a,vanish=-1",
                             "virtual:in=a,vanish=1x", "virtual:speed=2", "virtual:in=a,out=a"}) {
         error.clear();

@@ -11,6 +11,8 @@ namespace {
 constexpr std::string_view kPrefix = "virtual:";
 constexpr std::array<std::string_view, 5> kKeys{"in=", "out=", "pace=", "vanish=", "count="};
 
+constexpr std::uint32_t kMostSpeed = 1000;
+
 /// The key that `text` begins with, as an index into kKeys; their number when there is none.
 std::size_t KeyOf(std::string_view text) {
     return static_cast<std::size_t>(
@@ -26,19 +28,17 @@ std::size_t PartLength(std::string_view text) {
     return text.size();
 }
 
-bool ParsePace(std::string_view value, Pace& pace) {
-    if (value != "real" && value != "fast") return false;
-    pace = value == "fast" ? Pace::kFast : Pace::kReal;
-    return true;
-}
-
-bool ParseFrames(std::string_view value, std::optional<std::uint64_t>& frames) {
-    std::uint64_t number = 0;
+template <class Number>
+bool ParseNumber(std::string_view value, Number& number) {
     const char* end = value.data() + value.size();
     const auto [stopped, problem] = std::from_chars(value.data(), end, number);
-    if (problem != std::errc() || stopped != end) return false;
-    frames = number;
-    return true;
+    return problem == std::errc() && stopped == end;
+}
+
+bool ParsePace(std::string_view value, VirtualAudioOptions& options) {
+    options.pace = value == "fast" ? Pace::kFast : Pace::kReal;
+    if (value == "fast" || value == "real") return true;
+    return ParseNumber(value, options.speed) && options.speed >= 1 && options.speed <= kMostSpeed;
 }
 
 }  // namespace
@@ -65,8 +65,8 @@ std::optional<VirtualAudioOptions> ParseVirtualAudio(std::string_view text, std:
         bool good = !value.empty();
         if (key == 0) options.inputFile = FromUtf8(value);
         if (key == 1) options.outputFile = FromUtf8(value);
-        if (key == 2) good = ParsePace(value, options.pace);
-        if (key == 3) good = ParseFrames(value, options.vanishAfterFrames);
+        if (key == 2) good = ParsePace(value, options);
+        if (key == 3) good = ParseNumber(value, options.vanishAfterFrames.emplace());
         if (key == 4) options.countFile = FromUtf8(value);
         if (!good) return fail("Virtual audio cannot take \"" + std::string(part) + "\".");
     }

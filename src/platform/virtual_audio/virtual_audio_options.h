@@ -10,7 +10,7 @@
 namespace orma {
 
 enum class Pace {
-    kReal,  // as a sound card would, by the monotonic clock
+    kReal,  // as a sound card would, by the monotonic clock; or a number of times faster
     kFast,  // as fast as the program takes and gives buffers
 };
 
@@ -19,6 +19,7 @@ struct VirtualAudioOptions {
     Text inputFile;   // a sound file that is "spoken into the microphone"; empty: no microphone
     Text outputFile;  // a WAV file that receives what is "played"; empty: it is heard by nobody
     Pace pace = Pace::kReal;
+    std::uint32_t speed = 1;  // times real time, of Pace::kReal
 
     /// Sample frames after which the microphone is pulled out, counted from its opening.
     std::optional<std::uint64_t> vanishAfterFrames;
@@ -28,7 +29,7 @@ struct VirtualAudioOptions {
     Text countFile;
 };
 
-/// Reads `virtual:in=FILE[,out=FILE][,pace=real|fast][,vanish=FRAMES]
+/// Reads `virtual:in=FILE[,out=FILE][,pace=real|fast|SPEED][,vanish=FRAMES]
 /// [,count=FILE]`; at least one of the files
 /// must be named. A comma belongs to a file name unless one of these keys follows it. On failure
 /// nothing is returned and `error` tells why, in one UTF-8 sentence.

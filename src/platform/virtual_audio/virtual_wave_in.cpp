@@ -22,7 +22,7 @@ VirtualWaveIn::VirtualWaveIn(EventLoop& loop, std::unique_ptr<FileMicrophone> mi
       vanishAfterFrames_(options.vanishAfterFrames),
       delivered_(options.countFile),
       events_(events),
-      clock_(std::move(now), format.samplesPerSecond),
+      clock_(std::move(now), format.samplesPerSecond * options.speed),
       queue_(loop, format.blockAlign) {}
 
 WaveResult VirtualWaveIn::Prepare(WaveHeader& header) {

@@ -1,0 +1,161 @@
+#!/usr/bin/env python3
+"""Recordings that are killed at random moments. What the microphone delivered is counted outside the
+program; what `orma recover` brings back may lack one capture buffer and what the encoder holds.
+
+ORMA_KILLS sets how many recordings are killed (8), ORMA_SEED chooses the moments."""
+
+import os
+import random
+import signal
+import struct
+import subprocess
+import time
+
+from orma_e2e import ORMA, Desk, check, equal, speech_at, tool
+
+KILLS = int(os.environ.get("ORMA_KILLS", "8"))
+SEED = int(os.environ.get("ORMA_SEED", time.time_ns() % 1000000))
+RATE = 44100
+BUFFER = 2205  # samples of a capture buffer, 50 ms
+FRAME = 1152
+SECONDS = 400  # of speech
+MARKS = [1, 7, 40, 333, 2000, 9000]
+# Kind, options, channels, bytes of an MP2 frame.
+FORMATS = [("wav", ["--wav", "--mono"], 1, 0),
+           ("mp2", ["--mp2", "--mono", "--bitrate", "64"], 1, 192),
+           ("wav", ["--wav", "--stereo"], 2, 0),
+           ("mp2", ["--mp2", "--stereo", "--bitrate", "128"], 2, 384)]
+LONG_AGO = 1231150830
+
+
+def record_command(desk, project, voice, count, options):
+    command = [ORMA, "--home", str(desk.home), "--audio",
+               f"virtual:in={voice},pace=fast,count={count}", "record", str(project), *options,
+               "--seconds", str(SECONDS)]
+    for mark in MARKS:
+        command += ["--mark", f"#{mark}"]
+    return command
+
+
+def sound_of(path, kind):
+    data = path.read_bytes()
+    return data[44:] if kind == "wav" else data
+
+
+def check_header(path):
+    """The header of a killed take tells at most what the file holds, and nearly all of it."""
+    data = path.read_bytes()
+    if len(data) < 44:
+        return
+    riff, = struct.unpack_from("<I", data, 4)
+    size, = struct.unpack_from("<I", data, 40)
+    check(riff == size + 36, f"header of {path}: RIFF {riff}, data {size}")
+    check(0 <= len(data) - 44 - size <= 65536, f"header of {path}: {size} of {len(data) - 44}")
+
+
+def level_file(path):
+    data = path.read_bytes()
+    magic, version, start, end, levels, marks, cuts = struct.unpack_from("<4s6I", data)
+    equal((magic, version & 0xFFF, start, cuts), (b"UVOJ", 3, 0, 0), f"head of {path}")
+    equal((end, len(data)), (levels, 32 + 4 * marks + levels), f"counts of {path}")
+    return levels, list(struct.unpack_from(f"<{marks}I", data, 28))
+
+
+def delivered_frames(count):
+    data = count.read_bytes() if count.exists() else b""
+    return struct.unpack("<Q", data)[0] if len(data) == 8 else 0
+
+
+class Tally:
+    """What the kills showed."""
+
+    def __init__(self):
+        self.opened = 0
+        self.early = 0  # killed before a buffer was to be saved
+        self.worst = {"wav": 0.0, "mp2": 0.0}  # seconds lost
+        self.longest = 0.0
+
+
+class Reference:
+    """The same recording without a kill: its sound, and how long it took."""
+
+    def __init__(self, desk, number, form, voices):
+        kind, options, channels, _ = form
+        folder = desk.path(f"whole{number}")
+        folder.mkdir()
+        began = time.monotonic()
+        done = subprocess.run(
+            record_command(desk, folder / "talk.opr", voices[channels], folder / "count", options),
+            capture_output=True, text=True)
+        self.seconds = time.monotonic() - began
+        equal(done.returncode, 0, done.stderr)
+        self.sound = sound_of(folder / f"talk00.{kind}", kind)
+
+
+def kill_one(desk, number, form, voices, whole, tally, rng):
+    kind, options, channels, frame_bytes = form
+    folder = desk.path(f"kill{number}")
+    folder.mkdir()
+    project, count, take = folder / "talk.opr", folder / "count", folder / f"talk00.{kind}"
+    recorder = subprocess.Popen(record_command(desk, project, voices[channels], count, options),
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    time.sleep(rng.uniform(0.0, 0.6 * whole.seconds))
+    recorder.send_signal(signal.SIGKILL)
+    recorder.wait(20)
+    equal(recorder.returncode, -signal.SIGKILL, "the recording was still running when it was killed")
+
+    # The first buffer is heard before saving begins.
+    saved = max(delivered_frames(count) // BUFFER - 1, 0)
+    if take.exists():
+        os.utime(take, (LONG_AGO, LONG_AGO))
+        if kind == "wav":
+            check_header(take)
+            tool("sndfile-info", take)
+    desk.run("recover", project)
+
+    check(not (folder / "talk00.rec").exists(), "the journal is gone after the recovery")
+    lost = saved / 20
+    if take.exists():
+        sound = sound_of(take, kind)
+        check(whole.sound.startswith(sound), f"kill {number}: the take is not the beginning of the sound")
+        rate = RATE if kind == "wav" else 48000
+        samples = len(sound) // (2 * channels) if kind == "wav" else len(sound) // frame_bytes * FRAME
+        lost -= samples / rate
+        equal(int(take.stat().st_mtime), LONG_AGO, "modification time")
+        if kind == "wav":
+            check_header(take)
+            equal(len(sound), samples * 2 * channels, "whole samples")
+        tool("ffprobe", "-v", "error", take)
+        levels, marks = level_file(folder / "talk00.jvu")
+        equal(levels, samples * 20 // rate, "levels")
+        # A mark at period n is set once buffer n + 1 is saved, so the last may be missing.
+        equal(marks, MARKS[:len(marks)], "marks")
+        check(all(mark <= levels for mark in marks), f"marks {marks} in {levels} periods")
+        check(len(marks) >= sum(mark + 1 < levels for mark in MARKS), f"marks {marks} of {levels}")
+        clips = desk.json("project", "show", project)["clips"]
+        equal([clip["name"] for clip in clips], ["talk00"], "clips")
+        tally.longest = max(tally.longest, samples / rate)
+    bound = 1 / 20 + (0 if kind == "wav" else 2 * FRAME / 48000)
+    check(lost <= bound + 1e-6, f"kill {number} of {options}: {lost:.3f} s lost of {saved / 20} s")
+    tally.worst[kind] = max(tally.worst[kind], lost)
+    tally.early += saved == 0
+    tally.opened += 1
+
+
+def main():
+    rng = random.Random(SEED)
+    tally = Tally()
+    with Desk() as desk:
+        voices = {channels: speech_at(desk.path(f"voice{channels}.wav"), RATE, channels, SECONDS)
+                  for channels in (1, 2)}
+        wholes = [Reference(desk, number, form, voices) for number, form in enumerate(FORMATS)]
+        for number in range(KILLS):
+            at = number % len(FORMATS)
+            kill_one(desk, number, FORMATS[at], voices, wholes[at], tally, rng)
+    print(f"{tally.opened} of {KILLS} killed takes opened (seed {SEED}), {tally.early} of them "
+          f"killed before a buffer was to be saved; longest {tally.longest:.0f} s; most lost: WAV "
+          f"{1000 * tally.worst['wav']:.1f} ms, MP2 {1000 * tally.worst['mp2']:.1f} ms")
+
+
+if __name__ == "__main__":
+    main()
