@@ -8,7 +8,8 @@
 namespace orma {
 namespace {
 
-constexpr std::array<TextView, 3> kKindsInOrder = {u".mp2", u".wav", u".jvu"};
+constexpr std::array<TextView, 4> kKindsInOrder = {u".mp2", u".wav", u".jvu",
+                                                   TakeJournal::kExtension};
 constexpr int kNumbers = 100;
 
 bool IsProjectFile(const Text& extension) {
@@ -33,7 +34,11 @@ bool Project::DeletePath(const Text& path) {
 bool Project::DeleteRecording(const PathParts& chosen) {
     const Text basePath = chosen.folder + chosen.name;
     SystemError error = 0;
-    if (Disk().Exists(basePath + u".jvu")) error = Disk().Delete(basePath + u".jvu");
+    for (const TextView beside : {TextView(u".jvu"), TakeJournal::kExtension}) {
+        const Text path = basePath + Text(beside);
+        const SystemError failure = Disk().Exists(path) ? Disk().Delete(path) : 0;
+        if (error == 0) error = failure;
+    }
     if (error != 0) Files().report.ReportSystemFailure(u"DeleteFile", error);
     const bool clipsRemoved = ForgetDeleted(basePath + chosen.extension);
     return (!clipsRemoved || SaveProject()) && error == 0;
@@ -48,7 +53,8 @@ bool Project::DeleteNumbered(const PathParts& chosen) {
             const Text path = basePath + FormatText("%.2d", number) + Text(extension);
             const SystemError error = Disk().Exists(path) ? Disk().Delete(path) : 0;
             if (firstError == 0) firstError = error;
-            if (error == 0 && extension != u".jvu" && ForgetDeleted(path)) clipsRemoved = true;
+            const bool isSound = extension == u".wav" || extension == u".mp2";
+            if (error == 0 && isSound && ForgetDeleted(path)) clipsRemoved = true;
         }
     }
     if (firstError != 0) Files().report.ReportSystemFailure(u"DeleteFile", firstError);

@@ -17,9 +17,11 @@ struct ProjectDelete : testing::Test {
 };
 
 TEST_F(ProjectDelete, ARecordingGoesWithItsLevelFileAndItsClips) {
+    test::WriteFileBytes(rig.Path(u"talk01.rec"), AsBytes("of an interrupted take"));
     EXPECT_TRUE(project.DeletePath(rig.Path(u"talk01.wav")));
     EXPECT_FALSE(rig.Exists(u"talk01.wav"));
     EXPECT_FALSE(rig.Exists(u"talk01.jvu"));
+    EXPECT_FALSE(rig.Exists(u"talk01.rec"));
     EXPECT_EQ(rig.ShownNames(), Names{u"talk00"});
     EXPECT_EQ(rig.clips.CurrentIndex(), -1);
     EXPECT_EQ(rig.recording.length, 0U);
@@ -47,8 +49,8 @@ TEST_F(ProjectDelete, AFailureIsReportedAndNothingElseGoes) {
 }
 
 TEST_F(ProjectDelete, AProjectGoesWithItsNumberedRecordingsAndOnlyThose) {
-    for (const auto* name : {u"talk99.mp2", u"talk99.jvu", u"talk100.wav", u"talk0.wav",
-                             u"talk00 (kept 1).wav", u"talk1-00.wav"})
+    for (const auto* name : {u"talk99.mp2", u"talk99.jvu", u"talk99.rec", u"talk100.wav",
+                             u"talk0.wav", u"talk00 (kept 1).wav", u"talk1-00.wav"})
         test::WriteFileBytes(rig.Path(name), AsBytes("x"));
     EXPECT_TRUE(project.DeletePath(rig.Path(u"talk.opr")));
     std::vector<Text> left;
