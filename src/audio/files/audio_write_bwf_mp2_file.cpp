@@ -20,6 +20,7 @@ void JStreamAudioWriteBWFMP2File::Open(const Text& name) {
     published_.Begin(*this, name);
     context_.dataBytes = 0;
     WriteMpegHead(*this, context_);
+    gathered_.Start(context_.dataStart);
     // Without an encoder PCM would vanish unnoticed.
     if (!StartFeed(*this, PublicationRate(context_.audio))) EndPublication();
 }
@@ -32,11 +33,14 @@ void JStreamAudioWriteBWFMP2File::WriteSamples(const void* pcm, std::uint32_t by
 }
 
 void JStreamAudioWriteBWFMP2File::WriteEncoded(const void* data, std::uint32_t bytes) {
-    WriteAudioData(*this, context_, {static_cast<const std::uint8_t*>(data), bytes});
+    const ByteSpan block(static_cast<const std::uint8_t*>(data), bytes);
+    CountAudioData(context_, block);
+    gathered_.Put(*this, block);
 }
 
 void JStreamAudioWriteBWFMP2File::Finish() {
     FlushFeed();
+    gathered_.Flush(*this);
     if (!IsOpen()) return;
     const std::uint32_t trailing = WriteTrailingChunks(*this, context_);
     // The head counted what the job expected to send. Should the clips have given another number

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/files/audio_write.h"
+#include "audio/files/gathered_writes.h"
 #include "audio/files/published_file.h"
 #include "audio/files/wr_mp2.h"
 #include "audio/files/wr_mp2_file.h"
@@ -33,6 +34,7 @@ class JStreamAudioWriteBWFMP2File : public JStreamAudioWrite,
 
     WriterContext& context_;
     PublishedFile published_;
+    GatheredWrites gathered_;
 };
 
 }  // namespace orma

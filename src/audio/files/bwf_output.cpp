@@ -1,5 +1,6 @@
 #include "audio/files/bwf_output.h"
 
+#include <algorithm>
 #include <numeric>
 
 namespace orma {
@@ -10,6 +11,27 @@ constexpr std::uint32_t kRiffSizeOffset = 4;
 template <class Block>
 void WriteBlock(JStream& out, const Block& block) {
     out.Write(block.data(), static_cast<std::uint32_t>(block.size()));
+}
+
+/// The sum of all bytes. Eight are taken at a time and added up in the four 16-bit lanes of a word:
+/// one by one they would cost a fifth of publishing MP2.
+std::uint32_t SumOfBytes(ByteSpan bytes) {
+    constexpr std::uint64_t kEvenBytes = 0x00FF00FF00FF00FF;
+    constexpr std::size_t kWordBytes = sizeof(std::uint64_t);
+    constexpr std::size_t kRunBytes = 128 * kWordBytes;  // 128 * 2 * 255 still fits a lane
+    std::uint32_t sum = 0;
+    while (bytes.size() >= kWordBytes) {
+        const std::size_t run = std::min(bytes.size(), kRunBytes) / kWordBytes * kWordBytes;
+        std::uint64_t lanes = 0;
+        for (std::size_t at = 0; at < run; at += kWordBytes) {
+            const auto word = LoadLe<std::uint64_t>(&bytes[at]);
+            lanes += (word & kEvenBytes) + ((word >> 8) & kEvenBytes);
+        }
+        for (; lanes != 0; lanes >>= 16)
+            sum += static_cast<std::uint32_t>(lanes & 0xFFFF);
+        bytes = bytes.subspan(run);
+    }
+    return std::accumulate(bytes.begin(), bytes.end(), sum);
 }
 
 void WriteAt(JStream& out, std::uint32_t offset, std::uint32_t value) {
@@ -32,10 +54,14 @@ void WriteMpegHead(JStream& out, WriterContext& context) {
                         MpegFormatBlock::kBytes;
 }
 
-void WriteAudioData(JStream& out, WriterContext& context, ByteSpan block) {
-    context.byteSum = std::accumulate(block.begin(), block.end(), context.byteSum);
-    WriteBlock(out, block);
+void CountAudioData(WriterContext& context, ByteSpan block) {
+    context.byteSum += SumOfBytes(block);
     context.dataBytes += static_cast<std::uint32_t>(block.size());
+}
+
+void WriteAudioData(JStream& out, WriterContext& context, ByteSpan block) {
+    CountAudioData(context, block);
+    WriteBlock(out, block);
 }
 
 std::uint32_t WriteTrailingChunks(JStream& out, const WriterContext& context) {

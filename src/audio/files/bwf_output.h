@@ -14,7 +14,10 @@ void WriteBextHead(JStream& out, const WriterContext& context);
 /// Writes everything that stands before MPEG data and notes where the data starts.
 void WriteMpegHead(JStream& out, WriterContext& context);
 
-/// Writes a block of audio data and counts it: byte sum and data bytes.
+/// Counts a block of audio data that goes out: byte sum and data bytes.
+void CountAudioData(WriterContext& context, ByteSpan block);
+
+/// Counts a block of audio data and writes it.
 void WriteAudioData(JStream& out, WriterContext& context, ByteSpan block);
 
 /// Appends `levl` and `qlty`, those that the publication has; `qlty` gets the byte sum of the audio

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <numeric>
+#include <span>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -110,6 +112,26 @@ TEST_F(BwfWritersTest, APcmPublicationOf44100HzIsConvertedToItsLastSample) {
             << samples;
         EXPECT_EQ(Number(chunks[2].content, 0), frames * 1152);
     }
+}
+
+TEST_F(BwfWritersTest, BlocksOfAnyLengthArriveInOrderAndAreSummedByteByByte) {
+    JStreamAudioWrite& writer = Open(WriterKind::kBwfMp2File);
+    Bytes expected;
+    for (const std::uint32_t length : {1U, 7U, 8U, 1023U, 1024U, 1025U, 65536U, 600001U}) {
+        for (const Bytes& block : {Bytes(length, 255), Pattern(length)}) {
+            writer.WriteEncoded(block.data(), length);
+            expected.insert(expected.end(), block.begin(), block.end());
+        }
+        EXPECT_EQ(bench_->context.byteSum, Sum(expected)) << length;
+    }
+    writer.Finish();
+    writer.Close();
+    const Bytes file = bench_->File(u"pub_Street.wav");
+    const auto data = file.begin() + bench_->context.dataStart;
+    ASSERT_GE(file.end() - data, static_cast<std::ptrdiff_t>(expected.size()));
+    EXPECT_TRUE(std::ranges::equal(expected, std::span(data, expected.size())));
+    EXPECT_EQ(bench_->context.dataBytes, expected.size());
+    ExpectBoxes({});
 }
 
 TEST_F(BwfWritersTest, ClipsOfBothRatesFollowEachOtherInOneFile) {
