@@ -49,8 +49,10 @@ std::string LevelGraph(const LevelSheet& sheet, unsigned columns, unsigned rows)
     std::string notes(split.count, '-');
     for (const RemovedRange& cut : sheet.cuts) {
         const std::size_t end = std::min<std::size_t>(cut.end, split.periods);
-        for (std::size_t period = cut.begin; period < end; ++period)
-            notes[split.Of(period)] = 'x';
+        if (cut.begin >= end) continue;
+        const unsigned last = split.Of(end - 1);
+        for (unsigned column = split.Of(cut.begin); column <= last; ++column)
+            notes[column] = 'x';
     }
     for (const std::uint32_t mark : sheet.marks)
         if (mark < split.periods) notes[split.Of(mark)] = '|';
