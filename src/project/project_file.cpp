@@ -12,8 +12,6 @@ constexpr std::string_view kMagic = "JOPR";
 constexpr std::size_t kHeadBytes = 8;
 constexpr std::uint32_t kVersionBits = 0xFFF;  // the higher bits of the version word mean nothing
 constexpr std::uint32_t kClipRangeVersion = 5;
-constexpr std::size_t kOldClipBytes = 8;  // of a clip whose texts are empty
-constexpr std::size_t kClipBytes = 24;
 
 // Both directions work on the file's bytes in memory: a clip list of thousands of small fields
 // would otherwise cost several system calls a field.
@@ -91,10 +89,8 @@ ProjectReadResult CheckHead(ByteSpan head) {
 
 std::vector<ClipEntry> ReadClips(FieldReader& file, std::uint32_t version) {
     const bool withRange = version >= kClipRangeVersion;
-    const std::size_t smallest = withRange ? kClipBytes : kOldClipBytes;
     const std::size_t count = file.U32();
-    std::vector<ClipEntry> clips;
-    clips.reserve(std::min(count, file.Remaining() / smallest));
+    std::vector<ClipEntry> clips;  // not reserved: only clips that are there take memory
     while (clips.size() < count && file.Remaining() > 0) {
         ClipEntry& clip = clips.emplace_back();
         clip.name = file.String();
