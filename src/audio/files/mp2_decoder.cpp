@@ -13,8 +13,9 @@ constexpr int kMaxLogLines = 100;
 
 /// A fixed-point sample of the library, 28 fractional bits, as 16 bits.
 std::int16_t ToSample(mad_fixed_t value) {
-    constexpr std::int32_t kHalf = 4096;
-    constexpr std::int32_t kLimit = 1 << MAD_F_FRACBITS;
+    // 64 bits: what hostile frames synthesise to may lie anywhere in 32.
+    constexpr std::int64_t kHalf = 4096;
+    constexpr std::int64_t kLimit = 1 << MAD_F_FRACBITS;
     return static_cast<std::int16_t>(std::clamp(value + kHalf, -kLimit, kLimit - 1) >> 13);
 }
 
