@@ -1,0 +1,86 @@
+// A publication of a sound take beside which any level file may lie: marks become cue lines, cuts
+// leave frames out, levels become the peak envelope.
+
+#include <algorithm>
+
+#include "audio/files/vu_file.h"
+#include "fuzz/fuzz.h"
+#include "publish/publish_job.h"
+#include "publish/verify.h"
+#include "support/fake_clock.h"
+
+namespace orma::test {
+
+// The encoder and decoder; the take, which has about 200 bytes for each level; a cue line of 40
+// characters for each mark, in a report that is put together and copied.
+const MemoryBudget kMemoryBudget{.fixedBytes = 512 * 1024, .bytesPerInputByte = 1024};
+
+namespace {
+
+class NoProgress : public PublishProgress {
+  public:
+    void SetText(const Text&) override {}
+    void SetRange(std::uint32_t) override {}
+    void Step(std::uint32_t) override {}
+    [[nodiscard]] bool IsCancelled() override { return false; }
+};
+
+/// Silence of so many buffer periods at 32 kbit/s: frames without any subband.
+Bytes Silence(std::size_t periods, unsigned shift) {
+    constexpr std::size_t kFrameBytes = 96;
+    constexpr std::array<std::uint8_t, 4> kMono32{0xFF, 0xFD, 0x14, 0xC4};
+    const std::size_t frames = periods * 125 / (3 * PeriodsPerSecond(shift)) + 2;
+    Bytes file(frames * kFrameBytes);
+    for (std::size_t at = 0; at < file.size(); at += kFrameBytes)
+        std::ranges::copy(kMono32, file.begin() + static_cast<std::ptrdiff_t>(at));
+    return file;
+}
+
+}  // namespace
+
+void TryInput(ByteSpan bytes) {
+    const std::optional<LevelSheet> sheet = DecodeVuFile(bytes);
+    if (!sheet || sheet->levels.empty()) return;
+    const Bytes take = Silence(sheet->levels.size(), sheet->resolutionShift);
+    FuzzFiles files(bytes.size() + take.size());
+    files.storage.Put(u"news/talk00.mp2", take);
+    files.storage.Put(u"news/talk00.jvu", bytes);
+
+    FakeClock clock;
+    AudioState audio;
+    audio.mp2 = true;
+    audio.resolutionShift = sheet->resolutionShift;
+    audio.bitrate.SetMp2Bitrate(0, files.report);
+    Mp2Decoder decoder(audio, files.storage, u"");
+    Mp2Pipeline encoder(audio, files.report);
+    const ReaderServices readers{files.services, audio, decoder};
+    WriterContext context{.files = files.services, .audio = audio, .encoder = encoder};
+    context.recordingFolder = u"news/";
+    WriterSlot writers(context);
+    ClipList clips;
+    CurrentRecording recording;
+    Project project({readers, clock, clips, recording});
+    project.SetPath(u"news/", u"talk");
+    NoProgress progress;
+    ClipEntry clip;
+    clip.name = u"talk00";
+    clip.folder = u"news/";
+    clips.Append(clip);
+    clip.begin = 1;
+    clip.end = 0xFFFFFFFF;
+    clips.Append(clip);
+
+    PublishSettings settings;
+    settings.publishToFile = true;
+    PublishJob job({readers, clock, writers, project, progress}, settings);
+    const PublishOutcome outcome = job.PublishToFile(clips, u"talk");
+    const Bytes* file = files.storage.Find(u"news/pub_talk.wav");
+    Require((outcome == PublishOutcome::kPublished) == (file != nullptr), "whole or not there");
+    Require(files.storage.Find(u"news/pub_talk.wav.tmp") == nullptr, "nothing is left over");
+    if (file == nullptr) return;
+    for (const Finding& finding : VerifyPublishedFile(files.services, job.PublishedPath()).findings)
+        // The levels are anything, the sound is silence: they need not fit each other.
+        Require(finding.text.starts_with("value "), finding.text.c_str());
+}
+
+}  // namespace orma::test
