@@ -8,6 +8,7 @@
 #include "cli/describe.h"
 #include "cli/environment.h"
 #include "cli/output.h"
+#include "cli/settings_import.h"
 #include "platform/posix/console.h"
 
 namespace orma::cli {
@@ -132,18 +133,9 @@ int Export(const Globals& globals, const SettingsOptions& options) {
 int Import(const Globals& globals, const SettingsOptions& options) {
     std::ifstream file(options.file);
     if (!file) throw std::runtime_error("cannot read " + options.file);
-    const Json settings = Json::parse(file, nullptr, false);
-    if (!settings.is_object()) throw std::runtime_error("no JSON object: " + options.file);
     Store store(globals);
-    std::set<std::string> names;
     // Nothing is saved before every value was accepted.
-    for (const auto& [name, value] : settings.items()) {
-        const Setting& setting = store.Named(name);
-        const std::string text = value.is_string() ? value.get<std::string>() : value.dump();
-        if (const std::string refusal = setting.Set(text); !refusal.empty())
-            throw std::runtime_error(refusal);
-        names.insert(name);
-    }
+    const std::set<std::string> names = ImportSettings(file, store.Table());
     return SaveAndTell(store, names, globals);
 }
 

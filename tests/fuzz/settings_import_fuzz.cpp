@@ -1,0 +1,26 @@
+// JSON files that `orma settings import` takes.
+
+#include <sstream>
+
+#include "cli/settings_import.h"
+#include "fuzz/fuzz.h"
+
+namespace orma::test {
+
+// The record and its table by name; the text in a stream; a JSON value of 16 bytes, with a list of
+// its own, for each bracket, in lists that grow.
+const MemoryBudget kMemoryBudget{.fixedBytes = 256 * 1024, .bytesPerInputByte = 256};
+
+void TryInput(ByteSpan bytes) {
+    std::istringstream json(std::string(bytes.begin(), bytes.end()));
+    SettingsRecord record;
+    const SettingsTable table(record);
+    try {
+        for (const std::string& name : cli::ImportSettings(json, table))
+            Require(table.Find(name) != nullptr, "what was imported has a name");
+    } catch (const std::runtime_error& error) {
+        Require(error.what()[0] != '\0', "a refusal has a reason");
+    }
+}
+
+}  // namespace orma::test
