@@ -27,15 +27,28 @@ void TryInput(ByteSpan input);
 /// Ends the process with the reason unless `holds`; whoever runs the target keeps the input.
 void Require(bool holds, const char* reason);
 
-/// Files in memory and boxes without anybody in front of them. Its destructor requires that the
-/// input cost no unreasonable number of file operations and of boxes.
+/// While it lives, what is allocated is not counted: what a target makes once for all inputs.
+class UncountedMemory {
+  public:
+    UncountedMemory();
+    ~UncountedMemory();
+    UncountedMemory(const UncountedMemory&) = delete;
+    UncountedMemory& operator=(const UncountedMemory&) = delete;
+};
+
+/// Files in memory and boxes without anybody in front of them. Requires that no input costs an
+/// unreasonable number of file operations or of boxes.
 class FuzzFiles {
   public:
     /// `inputBytes` is what the work is measured by.
-    explicit FuzzFiles(std::size_t inputBytes) : inputBytes_(inputBytes) {}
-    ~FuzzFiles();
+    explicit FuzzFiles(std::size_t inputBytes = 0) : inputBytes_(inputBytes) {}
+    ~FuzzFiles() { Finish(0); }
     FuzzFiles(const FuzzFiles&) = delete;
     FuzzFiles& operator=(const FuzzFiles&) = delete;
+
+    /// Checks what was done so far and goes on to an input of another size; for targets that keep
+    /// their files.
+    void Finish(std::size_t nextInputBytes);
 
   private:
     class CountedBoxes : public MessageBoxes {

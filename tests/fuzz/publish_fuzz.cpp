@@ -11,9 +11,10 @@
 
 namespace orma::test {
 
-// The encoder and decoder; the take, which has about 200 bytes for each level; a cue line of 40
-// characters for each mark, in a report that is put together and copied.
-const MemoryBudget kMemoryBudget{.fixedBytes = 512 * 1024, .bytesPerInputByte = 1024};
+// The encoder and decoder; the take, which at the lowest resolution has 800 bytes for each level,
+// its publication while that grows, and the verifier's peaks of it; a cue line of 40 characters for
+// each mark, in a report that is put together and copied.
+const MemoryBudget kMemoryBudget{.fixedBytes = 512 * 1024, .bytesPerInputByte = 4096};
 
 namespace {
 

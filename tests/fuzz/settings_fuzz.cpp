@@ -55,8 +55,9 @@ void TryInput(ByteSpan bytes) {
     const bool noState = store.LoadUserState();
     const bool noConfiguration = store.LoadConfiguration();
     if (noState && noConfiguration) {
-        Require(Values(record) == Values(*std::make_unique<SettingsRecord>()),
-                "a refused file changes nothing");
+        static const std::vector<std::string> kUntouched =
+            Values(*std::make_unique<SettingsRecord>());
+        Require(Values(record) == kUntouched, "a refused file changes nothing");
         return;
     }
     AudioState audio;

@@ -24,9 +24,12 @@ class MemoryStorage : public Storage {
     /// A file's bytes; null when there is none.
     [[nodiscard]] const Bytes* Find(const Text& path) const;
 
-    /// Calls to this storage and its files since the start, and the bytes they read and wrote.
+    /// Calls to this storage and its files so far, and the bytes they read and wrote.
     [[nodiscard]] std::uint64_t Calls() const { return calls_; }
     [[nodiscard]] std::uint64_t BytesMoved() const { return bytesMoved_; }
+
+    /// Starts both counts afresh.
+    void ResetCounts() { calls_ = bytesMoved_ = 0; }
 
     /// For the files of this storage.
     void Count(std::uint64_t bytes = 0);
