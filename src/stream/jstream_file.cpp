@@ -73,34 +73,43 @@ void JStreamFile::OpenForCreate(const Text& path) {
     Close();
 }
 
-std::uint32_t JStreamFile::OpenForAppend(const Text& path) {
+SystemError JStreamFile::OpenAtEnd(const Text& path, std::uint64_t& size) {
     if (handle_) Trace("Append file not closed");
     Close();
     status &= ~(kReading | kAtEnd);
-    std::uint64_t size = 0;
     SystemError error = services_.storage.Open(path, kAppendMode, handle_);
     if (error == 0) error = handle_->Seek(0, SeekFrom::kEnd, size);
-    if (error != 0) {
-        Trace("Append file not opened");
-        handle_.reset();
-        status &= ~kGood;
+    if (error == 0) {
+        status |= kGood | kOpen;
         return 0;
     }
-    status |= kGood | kOpen;
-    return To32(size);
+    Trace("Append file not opened");
+    handle_.reset();
+    status &= ~kGood;
+    return error;
+}
+
+std::uint32_t JStreamFile::OpenForAppend(const Text& path) {
+    std::uint64_t size = 0;
+    return OpenAtEnd(path, size) == 0 ? To32(size) : 0;
 }
 
 void JStreamFile::AppendBlock(const Text& path, const void* buffer, std::uint32_t count) {
     if (!Has(kGood)) return;
-    OpenForAppend(path);
+    std::uint64_t size = 0;
+    if (const SystemError error = OpenAtEnd(path, size); error != 0) Fail(u"WriteFile", error);
     Write(buffer, count);
     BeginFlush();
     Close();
 }
 
-std::uint32_t JStreamFile::GetSize() const {
+std::uint32_t JStreamFile::GetSize() {
     std::uint64_t size = 0;
-    if (!handle_ || handle_->Size(size) != 0) return 0;
+    if (!handle_) return 0;
+    if (const SystemError error = handle_->Size(size); error != 0) {
+        Fail(u"GetFileSize", error);
+        return 0;
+    }
     return To32(size);
 }
 

@@ -55,13 +55,15 @@ class JStreamFile : public JStream {
     std::uint32_t OpenForAppend(const Text& path);
 
     /// Appends one block and closes the file, so that the block is in the file once this returns,
-    /// and soon on the medium. Does nothing on a failed stream.
+    /// and soon on the medium. Does nothing on a failed stream. A file that cannot be opened is
+    /// reported as "WriteFile": the block is not there, whatever the reason.
     void AppendBlock(const Text& path, const void* buffer, std::uint32_t count);
 
     [[nodiscard]] bool IsOpen() const { return Has(kGood | kOpen); }
 
-    /// The file's size in bytes; 0 when it is not open or cannot be measured.
-    [[nodiscard]] std::uint32_t GetSize() const;
+    /// The file's size in bytes; 0 when it is not open, or when it cannot be measured, which clears
+    /// `good` and reports "GetFileSize": a file of unknown size must not pass for an empty one.
+    [[nodiscard]] std::uint32_t GetSize();
 
     /// Cuts the file at `bytes`; a failure clears `good` and reports "SetEndOfFile".
     void Truncate(std::uint32_t bytes);
@@ -84,6 +86,7 @@ class JStreamFile : public JStream {
   private:
     void OpenReporting(const Text& path, const OpenMode& mode, const Text& noNameText,
                        const Text& failureText);
+    [[nodiscard]] SystemError OpenAtEnd(const Text& path, std::uint64_t& size);
     void Move(std::int64_t offset, SeekFrom origin);
     void Fail(const Text& operation, SystemError error);
 

@@ -182,5 +182,20 @@ TEST_F(JStreamFileTest, AppendsBlocksToAFileThatIsClosedBetweenThem) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
+TEST_F(JStreamFileTest, ABlockThatFindsNoFileAndASizeThatIsUnknownAreTold) {
+    JStreamFile stream(services, path, true);
+    Fail(test::FaultyStorage::kLook);
+    EXPECT_EQ(stream.GetSize(), 0U);
+    EXPECT_FALSE(stream.IsOpen()) << "an unknown size is not that of an empty file";
+    stream.OpenForAppend(path);
+    Fail(test::FaultyStorage::kOpen);
+    stream.AppendBlock(path, "ab", 2);
+    EXPECT_FALSE(stream.Has(JStream::kGood));
+    ASSERT_EQ(boxes.shown.size(), 2U);
+    EXPECT_TRUE(boxes.shown[0].text.starts_with(u"GetFileSize 5"));
+    EXPECT_TRUE(boxes.shown[1].text.starts_with(u"WriteFile 5"));
+    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{1, 2, 3, 4, 5}));
+}
+
 }  // namespace
 }  // namespace orma

@@ -1,40 +1,53 @@
 #include "support/faulty_storage.h"
 
+#include <array>
+#include <bit>
+#include <utility>
+
+#include "base/path.h"
+
 namespace orma::test {
 namespace {
 
+// In the order of their bits.
+constexpr std::array kOperationNames = {"open",  "read",  "write",  "seek",  "truncate",
+                                        "flush", "close", "rename", "delete"};
+
 class FaultyFile : public StorageFile {
   public:
-    FaultyFile(FaultyStorage& storage, std::unique_ptr<StorageFile> real)
-        : storage_(storage), real_(std::move(real)) {}
+    FaultyFile(FaultyStorage& storage, std::unique_ptr<StorageFile> real, Text path)
+        : storage_(storage), real_(std::move(real)), path_(std::move(path)) {}
 
     SystemError Read(std::span<std::uint8_t> into, std::size_t& got) override {
         got = 0;
-        if (const SystemError error = storage_.Next(FaultyStorage::kRead)) return error;
+        if (const SystemError error = storage_.Next(FaultyStorage::kRead, path_)) return error;
         return real_->Read(into, got);
     }
     SystemError Write(ByteSpan from, std::size_t& written) override {
-        const SystemError error = storage_.Next(FaultyStorage::kWrite);
+        const SystemError error = storage_.Next(FaultyStorage::kWrite, path_);
         if (error == 0) return real_->Write(from, written);
         (void)real_->Write(from.first(from.size() / 2), written);
         return error;
     }
     SystemError Seek(std::int64_t offset, SeekFrom origin, std::uint64_t& position) override {
-        if (const SystemError error = storage_.Next(FaultyStorage::kSeek)) return error;
+        if (const SystemError error = storage_.Next(FaultyStorage::kSeek, path_)) return error;
         return real_->Seek(offset, origin, position);
     }
-    SystemError Size(std::uint64_t& bytes) override { return real_->Size(bytes); }
+    SystemError Size(std::uint64_t& bytes) override {
+        const SystemError error = storage_.Next(FaultyStorage::kLook, path_);
+        return error != 0 ? error : real_->Size(bytes);
+    }
     SystemError Truncate(std::uint64_t bytes) override {
-        if (const SystemError error = storage_.Next(FaultyStorage::kTruncate)) return error;
+        if (const SystemError error = storage_.Next(FaultyStorage::kTruncate, path_)) return error;
         return real_->Truncate(bytes);
     }
     SystemError Flush() override {
-        if (const SystemError error = storage_.Next(FaultyStorage::kFlush)) return error;
+        if (const SystemError error = storage_.Next(FaultyStorage::kFlush, path_)) return error;
         return real_->Flush();
     }
     void BeginFlush() override { real_->BeginFlush(); }
     SystemError Close() override {
-        const SystemError error = storage_.Next(FaultyStorage::kClose);
+        const SystemError error = storage_.Next(FaultyStorage::kClose, path_);
         const SystemError real = real_->Close();
         return error != 0 ? error : real;
     }
@@ -42,6 +55,7 @@ class FaultyFile : public StorageFile {
   private:
     FaultyStorage& storage_;
     std::unique_ptr<StorageFile> real_;
+    Text path_;
 };
 
 }  // namespace
@@ -52,22 +66,31 @@ void FaultyStorage::FailAt(unsigned operations, std::size_t n, Extent extent, Sy
     failAt_ = n;
     extent_ = extent;
     error_ = error;
+    failedCall_.clear();
 }
 
-SystemError FaultyStorage::Next(Operation operation) {
+SystemError FaultyStorage::Next(Operation operation, const Text& path) {
     if ((operations_ & operation) == 0) return 0;
     ++count_;
     const bool fails =
         failAt_ > 0 && (count_ == failAt_ || (count_ > failAt_ && extent_ == Extent::kFromThenOn));
-    return fails ? error_ : 0;
+    if (!fails) return 0;
+    if (failedCall_.empty()) {
+        const auto bit = static_cast<std::size_t>(std::countr_zero(unsigned{operation}));
+        const char* name = bit < kOperationNames.size() ? kOperationNames[bit] : "look at";
+        const PathParts parts = SplitPath(path);
+        failedCall_ =
+            std::to_string(count_) + ": " + name + " " + ToUtf8(parts.name + parts.extension);
+    }
+    return error_;
 }
 
 SystemError FaultyStorage::Open(const Text& path, const OpenMode& mode,
                                 std::unique_ptr<StorageFile>& file) {
-    if (const SystemError error = Next(kOpen)) return error;
+    if (const SystemError error = Next(kOpen, path)) return error;
     std::unique_ptr<StorageFile> real;
     if (const SystemError error = real_.Open(path, mode, real)) return error;
-    file = std::make_unique<FaultyFile>(*this, std::move(real));
+    file = std::make_unique<FaultyFile>(*this, std::move(real), path);
     return 0;
 }
 
@@ -78,12 +101,12 @@ SystemError FaultyStorage::Map(const Text& path, std::size_t bytes,
 }
 
 SystemError FaultyStorage::Delete(const Text& path) {
-    if (const SystemError error = Next(kDelete)) return error;
+    if (const SystemError error = Next(kDelete, path)) return error;
     return real_.Delete(path);
 }
 
 SystemError FaultyStorage::Rename(const Text& from, const Text& to) {
-    if (const SystemError error = Next(kRename)) return error;
+    if (const SystemError error = Next(kRename, from)) return error;
     return real_.Rename(from, to);
 }
 

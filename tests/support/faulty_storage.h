@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include "platform/posix/posix_storage.h"
 
@@ -24,6 +25,7 @@ class FaultyStorage : public Storage {
         kDelete = 256,
         kMap = 512,
         kAll = 1023,
+        kLook = 1024,  // size, times, free space, list of files; never part of kAll
     };
     enum class Extent { kOnce, kFromThenOn };
 
@@ -43,8 +45,13 @@ class FaultyStorage : public Storage {
     /// True when a call has failed since FailAt.
     [[nodiscard]] bool HasFailed() const { return failAt_ > 0 && count_ >= failAt_; }
 
-    /// Counts a call; the error that it must return, or 0. For the files of this storage.
-    [[nodiscard]] SystemError Next(Operation operation);
+    /// The first call that failed since FailAt, for people: its number, kind and file, as
+    /// "57: write talk01.wav"; empty when none has.
+    [[nodiscard]] const std::string& FailedCall() const { return failedCall_; }
+
+    /// Counts a call on the file `path`; the error that it must return, or 0. For the files of this
+    /// storage.
+    [[nodiscard]] SystemError Next(Operation operation, const Text& path = {});
 
     [[nodiscard]] SystemError Open(const Text& path, const OpenMode& mode,
                                    std::unique_ptr<StorageFile>& file) override;
@@ -54,19 +61,22 @@ class FaultyStorage : public Storage {
     [[nodiscard]] SystemError Delete(const Text& path) override;
     [[nodiscard]] SystemError Rename(const Text& from, const Text& to) override;
     [[nodiscard]] SystemError LastWriteTime(const Text& path, FileTime& time) override {
-        return real_.LastWriteTime(path, time);
+        const SystemError error = Next(kLook, path);
+        return error != 0 ? error : real_.LastWriteTime(path, time);
     }
     [[nodiscard]] SystemError SetLastWriteTime(const Text& path, FileTime time) override {
         return real_.SetLastWriteTime(path, time);
     }
     [[nodiscard]] SystemError FreeBytes(const Text& folder, std::uint64_t& bytes) override {
-        return real_.FreeBytes(folder, bytes);
+        const SystemError error = Next(kLook, folder);
+        return error != 0 ? error : real_.FreeBytes(folder, bytes);
     }
     [[nodiscard]] SystemError CreateFolder(const Text& path) override {
         return real_.CreateFolder(path);
     }
     [[nodiscard]] SystemError ListFiles(const Text& folder, std::vector<Text>& names) override {
-        return real_.ListFiles(folder, names);
+        const SystemError error = Next(kLook, folder);
+        return error != 0 ? error : real_.ListFiles(folder, names);
     }
     [[nodiscard]] Text ErrorText(SystemError error) override { return real_.ErrorText(error); }
 
@@ -78,6 +88,7 @@ class FaultyStorage : public Storage {
     std::size_t failAt_ = 0;
     Extent extent_ = Extent::kOnce;
     SystemError error_ = kNoSpace;
+    std::string failedCall_;
 };
 
 }  // namespace orma::test
