@@ -88,11 +88,19 @@ std::optional<std::uint32_t> ReadSettingsFile(FileServices services, const Text&
     return version;
 }
 
+std::optional<std::uint32_t> SettingsStore::Load(SettingsFile file) {
+    const auto version = ReadSettingsFile(services_, PathOf(file), file, record_);
+    if (version)
+        unread_.erase(file);
+    else if (services_.storage.Exists(PathOf(file)))
+        unread_.insert(file);
+    return version;
+}
+
 bool SettingsStore::LoadUserState() {
     const Text ftpName = record_.CurrentFtpName;
     const Text presetName = record_.CurrentPresetName;
-    const std::optional<std::uint32_t> version = ReadSettingsFile(
-        services_, PathOf(SettingsFile::kUserState), SettingsFile::kUserState, record_);
+    const std::optional<std::uint32_t> version = Load(SettingsFile::kUserState);
     if (!version) return true;
     record_.InputGain = std::clamp(record_.InputGain, 0, 40);
     record_.OutputVolumeStep = std::clamp(record_.OutputVolumeStep, 0, 20);
@@ -113,8 +121,7 @@ void SettingsStore::ApplyUserState() {
 }
 
 bool SettingsStore::LoadConfiguration() {
-    const std::optional<std::uint32_t> version = ReadSettingsFile(
-        services_, PathOf(SettingsFile::kConfiguration), SettingsFile::kConfiguration, record_);
+    const std::optional<std::uint32_t> version = Load(SettingsFile::kConfiguration);
     if (!version) return true;
     DeriveFields(*version);
     ApplyUserState();
@@ -171,7 +178,9 @@ bool SettingsStore::Save(SettingsFile file, SettingsRecord& record) {
         WriteSetting(stream, setting);
     // A foreign file makes room only for one that is whole.
     stream.Flush();
-    return stream.IsOpen() && KeepForeignFile(file) && replacement.Commit();
+    const bool saved = stream.IsOpen() && KeepForeignFile(file) && replacement.Commit();
+    if (saved) unread_.erase(file);
+    return saved;
 }
 
 bool SettingsStore::KeepForeignFile(SettingsFile file) {
@@ -185,7 +194,7 @@ bool SettingsStore::KeepForeignFile(SettingsFile file) {
         services_.storage.Open(path, {}, standing) == 0 && standing->Read(header, got) == 0;
     standing.reset();
     const FileFormat format = FormatOf(file);
-    if (readable && IsTag(header.data(), format.magic) &&
+    if (readable && !unread_.contains(file) && IsTag(header.data(), format.magic) &&
         LoadLe<std::uint32_t>(header.data() + 4) <= format.version)
         return true;
     int number = 1;

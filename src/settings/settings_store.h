@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <set>
 
 #include "settings/settings_record.h"
 #include "settings/settings_table.h"
@@ -36,7 +37,8 @@ class SettingsStore {
 
     /// Writes "OrmaSet.sup". LastFolder and LastName are the current project's by then. False when
     /// it could not be written (reported): the old file then stands. A standing file that is not
-    /// ours, or of a newer version with fields unknown here, is kept beside it as "<name>.old<n>".
+    /// ours, of a newer version with fields unknown here, or that could not be loaded, so that the
+    /// record lacks its fields, is kept beside it as "<name>.old<n>".
     [[nodiscard]] bool SaveUserState();
 
     /// Loads "OrmaIni.sup" and fills what follows from its fields: FTP destination 0 (files up to
@@ -52,6 +54,7 @@ class SettingsStore {
 
   private:
     [[nodiscard]] bool Save(SettingsFile file, SettingsRecord& record);
+    [[nodiscard]] std::optional<std::uint32_t> Load(SettingsFile file);
     [[nodiscard]] bool KeepForeignFile(SettingsFile file);
     void DeriveFields(std::uint32_t version);
     void ApplyUserState();
@@ -59,6 +62,7 @@ class SettingsStore {
     FileServices services_;
     SettingsRecord& record_;
     Text folder_;
+    std::set<SettingsFile> unread_;           // files that stand but whose fields the record lacks
     std::optional<Text> storedFtpName_;       // what the user state holds and the
     std::optional<Text> storedPresetName_;    // configuration must not override
     std::array<Text, 5> filledAccountNames_;  // given at load, not stored

@@ -128,6 +128,11 @@ TEST_F(UserStateTest, AReadErrorLeavesTheRecordAndAFailedSaveTheOldFile) {
     EXPECT_FALSE(store.SaveUserState());
     EXPECT_EQ(test::ReadFileBytes(path), old);
     EXPECT_EQ(boxes.shown.size(), 2U);
+    // The record lacks what the file holds: it must not take the file's place for good.
+    ASSERT_TRUE(store.SaveUserState());
+    EXPECT_EQ(test::ReadFileBytes(path + u".old1"), old);
+    ASSERT_TRUE(store.SaveUserState());
+    EXPECT_FALSE(storage.Exists(path + u".old2"));
 }
 
 TEST_F(UserStateTest, AForeignFileInItsPlaceIsKeptUnderAFreeName) {
