@@ -172,10 +172,10 @@ void Project::CheckClip(ClipEntry& clip) {
     clip.fileTime = {};
     clip.length = 0;
     FileTime time;
-    if (Disk().LastWriteTime(audioPath, time) == 0) {
-        clip.fileTime = s_.clock.ToLocal(time);
+    if (Disk().LastWriteTime(audioPath, time) == 0) clip.fileTime = s_.clock.ToLocal(time);
+    // A recording whose date is unknown is there all the same.
+    if (Disk().Exists(audioPath))
         clip.length = ClipLength({{Disk(), report}, Audio(), s_.readers.decoder}, clip, audioPath);
-    }
     clip.lengthSeconds = clip.length / Audio().PeriodsPerSecond();
     UpdateClipTexts(clip, options_.descriptionMode);
 }

@@ -42,7 +42,6 @@ std::optional<CurrentRecording> ReadRecording(ReaderServices services, const Tex
     const std::uint32_t length =
         MeasureRecording({services.files, adopted, services.decoder}, audioPath);
     if (length == 0) return std::nullopt;
-    services.audio = adopted;
 
     CurrentRecording recording;
     const PathParts parts = SplitPath(audioPath);
@@ -51,11 +50,11 @@ std::optional<CurrentRecording> ReadRecording(ReaderServices services, const Tex
     recording.audioPath = audioPath;
     recording.levelPath = WithExtension(audioPath, u".jvu");
     recording.length = length;
-    std::optional<LevelSheet> sheet;
-    if (services.files.storage.Exists(recording.levelPath))
-        sheet = ReadVuFile(services.files, recording.levelPath);
-    if (sheet) {
-        recording.sheet = std::move(*sheet);
+    std::optional<LevelSheet> sheet = ReadLevelsBeside(services.files, recording.levelPath);
+    if (!sheet) return std::nullopt;
+    services.audio = adopted;
+    recording.sheet = std::move(*sheet);
+    if (!recording.sheet.levels.empty()) {
         const auto levels = static_cast<std::uint32_t>(recording.sheet.levels.size());
         // The reader leaves out a last period that is cut short; the levels count it.
         if (recording.sheet.resolutionShift == adopted.resolutionShift)
@@ -64,6 +63,7 @@ std::optional<CurrentRecording> ReadRecording(ReaderServices services, const Tex
             Trace("Resolution shift of level file %u, of project %u",
                   recording.sheet.resolutionShift, adopted.resolutionShift);
     } else {
+        recording.sheet.rangeStart = 0;
         recording.sheet.rangeEnd = length;
         recording.sheet.resolutionShift = adopted.resolutionShift;
     }

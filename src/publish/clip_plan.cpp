@@ -36,10 +36,10 @@ StoredSound SoundOf(const AudioFileFormat& format, std::uint32_t length, const A
     return sound;
 }
 
-LevelSheet SheetOf(FileServices services, const Text& levelPath, const CurrentRecording& current) {
+std::optional<LevelSheet> SheetOf(FileServices services, const Text& levelPath,
+                                  const CurrentRecording& current) {
     if (SamePath(levelPath, current.levelPath)) return current.sheet;
-    if (!services.storage.Exists(levelPath)) return {};
-    return ReadVuFile(services, levelPath).value_or(LevelSheet{});
+    return ReadLevelsBeside(services, levelPath);
 }
 
 }  // namespace
@@ -105,7 +105,9 @@ std::optional<ClipPlan> ReadClipPlan(ReaderServices services, const ClipEntry& c
     const AudioFileFormat format = reader->FileFormat();
     StoredSound sound = SoundOf(format, length, services.audio);
 
-    LevelSheet sheet = SheetOf(services.files, clip.BasePath() + u".jvu", current);
+    std::optional<LevelSheet> stored = SheetOf(services.files, clip.BasePath() + u".jvu", current);
+    if (!stored) return std::nullopt;
+    LevelSheet& sheet = *stored;
     if (!LevelsCover(sheet, sound, shift)) {
         if (!sheet.levels.empty()) Trace("Levels do not fit %s", ToUtf8(audioPath).c_str());
         sheet.levels = MeasuredLevels(*reader, sound.periods, shift);

@@ -75,8 +75,9 @@ struct ClipPlan {
 
 /// Reads what a clip needs from its recording: validates the sound, takes marks, cuts and levels
 /// from the current recording when it is that one, else from the level file; a recording without
-/// levels is measured. Nothing, with the reason reported, when the recording cannot be read. Sets
-/// the sample rate and the bits per sample of the audio state. UI thread.
+/// levels is measured. Nothing, with the reason reported, when the recording or its level file
+/// cannot be read: without its cuts, what the user has removed would be heard. Sets the sample rate
+/// and the bits per sample of the audio state. UI thread.
 [[nodiscard]] std::optional<ClipPlan> ReadClipPlan(ReaderServices services, const ClipEntry& clip,
                                                    const CurrentRecording& current);
 

@@ -44,9 +44,8 @@ std::optional<VuFileHead> OpenVuFile(FileServices services, JStreamFile& file, c
     return std::nullopt;
 }
 
-std::optional<LevelSheet> LoadSheet(FileServices services, const Text& path,
+std::optional<LevelSheet> LoadSheet(FileServices services, JStreamFile& file, const Text& path,
                                     const char* operation) {
-    JStreamFile file(services);
     const std::optional<VuFileHead> head = OpenVuFile(services, file, path, operation);
     if (!head) return std::nullopt;
     Bytes bytes(std::min<std::uint64_t>(file.GetSize(), head->ContentBytes() + kShiftBytes));
@@ -159,8 +158,9 @@ std::optional<VuFileHead> GetVuFileHeader(FileServices services, const Text& pat
 
 std::vector<std::uint8_t> GetVuFileData(FileServices services, const Text& path,
                                         std::uint32_t begin, std::uint32_t end) {
+    JStreamFile file(services);
     const std::optional<LevelSheet> sheet =
-        LoadSheet(services, path, "GetVuFileHeader in GetVuFileData");
+        LoadSheet(services, file, path, "GetVuFileHeader in GetVuFileData");
     if (!sheet) return {};
     if (begin == 0 && end == 0) {
         begin = sheet->rangeStart;
@@ -186,7 +186,16 @@ std::vector<RemovedRange> GetVuRemovedRanges(FileServices services, const Text& 
 }
 
 std::optional<LevelSheet> ReadVuFile(FileServices services, const Text& path) {
-    return LoadSheet(services, path, "GetVuFileHeader");
+    JStreamFile file(services);
+    return LoadSheet(services, file, path, "GetVuFileHeader");
+}
+
+std::optional<LevelSheet> ReadLevelsBeside(FileServices services, const Text& path) {
+    if (!services.storage.Exists(path)) return LevelSheet{};
+    JStreamFile file(services);
+    std::optional<LevelSheet> sheet = LoadSheet(services, file, path, "GetVuFileHeader");
+    if (sheet || !file.Has(JStream::kGood)) return sheet;
+    return LevelSheet{};
 }
 
 }  // namespace orma

@@ -72,4 +72,9 @@ struct VuFileHead {
 /// The whole sheet of a level file; nothing on error (reported as GetVuFileHeader does).
 [[nodiscard]] std::optional<LevelSheet> ReadVuFile(FileServices services, const Text& path);
 
+/// What is known of a recording from the level file beside it: an empty sheet when there is none or
+/// it is damaged (reported). Nothing when it is there and cannot be read (reported): it may hold
+/// cuts and marks, so nobody may go on as if there were none.
+[[nodiscard]] std::optional<LevelSheet> ReadLevelsBeside(FileServices services, const Text& path);
+
 }  // namespace orma
