@@ -38,7 +38,9 @@ StoredSound SoundOf(const AudioFileFormat& format, std::uint32_t length, const A
 
 std::optional<LevelSheet> SheetOf(FileServices services, const Text& levelPath,
                                   const CurrentRecording& current) {
-    if (SamePath(levelPath, current.levelPath)) return current.sheet;
+    // One that could not be opened bears the name and knows nothing.
+    const bool isOpen = current.length > 0 || !current.sheet.levels.empty();
+    if (isOpen && SamePath(levelPath, current.levelPath)) return current.sheet;
     return ReadLevelsBeside(services, levelPath);
 }
 
