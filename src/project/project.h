@@ -94,8 +94,10 @@ class Project : public TakeKeeper {
     /// Writes the project file; with no clip, shown or remembered, the file is removed instead,
     /// provided the project is attached and the file is one of ours. A save that drops clips which
     /// the file holds keeps the previous file as a backup (".opr.bak"). A file there that is none
-    /// of ours is moved aside ("name (kept 1).opr"), never overwritten. False on failure
-    /// (reported); the previous file then stands.
+    /// of ours is moved aside ("name (kept 1).opr"), never overwritten. The current recording's
+    /// level file is written as well when it is missing although levels are known: its first write
+    /// had failed. False on failure (reported); the previous project file then stands, unless it
+    /// was the level file that failed.
     bool SaveProject();
 
     /// Brings back the takes of this project whose recording was interrupted (told by their
@@ -187,6 +189,7 @@ class Project : public TakeKeeper {
     void Adopt(ProjectRecord record);
     void AdoptClips(std::vector<ClipEntry> stored);
     [[nodiscard]] ProjectRecord RecordToSave() const;
+    [[nodiscard]] bool StoreMissingLevels();
     [[nodiscard]] bool MakeRoomFor(const ProjectRecord& record);
     [[nodiscard]] bool RemoveProjectFile();
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "audio/files/vu_file.h"
 #include "base/trace.h"
 #include "project/keep_aside.h"
 #include "project/missing_clips.h"
@@ -118,10 +119,20 @@ ProjectRecord Project::RecordToSave() const {
 bool Project::SaveProject() {
     const ProjectRecord record = RecordToSave();
     if (record.clips.empty()) return !attached_ || RemoveProjectFile();
+    const bool levelsStored = StoreMissingLevels();
     if (!MakeRoomFor(record) || !WriteProjectFile(Files(), ProjectFilePath(), record)) return false;
     attached_ = true;
     before_.reset();
-    return true;
+    return levelsStored;
+}
+
+/// A level file that could not be written at the end of its take gets another chance: until the
+/// next take, its marks are still in memory.
+bool Project::StoreMissingLevels() {
+    const CurrentRecording& recording = s_.recording;
+    const bool missing = !takePending_ && !recording.sheet.levels.empty() &&
+                         Disk().Exists(recording.audioPath) && !Disk().Exists(recording.levelPath);
+    return !missing || WriteVuFile(Files(), recording.levelPath, recording.sheet);
 }
 
 bool Project::MakeRoomFor(const ProjectRecord& record) {
