@@ -10,8 +10,8 @@ namespace orma::test {
 namespace {
 
 // In the order of their bits.
-constexpr std::array kOperationNames = {"open",  "read",  "write",  "seek",  "truncate",
-                                        "flush", "close", "rename", "delete"};
+constexpr std::array kOperationNames = {"open",  "read",  "write",  "seek",   "truncate",
+                                        "flush", "close", "rename", "delete", "map"};
 
 class FaultyFile : public StorageFile {
   public:
@@ -72,8 +72,10 @@ void FaultyStorage::FailAt(unsigned operations, std::size_t n, Extent extent, Sy
 SystemError FaultyStorage::Next(Operation operation, const Text& path) {
     if ((operations_ & operation) == 0) return 0;
     ++count_;
-    const bool fails =
-        failAt_ > 0 && (count_ == failAt_ || (count_ > failAt_ && extent_ == Extent::kFromThenOn));
+    const std::size_t end = extent_ == Extent::kOnce        ? failAt_ + 1
+                            : extent_ == Extent::kForAWhile ? failAt_ + kWhile
+                                                            : SIZE_MAX;
+    const bool fails = failAt_ > 0 && count_ >= failAt_ && count_ < end;
     if (!fails) return 0;
     if (failedCall_.empty()) {
         const auto bit = static_cast<std::size_t>(std::countr_zero(unsigned{operation}));
@@ -96,7 +98,7 @@ SystemError FaultyStorage::Open(const Text& path, const OpenMode& mode,
 
 SystemError FaultyStorage::Map(const Text& path, std::size_t bytes,
                                std::unique_ptr<MappedFile>& file) {
-    if (const SystemError error = Next(kMap)) return error;
+    if (const SystemError error = Next(kMap, path)) return error;
     return real_.Map(path, bytes, file);
 }
 

@@ -27,7 +27,12 @@ class FaultyStorage : public Storage {
         kAll = 1023,
         kLook = 1024,  // size, times, free space, list of files; never part of kAll
     };
-    enum class Extent { kOnce, kFromThenOn };
+    enum class Extent {
+        kOnce,
+        kForAWhile,   // kWhile calls long
+        kFromThenOn,  // the medium is full or gone
+    };
+    static constexpr std::size_t kWhile = 12;
 
     static constexpr SystemError kNoSpace = 28;
 

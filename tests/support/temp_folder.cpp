@@ -2,14 +2,15 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 
 #include <gtest/gtest.h>
 
 namespace orma::test {
 
-TempFolder::TempFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "orma-test-XXXXXX").string();
+TempFolder::TempFolder() : TempFolder(std::filesystem::temp_directory_path()) {}
+
+TempFolder::TempFolder(const std::filesystem::path& parent) {
+    std::string pattern = (parent / "orma-test-XXXXXX").string();
     path_ = ::mkdtemp(pattern.data());
 }
 
@@ -27,12 +28,15 @@ Text TempFolder::Path(TextView name) const {
 }
 
 Bytes ReadFileBytes(const Text& path) {
-    std::ifstream file(ToUtf8(path), std::ios::binary);
+    std::ifstream file(ToUtf8(path), std::ios::binary | std::ios::ate);
     if (!file) {
         ADD_FAILURE() << "cannot read " << ToUtf8(path);
         return {};
     }
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    Bytes bytes(static_cast<std::size_t>(file.tellg()));
+    file.seekg(0);
+    file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
 }
 
 void WriteFileBytes(const Text& path, ByteSpan bytes) {

@@ -12,6 +12,9 @@ namespace orma::test {
 class TempFolder {
   public:
     TempFolder();
+
+    /// In the folder `parent`, for tests that need a medium of another kind.
+    explicit TempFolder(const std::filesystem::path& parent);
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "workday.h"
+
+namespace orma::test {
+
+/// Looks at what a day with a fault left, and at what the program makes of it when it starts again
+/// on a medium that is well. The measure is the same day without a fault.
+class Inspection {
+  public:
+    /// Runs that day once. `before`: the medium as every day finds it.
+    Inspection(Medium& medium, Workday& day, Recording recording, Snapshot before);
+
+    /// What a day without a fault asks of the storage: the number of places for one.
+    [[nodiscard]] std::size_t Operations() const { return operations_; }
+
+    /// Everything that is lost, half or claimed without being true; empty: nothing. The medium is
+    /// not the same afterwards.
+    [[nodiscard]] std::vector<std::string> Faults(const Account& account,
+                                                  FaultyStorage::Extent extent);
+
+  private:
+    void CheckFiles(const Snapshot& after);
+    void CheckClaims(const Account& account, const Snapshot& after);
+    void CheckNextStart(const Account& account, const Snapshot& after,
+                        FaultyStorage::Extent extent);
+    void CheckTake(Application& app, const TakeAccount& take, std::size_t index,
+                   FaultyStorage::Extent extent);
+    void CheckMarks(const Account& account, const Snapshot& after);
+    void CheckNothingIsOverwritten(Application& app);
+    [[nodiscard]] bool PublishWhatIsWhole(Application& app, FakeBoxes& boxes);
+
+    [[nodiscard]] Bytes RecoveredSound(Application& app, const Text& take);
+    [[nodiscard]] std::size_t LeastBytes(const TakeAccount& take, std::size_t index,
+                                         FaultyStorage::Extent extent) const;
+    [[nodiscard]] bool KeepsSettings(const Text& name);
+    [[nodiscard]] bool IsSound(const Text& publication, const Bytes& bytes);
+    void Require(bool holds, const std::string& text);
+
+    Medium& medium_;
+    Workday& day_;
+    Recording recording_;
+    Snapshot before_;
+    Snapshot whole_;  // what the day without a fault leaves
+    Account wholeAccount_;
+    std::array<Bytes, 2> sound_;  // of its takes
+    std::size_t operations_ = 0;
+    std::set<Bytes> verified_;  // publications; most runs end with one that is known
+    std::vector<std::string> faults_;
+};
+
+}  // namespace orma::test
