@@ -78,5 +78,16 @@ TEST_F(PosixStorageTest, OnlyNumbersOfTheSystemHaveAText) {
         EXPECT_EQ(storage.ErrorText(unknown), u"") << unknown;
 }
 
+TEST_F(PosixStorageTest, AMappingWhoseFileIsTakenAwayBecomesMemory) {
+    std::unique_ptr<MappedFile> mapped;
+    ASSERT_EQ(storage.Map(path, 8192, mapped), 0U);
+    ASSERT_EQ(::truncate(ToUtf8(path).c_str(), 0), 0);
+    mapped->Bytes()[5000] = 1;  // a bus error but for the guard
+    EXPECT_EQ(mapped->Bytes()[5000], 1);
+    mapped->BeginFlush();
+    mapped.reset();
+    EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
+}
+
 }  // namespace
 }  // namespace orma

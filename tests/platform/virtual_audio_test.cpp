@@ -172,7 +172,7 @@ TEST_F(VirtualAudio, AVanishingMicrophoneTellsItOnceAndKeepsWhatItHeard) {
 TEST_F(VirtualAudio, KeepsTheContractOfAWaveInputAtBothPaces) {
     WriteSoundFile(input_, 1, 44100, Ramp(44100));
     PosixEventLoop loop;
-    VirtualWaveSystem fast(loop, {input_, {}, Pace::kFast, {}, {}});
+    VirtualWaveSystem fast(loop, {input_, {}, Pace::kFast, 1, {}, {}});
     CheckWaveInContract({fast, [&](const auto& condition) { return RunUntil(loop, condition); }});
     CheckWaveInContract({System(Pace::kReal), [&](const auto& condition) {
                              for (int ms = 0; ms < 10000 && !condition(); ++ms)

@@ -5,26 +5,12 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/posix/medium_sync.h"
 
 namespace orma {
-
-BackgroundSync::Target::Target(int descriptor, std::string newFolder)
-    : descriptor_(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0)), newFolder_(std::move(newFolder)) {}
-
-BackgroundSync::Target::~Target() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-}
-
-void BackgroundSync::Target::Sync() {
-    if (const int error = SyncFile(descriptor_); error != 0) {
-        int none = 0;
-        error_.compare_exchange_strong(none, error);
-    }
-    if (!newFolder_.empty()) SyncFolder(std::exchange(newFolder_, {}));
-}
 
 BackgroundSync::~BackgroundSync() {
     {
@@ -35,23 +21,49 @@ BackgroundSync::~BackgroundSync() {
     if (thread_.joinable()) thread_.join();
 }
 
-void BackgroundSync::Request(const std::shared_ptr<Target>& target) {
+std::shared_ptr<BackgroundSync::Target> BackgroundSync::TargetOf(int descriptor) {
+    struct stat info {};
+    (void)::fstat(descriptor, &info);
+    for (const std::shared_ptr<Target>& target : known_) {
+        if (target && target->device_ == info.st_dev && target->number_ == info.st_ino)
+            return target;
+    }
+    auto target = std::make_shared<Target>();
+    target->device_ = info.st_dev;
+    target->number_ = info.st_ino;
+    known_[nextKnown_] = target;
+    nextKnown_ = (nextKnown_ + 1) % known_.size();
+    return target;
+}
+
+void BackgroundSync::Request(const std::shared_ptr<Target>& target, int descriptor,
+                             std::string newFolder) {
     {
         const std::lock_guard lock(mutex_);
         const auto end = waiting_.begin() + static_cast<std::ptrdiff_t>(waitingCount_);
-        if (waitingCount_ == waiting_.size() || std::find(waiting_.begin(), end, target) != end)
-            return;
-        waiting_[waitingCount_++] = target;
+        const auto waits = [&](const Job& job) { return job.target == target; };
+        if (waitingCount_ == waiting_.size() || std::any_of(waiting_.begin(), end, waits)) return;
         if (!thread_.joinable()) {
             try {
                 thread_ = std::thread([this] { Run(); });
             } catch (const std::system_error&) {
-                waiting_[--waitingCount_].reset();  // no thread to be had: the system syncs later
-                return;
+                return;  // no thread to be had: the system syncs later
             }
         }
+        const int own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+        if (own < 0) return;
+        waiting_[waitingCount_++] = {target, own, std::move(newFolder)};
     }
     wake_.notify_one();
+}
+
+void BackgroundSync::Sync(const Job& job) {
+    if (const int error = SyncFile(job.descriptor); error != 0) {
+        int none = 0;
+        job.target->error_.compare_exchange_strong(none, error);
+    }
+    ::close(job.descriptor);
+    if (!job.newFolder.empty()) SyncFolder(job.newFolder);
 }
 
 void BackgroundSync::Run() {
@@ -59,11 +71,11 @@ void BackgroundSync::Run() {
     while (true) {
         wake_.wait(lock, [this] { return ending_ || waitingCount_ > 0; });
         if (waitingCount_ == 0) return;
-        const std::shared_ptr<Target> target = std::move(waiting_.front());
+        const Job job = std::move(waiting_.front());
         std::move(waiting_.begin() + 1, waiting_.end(), waiting_.begin());
         --waitingCount_;
         lock.unlock();
-        target->Sync();
+        Sync(job);
         lock.lock();
     }
 }

@@ -8,31 +8,24 @@
 #include <string>
 #include <thread>
 
+#include <sys/types.h>
+
 namespace orma {
 
 /// Brings files to the medium on a thread of its own, because a card may take a second for it and
-/// the thread that records has no second. Any thread.
+/// the thread that records has no second.
 class BackgroundSync {
   public:
-    /// A file to sync: a descriptor of its own, so that the file may be closed meanwhile.
+    /// What became of the syncs of one file, whoever opened it and however often.
     class Target {
       public:
-        /// `descriptor` is duplicated. `newFolder`: the folder in which the file was just created,
-        /// which is synced once with it; empty: none.
-        Target(int descriptor, std::string newFolder);
-        ~Target();
-        Target(const Target&) = delete;
-        Target& operator=(const Target&) = delete;
-
-        /// The errno of the first sync that failed since the last call; 0: none.
+        /// The errno of the first sync that failed since the last call; 0: none. Any thread.
         [[nodiscard]] int TakeError() { return error_.exchange(0); }
 
       private:
         friend class BackgroundSync;
-        void Sync();
-
-        int descriptor_;
-        std::string newFolder_;
+        dev_t device_ = 0;
+        ino_t number_ = 0;
         std::atomic<int> error_ = 0;
     };
 
@@ -41,17 +34,32 @@ class BackgroundSync {
     BackgroundSync(const BackgroundSync&) = delete;
     BackgroundSync& operator=(const BackgroundSync&) = delete;
 
-    /// Asks for a sync of `target`. One that waits already is enough; with too many files waiting
-    /// the request is dropped, as the next one of the same file makes up for it. Never blocks for
-    /// the medium, allocates nothing once the thread runs.
-    void Request(const std::shared_ptr<Target>& target);
+    /// The target of an open file: the same one when a file is closed and opened again, as long as
+    /// no more than a few others come between. One thread.
+    [[nodiscard]] std::shared_ptr<Target> TargetOf(int descriptor);
+
+    /// Asks for a sync of the file, which may be closed meanwhile, and then of `newFolder`, the
+    /// folder that it was just created in; empty: none. A request that waits already is enough, and
+    /// with too many files waiting it is dropped: the next one of the same file makes up for it.
+    /// Never waits for the medium. Any thread.
+    void Request(const std::shared_ptr<Target>& target, int descriptor, std::string newFolder);
 
   private:
+    struct Job {
+        std::shared_ptr<Target> target;
+        int descriptor = -1;
+        std::string newFolder;
+    };
+
     void Run();
+    static void Sync(const Job& job);
+
+    std::array<std::shared_ptr<Target>, 4> known_;
+    std::size_t nextKnown_ = 0;
 
     std::mutex mutex_;
     std::condition_variable wake_;
-    std::array<std::shared_ptr<Target>, 8> waiting_;
+    std::array<Job, 8> waiting_;
     std::size_t waitingCount_ = 0;
     bool ending_ = false;
     std::thread thread_;

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -13,6 +14,7 @@
 #include <unistd.h>
 
 #include "base/trace.h"
+#include "platform/posix/mapping_guard.h"
 #include "platform/posix/medium_sync.h"
 
 namespace orma {
@@ -34,17 +36,17 @@ std::string FolderOf(const std::string& nativePath) {
     return std::filesystem::path(nativePath).parent_path().string();
 }
 
-/// Asks for the syncs of one file.
+/// Asks for the syncs of one open file.
 class SyncHandle {
   public:
     /// `createdIn`: the folder of a file that was just created, else empty.
-    SyncHandle(BackgroundSync& sync, std::string createdIn)
-        : sync_(sync), createdIn_(std::move(createdIn)) {}
+    SyncHandle(BackgroundSync& sync, int descriptor, bool isWritten, std::string createdIn)
+        : sync_(sync),
+          target_(isWritten ? sync.TargetOf(descriptor) : nullptr),
+          createdIn_(std::move(createdIn)) {}
 
     void Begin(int descriptor) {
-        if (target_ == nullptr)
-            target_ = std::make_shared<BackgroundSync::Target>(descriptor, std::move(createdIn_));
-        sync_.Request(target_);
+        if (target_ != nullptr) sync_.Request(target_, descriptor, std::exchange(createdIn_, {}));
     }
 
     [[nodiscard]] SystemError TakeError() {
@@ -53,8 +55,8 @@ class SyncHandle {
 
   private:
     BackgroundSync& sync_;
-    std::string createdIn_;
     std::shared_ptr<BackgroundSync::Target> target_;
+    std::string createdIn_;
 };
 
 class PosixFile : public StorageFile {
@@ -134,7 +136,7 @@ class PosixFile : public StorageFile {
 class PosixMappedFile : public MappedFile {
   public:
     PosixMappedFile(int descriptor, std::span<std::uint8_t> bytes, SyncHandle sync)
-        : descriptor_(descriptor), bytes_(bytes), sync_(std::move(sync)) {}
+        : descriptor_(descriptor), bytes_(bytes), sync_(std::move(sync)), guard_(bytes) {}
     ~PosixMappedFile() override {
         ::munmap(bytes_.data(), bytes_.size());
         (void)::flock(descriptor_, LOCK_UN);
@@ -146,6 +148,7 @@ class PosixMappedFile : public MappedFile {
     std::span<std::uint8_t> Bytes() override { return bytes_; }
 
     void BeginFlush() override {
+        if (guard_.IsLost()) return;
         // A sync of the file covers the pages that were stored to.
         if (const SystemError error = sync_.TakeError()) Trace("journal sync failed: %u", error);
         sync_.Begin(descriptor_);
@@ -155,6 +158,7 @@ class PosixMappedFile : public MappedFile {
     int descriptor_;
     std::span<std::uint8_t> bytes_;
     SyncHandle sync_;
+    MappingGuard guard_;
 };
 
 /// Gives an empty file its size on the medium, so that storing to the mapping cannot fail later.
@@ -177,7 +181,8 @@ SystemError PosixStorage::Open(const Text& path, const OpenMode& mode,
     const int descriptor = ::open(native.c_str(), flags, 0666);
     if (descriptor < 0) return LastError();
     auto opened = std::make_unique<PosixFile>(
-        descriptor, SyncHandle(sync_, creates ? FolderOf(native) : std::string()));
+        descriptor, SyncHandle(sync_, descriptor, mode.access != Access::kRead,
+                               creates ? FolderOf(native) : std::string()));
     struct stat info {};
     if (::fstat(descriptor, &info) != 0) return LastError();
     if (S_ISDIR(info.st_mode)) return EISDIR;
@@ -205,13 +210,16 @@ SystemError PosixStorage::Map(const Text& path, std::size_t bytes,
     };
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         return fail(EBUSY, false);
+    struct stat info {};
+    if (::fstat(descriptor, &info) != 0 || info.st_nlink == 0)
+        return fail(EBUSY, false);  // whoever held it has just removed it
     if (::ftruncate(descriptor, 0) != 0) return fail(LastError(), false);
     if (const SystemError error = Allocate(descriptor, bytes)) return fail(error, true);
     void* const memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
     if (memory == MAP_FAILED) return fail(LastError(), true);
     file = std::make_unique<PosixMappedFile>(descriptor,
                                              std::span(static_cast<std::uint8_t*>(memory), bytes),
-                                             SyncHandle(sync_, FolderOf(native)));
+                                             SyncHandle(sync_, descriptor, true, FolderOf(native)));
     return 0;
 }
 
