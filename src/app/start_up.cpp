@@ -13,6 +13,7 @@ constexpr std::uint32_t kReopenLast = 3;
 /// Takes and publications lie beside the project.
 void FollowProject(Application& app) {
     app.writerContext.recordingFolder = app.project.Folder();
+    app.writerContext.projectName = app.project.Name();
 }
 
 /// Brings back what an interruption left of this project, and says so.
@@ -47,6 +48,14 @@ bool ProjectExists(Application& app, const Text& folder, const Text& name) {
     return app.ports.storage.Exists(folder + name + u".opr");
 }
 
+/// Loads the project if its file exists. One without a file is none yet, unless its first take was
+/// interrupted.
+bool ReopenAt(Application& app, const Text& folder, const Text& name) {
+    if (ProjectExists(app, folder, name)) return LoadAt(app, folder, name);
+    if (HasInterruptedTakes(app.ports.storage, folder, name)) NewAt(app, folder, name);
+    return true;
+}
+
 }  // namespace
 
 void LoadSettings(Application& app) {
@@ -69,13 +78,12 @@ bool OpenProjectAtStart(Application& app, const Text& commandLinePath) {
     const Text name = app.project.Name();
     switch (app.settings.StartMode) {
         case kReopenCurrent:
-            return !ProjectExists(app, folder, name) || LoadAt(app, folder, name);
+            return ReopenAt(app, folder, name);
         case kNewNumbered:
             NewAt(app, folder, FreeProjectName(app.ports.storage, folder, name));
             return true;
         case kReopenLast:
-            return !ProjectExists(app, app.settings.LastFolder, app.settings.LastName) ||
-                   LoadAt(app, app.settings.LastFolder, app.settings.LastName);
+            return ReopenAt(app, app.settings.LastFolder, app.settings.LastName);
         default:
             return true;
     }

@@ -75,7 +75,7 @@ bool Prepare(const RecordOptions& options, const Text& path, Application& app) {
     const bool exists = app.ports.storage.Exists(path);
     if (!exists) ApplyToNewProject(options, app);
     if (!OpenOrCreateProject(app, path)) return false;
-    if (exists) RefuseOtherFormat(options, app.audio, !app.clips.Empty());
+    if (exists || !app.clips.Empty()) RefuseOtherFormat(options, app.audio, !app.clips.Empty());
     if (options.kilobits && !app.audio.mp2) throw UsageError("--bitrate belongs to MP2 projects");
     if (options.gainDb) app.input.SetInputGain(*options.gainDb - app.input.InputGainDb());
     if (!options.equalizerSet.empty() && !app.input.SelectByName(FromUtf8(options.equalizerSet)))

@@ -49,15 +49,20 @@ int Recover(const Globals& globals, const std::string& argument, bool all) {
     std::vector<RecoveredTake> adopted;
     if (all) adopted = app.project.AdoptRecordings();
     const ClipRepair clips(app);
+    Json leftAlone = Json::array();
+    for (const Text& name : app.project.LeftAlone())
+        leftAlone.push_back(ToJson(name));
+    const bool complete = clips.complete && leftAlone.empty() && environment.Boxes().Errors() == 0;
     const std::uint32_t rate = app.audio.PeriodsPerSecond();
     Json result = {{"project", ToJson(app.project.ProjectFilePath())},
                    {"recovered", Takes(app.project.Recovered(), rate)},
+                   {"left alone", std::move(leftAlone)},
                    {"added", Takes(adopted, rate)},
                    {"repaired", clips.repaired},
                    {"level files rebuilt", clips.levels},
                    {"clips", app.clips.Count()}};
     Print(result, globals.json);
-    return clips.complete && environment.Boxes().Errors() == 0 ? kOk : kFailed;
+    return complete ? kOk : kFailed;
 }
 
 }  // namespace

@@ -47,6 +47,9 @@ struct RecoveredTake {
 /// until `folder` holds no project file of that name.
 [[nodiscard]] Text FreeProjectName(Storage& storage, const Text& folder, const Text& name);
 
+/// True when a project of this name has takes there that were interrupted or are being recorded.
+[[nodiscard]] bool HasInterruptedTakes(Storage& storage, const Text& folder, const Text& name);
+
 /// The current project: a named set of numbered recordings in one folder and a project file with
 /// its clip list, text and recording parameters.
 ///
@@ -102,16 +105,19 @@ class Project : public TakeKeeper {
 
     /// Brings back the takes of this project whose recording was interrupted (told by their
     /// journals): repairs them, writes the level file, measured from the sound, with the marks set
-    /// while recording, appends a clip unless one refers to them, and saves the project. The
-    /// journals go once all that stands on the medium. Takes that are being recorded elsewhere are
-    /// left alone, and those without any sound are removed. Where the project has no file, it takes
-    /// on the takes' format.
+    /// while recording, appends a clip unless one refers to them, and saves the project. A journal
+    /// goes once all that stands on the medium. Takes without any sound are removed. Where the
+    /// project has no file, it takes on the takes' format.
     void RecoverTakes();
 
     /// The takes that became clips by the last RecoverTakes.
     [[nodiscard]] const std::vector<RecoveredTake>& Recovered() const { return recovered_; }
 
-    /// Appends a clip for each numbered recording of the project that none refers to, and saves.
+    /// The interrupted takes that it could not bring back, or not whole, by name: those that are
+    /// being recorded, and those that the medium refuses.
+    [[nodiscard]] const std::vector<Text>& LeftAlone() const { return leftAlone_; }
+
+    /// Appends a clip for each recording 00 to 99 of the project that none refers to, and saves.
     /// Returns those that became clips.
     std::vector<RecoveredTake> AdoptRecordings();
 
@@ -169,6 +175,9 @@ class Project : public TakeKeeper {
   private:
     static constexpr std::uint32_t kRateCodeBits = 0xFFFF;  // of the audio format word
 
+    // Takes with higher numbers may be another project's: "a" 100 and "a1" 00.
+    static constexpr std::int32_t kLastOwnNumber = 99;
+
     struct Place {
         Text folder;
         Text name;
@@ -193,9 +202,8 @@ class Project : public TakeKeeper {
     [[nodiscard]] bool MakeRoomFor(const ProjectRecord& record);
     [[nodiscard]] bool RemoveProjectFile();
 
-    [[nodiscard]] std::vector<std::int32_t> NumbersOf(TextView extension) const;
-    void AdoptFormatOf(const Text& basePath);
-    [[nodiscard]] bool RestoreTake(const Text& basePath);
+    void AdoptFormatOf(const Text& audioPath);
+    [[nodiscard]] bool RestoreTake(const Text& basePath, const TakeJournalContent& journal);
     [[nodiscard]] RecoveredTake AppendRecording(const Text& name);
 
     [[nodiscard]] std::set<Text> ReferredNames() const;
@@ -216,6 +224,7 @@ class Project : public TakeKeeper {
     bool liveFtp_ = false;
     bool takePending_ = false;  // between PrepareTake and its end
     std::vector<RecoveredTake> recovered_;
+    std::vector<Text> leftAlone_;
     std::vector<ClipEntry> missing_;  // clips whose recording was absent at load, as stored
 };
 

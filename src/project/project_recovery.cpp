@@ -37,30 +37,43 @@ Bytes Beginning(Storage& storage, const Text& path, std::size_t bytes) {
     return beginning;
 }
 
-bool HasSound(Storage& storage, const Text& audioPath, bool mp2) {
-    const std::size_t header = mp2 ? 0 : WavHeader::kBytes;
-    return Beginning(storage, audioPath, header + 1).size() > header;
+/// True when a file is there for sure and holds no byte of sound.
+bool IsWithoutSound(Storage& storage, const Text& audioPath, TakeKind kind) {
+    std::unique_ptr<StorageFile> file;
+    std::uint64_t size = 0;
+    return storage.Exists(audioPath) && storage.Open(audioPath, OpenMode{}, file) == 0 &&
+           file->Size(size) == 0 && size <= (kind == TakeKind::kWav ? WavHeader::kBytes : 0);
 }
 
-}  // namespace
+TextView ExtensionOf(TakeKind kind) {
+    return kind == TakeKind::kWav ? u".wav" : u".mp2";
+}
 
-std::vector<std::int32_t> Project::NumbersOf(TextView extension) const {
-    std::vector<Text> names;
+/// The numbers of the files "<folder><name>NN<extension>", ascending.
+std::vector<std::int32_t> NumbersOf(Storage& storage, const Text& folder, const Text& name,
+                                    TextView extension) {
+    std::vector<Text> files;
     std::vector<std::int32_t> numbers;
-    if (Disk().ListFiles(folder_, names) != 0) return numbers;
-    for (const Text& name : names) {
-        if (const auto number = NumberOf(name, name_, extension)) numbers.push_back(*number);
+    if (storage.ListFiles(folder, files) != 0) return numbers;
+    for (const Text& file : files) {
+        if (const auto number = NumberOf(file, name, extension)) numbers.push_back(*number);
     }
     std::ranges::sort(numbers);
     return numbers;
 }
 
-/// A project without a file takes on the format of the take that is there.
-void Project::AdoptFormatOf(const Text& basePath) {
+}  // namespace
+
+bool HasInterruptedTakes(Storage& storage, const Text& folder, const Text& name) {
+    return !NumbersOf(storage, AsFolder(folder), name, TakeJournal::kExtension).empty();
+}
+
+/// A project without a file and clips takes on the format of the recording that is there.
+void Project::AdoptFormatOf(const Text& audioPath) {
     if (Disk().Exists(ProjectFilePath()) || !s_.clips.Empty()) return;
     AudioState& audio = Audio();
-    audio.mp2 = Disk().Exists(basePath + u".mp2");
-    const Bytes bytes = Beginning(Disk(), basePath + Text(AudioExtension()), WavHeader::kBytes);
+    audio.mp2 = SplitPath(audioPath).extension == u".mp2";
+    const Bytes bytes = Beginning(Disk(), audioPath, WavHeader::kBytes);
     Mp2Header mp2;
     WavHeader wav;
     if (audio.mp2 && bytes.size() >= mp2.bytes.size()) {
@@ -87,7 +100,9 @@ bool Project::RebuildLevels(const Text& audioPath, std::vector<std::uint32_t> ma
     sheet.levels = MeasuredLevels(*reader, periods, scratch.resolutionShift);
     if (sheet.levels.size() != periods) return false;
     sheet.rangeEnd = periods;
-    std::erase_if(marks, [periods](std::uint32_t mark) { return mark > periods; });
+    // The last mark may stand in the part of a second that the encoder still held.
+    for (std::uint32_t& mark : marks)
+        mark = std::min(mark, periods);
     sheet.marks = std::move(marks);
     return WriteVuFile(Files(), WithExtension(audioPath, u".jvu"), sheet);
 }
@@ -102,38 +117,45 @@ RecoveredTake Project::AppendRecording(const Text& name) {
     return take;
 }
 
-/// Makes what a journal belongs to a whole recording with its level file; false when there is none
-/// to show.
-bool Project::RestoreTake(const Text& basePath) {
-    const std::optional<TakeJournalContent> journal =
-        ReadTakeJournal(Files(), basePath + Text(TakeJournal::kExtension));
-    AdoptFormatOf(basePath);
-    if (journal && !Disk().Exists(ProjectFilePath()) && s_.clips.Empty())
-        Audio().resolutionShift = journal->resolutionShift;
-    const Text audioPath = basePath + Text(AudioExtension());
+/// Makes the take of a journal a whole recording with its level file; false while something of it
+/// cannot be had, and the journal is to stay.
+bool Project::RestoreTake(const Text& basePath, const TakeJournalContent& journal) {
+    const Text audioPath = basePath + Text(ExtensionOf(journal.kind));
     RepairTake(Files(), audioPath);
-    if (!HasSound(Disk(), audioPath, Audio().mp2)) {
-        const bool waits = journal && !journal->sound.empty();
-        if (!waits && Disk().Exists(audioPath)) (void)Disk().Delete(audioPath);
-        return false;
-    }
-    if (Disk().Exists(basePath + u".jvu")) return true;
-    return RebuildLevels(audioPath, journal ? journal->marks : std::vector<std::uint32_t>{});
+    if (IsWithoutSound(Disk(), audioPath, journal.kind)) return Disk().Delete(audioPath) == 0;
+    if (!Disk().Exists(audioPath)) return journal.sound.empty();
+    if (!Disk().Exists(ProjectFilePath()) && s_.clips.Empty())
+        Audio().resolutionShift = journal.resolutionShift;
+    AdoptFormatOf(audioPath);
+    if (ExtensionOf(journal.kind) != AudioExtension()) return false;
+    return Disk().Exists(basePath + u".jvu") || RebuildLevels(audioPath, journal.marks);
 }
 
 void Project::RecoverTakes() {
     recovered_.clear();
+    leftAlone_.clear();
     std::vector<Text> restored;
     const std::set<Text> referred = ReferredNames();
-    for (const std::int32_t number : NumbersOf(TakeJournal::kExtension)) {
+    for (const std::int32_t number : NumbersOf(Disk(), folder_, name_, TakeJournal::kExtension)) {
         const Text name = name_ + FormatText("%.2d", number);
         const Text basePath = folder_ + name;
-        if (IsBeingRecorded(Disk(), basePath + Text(TakeJournal::kExtension))) continue;
+        const Text journalPath = basePath + Text(TakeJournal::kExtension);
+        if (IsInUse(Disk(), journalPath)) {
+            leftAlone_.push_back(name);
+            continue;
+        }
+        const std::optional<TakeJournalContent> journal = ReadTakeJournal(Files(), journalPath);
+        // "a" 100 is the take 00 of project "a1".
+        if (!journal ||
+            (journal->projectNameUnits != 0 && journal->projectNameUnits != name_.size()))
+            continue;
         Trace("take %s was interrupted", ToUtf8(basePath).c_str());
-        const bool whole = RestoreTake(basePath);
-        restored.push_back(basePath + Text(AudioExtension()));
+        if (RestoreTake(basePath, *journal))
+            restored.push_back(basePath + Text(ExtensionOf(journal->kind)));
+        else
+            leftAlone_.push_back(name);
         recordingIndex_ = std::max(recordingIndex_, number);
-        if (!whole || referred.contains(name)) continue;
+        if (referred.contains(name)) continue;
         if (RecoveredTake take = AppendRecording(name); take.periods > 0)
             recovered_.push_back(std::move(take));
     }
@@ -148,12 +170,12 @@ void Project::RecoverTakes() {
 std::vector<RecoveredTake> Project::AdoptRecordings() {
     std::vector<RecoveredTake> adopted;
     for (const TextView kind : {u".wav", u".mp2"}) {
-        for (const std::int32_t number : NumbersOf(kind)) {
+        for (const std::int32_t number : NumbersOf(Disk(), folder_, name_, kind)) {
             const Text name = name_ + FormatText("%.2d", number);
-            const Text basePath = folder_ + name;
-            AdoptFormatOf(basePath);
-            if (kind != AudioExtension() || ReferredNames().contains(name) ||
-                IsBeingRecorded(Disk(), basePath + Text(TakeJournal::kExtension)))
+            const Text audioPath = folder_ + name + Text(kind);
+            AdoptFormatOf(audioPath);
+            if (kind != AudioExtension() || number > kLastOwnNumber ||
+                ReferredNames().contains(name) || IsBeingRecorded(Disk(), audioPath))
                 continue;
             recordingIndex_ = std::max(recordingIndex_, number);
             if (RecoveredTake take = AppendRecording(name); take.periods > 0)

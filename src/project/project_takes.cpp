@@ -15,8 +15,6 @@ namespace {
 constexpr std::array<TextView, 4> kRecordingKinds = {u".wav", u".mp2", u".jvu",
                                                      TakeJournal::kExtension};
 
-constexpr std::int32_t kLastOwnNumber = 99;
-
 }  // namespace
 
 /// The names in the project's folder that clips refer to, also those of missing recordings: sound
@@ -61,6 +59,8 @@ void Project::TakeFinished() {
     takePending_ = false;
     CurrentRecording& recording = s_.recording;
     const auto periods = static_cast<std::uint32_t>(recording.sheet.levels.size());
+    if (!Disk().Exists(recording.audioPath))
+        Files().report.ShowError(u"The recording is gone:\n" + recording.audioPath);
     recording.sheet.rangeStart = 0;
     recording.sheet.rangeEnd = periods;
     recording.length = periods;
@@ -91,9 +91,11 @@ void Project::TakeFinished() {
 void Project::TakeDiscarded() {
     if (!takePending_) return;
     takePending_ = false;
+    // Another program began a take of this name at the same moment: these files are not ours.
+    const bool isOurs = !IsBeingRecorded(Disk(), AudioFilePath());
     const Text journalPath = RecordingBaseName() + Text(TakeJournal::kExtension);
     for (const Text& path : {AudioFilePath(), LevelFilePath(), journalPath}) {
-        if (!Disk().Exists(path)) continue;
+        if (!isOurs || !Disk().Exists(path)) continue;
         if (const SystemError error = Disk().Delete(path); error != 0)
             Files().report.ReportSystemFailure(u"DeleteFile", error);
     }

@@ -94,10 +94,16 @@ std::uint32_t JStreamFile::OpenForAppend(const Text& path) {
     return OpenAtEnd(path, size) == 0 ? To32(size) : 0;
 }
 
-void JStreamFile::AppendBlock(const Text& path, const void* buffer, std::uint32_t count) {
-    if (!Has(kGood)) return;
+bool JStreamFile::OpenForBlock(const Text& path) {
+    if (!Has(kGood)) return false;
     std::uint64_t size = 0;
-    if (const SystemError error = OpenAtEnd(path, size); error != 0) Fail(u"WriteFile", error);
+    const SystemError error = OpenAtEnd(path, size);
+    if (error != 0) Fail(u"WriteFile", error);
+    return error == 0;
+}
+
+void JStreamFile::AppendBlock(const Text& path, const void* buffer, std::uint32_t count) {
+    if (!OpenForBlock(path)) return;
     Write(buffer, count);
     BeginFlush();
     Close();

@@ -54,9 +54,13 @@ class JStreamFile : public JStream {
     /// is traced and clears `good`.
     std::uint32_t OpenForAppend(const Text& path);
 
+    /// Opens for one more block at the end of a file that was good so far. False on a failed
+    /// stream, and when the file cannot be opened, which is reported as "WriteFile": the block is
+    /// not there, whatever the reason.
+    [[nodiscard]] bool OpenForBlock(const Text& path);
+
     /// Appends one block and closes the file, so that the block is in the file once this returns,
-    /// and soon on the medium. Does nothing on a failed stream. A file that cannot be opened is
-    /// reported as "WriteFile": the block is not there, whatever the reason.
+    /// and soon on the medium. Fails as OpenForBlock does.
     void AppendBlock(const Text& path, const void* buffer, std::uint32_t count);
 
     [[nodiscard]] bool IsOpen() const { return Has(kGood | kOpen); }

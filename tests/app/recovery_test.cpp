@@ -170,5 +170,62 @@ TEST_P(RecoveryTest, AProjectFileThatIsGoneIsRebuiltFromItsRecordings) {
     EXPECT_EQ(app->clips.At(1).name, u"talk01");
 }
 
+TEST_P(RecoveryTest, WhatCannotBeMadeWholeKeepsItsJournalUntilItCan) {
+    desk_.Begin(*app_, 40);
+    ASSERT_TRUE(app_->recorder.MarkWhileRecording());
+    ASSERT_EQ(desk_.files.storage.CreateFolder(Path(u"talk00.jvu.tmp")), 0U);
+    auto app = StartAfterKill();
+    EXPECT_EQ(app->clips.Count(), 1);
+    EXPECT_TRUE(LeftBehind(u"talk00.rec"));
+    EXPECT_THAT(app->project.LeftAlone(), ElementsAre(u"talk00"));
+    app.reset();
+    std::filesystem::remove(after_->files.folder.Native(u"talk00.jvu.tmp"));
+    app = after_->Start();
+    EXPECT_TRUE(OpenOrCreateProject(*app, after_->files.folder.Path(u"talk.opr")));
+    EXPECT_FALSE(LeftBehind(u"talk00.rec"));
+    ASSERT_EQ(app->clips.Count(), 1);
+    ASSERT_TRUE(app->project.SelectClip(0));
+    EXPECT_THAT(app->recording.sheet.marks, ElementsAre(std::min(40U, app->recording.length)));
+}
+
+TEST_P(RecoveryTest, ATakeThatCannotBeReadIsNotTakenForAnEmptyOne) {
+    desk_.Begin(*app_, 40);
+    (void)StartAfterKill();
+    const Text folder = after_->files.folder.Path();
+    const auto native = after_->files.folder.Native();
+    std::filesystem::copy_file(desk_.files.folder.Native(u"talk00.rec"), native / "news00.rec");
+    // A folder in the take's place opens as little as a broken sector.
+    std::filesystem::create_directory(after_->files.folder.Native(Sound(u"news00")));
+    const auto app = after_->Start();
+    EXPECT_TRUE(OpenOrCreateProject(*app, folder + u"news.opr"));
+    EXPECT_TRUE(LeftBehind(Sound(u"news00")));
+    EXPECT_TRUE(LeftBehind(u"news00.rec"));
+}
+
+TEST_P(RecoveryTest, TheTakeOfAProjectWhoseNameEndsInADigitIsNobodyElses) {
+    ASSERT_TRUE(OpenOrCreateProject(*app_, Path(u"talk1.opr")));
+    desk_.Begin(*app_, 40);
+    const auto app = StartAfterKill();  // of "talk", whose take 100 it would be
+    EXPECT_EQ(app->clips.Count(), 0);
+    EXPECT_THAT(app->project.AdoptRecordings(), IsEmpty());
+    EXPECT_TRUE(OpenOrCreateProject(*app, after_->files.folder.Path(u"talk1.opr")));
+    ASSERT_EQ(app->clips.Count(), 1);
+    EXPECT_EQ(app->clips.At(0).name, u"talk100");
+}
+
+TEST_P(RecoveryTest, AStartWithoutAPathRecoversAFirstTakeToo) {
+    desk_.Configure([&](SettingsRecord& record) {
+        record.StartMode = 1;
+        record.ProjectsFolder = Path(u"");
+        record.CurrentProjectName = u"talk";
+    });
+    desk_.Begin(*app_, 40);
+    app_->recorder.SetDrainHold(true);
+    app_ = nullptr;  // the drain never came: only the journal's lock is gone
+    const auto app = desk_.Start();
+    EXPECT_TRUE(OpenProjectAtStart(*app, u""));
+    EXPECT_EQ(app->clips.Count(), 1);
+}
+
 }  // namespace
 }  // namespace orma::test

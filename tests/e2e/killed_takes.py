@@ -129,8 +129,7 @@ def kill_one(desk, number, form, voices, whole, tally, rng):
         levels, marks = level_file(folder / "talk00.jvu")
         equal(levels, samples * 20 // rate, "levels")
         # A mark at period n is set once buffer n + 1 is saved, so the last may be missing.
-        equal(marks, MARKS[:len(marks)], "marks")
-        check(all(mark <= levels for mark in marks), f"marks {marks} in {levels} periods")
+        equal(marks, [min(mark, levels) for mark in MARKS[:len(marks)]], "marks")
         check(len(marks) >= sum(mark + 1 < levels for mark in MARKS), f"marks {marks} of {levels}")
         clips = desk.json("project", "show", project)["clips"]
         equal([clip["name"] for clip in clips], ["talk00"], "clips")

@@ -153,7 +153,10 @@ void Inspection::CheckNextStart(const Account& account, const Snapshot& after,
     CheckNothingIsOverwritten(*app);
 
     const bool whole = PublishWhatIsWhole(*app, boxes);
-    if (account.outcome == PublishOutcome::kPublished && whole)
+    // Levels of an MP2 take that were measured from its frames differ from those of its recording.
+    const auto isJournal = [](const auto& file) { return EndsWith(file.first, u".rec"); };
+    const bool levelsDiffer = recording_.mp2 && std::ranges::any_of(after, isJournal);
+    if (account.outcome == PublishOutcome::kPublished && whole && !levelsDiffer)
         Require(ReadFileBytes(medium_.Path(kPublication)) == after.at(kPublication),
                 "published something else than the takes hold");
 }

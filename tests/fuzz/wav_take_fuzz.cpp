@@ -15,9 +15,9 @@ void TryInput(ByteSpan bytes) {
     const Text path = u"take00.wav";
     FuzzFiles files(bytes.size());
     files.storage.Put(path, bytes);
-    const bool mended = MendTakeHeader(files.services, path);
+    const bool mended = RepairTake(files.services, path);
     Require(files.storage.Find(path)->size() == bytes.size(), "mending keeps every byte of sound");
-    Require(!MendTakeHeader(files.services, path), "once mended, a header fits");
+    Require(!RepairTake(files.services, path), "once mended, a header fits");
     Require(mended || std::ranges::equal(*files.storage.Find(path), bytes), "or it is untouched");
     ReadTake(files, path, AudioState{}, bytes.size());
 }

@@ -14,19 +14,21 @@ namespace {
 constexpr std::string_view kMagic = "OREC";
 constexpr std::uint32_t kVersion = 1;
 constexpr std::size_t kRingBytesOffset = 8;
-constexpr std::size_t kUnitBytesOffset = 12;
-constexpr std::size_t kWrittenOffset = 16;  // u32 position, u32 hash: one atomic store
-constexpr std::size_t kStagedOffset = 24;   // likewise
-constexpr std::size_t kMarkCountOffset = 32;
-constexpr std::size_t kShiftOffset = 36;
-constexpr std::size_t kMarksOffset = 64;
-constexpr std::size_t kRingOffset = 4096;
+constexpr std::size_t kKindOffset = 12;
+// A place is a position and a hash, u32 each, in one atomic store.
+constexpr std::size_t kWrittenOffset = 16;
+constexpr std::size_t kStagedOffset = 24;
+constexpr std::size_t kOlderOffset = 32;  // three places
+constexpr std::size_t kShiftOffset = 56;
+constexpr std::size_t kNameOffset = 60;
+constexpr std::size_t kMarkCountOffset = 64;
+constexpr std::size_t kMarksOffset = 128;
+constexpr std::size_t kRingOffset = 8192;
 static_assert(kMarksOffset + 4 * LevelSheet::kMaxMarks <= kRingOffset);
 
 constexpr std::uint32_t kBlocksInRing = 4;
 constexpr std::uint32_t kMostRingBytes = 1U << 20;
-constexpr std::uint32_t kMostUnitBytes = 4096;
-constexpr unsigned kMostShift = 2;
+constexpr std::uint32_t kMostShift = 2;
 
 constexpr std::uint32_t kHashStart = 2166136261;
 
@@ -43,15 +45,6 @@ std::pair<Span, Span> InRing(Span ring, std::uint32_t position, std::size_t byte
     const std::size_t at = position & (ring.size() - 1);
     const std::size_t first = std::min(bytes, ring.size() - at);
     return {ring.subspan(at, first), ring.first(bytes - first)};
-}
-
-struct Place {
-    std::uint32_t position;
-    std::uint32_t hash;
-};
-
-Place LoadPlace(ByteSpan file, std::size_t offset) {
-    return {LoadLe<std::uint32_t>(&file[offset]), LoadLe<std::uint32_t>(&file[offset + 4])};
 }
 
 std::vector<std::uint32_t> LoadMarks(ByteSpan file) {
@@ -71,29 +64,36 @@ std::optional<TakeJournalContent> DecodeTakeJournal(ByteSpan file) {
         LoadLe<std::uint32_t>(&file[4]) != kVersion)
         return std::nullopt;
     const auto ringBytes = LoadLe<std::uint32_t>(&file[kRingBytesOffset]);
+    const auto kind = LoadLe<std::uint32_t>(&file[kKindOffset]);
     TakeJournalContent content;
-    content.unitBytes = LoadLe<std::uint32_t>(&file[kUnitBytesOffset]);
+    content.kind = static_cast<TakeKind>(kind);
     content.resolutionShift = LoadLe<std::uint32_t>(&file[kShiftOffset]);
-    if (!std::has_single_bit(ringBytes) || ringBytes != file.size() - kRingOffset ||
-        content.unitBytes == 0 || content.unitBytes > kMostUnitBytes ||
-        content.resolutionShift > kMostShift)
+    content.projectNameUnits = LoadLe<std::uint32_t>(&file[kNameOffset]);
+    if (!std::has_single_bit(ringBytes) || ringBytes != file.size() - kRingOffset || kind < 1 ||
+        kind > 2 || content.resolutionShift > kMostShift)
         return std::nullopt;
     content.marks = LoadMarks(file);
 
-    const Place written = LoadPlace(file, kWrittenOffset);
-    const Place staged = LoadPlace(file, kStagedOffset);
-    content.position = written.position;
-    if (staged.position < written.position || staged.position - written.position > ringBytes)
-        return content;
-    const auto [first, second] =
-        InRing(file.subspan(kRingOffset), written.position, staged.position - written.position);
-    if (Hash(Hash(written.hash, first), second) != staged.hash) return content;
-    content.sound.assign(first.begin(), first.end());
-    content.sound.insert(content.sound.end(), second.begin(), second.end());
+    const auto position = [&](std::size_t place) { return LoadLe<std::uint32_t>(&file[place]); };
+    const auto hash = [&](std::size_t place) { return LoadLe<std::uint32_t>(&file[place + 4]); };
+    const std::uint32_t end = position(kStagedOffset);
+    content.position = content.written = position(kWrittenOffset);
+    // The sound from the earliest place on from which everything fits together.
+    for (const std::size_t place :
+         {kOlderOffset + 16, kOlderOffset + 8, kOlderOffset, kWrittenOffset}) {
+        const std::uint32_t begin = position(place);
+        if (begin > content.written || content.written > end || end - begin > ringBytes) continue;
+        const auto [first, second] = InRing(file.subspan(kRingOffset), begin, end - begin);
+        if (Hash(Hash(hash(place), first), second) != hash(kStagedOffset)) continue;
+        content.position = begin;
+        content.sound.assign(first.begin(), first.end());
+        content.sound.insert(content.sound.end(), second.begin(), second.end());
+        break;
+    }
     return content;
 }
 
-void TakeJournal::Start(FileServices files, const Text& takePath, const Format& format,
+bool TakeJournal::Start(FileServices files, const Text& takePath, const Format& format,
                         std::uint32_t position) {
     storage_ = &files.storage;
     path_ = WithExtension(takePath, kExtension);
@@ -102,47 +102,56 @@ void TakeJournal::Start(FileServices files, const Text& takePath, const Format& 
         error != 0) {
         Trace("no journal for %s: error %u", ToUtf8(takePath).c_str(), error);
         file_.reset();
-        return;
+        return !IsInUse(files.storage, path_);
     }
-    written_ = staged_ = position;
-    writtenHash_ = stagedHash_ = kHashStart;
+    staged_ = written_ = {position, kHashStart};
+    older_.fill(written_);
     markCount_ = 0;
     full_ = false;
     std::uint8_t* const head = file_->Bytes().data();
     StoreLe(head + 4, kVersion);
     StoreLe(head + kRingBytesOffset, ringBytes_);
-    StoreLe(head + kUnitBytesOffset, format.unitBytes);
+    StoreLe(head + kKindOffset, static_cast<std::uint32_t>(format.kind));
     StoreLe(head + kShiftOffset, std::uint32_t{format.resolutionShift});
-    StorePlace(kWrittenOffset, written_, writtenHash_);
-    StorePlace(kStagedOffset, staged_, stagedHash_);
+    StoreLe(head + kNameOffset, format.projectNameUnits);
+    for (const std::size_t offset :
+         {kStagedOffset, kWrittenOffset, kOlderOffset, kOlderOffset + 8, kOlderOffset + 16})
+        StorePlace(offset, written_);
     StoreTag(head, kMagic);
+    return true;
 }
 
 /// One store, so that a kill finds either the old place or the new one; and only after the bytes
 /// that it stands for.
-void TakeJournal::StorePlace(std::size_t offset, std::uint32_t position, std::uint32_t hash) {
+void TakeJournal::StorePlace(std::size_t offset, Place place) {
     auto& word = *reinterpret_cast<std::uint64_t*>(file_->Bytes().data() + offset);
-    std::atomic_ref(word).store(std::uint64_t{hash} << 32 | position, std::memory_order_release);
+    std::atomic_ref(word).store(std::uint64_t{place.hash} << 32 | place.position,
+                                std::memory_order_release);
 }
 
 void TakeJournal::Append(ByteSpan sound) {
-    full_ = full_ || sound.size() > ringBytes_ - (staged_ - written_);
+    full_ = full_ || sound.size() > ringBytes_ - (staged_.position - written_.position);
     if (file_ == nullptr || full_) return;
-    const auto [first, second] = InRing(file_->Bytes().subspan(kRingOffset), staged_, sound.size());
+    const auto [first, second] =
+        InRing(file_->Bytes().subspan(kRingOffset), staged_.position, sound.size());
     std::ranges::copy(sound.first(first.size()), first.begin());
     std::ranges::copy(sound.subspan(first.size()), second.begin());
-    staged_ += static_cast<std::uint32_t>(sound.size());
-    stagedHash_ = Hash(stagedHash_, sound);
-    StorePlace(kStagedOffset, staged_, stagedHash_);
+    staged_ = {staged_.position + static_cast<std::uint32_t>(sound.size()),
+               Hash(staged_.hash, sound)};
+    StorePlace(kStagedOffset, staged_);
 }
 
 void TakeJournal::BlockWritten(std::uint32_t bytes) {
     if (file_ == nullptr) return;
-    bytes = std::min(bytes, staged_ - written_);
-    const auto [first, second] = InRing(file_->Bytes().subspan(kRingOffset), written_, bytes);
-    writtenHash_ = Hash(Hash(writtenHash_, first), second);
-    written_ += bytes;
-    StorePlace(kWrittenOffset, written_, writtenHash_);
+    bytes = std::min(bytes, staged_.position - written_.position);
+    const auto [first, second] =
+        InRing(file_->Bytes().subspan(kRingOffset), written_.position, bytes);
+    std::shift_right(older_.begin(), older_.end(), 1);
+    older_[0] = written_;
+    written_ = {written_.position + bytes, Hash(Hash(written_.hash, first), second)};
+    for (std::size_t i = older_.size(); i-- > 0;)
+        StorePlace(kOlderOffset + 8 * i, older_[i]);
+    StorePlace(kWrittenOffset, written_);
 }
 
 void TakeJournal::AddMark(std::uint32_t period) {
@@ -162,6 +171,12 @@ void TakeJournal::Discard() {
     if (file_ == nullptr) return;
     file_.reset();
     (void)storage_->Delete(path_);
+}
+
+bool IsInUse(Storage& storage, const Text& journalPath) {
+    std::unique_ptr<StorageFile> file;
+    return storage.Exists(journalPath) &&
+           storage.Open(journalPath, {.access = Access::kReadWrite}, file) != 0;
 }
 
 }  // namespace orma

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -10,13 +11,17 @@
 
 namespace orma {
 
+enum class TakeKind : std::uint32_t { kWav = 1, kMp2 = 2 };
+
 /// What a journal knows of its take.
 struct TakeJournalContent {
-    std::uint32_t position = 0;   // where in the take's file `sound` belongs, in bytes
-    Bytes sound;                  // possibly not in the take yet; empty also when it is damaged
-    std::uint32_t unitBytes = 1;  // of a sample of all channels, or of an MP2 frame
+    TakeKind kind = TakeKind::kWav;
+    std::uint32_t position = 0;  // where in the take's file `sound` belongs, in bytes
+    std::uint32_t written = 0;   // up to where the take's file had it, position..End()
+    Bytes sound;                 // empty also when it is damaged
     unsigned resolutionShift = 2;
-    std::vector<std::uint32_t> marks;  // set while recording, in buffer periods, ascending
+    std::uint32_t projectNameUnits = 0;  // UTF-16 units of the take's name before its number
+    std::vector<std::uint32_t> marks;    // set while recording, in buffer periods, ascending
 
     [[nodiscard]] std::uint32_t End() const {
         return position + static_cast<std::uint32_t>(sound.size());
@@ -26,28 +31,34 @@ struct TakeJournalContent {
 /// Reads a journal's bytes, see docs/formats.md; nothing when they are none of ours.
 [[nodiscard]] std::optional<TakeJournalContent> DecodeTakeJournal(ByteSpan file);
 
+/// True when a journal is there and cannot be written: a recording holds it, here or elsewhere, or
+/// the medium is write-protected.
+[[nodiscard]] bool IsInUse(Storage& storage, const Text& journalPath);
+
 /// The journal of a take: a small mapped file beside it ("name00.rec") that holds what a crash
-/// would take, the sound that is still staged in memory and the marks. It lies there from before
-/// the take is created until its clip stands in the project file, so a take with a journal is one
-/// that was interrupted, or is just being recorded: then other openers are refused.
+/// would take, the sound that is still staged in memory and the marks; and the blocks before, for a
+/// power cut that took them from the take. It lies there until the take's clip stands in the
+/// project file, so a take with a journal is one that was interrupted, or is just being recorded:
+/// then other openers are refused.
 ///
-/// Stored to memory alone, without calls into the system: what Append got is safe from the end of
-/// the process. Without a journal (the medium cannot map, or is full) all operations do nothing;
-/// the take goes on all the same. UI thread.
+/// What Append got is safe from the end of the process, without a call. Without a journal (the
+/// medium cannot map, or is full) all operations do nothing; the take goes on all the same. UI
+/// thread.
 class TakeJournal {
   public:
     static constexpr TextView kExtension = u".rec";
 
     struct Format {
-        std::uint32_t blockBytes;  // the staging writes blocks of so many bytes
-        std::uint32_t unitBytes;
-        unsigned resolutionShift;
+        TakeKind kind = TakeKind::kWav;
+        std::uint32_t blockBytes = 0;  // the staging writes blocks of so many bytes
+        unsigned resolutionShift = 2;
+        std::uint32_t projectNameUnits = 0;
     };
 
-    /// Starts the journal of the take at `takePath`, whose file has `position` bytes. A failure is
-    /// traced.
-    void Start(FileServices files, const Text& takePath, const Format& format,
-               std::uint32_t position);
+    /// Starts the journal of the take at `takePath`, whose file has `position` bytes. False when
+    /// the take is being recorded by somebody else; any other failure is traced alone.
+    [[nodiscard]] bool Start(FileServices files, const Text& takePath, const Format& format,
+                             std::uint32_t position);
 
     /// Keeps sound that the take's file does not hold yet. When a block cannot be written there is
     /// room for three more of its size; further sound is let go.
@@ -69,16 +80,21 @@ class TakeJournal {
     void Discard();
 
   private:
-    void StorePlace(std::size_t offset, std::uint32_t position, std::uint32_t hash);
+    struct Place {
+        std::uint32_t position = 0;
+        std::uint32_t hash = 0;
+    };
+    static constexpr std::size_t kOlderPlaces = 3;
+
+    void StorePlace(std::size_t offset, Place place);
 
     Storage* storage_ = nullptr;
     Text path_;
     std::unique_ptr<MappedFile> file_;
     std::uint32_t ringBytes_ = 0;
-    std::uint32_t written_ = 0;  // position in the take up to which its file has the sound
-    std::uint32_t writtenHash_ = 0;
-    std::uint32_t staged_ = 0;  // ... and up to which the journal has it
-    std::uint32_t stagedHash_ = 0;
+    Place staged_;                           // up to where the journal has the sound
+    Place written_;                          // ... and the take's file
+    std::array<Place, kOlderPlaces> older_;  // before the last blocks, latest first
     std::uint32_t markCount_ = 0;
     bool full_ = false;  // sound was let go: what came later would not follow what is kept
 };

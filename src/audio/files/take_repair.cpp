@@ -1,5 +1,6 @@
 #include "audio/files/take_repair.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -20,63 +21,94 @@ std::unique_ptr<StorageFile> OpenForPatching(Storage& storage, const Text& path)
     return file;
 }
 
-Text JournalPath(const Text& audioPath) {
-    return WithExtension(audioPath, TakeJournal::kExtension);
+Text JournalPath(const Text& takePath) {
+    return WithExtension(takePath, TakeJournal::kExtension);
 }
 
-/// A journal and the file that keeps others from it.
+/// A journal of ours and the file that keeps others from it.
 struct HeldJournal {
     std::unique_ptr<StorageFile> file;
-    std::optional<TakeJournalContent> content;  // nothing: damaged
+    TakeJournalContent content;
 };
 
-/// Nothing when there is no journal or it is in use.
-std::optional<HeldJournal> HoldJournal(Storage& storage, const Text& audioPath) {
-    HeldJournal held{OpenForPatching(storage, JournalPath(audioPath)), {}};
+std::optional<HeldJournal> HoldJournal(Storage& storage, const Text& takePath) {
+    HeldJournal held{OpenForPatching(storage, JournalPath(takePath)), {}};
     std::uint64_t size = 0;
-    if (held.file == nullptr || held.file->Size(size) != 0) return std::nullopt;
-    if (size > kLargestJournal) return held;
+    if (held.file == nullptr || held.file->Size(size) != 0 || size > kLargestJournal)
+        return std::nullopt;
     Bytes bytes(static_cast<std::size_t>(size));
     std::size_t got = 0;
     if (held.file->Read(bytes, got) != 0) return std::nullopt;
-    held.content = DecodeTakeJournal(ByteSpan(bytes).first(got));
+    std::optional<TakeJournalContent> content = DecodeTakeJournal(ByteSpan(bytes).first(got));
+    if (!content) return std::nullopt;
+    held.content = std::move(*content);
     return held;
 }
 
-bool LacksSound(const TakeJournalContent& journal, std::uint64_t takeBytes) {
-    return !journal.sound.empty() && takeBytes < journal.End();
+bool IsOfKind(const Text& audioPath, TakeKind kind) {
+    return SplitPath(audioPath).extension == (kind == TakeKind::kWav ? u".wav" : u".mp2");
 }
 
-bool WriteSoundAt(StorageFile& take, std::uint64_t place, ByteSpan sound) {
+bool ReadAt(StorageFile& file, std::uint64_t place, std::span<std::uint8_t> into) {
+    std::uint64_t position = 0;
+    std::size_t got = 0;
+    return file.Seek(static_cast<std::int64_t>(place), SeekFrom::kStart, position) == 0 &&
+           file.Read(into, got) == 0 && got == into.size();
+}
+
+enum class Missing {
+    kNothing,  // or the journal is of another take
+    kSound,
+    kUnknown,  // the take cannot be read
+};
+
+/// Whether the take lacks sound that its journal holds. The take must hold all that the journal
+/// knows of it; in a block that was being written a power cut may have left zeros.
+Missing LacksSound(StorageFile& take, const TakeJournalContent& journal) {
+    std::uint64_t size = 0;
+    if (take.Size(size) != 0) return Missing::kUnknown;
+    if (journal.sound.empty() || size < journal.position || size >= journal.End())
+        return Missing::kNothing;
+    if (journal.kind == TakeKind::kWav) {
+        std::array<std::uint8_t, WavHeader::kBytes> bytes{};
+        WavHeader header;
+        if (size < bytes.size()) return Missing::kNothing;
+        if (!ReadAt(take, 0, bytes)) return Missing::kUnknown;
+        if (journal.position < bytes.size() || !WavHeader::Decode(bytes, header))
+            return Missing::kNothing;
+    }
+    Bytes known(static_cast<std::size_t>(size - journal.position));
+    if (!ReadAt(take, journal.position, known)) return Missing::kUnknown;
+    const std::size_t whole = journal.written - journal.position;
+    for (std::size_t i = 0; i < known.size(); ++i) {
+        const bool isZero = i >= whole && known[i] == 0;
+        if (known[i] != journal.sound[i] && !isZero) return Missing::kNothing;
+    }
+    return Missing::kSound;
+}
+
+/// Writes what the journal holds over the block that was being written, and behind it.
+bool BringIn(StorageFile& take, const TakeJournalContent& journal) {
+    std::uint64_t size = 0;
     std::uint64_t position = 0;
     std::size_t written = 0;
+    if (take.Size(size) != 0) return false;
+    const std::uint64_t place = std::min<std::uint64_t>(size, journal.written);
+    const ByteSpan sound =
+        ByteSpan(journal.sound).subspan(static_cast<std::size_t>(place - journal.position));
     return take.Seek(static_cast<std::int64_t>(place), SeekFrom::kStart, position) == 0 &&
-           take.Write(sound, written) == 0;
-}
-
-/// Writes the journal's sound to its place. Where the take ends before that place, because a power
-/// cut took what lay between, it goes behind what is there, samples and frames kept whole.
-bool BringIn(StorageFile& take, std::uint64_t takeBytes, const TakeJournalContent& journal) {
-    std::uint64_t place = journal.position;
-    if (takeBytes < place) {
-        const Bytes padding((place - takeBytes) % journal.unitBytes);
-        if (!WriteSoundAt(take, takeBytes, padding)) return false;
-        place = takeBytes + padding.size();
-    }
-    return WriteSoundAt(take, place, journal.sound) && take.Flush() == 0;
+           take.Write(sound, written) == 0 && take.Flush() == 0;
 }
 
 bool BringInStagedSound(FileServices files, const Text& audioPath) {
     const std::optional<HeldJournal> journal = HoldJournal(files.storage, audioPath);
-    if (!journal || !journal->content) return false;
+    if (!journal || !IsOfKind(audioPath, journal->content.kind)) return false;
     const std::unique_ptr<StorageFile> take = OpenForPatching(files.storage, audioPath);
-    std::uint64_t size = 0;
     FileTime lastWrite;
-    if (take == nullptr || take->Size(size) != 0 || size == 0 ||
-        !LacksSound(*journal->content, size) ||
+    if (take == nullptr || LacksSound(*take, journal->content) != Missing::kSound ||
         files.storage.LastWriteTime(audioPath, lastWrite) != 0)
         return false;
-    const bool whole = BringIn(*take, size, *journal->content) && take->Close() == 0;
+    const bool whole = BringIn(*take, journal->content) && take->Close() == 0;
     (void)files.storage.SetLastWriteTime(audioPath, lastWrite);
     Trace("staged sound %s: %s", whole ? "brought in" : "could not be brought in",
           ToUtf8(audioPath).c_str());
@@ -131,30 +163,32 @@ bool MendHeader(FileServices files, const Text& path) {
 }  // namespace
 
 bool RepairTake(FileServices files, const Text& audioPath) {
+    if (IsBeingRecorded(files.storage, audioPath)) return false;
     const bool broughtIn = BringInStagedSound(files, audioPath);
     return MendHeader(files, audioPath) || broughtIn;
 }
 
-std::optional<TakeJournalContent> ReadTakeJournal(FileServices files, const Text& audioPath) {
-    std::optional<HeldJournal> journal = HoldJournal(files.storage, audioPath);
+std::optional<TakeJournalContent> ReadTakeJournal(FileServices files, const Text& takePath) {
+    std::optional<HeldJournal> journal = HoldJournal(files.storage, takePath);
     if (!journal) return std::nullopt;
     return std::move(journal->content);
 }
 
-bool IsBeingRecorded(Storage& storage, const Text& audioPath) {
-    const Text path = JournalPath(audioPath);
-    return storage.Exists(path) && OpenForPatching(storage, path) == nullptr;
+bool IsBeingRecorded(Storage& storage, const Text& takePath) {
+    return IsInUse(storage, JournalPath(takePath));
 }
 
 void DropTakeJournal(FileServices files, const Text& audioPath) {
     std::optional<HeldJournal> journal = HoldJournal(files.storage, audioPath);
-    if (!journal) return;
-    std::unique_ptr<StorageFile> take;
-    std::uint64_t size = 0;
-    const bool known =
-        !files.storage.Exists(audioPath) ||
-        (files.storage.Open(audioPath, OpenMode{}, take) == 0 && take->Size(size) == 0);
-    if (journal->content && (!known || LacksSound(*journal->content, size))) return;
+    if (!journal || !IsOfKind(audioPath, journal->content.kind)) return;
+    if (files.storage.Exists(audioPath)) {
+        std::unique_ptr<StorageFile> take;
+        if (files.storage.Open(audioPath, OpenMode{}, take) != 0 ||
+            LacksSound(*take, journal->content) != Missing::kNothing)
+            return;
+    } else if (!journal->content.sound.empty()) {
+        return;
+    }
     if (const SystemError error = files.storage.Delete(JournalPath(audioPath)); error != 0)
         Trace("journal of %s not removed: error %u", ToUtf8(audioPath).c_str(), error);
 }

@@ -12,20 +12,22 @@ namespace orma {
 /// file, so that every reader accepts it. Keeps the file's modification time, on which origination
 /// dates rest.
 ///
-/// A WAV take of ours begins with the 44 bytes of WavHeader; other files are left alone, and so are
-/// those that hold more chunks behind their data. A take that is just being recorded is left alone
-/// too. Nothing is reported: what cannot be mended, the reader refuses with its reason. True when
-/// something was mended.
+/// A journal's sound only follows a take that holds what the journal knows of it: another file of
+/// that name, or one that was edited since, stays as it is. A WAV take of ours begins with the 44
+/// bytes of WavHeader; other files are left alone, and so are those that hold more chunks behind
+/// their data, and a take that is just being recorded. Nothing is reported: what cannot be mended,
+/// the reader refuses with its reason. True when something was mended.
 bool RepairTake(FileServices files, const Text& audioPath);
 
-/// The journal of a take; nothing when there is none, or the take is just being recorded.
+/// A take's journal; nothing when there is none of ours, or it is in use.
 [[nodiscard]] std::optional<TakeJournalContent> ReadTakeJournal(FileServices files,
-                                                                const Text& audioPath);
+                                                                const Text& takePath);
 
-/// True when the take is being recorded, here or in another process.
-[[nodiscard]] bool IsBeingRecorded(Storage& storage, const Text& audioPath);
+/// True when the take is being recorded, here or in another process. `takePath`: any of its files.
+[[nodiscard]] bool IsBeingRecorded(Storage& storage, const Text& takePath);
 
-/// Removes the journal of a take, unless it is in use or holds sound that the take lacks.
+/// Removes the journal of a take, unless it is none of ours, in use, or holds sound that the take
+/// at `audioPath` lacks and could still get.
 void DropTakeJournal(FileServices files, const Text& audioPath);
 
 }  // namespace orma

@@ -14,41 +14,37 @@ bool JStreamWrMP2File::RefuseWhileOpen() {
 }
 
 void JStreamWrMP2File::OpenTake(const Text& name) {
-    const AudioState& audio = context_.audio;
-    appendPerBlock_ = audio.appendPerBlock;
+    appendPerBlock_ = context_.audio.appendPerBlock;
     path_ = context_.recordingFolder + name + u".mp2";
     std::uint32_t length = 0;
     if (appendPerBlock_) {
         length = OpenForAppend(path_);
         JStreamFile::Close();
     }
-    context_.journal.Start(Services(), path_,
-                           {.blockBytes = Mp2Pipeline::kBlockBytes,
-                            .unitBytes = audio.bitrate.FrameBytes(),
-                            .resolutionShift = audio.resolutionShift},
-                           length);
-    if (!appendPerBlock_) Open(path_, false);
-    if (Has(kGood)) return;
+    const bool isFree = context_.journal.Start(
+        Services(), path_, context_.JournalFormat(TakeKind::kMp2, Mp2Pipeline::kBlockBytes, name),
+        length);
+    if (isFree && !appendPerBlock_) Open(path_, false);
+    if (!isFree || (appendPerBlock_ && !Has(kGood)))
+        Services().report.ShowError(u"Cannot open file : " + path_);
+    if (isFree && Has(kGood)) return;
     context_.journal.Discard();
     path_.clear();
 }
 
 void JStreamWrMP2File::PutTake(ByteSpan encoded) {
+    if (appendPerBlock_ && !OpenForBlock(path_)) return;
     const auto bytes = static_cast<std::uint32_t>(encoded.size());
-    if (appendPerBlock_)
-        AppendBlock(path_, encoded.data(), bytes);
-    else
-        Write(encoded.data(), bytes);
-    if (!Has(kGood)) return;
-    context_.journal.BlockWritten(bytes);
+    Write(encoded.data(), bytes);
+    if (Has(kGood)) context_.journal.BlockWritten(bytes);
     BeginFlush();
     context_.journal.BeginFlush();
+    if (appendPerBlock_) JStreamFile::Close();
 }
 
 void JStreamWrMP2File::CloseTake() {
     if (path_.empty()) return;
-    if (appendPerBlock_ && Has(kGood)) OpenForAppend(path_);
-    Flush();
+    if (!appendPerBlock_ || OpenForBlock(path_)) Flush();
     JStreamFile::Close();
     context_.journal.Close();
     if (!Has(kGood)) RepairTake(Services(), path_);

@@ -16,20 +16,20 @@ void JStreamWrWavFile::OpenTake(const Text& name) {
     context_.staging.Restart();
     appendPerBlock_ = context_.audio.appendPerBlock;
     path_ = context_.recordingFolder + name + u".wav";
-    const WavHeader wavHeader = Header();
-    context_.journal.Start(Services(), path_,
-                           {.blockBytes = PcmStaging::kBytes,
-                            .unitBytes = wavHeader.bitsPerSample / 8U * wavHeader.channels,
-                            .resolutionShift = context_.audio.resolutionShift},
-                           WavHeader::kBytes);
-    Open(path_, false);
-    if (!JStreamFile::IsOpen()) {
+    const bool isFree = context_.journal.Start(
+        Services(), path_, context_.JournalFormat(TakeKind::kWav, PcmStaging::kBytes, name),
+        WavHeader::kBytes);
+    if (isFree)
+        Open(path_, false);
+    else
+        Services().report.ShowError(u"Cannot open file : " + path_);
+    if (!isFree || !JStreamFile::IsOpen()) {
         // What may lie under that name is not this take: it is never closed, patched or mended.
         context_.journal.Discard();
         path_.clear();
         return;
     }
-    const auto header = wavHeader.Encode();
+    const auto header = Header().Encode();
     Write(header.data(), header.size());
     if (appendPerBlock_) JStreamFile::Close();
 }
@@ -53,15 +53,13 @@ void JStreamWrWavFile::WriteTake(ByteSpan pcm) {
 
 void JStreamWrWavFile::WriteBlock(ByteSpan block) {
     const auto bytes = static_cast<std::uint32_t>(block.size());
-    if (appendPerBlock_)
-        AppendBlock(path_, block.data(), bytes);
-    else
-        Write(block.data(), bytes);
+    Write(block.data(), bytes);
     if (Has(kGood)) context_.journal.BlockWritten(bytes);
 }
 
 /// Between blocks the take is a valid WAV file, and soon on the medium.
 void JStreamWrWavFile::PutBlock(ByteSpan block) {
+    if (appendPerBlock_ && !OpenForBlock(path_)) return;
     WriteBlock(block);
     PatchSizes();
     BeginFlush();
@@ -70,7 +68,6 @@ void JStreamWrWavFile::PutBlock(ByteSpan block) {
 }
 
 void JStreamWrWavFile::PatchSizes() {
-    if (appendPerBlock_ && Has(kGood)) OpenForAppend(path_);
     if (!JStreamFile::IsOpen()) return;
     const std::uint32_t length = GetSize();
     if (length < WavHeader::kBytes) return;  // unknown: better no size than a wrong one
@@ -87,7 +84,7 @@ void JStreamWrWavFile::PatchSizes() {
 void JStreamWrWavFile::CloseTake() {
     if (path_.empty()) return;
     const bool exists = Services().storage.Exists(path_);
-    if (exists) {
+    if (exists && (!appendPerBlock_ || OpenForBlock(path_))) {
         context_.staging.Flush([this](ByteSpan block) { WriteBlock(block); });
         PatchSizes();
         Flush();

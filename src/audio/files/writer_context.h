@@ -32,6 +32,7 @@ struct WriterContext {
     Mp2Pipeline& encoder;
 
     Text recordingFolder{};          // with its separator; takes and publications lie in it
+    Text projectName{};              // a take's name is this and a number
     Text publishExtension = u"wav";  // of a published MP2 file, without the dot
     WavHeader wavTemplate{};         // its block align is what takes get
     PublicationTemplates publication{};
@@ -46,6 +47,17 @@ struct WriterContext {
     bool cancelled = false;  // the user cancelled: a local publication is not kept
     bool committed = false;  // the publication stands complete under its final name
     Text publishedPath{};    // that final name
+
+    /// What the journal of the take `name` is to know.
+    [[nodiscard]] TakeJournal::Format JournalFormat(TakeKind kind, std::uint32_t blockBytes,
+                                                    const Text& name) const {
+        const bool isNumbered = name.starts_with(projectName);
+        return {
+            .kind = kind,
+            .blockBytes = blockBytes,
+            .resolutionShift = audio.resolutionShift,
+            .projectNameUnits = isNumbered ? static_cast<std::uint32_t>(projectName.size()) : 0};
+    }
 };
 
 }  // namespace orma

@@ -26,15 +26,17 @@ class TakeJournalTest : public ::testing::TestWithParam<bool> {
         RepairTake(bench_.services, killed_.Path(file));
         return ReadFileBytes(killed_.Path(file));
     }
-    /// The journal of a take of 100 bytes, of which `sound` is staged.
-    [[nodiscard]] Bytes JournalWith(ByteSpan sound) {
-        TakeJournal journal;
-        journal.Start(bench_.services, bench_.files.folder.Path(u"take00.wav"),
-                      {.blockBytes = 4096, .unitBytes = 4, .resolutionShift = 1}, 100);
-        journal.Append(sound);
-        journal.AddMark(7);
-        journal.AddMark(9);
-        return bench_.File(u"take00.rec");
+    /// A killed WAV take of which `written` bytes of `pcm` are in the file and the rest is staged.
+    void LeaveTake(ByteSpan pcm) {
+        JStreamAudioWrite& writer = bench_.Select(WriterKind::kWavFile);
+        writer.Open(u"take00");
+        for (; !pcm.empty(); pcm = pcm.subspan(std::min<std::size_t>(4000, pcm.size())))
+            writer.WriteSamples(
+                pcm.data(), std::min<std::uint32_t>(4000, static_cast<std::uint32_t>(pcm.size())));
+        bench_.context.journal.AddMark(7);
+        bench_.context.journal.AddMark(9);
+        Kill();
+        writer.Close();
     }
 
     WriterBench bench_;
@@ -83,23 +85,68 @@ TEST_P(TakeJournalTest, AnMp2TakeThatIsKilledHasEveryFrameThatWasEncoded) {
     EXPECT_TRUE(std::equal(recovered.begin(), recovered.end(), whole.begin()));
 }
 
-TEST_F(TakeJournalTest, WhatAPowerCutTookFromTheTakeLeavesTheRestInWholeSamples) {
-    const Bytes sound = Pattern(1000);
-    WriteFileBytes(killed_.Path(u"take00.rec"), JournalWith(sound));
-    for (const std::size_t size : {50U, 97U, 100U, 300U, 1100U, 2000U}) {
-        WriteFileBytes(killed_.Path(u"take00.wav"), Bytes(size, 'x'));
-        const Bytes file = Recovered(u"take00.wav");
-        const std::size_t place = size < 100 ? (size + 3) / 4 * 4 : 100;
-        const std::size_t end = size >= 1100 ? size : place + 1000;
-        ASSERT_EQ(file.size(), end) << size;
-        if (size >= 1100) continue;
-        EXPECT_EQ(Bytes(file.begin() + static_cast<long>(place), file.end()), sound);
+TEST_P(TakeJournalTest, AnMp2TakeThatIsKilledInItsFirstBlockIsAllInItsJournal) {
+    bench_.audio.appendPerBlock = GetParam();
+    const Samples voice = SpeechLike(44100, 20000);
+    JStreamAudioWrite& writer = bench_.Select(WriterKind::kMp2File);
+    writer.Open(u"take00");
+    writer.WriteSamples(voice.data(), 40000);
+    Kill();
+    EXPECT_EQ(ReadFileBytes(killed_.Path(u"take00.mp2")).size(), 0U);
+    EXPECT_EQ(Recovered(u"take00.mp2").size(), bench_.encoder.Frames() * 192);
+}
+
+TEST_F(TakeJournalTest, WhatAPowerCutTookFromTheTakeComesFromTheJournalIfItGoesThatFar) {
+    const Bytes pcm = Pattern(5 * 65536 + 30000);
+    const Bytes whole = WavBytes({}, pcm);
+    LeaveTake(pcm);
+    const Bytes left = ReadFileBytes(killed_.Path(u"take00.wav"));
+    ASSERT_EQ(left.size(), 44U + 5 * 65536);
+    // The journal holds the last four blocks, the staged one among them.
+    for (const std::size_t lost : {0U, 1U, 65536U, 100000U, 3 * 65536U}) {
+        WriteFileBytes(killed_.Path(u"take00.wav"), ByteSpan(left).first(left.size() - lost));
+        EXPECT_EQ(Recovered(u"take00.wav"), whole) << lost;
+        EXPECT_EQ(Recovered(u"take00.wav"), whole) << "a second time";
+    }
+    // The block that was being written may be there in length alone.
+    Bytes zeros = left;
+    zeros.resize(left.size() + 20000);
+    WriteFileBytes(killed_.Path(u"take00.wav"), zeros);
+    EXPECT_EQ(Recovered(u"take00.wav"), whole);
+    // What lies too far back cannot be joined; the sound before it stays.
+    const std::size_t kept = 44 + 65536;
+    WriteFileBytes(killed_.Path(u"take00.wav"), ByteSpan(left).first(kept));
+    EXPECT_EQ(Recovered(u"take00.wav"), WavBytes({}, ByteSpan(pcm).first(65536)));
+}
+
+TEST_F(TakeJournalTest, AFileThatIsNotTheJournalsTakeStaysAsItIs) {
+    const Bytes pcm = Pattern(2 * 65536 + 30000);
+    LeaveTake(pcm);
+    const Bytes left = ReadFileBytes(killed_.Path(u"take00.wav"));
+    Bytes edited = WavBytes({}, ByteSpan(pcm).subspan(8, 100000));
+    const std::pair<const char16_t*, Bytes> others[] = {
+        {u"take00.wav", edited},
+        {u"take00.wav", WavBytes({}, Bytes(70000, 'x'))},
+        {u"take00.wav", Bytes(2 * 65536 + 44, 0)},
+        {u"take00.wav", WavBytes({}, ByteSpan(pcm).first(10))},
+        {u"take00.wav", Bytes()},
+        {u"take00.mp2", left},
+    };
+    for (const auto& [name, bytes] : others) {
+        WriteFileBytes(killed_.Path(name), bytes);
+        if (bytes.size() == 54) {  // the beginning of the take, and so the take
+            EXPECT_EQ(Recovered(name), WavBytes({}, pcm));
+            continue;
+        }
+        EXPECT_EQ(Recovered(name), bytes);
     }
 }
 
 TEST_F(TakeJournalTest, ADamagedJournalBringsInNothing) {
-    const Bytes whole = JournalWith(Pattern(1000));
-    ASSERT_EQ(whole.size(), 4096U + 16384);
+    const Bytes pcm = Pattern(3000);
+    LeaveTake(pcm);
+    const Bytes whole = ReadFileBytes(killed_.Path(u"take00.rec"));
+    ASSERT_EQ(whole.size(), 8192U + 4 * 65536);
     const auto changed = [&](std::size_t offset, std::uint32_t value) {
         Bytes file = whole;
         StoreLe(&file[offset], value);
@@ -107,21 +154,52 @@ TEST_F(TakeJournalTest, ADamagedJournalBringsInNothing) {
     };
     const auto intact = DecodeTakeJournal(whole);
     ASSERT_TRUE(intact);
-    EXPECT_EQ(intact->sound, Pattern(1000));
-    EXPECT_EQ(intact->position, 100U);
+    EXPECT_EQ(intact->sound, pcm);
+    EXPECT_EQ(intact->position, 44U);
     EXPECT_THAT(intact->marks, ElementsAre(7, 9));
-    // Magic, version, ring and unit make it another file; places and sound that disagree cost the
-    // sound alone.
-    for (const std::size_t offset : {0U, 4U, 8U, 12U, 36U})
+    // Magic, version, ring, kind and shift make it another file; places and sound that disagree
+    // cost the sound alone.
+    for (const std::size_t offset : {0U, 4U, 8U, 12U, 56U})
         EXPECT_FALSE(changed(offset, 0xFFFFFFFF)) << offset;
-    for (const std::size_t offset : {16U, 20U, 24U, 28U, 4096U + 100, 4096U + 1096}) {
+    for (const std::size_t offset : {24U, 28U, 8192U + 44, 8192U + 3040}) {
         const auto content = changed(offset, 0xFFFFFFF0);
         ASSERT_TRUE(content) << offset;
         EXPECT_THAT(content->sound, IsEmpty()) << offset;
         EXPECT_THAT(content->marks, ElementsAre(7, 9));
     }
     EXPECT_FALSE(DecodeTakeJournal(ByteSpan(whole).first(whole.size() - 1)));
-    EXPECT_EQ(changed(32, 0xFFFFFFFF)->marks.size(), LevelSheet::kMaxMarks);
+    EXPECT_EQ(changed(64, 0xFFFFFFFF)->marks.size(), LevelSheet::kMaxMarks);
+
+    const Text foreign = killed_.Path(u"take00.rec");
+    for (const Bytes& bytes : {Bytes(10, 'x'), Bytes(3U << 20, 'x'), Bytes()}) {
+        WriteFileBytes(foreign, bytes);
+        DropTakeJournal(bench_.services, killed_.Path(u"take00.wav"));
+        EXPECT_EQ(ReadFileBytes(foreign), bytes);
+    }
+}
+
+TEST_F(TakeJournalTest, ASecondRecordingOfTheSameTakeIsRefused) {
+    WriterBench second;
+    second.context.recordingFolder = bench_.files.folder.Path();
+    for (const WriterKind kind : {WriterKind::kWavFile, WriterKind::kMp2File}) {
+        bench_.audio.appendPerBlock = second.audio.appendPerBlock = true;
+        JStreamAudioWrite& first = bench_.Select(kind);
+        const Samples voice = SpeechLike(44100, 60000);
+        first.Open(u"take00");
+        first.WriteSamples(voice.data(), 60000);
+        JStreamAudioWrite& other = second.Select(kind);
+        other.Open(u"take00");
+        EXPECT_FALSE(other.IsOpen());
+        other.Close();
+        ASSERT_EQ(second.files.boxes.shown.size(), 1U);
+        EXPECT_TRUE(second.files.boxes.shown[0].text.starts_with(u"Cannot open file : "));
+        second.files.boxes.shown.clear();
+        first.WriteSamples(&voice[30000], 60000);
+        EXPECT_TRUE(first.IsOpen());
+        first.Close();
+        std::filesystem::remove(bench_.files.folder.Native(u"take00.rec"));
+    }
+    EXPECT_EQ(bench_.File(u"take00.wav").size(), 44U + 120000);
 }
 
 TEST_F(TakeJournalTest, ATakeThatIsBeingRecordedIsLeftAlone) {
