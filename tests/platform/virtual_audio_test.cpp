@@ -172,7 +172,9 @@ TEST_F(VirtualAudio, AVanishingMicrophoneTellsItOnceAndKeepsWhatItHeard) {
 TEST_F(VirtualAudio, KeepsTheContractOfAWaveInputAtBothPaces) {
     WriteSoundFile(input_, 1, 44100, Ramp(44100));
     PosixEventLoop loop;
-    VirtualWaveSystem fast(loop, {input_, {}, Pace::kFast, 1, {}, {}});
+    options_.inputFile = input_;
+    options_.pace = Pace::kFast;
+    VirtualWaveSystem fast(loop, options_);
     CheckWaveInContract({fast, [&](const auto& condition) { return RunUntil(loop, condition); }});
     CheckWaveInContract({System(Pace::kReal), [&](const auto& condition) {
                              for (int ms = 0; ms < 10000 && !condition(); ++ms)
