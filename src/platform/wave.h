@@ -31,10 +31,10 @@ struct WaveHeader {
 /// Outcome of a device call; the engines report the call's name, the trace says more.
 enum class WaveResult { kOk, kNoDevice, kBadFormat, kNotPrepared, kFailed };
 
-/// Why a running input device can deliver no more.
+/// Why a running device can deliver, or take, no more.
 enum class WaveLoss {
     kVanished,  // unplugged, or its sound server ended
-    kStalled,   // no data for longer than the adapter's watchdog allows
+    kStalled,   // no data asked for or given for longer than the adapter's watchdog allows
 };
 
 /// What an open input device tells its user. UI thread, never from within a device call.
@@ -83,19 +83,29 @@ class WaveOutEvents {
   public:
     virtual ~WaveOutEvents() = default;
 
-    /// A buffer was played, or returned by a reset.
+    /// A buffer has gone to the driver, or was returned by a reset. An empty buffer comes back once
+    /// everything that was written before it has been heard.
     virtual void OnWaveOutDone(WaveHeader& header) = 0;
+
+    /// The device plays no more; its buffers come back only through Reset. Told once.
+    virtual void OnWaveOutLost(WaveLoss reason) = 0;
 };
 
 /// An open wave output: prepare, write, pause, restart, reset, unprepare, close (the destructor).
-/// UI thread.
+/// It plays what is written without a gap as long as a buffer waits. Closing cuts off what was not
+/// heard yet. UI thread; calls do not block longer than 2 s.
 class WaveOutDevice {
   public:
     virtual ~WaveOutDevice() = default;
 
     [[nodiscard]] virtual WaveResult Prepare(WaveHeader& header) = 0;
     [[nodiscard]] virtual WaveResult Unprepare(WaveHeader& header) = 0;
+
+    /// Queues a prepared buffer, which may be empty; buffers are played in the order they were
+    /// written.
     [[nodiscard]] virtual WaveResult Write(WaveHeader& header) = 0;
+
+    /// Holds the sound until Restart or Reset; buffers may be written meanwhile.
     [[nodiscard]] virtual WaveResult Pause() = 0;
     [[nodiscard]] virtual WaveResult Restart() = 0;
 
@@ -130,7 +140,8 @@ class WaveSystem {
                                                 WaveOutEvents& events,
                                                 std::unique_ptr<WaveOutDevice>& device) = 0;
 
-    /// Sets the volume of the output, 0..65535 for each side.
+    /// Sets the volume of all outputs, open ones and those to be opened: 0..65535 for each side, of
+    /// which 65535 passes samples unchanged (n scales by n / 65535); mono follows the left side.
     [[nodiscard]] virtual WaveResult SetOutputVolume(std::uint16_t left, std::uint16_t right) = 0;
 };
 

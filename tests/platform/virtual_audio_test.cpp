@@ -206,6 +206,7 @@ class WaveOutUser : public WaveOutEvents {
         done.push_back(header.user);
         Write(header);
     }
+    void OnWaveOutLost(WaveLoss) override { ADD_FAILURE() << "a file is never lost"; }
 
     std::vector<std::uint32_t> done;
     bool stopped = false;

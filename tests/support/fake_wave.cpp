@@ -5,14 +5,34 @@
 
 namespace orma::test {
 
-std::size_t FakeWaveIn::Count(const std::string& call) const {
+std::size_t FakeWaveScript::Count(const std::string& call) const {
     return static_cast<std::size_t>(std::count(calls.begin(), calls.end(), call));
 }
 
-WaveResult FakeWaveIn::Note(const std::string& call) {
+WaveResult FakeWaveScript::Note(const std::string& call) {
     calls.push_back(call);
     for (const std::string& key : {call + "#" + std::to_string(Count(call)), call})
         if (const auto found = results.find(key); found != results.end()) return found->second;
+    return WaveResult::kOk;
+}
+
+WaveResult FakeWaveScript::Prepare(WaveHeader& header) {
+    if (const WaveResult result = Note("Prepare"); result != WaveResult::kOk) return result;
+    prepared.insert(&header);
+    return WaveResult::kOk;
+}
+
+WaveResult FakeWaveScript::Unprepare(WaveHeader& header) {
+    if (const WaveResult result = Note("Unprepare"); result != WaveResult::kOk) return result;
+    if (std::ranges::find(queue, &header) != queue.end()) return WaveResult::kFailed;
+    return prepared.erase(&header) == 1 ? WaveResult::kOk : WaveResult::kNotPrepared;
+}
+
+WaveResult FakeWaveScript::Enqueue(const std::string& call, WaveHeader& header) {
+    if (const WaveResult result = Note(call); result != WaveResult::kOk) return result;
+    if (!prepared.contains(&header)) return WaveResult::kNotPrepared;
+    if (std::ranges::find(queue, &header) != queue.end()) return WaveResult::kFailed;
+    queue.push_back(&header);
     return WaveResult::kOk;
 }
 
@@ -49,6 +69,23 @@ void FakeWaveIn::Lose(WaveLoss reason) {
     if (events != nullptr) events->OnWaveInLost(reason);
 }
 
+bool FakeWaveOut::FinishOne() {
+    if (queue.empty() || paused || events == nullptr) return false;
+    WaveHeader& header = *queue.front();
+    queue.pop_front();
+    played.insert(played.end(), header.data, header.data + header.bufferLength);
+    events->OnWaveOutDone(header);
+    return true;
+}
+
+void FakeWaveOut::FlushReset() {
+    for (std::size_t left = queue.size(); left > 0 && !queue.empty(); --left) {
+        WaveHeader& header = *queue.front();
+        queue.pop_front();
+        if (events != nullptr) events->OnWaveOutDone(header);
+    }
+}
+
 namespace {
 
 class OpenFakeIn : public WaveInDevice {
@@ -64,27 +101,9 @@ class OpenFakeIn : public WaveInDevice {
         script_.prepared.clear();
     }
 
-    WaveResult Prepare(WaveHeader& header) override {
-        const WaveResult result = script_.Note("Prepare");
-        if (result == WaveResult::kOk) script_.prepared.insert(&header);
-        return result;
-    }
-
-    WaveResult Unprepare(WaveHeader& header) override {
-        const WaveResult result = script_.Note("Unprepare");
-        if (result != WaveResult::kOk) return result;
-        if (Holds(header)) return WaveResult::kFailed;
-        return script_.prepared.erase(&header) == 1 ? WaveResult::kOk : WaveResult::kNotPrepared;
-    }
-
-    WaveResult Add(WaveHeader& header) override {
-        const WaveResult result = script_.Note("Add");
-        if (result != WaveResult::kOk) return result;
-        if (!script_.prepared.contains(&header)) return WaveResult::kNotPrepared;
-        if (Holds(header)) return WaveResult::kFailed;
-        script_.queue.push_back(&header);
-        return WaveResult::kOk;
-    }
+    WaveResult Prepare(WaveHeader& header) override { return script_.Prepare(header); }
+    WaveResult Unprepare(WaveHeader& header) override { return script_.Unprepare(header); }
+    WaveResult Add(WaveHeader& header) override { return script_.Enqueue("Add", header); }
 
     WaveResult Start() override {
         const WaveResult result = script_.Note("Start");
@@ -114,16 +133,71 @@ class OpenFakeIn : public WaveInDevice {
     std::uint64_t LostFrames() const override { return script_.lostFrames; }
 
   private:
-    [[nodiscard]] bool Holds(WaveHeader& header) const {
-        return std::ranges::find(script_.queue, &header) != script_.queue.end();
-    }
-
     FakeWaveIn& script_;
     EventLoop& loop_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
+class OpenFakeOut : public WaveOutDevice {
+  public:
+    OpenFakeOut(FakeWaveOut& script, EventLoop& loop) : script_(script), loop_(loop) {}
+
+    ~OpenFakeOut() override {
+        *alive_ = false;
+        (void)script_.Note("Close");
+        script_.open = script_.paused = false;
+        script_.events = nullptr;
+        script_.queue.clear();
+        script_.prepared.clear();
+    }
+
+    WaveResult Prepare(WaveHeader& header) override { return script_.Prepare(header); }
+    WaveResult Unprepare(WaveHeader& header) override { return script_.Unprepare(header); }
+    WaveResult Write(WaveHeader& header) override { return script_.Enqueue("Write", header); }
+
+    WaveResult Pause() override {
+        const WaveResult result = script_.Note("Pause");
+        if (result == WaveResult::kOk) script_.paused = true;
+        return result;
+    }
+
+    WaveResult Restart() override {
+        const WaveResult result = script_.Note("Restart");
+        if (result == WaveResult::kOk) script_.paused = false;
+        return result;
+    }
+
+    WaveResult Reset() override {
+        const WaveResult result = script_.Note("Reset");
+        if (result != WaveResult::kOk) return result;
+        script_.paused = false;
+        if (script_.flushOnReset)
+            loop_.Post([alive = alive_, &script = script_] {
+                if (*alive) script.FlushReset();
+            });
+        return result;
+    }
+
+  private:
+    FakeWaveOut& script_;
+    EventLoop& loop_;
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
 }  // namespace
+
+WaveResult FakeWaveSystem::OpenOutput(const Text& name, const WaveFormat& format,
+                                      WaveOutEvents& events,
+                                      std::unique_ptr<WaveOutDevice>& device) {
+    const WaveResult result = out.Note("OpenOutput");
+    if (result != WaveResult::kOk) return result;
+    out.name = name;
+    out.format = format;
+    out.open = true;
+    out.events = &events;
+    device = std::make_unique<OpenFakeOut>(out, loop_);
+    return result;
+}
 
 WaveResult FakeWaveSystem::OpenInput(const Text& name, const WaveFormat& format,
                                      WaveInEvents& events, std::unique_ptr<WaveInDevice>& device) {

@@ -13,11 +13,12 @@
 
 namespace orma::test {
 
-/// The microphone of the fake: the script belongs to the FakeWaveSystem and outlives the device
-/// that the code under test opens and destroys.
-struct FakeWaveIn {
+/// What is common to both directions. The script belongs to the FakeWaveSystem and outlives the
+/// device that the code under test opens and destroys.
+struct FakeWaveScript {
     /// The calls made, by name and in order: "OpenInput", "Prepare", "Add", "Start", "Stop",
-    /// "Reset", "Unprepare", "Close" (the destructor).
+    /// "Reset", "Unprepare", "Close" (the destructor); of outputs "OpenOutput", "Write", "Pause",
+    /// "Restart".
     std::vector<std::string> calls;
 
     /// Makes calls fail without effect: by name ("Add": every one) or by name and count ("Add#3":
@@ -40,6 +41,13 @@ struct FakeWaveIn {
     /// Notes the call and returns the result that the script holds for it.
     WaveResult Note(const std::string& call);
 
+    WaveResult Prepare(WaveHeader& header);
+    WaveResult Unprepare(WaveHeader& header);  // kFailed while queued
+    WaveResult Enqueue(const std::string& call, WaveHeader& header);
+};
+
+/// The microphone of the fake.
+struct FakeWaveIn : FakeWaveScript {
     /// Fills the next queued buffer with `bytes` (zero-filled behind them, cut to its length) and
     /// hands it over at once; false when none is queued.
     bool Deliver(ByteSpan bytes);
@@ -59,7 +67,21 @@ struct FakeWaveIn {
     WaveInEvents* events = nullptr;
 };
 
-/// A sound system without sound: one input, driven by the test, and no output. The device's events
+/// The loudspeaker of the fake.
+struct FakeWaveOut : FakeWaveScript {
+    /// "Plays" the first queued buffer: appends its bytes to `played` and hands it back at once;
+    /// false when none is queued or the device is paused.
+    bool FinishOne();
+
+    /// Returns every queued buffer at once, unplayed.
+    void FlushReset();
+
+    bool paused = false;
+    Bytes played;
+    WaveOutEvents* events = nullptr;
+};
+
+/// A sound system without sound: one input and one output, driven by the test. The devices' events
 /// come from within the test's own calls, but for the flush of Reset, which is posted.
 class FakeWaveSystem : public WaveSystem {
   public:
@@ -68,17 +90,19 @@ class FakeWaveSystem : public WaveSystem {
     [[nodiscard]] std::vector<WaveDeviceInfo> Inputs() override {
         return {{u"Fake microphone", 2, true}};
     }
-    [[nodiscard]] std::vector<WaveDeviceInfo> Outputs() override { return {}; }
+    [[nodiscard]] std::vector<WaveDeviceInfo> Outputs() override {
+        return {{u"Fake loudspeaker", 2, true}};
+    }
     [[nodiscard]] WaveResult OpenInput(const Text& name, const WaveFormat& format,
                                        WaveInEvents& events,
                                        std::unique_ptr<WaveInDevice>& device) override;
-    [[nodiscard]] WaveResult OpenOutput(const Text&, const WaveFormat&, WaveOutEvents&,
-                                        std::unique_ptr<WaveOutDevice>&) override {
-        return WaveResult::kNoDevice;
-    }
+    [[nodiscard]] WaveResult OpenOutput(const Text& name, const WaveFormat& format,
+                                        WaveOutEvents& events,
+                                        std::unique_ptr<WaveOutDevice>& device) override;
     [[nodiscard]] WaveResult SetOutputVolume(std::uint16_t left, std::uint16_t right) override;
 
     FakeWaveIn in;
+    FakeWaveOut out;
     std::uint16_t volumeLeft = 65535;
     std::uint16_t volumeRight = 65535;
     WaveResult volumeResult = WaveResult::kOk;  // of SetOutputVolume; a failure changes nothing

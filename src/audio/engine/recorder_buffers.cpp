@@ -2,29 +2,13 @@
 
 #include <algorithm>
 
+#include "audio/engine/busy.h"
 #include "audio/engine/recorder.h"
 #include "audio/files/level_tables.h"
 #include "audio/files/peak_level.h"
 #include "base/trace.h"
 
 namespace orma {
-namespace {
-
-// Marks a stretch in which writer or project may show a box. Events that come in behind it must not
-// call into them again.
-class Busy {
-  public:
-    explicit Busy(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
-    ~Busy() { flag_ = before_; }
-    Busy(const Busy&) = delete;
-    Busy& operator=(const Busy&) = delete;
-
-  private:
-    bool& flag_;
-    bool before_;
-};
-
-}  // namespace
 
 void Recorder::QueueBuffer(CaptureBuffer& buffer) {
     buffer.header = WaveHeader{.data = buffer.data,

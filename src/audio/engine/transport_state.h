@@ -1,0 +1,17 @@
+#pragma once
+
+namespace orma {
+
+/// What recorder and editor are doing, one value for the whole process. The screens set it; the
+/// player reads it for every buffer. The numbers are those of the status lamp.
+enum class TransportState {
+    kStopped = 0,
+    kRecordReady = 1,  // the input is heard, nothing is saved
+    kRecording = 2,
+    kPlaying = 3,
+    kFastForward = 4,
+    kRewind = 5,
+    kDragging = 6,  // playing, while the user drags the position along
+};
+
+}  // namespace orma

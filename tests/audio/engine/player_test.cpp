@@ -1,0 +1,340 @@
+#include "audio/engine/player_fixture.h"
+
+namespace orma::test {
+namespace {
+
+using Strings = std::vector<std::string>;
+using Texts = std::vector<Text>;
+using Cuts = std::vector<RemovedRange>;
+
+Periods operator+(Periods left, const Periods& right) {
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+TEST_F(PlayerTest, FourBuffersCirculateAndAnEndMarkerEndsPlaying) {
+    MakeTake(10);
+    player.SetOutputDevice(u"desk");
+    ASSERT_TRUE(player.StartPlaying(1));
+    EXPECT_EQ(waves.out.calls,
+              (Strings{"OpenOutput", "Pause", "Prepare", "Write", "Prepare", "Write", "Prepare",
+                       "Write", "Prepare", "Write", "Restart"}));
+    EXPECT_EQ(waves.out.name, u"desk");
+    EXPECT_EQ(waves.out.format, (WaveFormat{1, 44100, 88200, 2, 16}));
+    EXPECT_EQ(waves.out.queue.size(), 4U);
+    Finish(10);
+    EXPECT_EQ(Heard(), Range(0, 10));
+    ASSERT_EQ(waves.out.queue.size(), 1U);
+    EXPECT_EQ(waves.out.queue.front()->bufferLength, 0U) << "the end marker";
+    EXPECT_TRUE(listener.events == Strings{"playing"} && !player.IsPlaying());
+    Finish(1);
+    EXPECT_EQ(listener.events, (Strings{"playing", "played out"}));
+    EXPECT_TRUE(player.IsClosed() && !player.IsActive() && !buffers.AnyQueued());
+    EXPECT_EQ(player.Position(), 10);
+    // Four buffers tell nothing, then the time lags by three.
+    EXPECT_EQ(listener.positions, Range(1, 8));
+    EXPECT_EQ(listener.levels, (std::vector<std::uint8_t>{1, 2, 3, 4, 5, 6, 7}));
+
+    EXPECT_EQ(Hear(9), Periods{9});
+    EXPECT_EQ(Hear(10), Periods{});
+    EXPECT_EQ(Told("played out"), 3U);
+    EXPECT_TRUE(player.IsClosed() && boxes.texts.empty());
+}
+
+TEST_F(PlayerTest, WhatACutCoversIsNeverHeard) {
+    MakeTake(30);
+    struct Case {
+        const char* what;
+        Cuts cuts;
+        std::int32_t from;
+        Periods heard;
+        std::int32_t position;
+        std::uint32_t rangeEnd = 0;
+    };
+    const Case cases[] = {
+        {"two", {{5, 8, 0}, {20, 21, 0}}, 0, Range(0, 5) + Range(8, 20) + Range(21, 30), 30},
+        {"adjacent", {{5, 8, 0}, {8, 10, 0}, {10, 12, 0}}, 0, Range(0, 5) + Range(12, 30), 30},
+        {"overlapping", {{5, 9, 0}, {7, 12, 0}}, 3, Range(3, 5) + Range(12, 30), 30},
+        {"nested, in any order", {{6, 7, 0}, {5, 12, 0}}, 4, Range(4, 5) + Range(12, 30), 30},
+        {"empty", {{5, 5, 0}}, 0, Range(0, 30), 30},
+        {"started at its begin", {{5, 8, 0}}, 5, Range(8, 30), 30},
+        {"started inside", {{5, 8, 0}}, 6, Range(8, 30), 30},
+        {"to the end", {{25, 30, 0}}, 20, Range(20, 25), 31},
+        {"everything", {{0, 30, 0}}, 0, {}, 31},
+        {"range", {{5, 8, 0}}, 2, Range(2, 5) + Range(8, 12), 12, 12},
+        {"range inside a cut", {{5, 20, 0}}, 2, Range(2, 5), 13, 12},
+        {"range beyond the end", {}, 28, Range(28, 30), 30, 99},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.what);
+        sheet.cuts = one.cuts;
+        player.SetRange({0, one.rangeEnd});
+        EXPECT_EQ(Hear(one.from), one.heard);
+        EXPECT_EQ(player.Position(), one.position);
+        EXPECT_TRUE(player.IsClosed());
+    }
+    // Where a cut is jumped, the graph has the level that stands at its begin.
+    sheet.cuts = {{10, 14, 0}};
+    player.SetRange({});
+    listener.levels.clear();
+    (void)Hear(5);
+    EXPECT_EQ(listener.levels[0], 6);  // the time and the graph are at 6 while 9 is written
+    EXPECT_EQ(listener.levels[1], 10);
+    EXPECT_EQ(listener.levels[2], 12);
+}
+
+TEST_F(PlayerTest, WindingJumpsASecondEveryFifthOfASecond) {
+    MakeTake(130);
+    transport = TransportState::kFastForward;
+    EXPECT_EQ(Hear(0),
+              Range(20, 24) + Range(44, 48) + Range(68, 72) + Range(92, 96) + Range(116, 120));
+    EXPECT_EQ(player.Position(), 130);
+
+    sheet.cuts = {{40, 50, 0}, {50, 60, 0}};
+    EXPECT_EQ(Hear(0), Range(20, 24) + Range(60, 64) + Range(84, 88) + Range(108, 112));
+    sheet.cuts = {{22, 40, 0}};  // between two jumps it is played over
+    EXPECT_EQ(Hear(0),
+              Range(20, 22) + Range(40, 42) + Range(62, 66) + Range(86, 90) + Range(110, 114));
+
+    transport = TransportState::kRewind;
+    sheet.cuts.clear();
+    EXPECT_EQ(Hear(60), Range(40, 44) + Range(24, 28) + Range(8, 12));
+    EXPECT_EQ(player.Position(), 0);
+    sheet.cuts = {{38, 42, 0}, {10, 20, 0}};  // a second before the first lies in the other one
+    EXPECT_EQ(Hear(60), Periods{});
+    sheet.cuts = {{38, 40, 0}};  // the end belongs to it
+    EXPECT_EQ(Hear(60), Range(18, 22) + Range(2, 6));
+
+    // Winding back to playing: from the next buffer on period by period.
+    sheet.cuts.clear();
+    waves.out.played.clear();
+    transport = TransportState::kFastForward;
+    player.WavRestartPlaying(0);
+    ASSERT_TRUE(player.StartPlaying(1));
+    Finish(1);
+    transport = TransportState::kPlaying;
+    Finish(7);
+    EXPECT_EQ(Heard(), Range(20, 24) + Range(44, 48));
+}
+
+TEST_F(PlayerTest, AMovedPlaceIsHeardBehindTheQueueAndChoosesTheCutAtItsEdge) {
+    MakeTake(100);
+    sheet.cuts = {{10, 20, 0}, {20, 30, 0}};
+    player.WavRestartPlaying(20);
+    player.WavRestartPlaying(30);
+    EXPECT_EQ(listener.events, (Strings{"cut 0", "place 20", "cut 1", "place 30"}));
+    ASSERT_TRUE(player.StartPlaying(1));
+    Finish(2);
+    EXPECT_EQ(listener.positions, (Periods{31, 32}));
+    player.WavRestartPlaying(70);
+    EXPECT_EQ(player.DisplayPosition(), 70U);
+    Finish(6);
+    EXPECT_EQ(Heard(), Range(30, 36) + Range(70, 72));
+    EXPECT_EQ(listener.positions, (Periods{31, 32, 71, 72})) << "four buffers tell nothing";
+    transport = TransportState::kDragging;
+    player.WavRestartPlaying(50);
+    Finish(1);
+    EXPECT_EQ(listener.positions.back(), 47U) << "while dragging the screens follow at once";
+    player.WavRestartPlaying(10);
+    EXPECT_EQ(currentCut, 0);
+    EXPECT_EQ(Told("cut 0"), 1U) << "no redrawing while playing";
+
+    player.WavRestartPlaying(100);
+    EXPECT_FALSE(player.IsPlaying());
+    FinishAll();
+    EXPECT_EQ(player.Position(), 100);
+    EXPECT_EQ(Told("played out"), 1U);
+    player.WavRestartPlaying(-1);
+    EXPECT_EQ(player.Position(), 0);
+}
+
+TEST_F(PlayerTest, APauseKeepsTheDeviceAndTheNextStartWaitsForItsBuffers) {
+    MakeTake(50);
+    ASSERT_TRUE(player.StartPlaying(1));
+    Finish(3);
+    player.StopPlaying();
+    EXPECT_TRUE(player.IsActive() && !player.IsPlaying() && !player.IsClosed());
+    player.WavRestartPlaying(40);
+    ASSERT_TRUE(player.StartPlaying(1));
+    EXPECT_EQ(waves.out.Count("Write"), 7U) << "its buffers are still on their way back";
+    loop.RunPending();
+    EXPECT_EQ(waves.out.queue.size(), 4U);
+    FinishAll();
+    EXPECT_EQ(Heard(), Range(0, 3) + Range(40, 50));
+    EXPECT_EQ(waves.out.Count("OpenOutput"), 1U);
+
+    // Paused in peace, then in another format.
+    ASSERT_TRUE((player.WavRestartPlaying(0), player.StartPlaying(1)));
+    player.StopPlaying();
+    loop.RunPending();
+    EXPECT_FALSE(player.IsActive() || player.IsClosed());
+    EXPECT_TRUE(waves.out.queue.empty()) << "no end marker behind a pause";
+    ASSERT_TRUE(player.StartPlaying(2));
+    EXPECT_EQ(waves.out.format.channels, 2);
+    EXPECT_EQ(waves.out.queue.front()->bufferLength, 2 * kBufferBytes);
+
+    player.WavExitPlaying();
+    EXPECT_TRUE(player.IsClosed() && !player.IsActive() && !buffers.AnyQueued());
+    loop.RunPending();
+    EXPECT_EQ(Told("played out"), 1U);
+    EXPECT_TRUE(boxes.texts.empty());
+
+    // The editor holds playback: the device stays open behind the last buffer.
+    player.SetDrainHold(true);
+    EXPECT_EQ(Hear(48), Range(48, 50));
+    EXPECT_FALSE(player.IsClosed() || player.IsActive());
+}
+
+TEST_F(PlayerTest, TheOutputRunsAt48000HzWithAnExternalRecorder) {
+    audio.externalRecorder = true;
+    MakeTake(5);
+    ASSERT_TRUE(player.StartPlaying(2));
+    EXPECT_EQ(waves.out.format, (WaveFormat{2, 48000, 192000, 4, 16}));
+    EXPECT_EQ(waves.out.queue.front()->bufferLength, 9600U);
+}
+
+TEST_F(PlayerTest, PlaysOnWithoutAGapInTheNextRange) {
+    MakeTake(20);
+    player.SetRange({5, 10});
+    int asked = 0;
+    listener.next = [&]() -> std::optional<PeriodRange> {
+        if (++asked == 1) {
+            MakeTake(30, 100, u"next.wav");
+            sheet.cuts = {{2, 29, 0}};
+            return PeriodRange{0, 0};
+        }
+        if (asked == 2) return PeriodRange{4, 9};  // nothing of it is left
+        return std::nullopt;
+    };
+    EXPECT_EQ(Hear(5), Range(5, 10) + Range(100, 102) + Range(129, 130));
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(waves.out.Count("OpenOutput"), 1U);
+    EXPECT_EQ(Told("played out"), 1U);
+}
+
+TEST_F(PlayerTest, RefusesToStartWhereItWouldDisturb) {
+    MakeTake(20);
+    EXPECT_FALSE(player.StartPlaying(1, true));
+    buffers[9].queued = true;
+    EXPECT_FALSE(player.StartPlaying(1));
+    EXPECT_EQ(waves.out.Count("OpenOutput"), 0U);
+    buffers[9].queued = false;
+    ASSERT_TRUE(player.StartPlaying(1));
+    EXPECT_FALSE(player.StartPlaying(1));
+    EXPECT_EQ(boxes.texts, (Texts{u"StartPlaying", u"StartPlaying", u"StartPlaying"}));
+    EXPECT_TRUE(player.IsPlaying());
+    player.WavExitPlaying();
+    WriteFileBytes(audioPath, AsBytes("no sound"));
+    EXPECT_FALSE(player.StartPlaying(1));
+    EXPECT_FALSE(player.IsPlaying());
+    EXPECT_EQ(boxes.texts.size(), 4U) << "the reader's own words";
+}
+
+TEST_F(PlayerTest, EveryFailureOfTheDeviceHasItsNameAndNoneHangs) {
+    struct Case {
+        std::string call;
+        Text text;
+        Periods heard;
+        bool open = false;  // the device, afterwards
+    };
+    const Case cases[] = {
+        {"OpenOutput", u"waveOutOpen", {}},
+        {"Restart", u"waveOutRestart", {}},
+        {"Prepare#2", u"waveOutPrepareHeader err=4", {0, 2, 3, 4, 5}},
+        {"Write#2", u"waveOutWrite bufid=1", {0, 2, 3, 4, 5}},
+        {"Unprepare#3", u"waveOutUnprepareHeader", Range(0, 6)},
+        {"Prepare#7", u"waveOutPrepareHeader0 err=4", Range(0, 6)},
+        {"Write#7", u"waveOutWrite 0", Range(0, 6)},
+        {"Reset", u"waveOutReset", Range(0, 6), true},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.call);
+        MakeTake(6);
+        boxes.texts.clear();
+        waves.out = {};
+        waves.out.results[one.call] = WaveResult::kFailed;
+        player.WavRestartPlaying(0);
+        (void)player.StartPlaying(1);
+        FinishAll();
+        EXPECT_EQ(Heard(), one.heard);
+        EXPECT_EQ(boxes.texts, Texts{one.text});
+        EXPECT_EQ(player.IsClosed(), !one.open);
+        EXPECT_FALSE(player.IsActive());
+        waves.out.results.clear();
+        player.WavExitPlaying();
+    }
+    waves.out = {};
+    waves.out.results["Write"] = WaveResult::kFailed;
+    player.WavRestartPlaying(0);
+    (void)player.StartPlaying(1);
+    EXPECT_TRUE(player.IsClosed() && !player.IsPlaying()) << "no buffer would ever come back";
+}
+
+TEST_F(PlayerTest, ALostDeviceEndsPlaying) {
+    MakeTake(50);
+    ASSERT_TRUE(player.StartPlaying(1));
+    Finish(2);
+    waves.out.events->OnWaveOutLost(WaveLoss::kVanished);
+    EXPECT_TRUE(player.IsClosed() && !player.IsActive() && !buffers.AnyQueued());
+    EXPECT_EQ(listener.events, (Strings{"playing", "lost"}));
+    EXPECT_EQ(boxes.texts, Texts{u"Sound output lost"});
+    EXPECT_EQ(Hear(48), Range(48, 50));
+}
+
+TEST_F(PlayerTest, ATakeThatCannotBeReadAnyMoreIsHeardUpToThere) {
+    MakeTake(50);
+    ASSERT_TRUE(player.StartPlaying(1));
+    Finish(2);
+    storage.FailAt(FaultyStorage::kRead, 1, FaultyStorage::Extent::kFromThenOn, 5);
+    // Behind the reader's box all the other buffers come back.
+    boxes.whileShowing = [&] { Finish(3); };
+    FinishAll();
+    EXPECT_EQ(Heard(), Range(0, 6));
+    EXPECT_EQ(boxes.texts.size(), 1U);
+    EXPECT_TRUE(player.IsClosed());
+    EXPECT_EQ(listener.events, (Strings{"playing", "played out"}));
+}
+
+TEST_F(PlayerTest, ButtonsPressedBehindABoxOrFromAListenerCountAtOnce) {
+    MakeTake(50);
+    const std::function<void()> presses[] = {
+        [&] { player.StopPlaying(); },
+        [&] { player.WavExitPlaying(); },
+        [&] { player.WavRestartPlaying(3); },
+        [&] {
+            player.StopPlaying();
+            player.StartPlaying(1);  // refused behind the reader's box
+        },
+        [&] { waves.out.events->OnWaveOutLost(WaveLoss::kStalled); },
+    };
+    for (const auto& press : presses) {
+        player.WavRestartPlaying(0);
+        ASSERT_TRUE(player.StartPlaying(1));
+        storage.FailAt(FaultyStorage::kRead, 1, FaultyStorage::Extent::kOnce, 5);
+        boxes.whileShowing = press;
+        Finish(1);
+        FinishAll();
+        loop.RunPending();
+        EXPECT_FALSE(player.IsPlaying() || player.IsActive());
+        player.WavExitPlaying();
+    }
+    // From a listener: stopped and started anew, no buffer is written twice.
+    waves.out.played.clear();
+    player.WavRestartPlaying(0);
+    int told = 0;
+    listener.whileTold = [&] {
+        if (++told != 2) return;
+        player.StopPlaying();
+        player.WavRestartPlaying(45);
+        EXPECT_TRUE(player.StartPlaying(1));
+    };
+    ASSERT_TRUE(player.StartPlaying(1));
+    Finish(2);
+    loop.RunPending();
+    FinishAll();
+    EXPECT_EQ(Heard(), Range(0, 2) + Range(45, 50));
+    EXPECT_TRUE(player.IsClosed());
+}
+
+}  // namespace
+}  // namespace orma::test
