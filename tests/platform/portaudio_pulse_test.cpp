@@ -9,6 +9,7 @@
 #include "platform/pulse_server.h"
 #include "platform/sound_files.h"
 #include "platform/wave_in_contract.h"
+#include "platform/wave_out_user.h"
 
 namespace orma::test {
 namespace {
@@ -135,6 +136,91 @@ TEST_F(PortAudioOnPulse, TellsOnceThatItsServerHangsAndDoesNotHangWithIt) {
 
     server_.Thaw();
     ASSERT_TRUE(Run([&] { return Open() == WaveResult::kOk; }));
+}
+
+TEST_F(PortAudioOnPulse, PlaysBitByBitToTheLastSampleAndAtItsVolume) {
+    // What is played into the null sink is what its microphone hears.
+    const Samples sound = Ramp(2205 * 40);
+    ASSERT_NO_FATAL_FAILURE(Begin());
+    for (const bool half : {false, true}) {
+        ASSERT_EQ(system_.SetOutputVolume(half ? 32768 : 65535, 65535), WaveResult::kOk);
+        WaveOutUser listener(sound, 2205);
+        std::unique_ptr<WaveOutDevice> output;
+        ASSERT_EQ(system_.OpenOutput(u"", Pcm16(1, 44100), listener, output), WaveResult::kOk);
+        ASSERT_EQ(output->Pause(), WaveResult::kOk);
+        listener.Begin(*output);
+        Pass(100);
+        EXPECT_TRUE(listener.done.empty()) << "paused";
+        ASSERT_EQ(output->Restart(), WaveResult::kOk);
+        ASSERT_TRUE(Run([&] { return listener.done.size() == 40; }));
+        listener.End();
+        ASSERT_TRUE(Run([&] { return listener.done.size() == 41; }));
+        output.reset();
+        Pass(500);
+        Samples expected = sound;
+        if (half)
+            for (std::int16_t& sample : expected)
+                sample = static_cast<std::int16_t>(sample * std::int64_t{32768} / 65535);
+        const Samples heard = AsSamples(user_.heard);
+        EXPECT_NE(std::search(heard.begin(), heard.end(), expected.begin(), expected.end()),
+                  heard.end())
+            << "at volume " << (half ? "1/2" : "1");
+        EXPECT_TRUE(listener.losses.empty());
+    }
+}
+
+TEST_F(PortAudioOnPulse, AResetOfTheOutputCutsOffWhatWasQueuedAndGoesOnWithWhatFollows) {
+    ASSERT_NO_FATAL_FAILURE(Begin());
+    const Samples sound = Ramp(22050 * 4);
+    WaveOutUser first(sound, 22050);  // half a second each
+    std::unique_ptr<WaveOutDevice> output;
+    ASSERT_EQ(system_.OpenOutput(u"", Pcm16(1, 44100), first, output), WaveResult::kOk);
+    first.Begin(*output);
+    Pass(700);
+    first.stopped = true;
+    ASSERT_EQ(output->Reset(), WaveResult::kOk);
+    EXPECT_LT(first.done.size(), 4U) << "no event from within a call";
+    ASSERT_TRUE(Run([&] { return first.done.size() == 4; }));
+    const std::size_t before = user_.heard.size();
+    Pass(800);
+    const Samples rest(AsSamples(ByteSpan(user_.heard).subspan(before)));
+    EXPECT_TRUE(std::search(rest.begin(), rest.end(), sound.end() - 2205, sound.end()) ==
+                rest.end())
+        << "what was cut off is heard";
+    Samples next = Ramp(2205 * 10);
+    std::reverse(next.begin(), next.end());
+    WaveHeader header{reinterpret_cast<std::uint8_t*>(next.data()),
+                      static_cast<std::uint32_t>(next.size() * 2), 0, 7};
+    ASSERT_EQ(output->Prepare(header), WaveResult::kOk);
+    ASSERT_EQ(output->Write(header), WaveResult::kOk);
+    ASSERT_TRUE(Run([&] { return first.done.back() == 7; }));
+    Pass(500);
+    const Samples heard = AsSamples(user_.heard);
+    EXPECT_NE(std::search(heard.begin(), heard.end(), next.begin(), next.end()), heard.end());
+}
+
+TEST_F(PortAudioOnPulse, AnOutputTellsOnceThatItsServerEndedOrHangs) {
+    for (const bool ended : {false, true}) {
+        WaveOutUser listener(Ramp(44100 * 60), 2205);
+        std::unique_ptr<WaveOutDevice> output;
+        ASSERT_TRUE(Run([&] {
+            return system_.OpenOutput(u"", Pcm16(1, 44100), listener, output) == WaveResult::kOk;
+        }));
+        listener.Begin(*output);
+        ASSERT_TRUE(Run([&] { return listener.done.size() > 5; }));
+        ended ? server_.Kill() : server_.Freeze();
+        ASSERT_TRUE(Run([&] { return !listener.losses.empty(); }));
+        Pass(500);
+        EXPECT_EQ(listener.losses, std::vector{ended ? WaveLoss::kVanished : WaveLoss::kStalled});
+        const auto closing = steady_clock::now();
+        listener.stopped = true;
+        const std::size_t done = listener.done.size();
+        EXPECT_EQ(output->Reset(), WaveResult::kOk);
+        ASSERT_TRUE(Run([&] { return listener.done.size() == done + 4; }));
+        output.reset();
+        EXPECT_LT(steady_clock::now() - closing, 1s) << "closing waits for a hung server";
+        if (!ended) server_.Thaw();
+    }
 }
 
 }  // namespace

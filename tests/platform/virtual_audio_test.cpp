@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <deque>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +10,7 @@
 #include "platform/virtual_audio/virtual_audio_options.h"
 #include "platform/virtual_audio/virtual_wave_system.h"
 #include "platform/wave_in_contract.h"
+#include "platform/wave_out_user.h"
 #include "support/fake_event_loop.h"
 #include "support/temp_folder.h"
 
@@ -182,51 +182,6 @@ TEST_F(VirtualAudio, KeepsTheContractOfAWaveInputAtBothPaces) {
                              return condition();
                          }});
 }
-
-/// Plays samples from four buffers that go round, as the playback engine does.
-class WaveOutUser : public WaveOutEvents {
-  public:
-    WaveOutUser(Samples sound, std::uint32_t bufferSamples) : sound_(std::move(sound)) {
-        for (std::uint32_t i = 0; i < 4; ++i) {
-            memory_.emplace_back(bufferSamples);
-            headers_.push_back(
-                {reinterpret_cast<std::uint8_t*>(memory_[i].data()), bufferSamples * 2, 0, i});
-        }
-    }
-
-    void Begin(WaveOutDevice& device) {
-        device_ = &device;
-        for (WaveHeader& header : headers_) {
-            ASSERT_EQ(device.Prepare(header), WaveResult::kOk);
-            Write(header);
-        }
-    }
-
-    void OnWaveOutDone(WaveHeader& header) override {
-        done.push_back(header.user);
-        Write(header);
-    }
-    void OnWaveOutLost(WaveLoss) override { ADD_FAILURE() << "a file is never lost"; }
-
-    std::vector<std::uint32_t> done;
-    bool stopped = false;
-
-  private:
-    void Write(WaveHeader& header) {
-        Samples& memory = memory_[header.user];
-        if (stopped || at_ + memory.size() > sound_.size()) return;
-        std::copy_n(sound_.begin() + static_cast<std::ptrdiff_t>(at_), memory.size(),
-                    memory.begin());
-        at_ += memory.size();
-        ASSERT_EQ(device_->Write(header), WaveResult::kOk);
-    }
-
-    Samples sound_;
-    std::size_t at_ = 0;
-    std::deque<Samples> memory_;
-    std::deque<WaveHeader> headers_;
-    WaveOutDevice* device_ = nullptr;
-};
 
 TEST_F(VirtualAudio, UnreadableInputsAndImpossibleOutputsAreNoDevice) {
     WriteFileBytes(input_, AsBytes("this is not sound"));

@@ -1,5 +1,7 @@
 #include "platform/portaudio/pa_library.h"
 
+#include <algorithm>
+
 #include <alsa/asoundlib.h>
 #include <dlfcn.h>
 #include <portaudio.h>
@@ -9,6 +11,9 @@ namespace {
 
 /// Callbacks a second: a compromise between wake-ups and the delay of the level display.
 constexpr std::uint32_t kCallbacksPerSecond = 20;
+
+/// Seconds: what a driver says beyond it is no latency but a mistake.
+constexpr double kMostLatency = 2.0;
 
 void IgnoreAlsa(const char*, int, const char*, int, const char*, ...) {}
 void IgnoreJack(const char*) {}
@@ -27,7 +32,7 @@ void SilenceLibraries() {
 int OnAudio(const void* input, void*, unsigned long frames, const PaStreamCallbackTimeInfo*,
             PaStreamCallbackFlags flags, void* user) {
     auto& capture = *static_cast<Capture*>(user);
-    if (!capture.capturing.load(std::memory_order_acquire)) return paContinue;
+    if (!capture.gate.load(std::memory_order_acquire)) return paContinue;
     // The driver does not tell how much it lost: one frame stands for each report.
     std::uint64_t lost = (flags & paInputOverflow) != 0 ? 1 : 0;
     const std::size_t align = capture.format.blockAlign;
@@ -41,11 +46,40 @@ int OnAudio(const void* input, void*, unsigned long frames, const PaStreamCallba
     return paContinue;
 }
 
+/// The same for the loudspeaker: copies from the ring what is there, and silence behind it.
+int OnPlayback(const void*, void* output, unsigned long frames, const PaStreamCallbackTimeInfo*,
+               PaStreamCallbackFlags flags, void* user) {
+    auto& playback = *static_cast<Playback*>(user);
+    const std::size_t align = playback.format.blockAlign;
+    const std::span<std::uint8_t> bytes(static_cast<std::uint8_t*>(output), frames * align);
+    std::size_t got = 0;
+    if (playback.gate.load(std::memory_order_acquire)) {
+        playback.ring.DiscardTo(playback.discardTo.load(std::memory_order_acquire));
+        std::uint64_t idle = playback.idleFrames.load(std::memory_order_relaxed);
+        got = playback.ring.Read(bytes);
+        if (got != 0) {
+            if (playback.sounded) playback.gapFrames.fetch_add(idle, std::memory_order_relaxed);
+            // The driver does not tell how long it was silent: one frame stands for each report.
+            if (playback.sounded && (flags & paOutputUnderflow) != 0)
+                playback.gapFrames.fetch_add(1, std::memory_order_relaxed);
+            playback.sounded = true;
+            idle = 0;
+        }
+        playback.idleFrames.store(idle + (bytes.size() - got) / align, std::memory_order_release);
+    }
+    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(got), bytes.end(), std::uint8_t{0});
+    playback.volume->Apply({static_cast<std::int16_t*>(output), got / sizeof(std::int16_t)},
+                           playback.format.channels);
+    playback.callbacks.fetch_add(1, std::memory_order_release);
+    playback.wakeup.Signal();
+    return paContinue;
+}
+
 void OnFinished(void* user) {
-    auto& capture = *static_cast<Capture*>(user);
-    if (!capture.capturing.load(std::memory_order_acquire)) return;
-    capture.finished.store(true, std::memory_order_release);
-    capture.wakeup.Signal();
+    auto& stream = *static_cast<PaStream*>(user);
+    if (!stream.gate.load(std::memory_order_acquire)) return;
+    stream.finished.store(true, std::memory_order_release);
+    stream.wakeup.Signal();
 }
 
 WaveResult Fail(PaError error, std::string& problem) {
@@ -102,71 +136,107 @@ PaLibrary::Devices PaLibrary::List(std::string& problem) {
     return devices;
 }
 
+/// What differs between inputs and outputs.
+struct PaLibrary::Direction {
+    const char* none;  // of this name
+    int PaDeviceInfo::*channels;
+    PaDeviceIndex (*preferred)();
+    double PaDeviceInfo::*latency;
+    PaStreamCallback* callback;
+    bool output;
+};
+
 WaveResult PaLibrary::Open(const std::string& name, Capture& capture, std::string& problem) {
+    return Open(name,
+                {"no such input", &PaDeviceInfo::maxInputChannels, Pa_GetDefaultInputDevice,
+                 &PaDeviceInfo::defaultHighInputLatency, OnAudio, false},
+                capture, problem);
+}
+
+WaveResult PaLibrary::Open(const std::string& name, Playback& playback, std::string& problem) {
+    const WaveResult result =
+        Open(name,
+             {"no such output", &PaDeviceInfo::maxOutputChannels, Pa_GetDefaultOutputDevice,
+              &PaDeviceInfo::defaultHighOutputLatency, OnPlayback, true},
+             playback, problem);
+    if (result != WaveResult::kOk) return result;
+    const double seconds = Pa_GetStreamInfo(playback.stream)->outputLatency;
+    playback.latencyFrames = static_cast<std::uint32_t>(std::clamp(seconds, 0.0, kMostLatency) *
+                                                        playback.format.samplesPerSecond) +
+                             playback.format.samplesPerSecond / kCallbacksPerSecond;
+    return result;
+}
+
+WaveResult PaLibrary::Open(const std::string& name, const Direction& way, PaStream& stream,
+                           std::string& problem) {
     const bool mayBeStale = initialised_;
     if (!Initialise(problem)) return WaveResult::kFailed;
-    WaveResult result = OpenNow(name, capture, problem);
+    WaveResult result = OpenNow(name, way, stream, problem);
     if (result == WaveResult::kOk || !mayBeStale || openStreams_ > 0) return result;
     // The device may have come, or its server gone and come back, since the list was made.
     Terminate();
-    return Initialise(problem) ? OpenNow(name, capture, problem) : WaveResult::kFailed;
+    return Initialise(problem) ? OpenNow(name, way, stream, problem) : WaveResult::kFailed;
 }
 
-WaveResult PaLibrary::OpenNow(const std::string& name, Capture& capture, std::string& problem) {
-    problem = "no such input";
+WaveResult PaLibrary::OpenNow(const std::string& name, const Direction& way, PaStream& stream,
+                              std::string& problem) {
+    problem = way.none;
     WaveResult result = WaveResult::kNoDevice;
-    const int preferred = Pa_GetDefaultInputDevice();
-    if (name.empty() && preferred != paNoDevice) result = OpenDevice(preferred, capture, problem);
+    const int preferred = way.preferred();
+    if (name.empty() && preferred != paNoDevice)
+        result = OpenDevice(preferred, way, stream, problem);
     if (name.empty() && preferred != paNoDevice && result != WaveResult::kBadFormat) return result;
     for (int i = 0; i < Pa_GetDeviceCount() && result != WaveResult::kOk; ++i) {
         const PaDeviceInfo& info = *Pa_GetDeviceInfo(i);
-        if (info.maxInputChannels < 1 || (name.empty() && i == preferred)) continue;
-        if (name.empty() || name == info.name) result = OpenDevice(i, capture, problem);
+        if (info.*way.channels < 1 || (name.empty() && i == preferred)) continue;
+        if (name.empty() || name == info.name) result = OpenDevice(i, way, stream, problem);
         if (name == info.name) break;
     }
     return result;
 }
 
-WaveResult PaLibrary::OpenDevice(int device, Capture& capture, std::string& problem) {
-    const WaveFormat& format = capture.format;
+WaveResult PaLibrary::OpenDevice(int device, const Direction& way, PaStream& stream,
+                                 std::string& problem) {
+    const WaveFormat& format = stream.format;
     PaStreamParameters parameters{};
     parameters.device = device;
     parameters.channelCount = format.channels;
     parameters.sampleFormat = paInt16;
-    parameters.suggestedLatency = Pa_GetDeviceInfo(device)->defaultHighInputLatency;
-    const PaError error = Pa_OpenStream(
-        &capture.stream, &parameters, nullptr, format.samplesPerSecond,
-        format.samplesPerSecond / kCallbacksPerSecond, paClipOff | paDitherOff, OnAudio, &capture);
+    parameters.suggestedLatency = Pa_GetDeviceInfo(device)->*way.latency;
+    const PaError error = Pa_OpenStream(&stream.stream, way.output ? nullptr : &parameters,
+                                        way.output ? &parameters : nullptr, format.samplesPerSecond,
+                                        format.samplesPerSecond / kCallbacksPerSecond,
+                                        paClipOff | paDitherOff, way.callback, &stream);
     if (error != paNoError) {
-        capture.stream = nullptr;
+        stream.stream = nullptr;
         return Fail(error, problem);
     }
     ++openStreams_;
-    Pa_SetStreamFinishedCallback(capture.stream, OnFinished);
+    Pa_SetStreamFinishedCallback(stream.stream, OnFinished);
     return WaveResult::kOk;
 }
 
-WaveResult PaLibrary::Start(Capture& capture, std::string& problem) {
+WaveResult PaLibrary::Start(PaStream& stream, std::string& problem) {
     // A stream whose server ended still counts as running until it is stopped.
-    Abort(capture);
-    capture.finished = false;
-    capture.capturing = true;
-    const PaError error = Pa_StartStream(capture.stream);
+    Abort(stream);
+    stream.finished = false;
+    stream.gate = true;
+    const PaError error = Pa_StartStream(stream.stream);
     if (error == paNoError) return WaveResult::kOk;
-    capture.capturing = false;
+    stream.gate = false;
     return Fail(error, problem);
 }
 
-void PaLibrary::Abort(Capture& capture) {
-    if (capture.stream != nullptr && Pa_IsStreamStopped(capture.stream) == 0)
-        Pa_AbortStream(capture.stream);
+void PaLibrary::Abort(PaStream& stream) {
+    if (stream.stream != nullptr && Pa_IsStreamStopped(stream.stream) == 0)
+        Pa_AbortStream(stream.stream);
 }
 
-void PaLibrary::Close(Capture& capture) {
-    if (capture.stream == nullptr) return;
-    Abort(capture);
-    Pa_CloseStream(capture.stream);
-    capture.stream = nullptr;
+void PaLibrary::Close(PaStream& stream) {
+    if (stream.stream == nullptr) return;
+    Abort(stream);
+    Pa_CloseStream(stream.stream);
+    stream.stream = nullptr;
     --openStreams_;
 }
 

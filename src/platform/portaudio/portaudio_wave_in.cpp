@@ -17,8 +17,7 @@ constexpr std::uint32_t kWatchdogMs = 250;
 PortAudioWaveIn::PortAudioWaveIn(EventLoop& loop, BoundedWorker& worker,
                                  std::shared_ptr<PaLibrary> library,
                                  std::shared_ptr<Capture> capture, const PortAudioLimits& limits,
-                                 WaveInEvents& events,
-                                 std::function<void(PortAudioWaveIn&)> onClose)
+                                 WaveInEvents& events, std::function<void(Pumped&)> onClose)
     : loop_(loop),
       worker_(worker),
       library_(std::move(library)),
@@ -29,7 +28,7 @@ PortAudioWaveIn::PortAudioWaveIn(EventLoop& loop, BoundedWorker& worker,
       queue_(loop, capture_->format.blockAlign) {}
 
 PortAudioWaveIn::~PortAudioWaveIn() {
-    capture_->capturing = false;
+    capture_->gate = false;
     worker_.Post([library = library_, capture = capture_] { library->Close(*capture); });
     onClose_(*this);
 }
@@ -63,7 +62,7 @@ WaveResult PortAudioWaveIn::Start() {
         worker_.Run([library = library_, capture = capture_,
                      outcome] { outcome->result = library->Start(*capture, outcome->problem); },
                     [library = library_, capture = capture_] {
-                        capture->capturing = false;
+                        capture->gate = false;
                         library->Abort(*capture);
                     },
                     limits_.call);
@@ -80,7 +79,7 @@ WaveResult PortAudioWaveIn::Start() {
 }
 
 WaveResult PortAudioWaveIn::Stop() {
-    capture_->capturing = false;
+    capture_->gate = false;
     watchdog_.reset();
     if (started_)
         worker_.Post([library = library_, capture = capture_] { library->Abort(*capture); });
@@ -145,7 +144,7 @@ void PortAudioWaveIn::OnWatchdog() {
 
 void PortAudioWaveIn::Lose(WaveLoss reason) {
     lost_ = true;
-    capture_->capturing = false;
+    capture_->gate = false;
     watchdog_.reset();  // this may be its tick
     events_.OnWaveInLost(reason);
 }

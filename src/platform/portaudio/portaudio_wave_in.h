@@ -6,18 +6,12 @@
 #include "platform/event_loop.h"
 #include "platform/portaudio/bounded_worker.h"
 #include "platform/portaudio/pa_library.h"
+#include "platform/portaudio/portaudio_limits.h"
+#include "platform/portaudio/pumped.h"
 #include "platform/wave.h"
 #include "platform/wave_queue.h"
 
 namespace orma {
-
-/// How long the adapter waits for others.
-struct PortAudioLimits {
-    std::chrono::milliseconds call{2000};       // for the library to open, start or list
-    std::chrono::milliseconds firstData{5000};  // from Start to the first sound
-    std::chrono::milliseconds nextData{3000};   // between two pieces of sound
-    std::uint32_t ringSeconds = 12;             // of sound behind the queued buffers
-};
 
 /// A microphone by way of PortAudio. The audio callback fills a ring; on the UI thread Pump moves
 /// it into the queued buffers.
@@ -26,12 +20,12 @@ struct PortAudioLimits {
 /// a closed gate keeps out what it still delivers. Reset hands out what the ring holds as far as
 /// buffers are queued; what goes beyond them (only after the UI thread stood still for longer than
 /// the queued buffers last) is counted into LostFrames and traced.
-class PortAudioWaveIn : public WaveInDevice {
+class PortAudioWaveIn : public WaveInDevice, public Pumped {
   public:
     /// `capture` is open. All references outlive the device.
     PortAudioWaveIn(EventLoop& loop, BoundedWorker& worker, std::shared_ptr<PaLibrary> library,
                     std::shared_ptr<Capture> capture, const PortAudioLimits& limits,
-                    WaveInEvents& events, std::function<void(PortAudioWaveIn&)> onClose);
+                    WaveInEvents& events, std::function<void(Pumped&)> onClose);
     ~PortAudioWaveIn() override;
 
     [[nodiscard]] WaveResult Prepare(WaveHeader& header) override;
@@ -42,9 +36,8 @@ class PortAudioWaveIn : public WaveInDevice {
     [[nodiscard]] WaveResult Reset() override;
     [[nodiscard]] std::uint64_t LostFrames() const override;
 
-    /// Returns the buffers that the ring can fill and looks whether the stream has ended. Called
-    /// when the callback has signalled; may destroy the device.
-    void Pump();
+    /// Returns the buffers that the ring can fill.
+    void Pump() override;
 
   private:
     void OnWatchdog();
@@ -57,7 +50,7 @@ class PortAudioWaveIn : public WaveInDevice {
     std::shared_ptr<Capture> capture_;
     PortAudioLimits limits_;
     WaveInEvents& events_;
-    std::function<void(PortAudioWaveIn&)> onClose_;
+    std::function<void(Pumped&)> onClose_;
     std::unique_ptr<Timer> watchdog_;
     std::chrono::steady_clock::time_point lastData_;
     std::uint32_t seenCallbacks_ = 0;

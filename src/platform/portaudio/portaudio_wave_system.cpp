@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "base/trace.h"
+#include "platform/portaudio/portaudio_wave_in.h"
+#include "platform/portaudio/portaudio_wave_out.h"
 
 namespace orma {
 namespace {
@@ -54,6 +56,26 @@ std::vector<WaveDeviceInfo> PortAudioWaveSystem::Outputs() {
     return List().value_or(PaLibrary::Devices()).outputs;
 }
 
+template <class Stream>
+WaveResult PortAudioWaveSystem::OpenStream(const char* kind, const Text& name,
+                                           const std::shared_ptr<Stream>& stream) {
+    struct Outcome {
+        WaveResult result = WaveResult::kFailed;
+        std::string problem;
+    };
+    const auto outcome = std::make_shared<Outcome>();
+    const bool answered = worker_.Run(
+        [library = library_, stream, outcome, utf8 = ToUtf8(name)] {
+            outcome->result = library->Open(utf8, *stream, outcome->problem);
+        },
+        [library = library_, stream] { library->Close(*stream); }, limits_.call);
+    const WaveResult result = answered ? outcome->result : WaveResult::kFailed;
+    if (result != WaveResult::kOk)
+        Trace("portaudio: %s \"%s\": %s", kind, ToUtf8(name).c_str(),
+              answered ? outcome->problem.c_str() : kNoAnswer);
+    return result;
+}
+
 WaveResult PortAudioWaveSystem::OpenInput(const Text& name, const WaveFormat& format,
                                           WaveInEvents& events,
                                           std::unique_ptr<WaveInDevice>& device) {
@@ -61,45 +83,43 @@ WaveResult PortAudioWaveSystem::OpenInput(const Text& name, const WaveFormat& fo
     const std::size_t ringBytes =
         std::size_t{limits_.ringSeconds} * format.samplesPerSecond * format.blockAlign;
     const auto capture = std::make_shared<Capture>(format, ringBytes, *wakeup_);
-    struct Outcome {
-        WaveResult result = WaveResult::kFailed;
-        std::string problem;
-    };
-    const auto outcome = std::make_shared<Outcome>();
-    const bool answered = worker_.Run(
-        [library = library_, capture, outcome, utf8 = ToUtf8(name)] {
-            outcome->result = library->Open(utf8, *capture, outcome->problem);
-        },
-        [library = library_, capture] { library->Close(*capture); }, limits_.call);
-    const WaveResult result = answered ? outcome->result : WaveResult::kFailed;
-    if (result != WaveResult::kOk) {
-        Trace("portaudio: input \"%s\": %s", ToUtf8(name).c_str(),
-              answered ? outcome->problem.c_str() : kNoAnswer);
-        return result;
-    }
-    auto opened = std::make_unique<PortAudioWaveIn>(
-        loop_, worker_, library_, capture, limits_, events,
-        [this](PortAudioWaveIn& closed) { std::erase(inputs_, &closed); });
-    inputs_.push_back(opened.get());
+    const WaveResult result = OpenStream("input", name, capture);
+    if (result != WaveResult::kOk) return result;
+    auto opened =
+        std::make_unique<PortAudioWaveIn>(loop_, worker_, library_, capture, limits_, events,
+                                          [this](Pumped& closed) { std::erase(open_, &closed); });
+    open_.push_back(opened.get());
     device = std::move(opened);
+    return result;
+}
+
+WaveResult PortAudioWaveSystem::OpenOutput(const Text& name, const WaveFormat& format,
+                                           WaveOutEvents& events,
+                                           std::unique_ptr<WaveOutDevice>& device) {
+    if (!IsSupported(format)) return WaveResult::kBadFormat;
+    const std::size_t ringBytes =
+        std::size_t{PortAudioWaveOut::kRingSeconds} * format.samplesPerSecond * format.blockAlign;
+    const auto playback = std::make_shared<Playback>(format, ringBytes, *wakeup_, volume_);
+    const WaveResult result = OpenStream("output", name, playback);
+    if (result != WaveResult::kOk) return result;
+    auto opened =
+        std::make_unique<PortAudioWaveOut>(loop_, worker_, library_, playback, limits_, events,
+                                           [this](Pumped& closed) { std::erase(open_, &closed); });
+    open_.push_back(opened.get());
+    device = std::move(opened);
+    return result;
+}
+
+WaveResult PortAudioWaveSystem::SetOutputVolume(std::uint16_t left, std::uint16_t right) {
+    volume_->Set(left, right);
     return WaveResult::kOk;
 }
 
-WaveResult PortAudioWaveSystem::OpenOutput(const Text&, const WaveFormat&, WaveOutEvents&,
-                                           std::unique_ptr<WaveOutDevice>&) {
-    Trace("portaudio: no output");
-    return WaveResult::kNoDevice;
-}
-
-WaveResult PortAudioWaveSystem::SetOutputVolume(std::uint16_t, std::uint16_t) {
-    return WaveResult::kNoDevice;
-}
-
 void PortAudioWaveSystem::PumpAll() {
-    pumped_ = inputs_;
-    for (PortAudioWaveIn* input : pumped_)
+    pumped_ = open_;
+    for (Pumped* device : pumped_)
         // The handler of one may have closed another.
-        if (std::find(inputs_.begin(), inputs_.end(), input) != inputs_.end()) input->Pump();
+        if (std::find(open_.begin(), open_.end(), device) != open_.end()) device->Pump();
 }
 
 }  // namespace orma

@@ -7,7 +7,8 @@
 #include "platform/event_loop.h"
 #include "platform/portaudio/bounded_worker.h"
 #include "platform/portaudio/pa_library.h"
-#include "platform/portaudio/portaudio_wave_in.h"
+#include "platform/portaudio/portaudio_limits.h"
+#include "platform/portaudio/pumped.h"
 #include "platform/wave.h"
 
 namespace orma {
@@ -34,14 +35,18 @@ class PortAudioWaveSystem : public WaveSystem {
                                        WaveInEvents& events,
                                        std::unique_ptr<WaveInDevice>& device) override;
 
-    /// Answers kNoDevice: this adapter captures only.
     [[nodiscard]] WaveResult OpenOutput(const Text& name, const WaveFormat& format,
                                         WaveOutEvents& events,
                                         std::unique_ptr<WaveOutDevice>& device) override;
+
+    /// Scales the samples on their way to the driver: heard behind what that already holds.
     [[nodiscard]] WaveResult SetOutputVolume(std::uint16_t left, std::uint16_t right) override;
 
   private:
     [[nodiscard]] std::optional<PaLibrary::Devices> List();
+    template <class Stream>
+    [[nodiscard]] WaveResult OpenStream(const char* kind, const Text& name,
+                                        const std::shared_ptr<Stream>& stream);
     void PumpAll();
 
     EventLoop& loop_;
@@ -50,8 +55,9 @@ class PortAudioWaveSystem : public WaveSystem {
     BoundedWorker worker_;
     std::shared_ptr<const int> life_ = std::make_shared<const int>(0);
     std::unique_ptr<Wakeup> wakeup_;
-    std::vector<PortAudioWaveIn*> inputs_;
-    std::vector<PortAudioWaveIn*> pumped_;  // kept, so that a wake-up allocates nothing
+    std::shared_ptr<OutputVolume> volume_ = std::make_shared<OutputVolume>();
+    std::vector<Pumped*> open_;
+    std::vector<Pumped*> pumped_;  // kept, so that a wake-up allocates nothing
 };
 
 }  // namespace orma

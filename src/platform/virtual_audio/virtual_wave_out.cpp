@@ -119,10 +119,8 @@ void VirtualWaveOut::Emit(std::span<const std::int16_t> samples) {
     std::array<std::int16_t, 2048> scaled;  // NOLINT: filled before it is used
     while (!samples.empty() && loudspeaker_ && !failed_) {
         const std::size_t count = std::min(samples.size(), scaled.size());
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::int32_t side = i % channels_ == 0 ? volume_->left : volume_->right;
-            scaled[i] = static_cast<std::int16_t>(std::int64_t{samples[i]} * side / 65535);
-        }
+        std::copy_n(samples.begin(), count, scaled.begin());
+        volume_->Apply({scaled.data(), count}, channels_);
         failed_ = !loudspeaker_->Write({scaled.data(), count});
         if (failed_) Trace("virtual audio: the output file cannot be written any more");
         samples = samples.subspan(count);

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "platform/event_loop.h"
+#include "platform/output_volume.h"
 #include "platform/virtual_audio/file_loudspeaker.h"
 #include "platform/virtual_audio/frame_clock.h"
 #include "platform/virtual_audio/virtual_audio_options.h"
@@ -12,12 +13,6 @@
 #include "platform/wave_queue.h"
 
 namespace orma {
-
-/// Output volume of each side, 65535 = unchanged; mono follows the left one.
-struct OutputVolume {
-    std::uint16_t left = 65535;
-    std::uint16_t right = 65535;
-};
 
 /// A loudspeaker whose sound goes into a file. What a reset cuts off was not played and is not
 /// written; pauses and times without a buffer leave no gap in the file.

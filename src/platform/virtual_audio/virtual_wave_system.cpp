@@ -79,7 +79,7 @@ WaveResult VirtualWaveSystem::OpenOutput(const Text& name, const WaveFormat& for
 }
 
 WaveResult VirtualWaveSystem::SetOutputVolume(std::uint16_t left, std::uint16_t right) {
-    *volume_ = {left, right};
+    volume_->Set(left, right);
     return WaveResult::kOk;
 }
 

@@ -1,10 +1,10 @@
-#include "platform/portaudio/capture_ring.h"
+#include "platform/portaudio/sound_ring.h"
 
 #include <algorithm>
 
 namespace orma {
 
-std::size_t CaptureRing::Write(ByteSpan from, std::size_t blockBytes) noexcept {
+std::size_t SoundRing::Write(ByteSpan from, std::size_t blockBytes) noexcept {
     const std::size_t written = written_.load(std::memory_order_relaxed);
     const std::size_t room = memory_.size() - (written - read_.load(std::memory_order_acquire));
     const std::size_t count = std::min(from.size(), room) / blockBytes * blockBytes;
@@ -16,11 +16,11 @@ std::size_t CaptureRing::Write(ByteSpan from, std::size_t blockBytes) noexcept {
     return count;
 }
 
-std::size_t CaptureRing::Available() const noexcept {
+std::size_t SoundRing::Available() const noexcept {
     return written_.load(std::memory_order_acquire) - read_.load(std::memory_order_relaxed);
 }
 
-std::size_t CaptureRing::Read(std::span<std::uint8_t> into) noexcept {
+std::size_t SoundRing::Read(std::span<std::uint8_t> into) noexcept {
     const std::size_t read = read_.load(std::memory_order_relaxed);
     const std::size_t count = std::min(into.size(), Available());
     const std::size_t at = read % memory_.size();
@@ -31,10 +31,15 @@ std::size_t CaptureRing::Read(std::span<std::uint8_t> into) noexcept {
     return count;
 }
 
-std::size_t CaptureRing::Discard() noexcept {
+std::size_t SoundRing::Discard() noexcept {
     const std::size_t dropped = Available();
     read_.fetch_add(dropped, std::memory_order_release);
     return dropped;
+}
+
+void SoundRing::DiscardTo(std::size_t written) noexcept {
+    if (read_.load(std::memory_order_relaxed) < written)
+        read_.store(written, std::memory_order_release);
 }
 
 }  // namespace orma

@@ -8,11 +8,11 @@
 
 namespace orma {
 
-/// Bytes on their way from an audio callback to the UI thread: one producer, one consumer, no lock.
-/// All memory is taken, and touched, by the constructor.
-class CaptureRing {
+/// Bytes on their way between an audio callback and the UI thread, either way: one producer, one
+/// consumer, no lock. All memory is taken, and touched, by the constructor.
+class SoundRing {
   public:
-    explicit CaptureRing(std::size_t capacityBytes) : memory_(capacityBytes) {}
+    explicit SoundRing(std::size_t capacityBytes) : memory_(capacityBytes) {}
 
     /// Producer: appends as many whole blocks of `blockBytes` as fit and returns their bytes. Does
     /// not block, allocate or fail.
@@ -26,6 +26,19 @@ class CaptureRing {
 
     /// Consumer: drops what can be read now and returns how many bytes that were.
     std::size_t Discard() noexcept;
+
+    /// Consumer: drops what lies before the `written`-th byte that was ever written.
+    void DiscardTo(std::size_t written) noexcept;
+
+    /// Bytes ever written, and ever read or dropped. Any thread.
+    [[nodiscard]] std::size_t Written() const noexcept {
+        return written_.load(std::memory_order_acquire);
+    }
+    [[nodiscard]] std::size_t Consumed() const noexcept {
+        return read_.load(std::memory_order_acquire);
+    }
+
+    [[nodiscard]] std::size_t Capacity() const noexcept { return memory_.size(); }
 
   private:
     Bytes memory_;

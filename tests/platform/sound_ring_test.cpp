@@ -1,4 +1,4 @@
-#include "platform/portaudio/capture_ring.h"
+#include "platform/portaudio/sound_ring.h"
 
 #include <algorithm>
 #include <array>
@@ -9,8 +9,8 @@
 namespace orma {
 namespace {
 
-TEST(CaptureRing, TakesWholeBlocksOnlyAndKeepsTheOldestWhenItIsFull) {
-    CaptureRing ring(10);
+TEST(SoundRing, TakesWholeBlocksOnlyAndKeepsTheOldestWhenItIsFull) {
+    SoundRing ring(10);
     const Bytes bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
     EXPECT_EQ(ring.Write(bytes, 4), 8u);
     EXPECT_EQ(ring.Write(bytes, 4), 0u);
@@ -26,8 +26,8 @@ TEST(CaptureRing, TakesWholeBlocksOnlyAndKeepsTheOldestWhenItIsFull) {
     EXPECT_EQ(ring.Read(out), 0u);
 }
 
-TEST(CaptureRing, CarriesEveryByteFromOneThreadToAnother) {
-    CaptureRing ring(1000);
+TEST(SoundRing, CarriesEveryByteFromOneThreadToAnother) {
+    SoundRing ring(1000);
     constexpr std::size_t kTotal = 500'000;
     std::thread producer([&] {
         std::array<std::uint8_t, 97> chunk{};
