@@ -30,6 +30,14 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
                 .listener = frontEnd.recorder,
                 .externalRecorder = ports.externalRecorder,
                 .spdif = ports.spdif}),
+      player({.waves = ports.waves,
+              .readers = {files, audio, decoder},
+              .buffers = buffers,
+              .recording = {recording.audioPath, recording.length, recording.sheet,
+                            recording.currentCut},
+              .transport = transport,
+              .listener = frontEnd.player != nullptr ? *frontEnd.player : quietPlayer,
+              .externalRecorder = ports.externalRecorder}),
       progress(frontEnd.progress) {}
 
 }  // namespace orma

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/engine/player.h"
 #include "audio/engine/recorder.h"
 #include "platform/event_loop.h"
 #include "project/project.h"
@@ -20,10 +21,11 @@ struct Ports {
     SpdifCard* spdif = nullptr;
 };
 
-/// What a front end listens with; both outlive the application.
+/// What a front end listens with; all outlive the application.
 struct FrontEnd {
     RecorderListener& recorder;
     PublishProgress& progress;
+    PlayerListener* player = nullptr;  // null: it does not play
 };
 
 /// The whole state of the process: one instance of each subsystem, in the order of their
@@ -53,6 +55,10 @@ struct Application {
     CaptureBuffers buffers;
     InputProcessing input;
     Recorder recorder;
+
+    TransportState transport = TransportState::kStopped;
+    PlayerListener quietPlayer;  // where the front end has none
+    Player player;
 
     PublishProgress& progress;
 };

@@ -15,6 +15,7 @@ using Action = std::function<int()>;
 
 /// Each adds its command to the command line and sets `action` when the command is chosen.
 void AddRecordCommand(CLI::App& app, const Globals& globals, Action& action);
+void AddPlayCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddPublishCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddVerifyCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddShowCommand(CLI::App& app, const Globals& globals, Action& action);

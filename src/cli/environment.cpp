@@ -15,8 +15,7 @@ std::unique_ptr<WaveSystem> MakeWaves(const Globals& globals, EventLoop& loop) {
     std::string error;
     auto options = ParseVirtualAudio(globals.audio, error);
     if (!options) throw UsageError("--audio: " + error);
-    options->inputFile = CallerPath(ToUtf8(options->inputFile));
-    for (Text* file : {&options->outputFile, &options->countFile})
+    for (Text* file : {&options->inputFile, &options->outputFile, &options->countFile})
         if (!file->empty()) *file = CallerPath(ToUtf8(*file));
     return std::make_unique<VirtualWaveSystem>(loop, *options);
 }
@@ -24,21 +23,26 @@ std::unique_ptr<WaveSystem> MakeWaves(const Globals& globals, EventLoop& loop) {
 }  // namespace
 
 Environment::Environment(const Globals& globals) {
-    Build(globals, quietRecorder_, quietProgress_);
+    Build(globals, {quietRecorder_, quietProgress_});
 }
 
 Environment::Environment(const Globals& globals, RecorderListener& recorder,
                          std::function<void()> onInterrupt) {
     interrupt_.emplace(loop_, [call = std::move(onInterrupt)](int) { call(); });
-    Build(globals, recorder, quietProgress_);
+    Build(globals, {recorder, quietProgress_});
+}
+
+Environment::Environment(const Globals& globals, PlayerListener& player,
+                         std::function<void()> onInterrupt) {
+    interrupt_.emplace(loop_, [call = std::move(onInterrupt)](int) { call(); });
+    Build(globals, {quietRecorder_, quietProgress_, &player});
 }
 
 Environment::Environment(const Globals& globals, PublishProgress& progress) {
-    Build(globals, quietRecorder_, progress);
+    Build(globals, {quietRecorder_, progress});
 }
 
-void Environment::Build(const Globals& globals, RecorderListener& recorder,
-                        PublishProgress& progress) {
+void Environment::Build(const Globals& globals, FrontEnd frontEnd) {
     if (!globals.trace.empty()) {
         trace_ = std::fopen(globals.trace.c_str(), "ae");
         if (trace_ == nullptr) throw UsageError("--trace: cannot open " + globals.trace);
@@ -61,7 +65,7 @@ void Environment::Build(const Globals& globals, RecorderListener& recorder,
                                                .loop = loop_,
                                                .waves = *waves_,
                                                .headset = headset_},
-                                         FrontEnd{recorder, progress}, folder);
+                                         frontEnd, folder);
 }
 
 Environment::~Environment() {

@@ -33,6 +33,9 @@ class Environment {
     Environment(const Globals& globals, RecorderListener& recorder,
                 std::function<void()> onInterrupt);
 
+    /// With somebody who listens to the player, likewise.
+    Environment(const Globals& globals, PlayerListener& player, std::function<void()> onInterrupt);
+
     /// With somebody who watches a publish job.
     Environment(const Globals& globals, PublishProgress& progress);
 
@@ -52,7 +55,7 @@ class Environment {
         [[nodiscard]] bool IsCancelled() override { return false; }
     };
 
-    void Build(const Globals& globals, RecorderListener& recorder, PublishProgress& progress);
+    void Build(const Globals& globals, FrontEnd frontEnd);
 
     ConsoleBoxes boxes_;
     PosixStorage storage_;

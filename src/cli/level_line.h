@@ -11,4 +11,9 @@ namespace orma::cli {
                                     std::uint32_t periodsLeft, std::uint32_t periodsPerSecond,
                                     std::uint8_t level, std::size_t marks);
 
+/// The same of a recording that is played: its name, the place, its length and the level there.
+[[nodiscard]] std::string PlayLine(const std::string& name, std::uint32_t heard,
+                                   std::uint32_t length, std::uint32_t periodsPerSecond,
+                                   std::uint8_t level);
+
 }  // namespace orma::cli

@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     Globals globals;
     app.add_option("--home", globals.home, "Program folder with the settings")->type_name("DIR");
     app.add_option("--audio", globals.audio,
-                   "portaudio, or virtual:in=FILE[,out=FILE][,pace=real|fast|SPEED]")
+                   "portaudio, or virtual:[in=FILE][,out=FILE][,pace=real|fast|SPEED]")
         ->capture_default_str()
         ->type_name("SYSTEM");
     app.add_option("--trace", globals.trace, "Append diagnostic lines to a file")
@@ -48,6 +48,7 @@ int main(int argc, char** argv) {
 
     Action action;
     AddRecordCommand(app, globals, action);
+    AddPlayCommand(app, globals, action);
     AddPublishCommand(app, globals, action);
     AddVerifyCommand(app, globals, action);
     AddShowCommand(app, globals, action);
