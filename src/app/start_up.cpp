@@ -66,6 +66,7 @@ void LoadSettings(Application& app) {
     app.writerContext.publishExtension = app.settings.PublishExtension;
     app.input.Load(InputSettingsOf(app.settings), app.audio.sampleRate);
     app.recorder.SetInputDevice(app.settings.AudioInputDevice);
+    app.player.SetOutputDevice(app.settings.AudioOutputDevice);
     app.project.SetOptions(ProjectOptionsOf(app.settings));
     app.project.SetPath(AsFolder(app.settings.ProjectsFolder), app.settings.CurrentProjectName);
     FollowProject(app);
@@ -103,6 +104,7 @@ bool OpenProject(Application& app, const Text& path) {
 
 bool ShutDown(Application& app) {
     const bool projectSaved = app.project.SaveProject();
+    app.player.WavExitPlaying();
     app.recorder.WavCloseRecording();  // a take that is still open is kept and saved by this
     app.settings.LastFolder = app.project.Folder();
     app.settings.LastName = app.project.Name();
