@@ -60,6 +60,10 @@ std::vector<std::uint32_t> LoadMarks(ByteSpan file) {
 }  // namespace
 
 std::optional<TakeJournalContent> DecodeTakeJournal(ByteSpan file) {
+    // Killed while it was created: its take never began.
+    const auto isZero = [](std::uint8_t byte) { return byte == 0; };
+    if (file.size() <= kRingOffset + kMostRingBytes && std::ranges::all_of(file, isZero))
+        return TakeJournalContent{};
     if (file.size() < kRingOffset || !IsTag(file.data(), kMagic) ||
         LoadLe<std::uint32_t>(&file[4]) != kVersion)
         return std::nullopt;

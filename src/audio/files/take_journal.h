@@ -28,7 +28,8 @@ struct TakeJournalContent {
     }
 };
 
-/// Reads a journal's bytes, see docs/formats.md; nothing when they are none of ours.
+/// Reads a journal's bytes, see docs/formats.md; nothing when they are none of ours. One that was
+/// just being created, all zeros, is a journal without sound.
 [[nodiscard]] std::optional<TakeJournalContent> DecodeTakeJournal(ByteSpan file);
 
 /// True when a journal is there and cannot be written: a recording holds it, here or elsewhere, or

@@ -171,10 +171,15 @@ TEST_F(TakeJournalTest, ADamagedJournalBringsInNothing) {
     EXPECT_EQ(changed(64, 0xFFFFFFFF)->marks.size(), LevelSheet::kMaxMarks);
 
     const Text foreign = killed_.Path(u"take00.rec");
-    for (const Bytes& bytes : {Bytes(10, 'x'), Bytes(3U << 20, 'x'), Bytes()}) {
+    for (const Bytes& bytes : {Bytes(10, 'x'), Bytes(3U << 20, 'x'), Bytes(3U << 20, 0)}) {
         WriteFileBytes(foreign, bytes);
         DropTakeJournal(bench_.services, killed_.Path(u"take00.wav"));
         EXPECT_EQ(ReadFileBytes(foreign), bytes);
+    }
+    for (const std::size_t begun : {0U, 8192U + 32768}) {
+        WriteFileBytes(foreign, Bytes(begun));
+        DropTakeJournal(bench_.services, killed_.Path(u"take00.wav"));
+        EXPECT_FALSE(bench_.files.storage.Exists(foreign));
     }
 }
 
