@@ -24,10 +24,21 @@ std::int32_t ClipList::Append(ClipEntry clip) {
     return Count() - 1;
 }
 
-void ClipList::RemoveCurrent() {
-    if (!Has(current_)) return;
-    clips_.erase(clips_.begin() + current_);
+std::int32_t ClipList::InsertAfterCurrent(ClipEntry clip) {
+    const std::int32_t index = Has(current_) ? current_ + 1 : Count();
+    clips_.insert(clips_.begin() + index, std::make_unique<ClipEntry>(std::move(clip)));
+    return index;
+}
+
+void ClipList::Remove(std::int32_t index) {
+    if (!Has(index)) return;
+    clips_.erase(clips_.begin() + index);
+    if (index < current_) --current_;
     current_ = std::min(current_, Count() - 1);
+}
+
+void ClipList::RemoveCurrent() {
+    Remove(current_);
 }
 
 bool ClipList::RemoveClipsOf(const Text& basePath) {

@@ -27,6 +27,13 @@ class ClipList {
     /// Puts a clip at the end as it is; returns its index.
     std::int32_t Append(ClipEntry clip);
 
+    /// Puts a clip as it is behind the current one, or at the end when none is; returns its index.
+    std::int32_t InsertAfterCurrent(ClipEntry clip);
+
+    /// Removes a clip. The current one stays current; when it is the one that goes, the following
+    /// or the new last one becomes current.
+    void Remove(std::int32_t index);
+
     /// Removes the current clip; the following one, or the new last one, becomes current; in an
     /// empty list none is.
     void RemoveCurrent();

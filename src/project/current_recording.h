@@ -4,6 +4,7 @@
 
 #include "audio/files/level_sheet.h"
 #include "base/text.h"
+#include "project/undo_record.h"
 
 namespace orma {
 
@@ -21,6 +22,7 @@ struct CurrentRecording {
     std::uint32_t selectionEnd = 0;
     std::uint32_t cursor = 0;
     std::int32_t currentCut = -1;
+    UndoRecord undo;
 };
 
 }  // namespace orma

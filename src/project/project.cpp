@@ -6,18 +6,13 @@
 
 #include "project/clip_texts.h"
 #include "project/recording_access.h"
+#include "project/silent_boxes.h"
 #include "project/whole_file.h"
 
 namespace orma {
 namespace {
 
 constexpr unsigned kDefaultShift = 2;
-
-/// Swallows the boxes of a check that is to stay silent; the trace keeps their texts.
-class SilentBoxes : public MessageBoxes {
-  public:
-    BoxAnswer Show(const MessageBox&) override { return BoxAnswer::kOk; }
-};
 
 }  // namespace
 
@@ -79,6 +74,7 @@ void Project::ClearRecording() {
     recording.selectionEnd = 0;
     recording.cursor = 0;
     recording.currentCut = -1;
+    recording.undo = {};
 }
 
 void Project::ApplySampleRateCode(std::uint32_t code) {

@@ -133,6 +133,9 @@ class Project : public TakeKeeper {
     /// read (reported); nothing changes then.
     bool OpenRecording(const Text& audioPath);
 
+    /// Empties the current recording: no levels, nothing to play. Its paths stay.
+    void ClearRecording();
+
     /// Reads time, length and texts of a clip from its recording; the length stays 0 when the
     /// recording is missing or unreadable, and nothing is shown. The audio state stays as it was.
     void CheckClip(ClipEntry& clip);
@@ -153,8 +156,13 @@ class Project : public TakeKeeper {
     /// The fields that the project file carries beside its clips.
     [[nodiscard]] const ProjectRecord& Data() const { return data_; }
 
+    /// What recordings are read with, for the operations beside this class.
+    [[nodiscard]] const ReaderServices& Readers() const { return s_.readers; }
+
     [[nodiscard]] ClipList& Clips() { return s_.clips; }
+    [[nodiscard]] const ClipList& Clips() const { return s_.clips; }
     [[nodiscard]] CurrentRecording& Recording() { return s_.recording; }
+    [[nodiscard]] const CurrentRecording& Recording() const { return s_.recording; }
 
     // TakeKeeper
 
@@ -191,7 +199,6 @@ class Project : public TakeKeeper {
     void RecomputePaths();
     void ApplySampleRateCode(std::uint32_t code);
     void AdoptTextFile();
-    void ClearRecording();
     void OpenNumberedRecording();
 
     void LeaveRefusedPath();

@@ -8,6 +8,7 @@
 #include "project/keep_aside.h"
 #include "project/missing_clips.h"
 #include "project/project.h"
+#include "project/take_rewrite.h"
 #include "project/whole_file.h"
 
 namespace orma {
@@ -88,6 +89,7 @@ void Project::Adopt(ProjectRecord record) {
 void Project::AdoptClips(std::vector<ClipEntry> stored) {
     s_.clips.Clear();
     missing_.clear();
+    RecoverRewritesIn(s_.readers, folder_);  // a failure is reported
     std::uint32_t place = 0;
     for (ClipEntry& entry : stored) {
         entry.place = ++place;

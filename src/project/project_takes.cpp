@@ -7,13 +7,18 @@
 #include "project/keep_aside.h"
 #include "project/project.h"
 #include "project/same_path.h"
+#include "project/take_rewrite.h"
 
 namespace orma {
 namespace {
 
 // Both kinds of sound count: they would share one level file and one journal.
-constexpr std::array<TextView, 4> kRecordingKinds = {u".wav", u".mp2", u".jvu",
-                                                     TakeJournal::kExtension};
+constexpr std::array<TextView, 6> kRecordingKinds = {u".wav",
+                                                     u".mp2",
+                                                     u".jvu",
+                                                     TakeJournal::kExtension,
+                                                     RewritePaths::kOriginal,
+                                                     RewritePaths::kLevels};
 
 }  // namespace
 

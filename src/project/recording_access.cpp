@@ -5,6 +5,7 @@
 #include "audio/files/vu_file.h"
 #include "base/path.h"
 #include "base/trace.h"
+#include "project/take_rewrite.h"
 
 namespace orma {
 namespace {
@@ -13,6 +14,8 @@ namespace {
 std::uint32_t MeasureRecording(ReaderServices services, const Text& audioPath) {
     AudioState& audio = services.audio;
     FileServices files = services.files;
+    // Where a rewrite cannot be ended, sound and levels may not belong together.
+    if (!RecoverRewrite(services, audioPath)) return 0;
     RepairTake(files, audioPath);
     // The reader says why a file cannot be opened.
     if (audio.mp2 && files.storage.Exists(audioPath))

@@ -8,11 +8,12 @@
 
 namespace orma {
 
-/// Opens a recording as one of the current format: repairs it, adopts an MP2 take's bit rate,
-/// validates and measures it and reads its level file, whose levels the length follows: of an MP2
-/// take the reader states a period less. Without a usable level file the sheet's range is the whole
-/// recording and no level is known. Nothing when the recording is refused or its level file is
-/// there and cannot be read (reported); then the audio state stays as it was. UI thread.
+/// Opens a recording as one of the current format: ends an interrupted rewrite, repairs it, adopts
+/// an MP2 take's bit rate, validates and measures it and reads its level file, whose levels the
+/// length follows: of an MP2 take the reader states a period less. Without a usable level file the
+/// sheet's range is the whole recording and no level is known. Nothing when the recording is
+/// refused or its level file is there and cannot be read (reported); then the audio state stays as
+/// it was. UI thread.
 [[nodiscard]] std::optional<CurrentRecording> ReadRecording(ReaderServices services,
                                                             const Text& audioPath);
 

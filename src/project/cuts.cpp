@@ -1,0 +1,111 @@
+#include "project/cuts.h"
+
+#include <algorithm>
+
+#include "project/project.h"
+#include "project/selection.h"
+#include "project/sheet_change.h"
+
+namespace orma {
+namespace {
+
+RemovedRange* CurrentCut(CurrentRecording& recording) {
+    const auto index = static_cast<std::size_t>(recording.currentCut);
+    const bool known = recording.currentCut >= 0 && index < recording.sheet.cuts.size();
+    return known ? &recording.sheet.cuts[index] : nullptr;
+}
+
+/// Moves an edge of the current cut to the cursor.
+bool MoveEdge(Project& project, std::uint32_t RemovedRange::*edge, std::uint32_t undoKind) {
+    CurrentRecording& recording = project.Recording();
+    RemovedRange& cut = *CurrentCut(recording);
+    const RemovedRange before = cut;
+    SheetChange change(project.Readers().files, recording);
+    cut.*edge = recording.cursor;
+    if (!change.Commit()) return false;
+    if (before.begin != before.end)
+        recording.undo = {.kind = undoKind,
+                          .index = static_cast<std::size_t>(recording.currentCut),
+                          .value = before.*edge,
+                          .cut = {}};
+    RefreshClipLength(project);
+    return true;
+}
+
+bool AddCutAndMoveCursor(Project& project, const RemovedRange& range, std::uint32_t cursor) {
+    CurrentRecording& recording = project.Recording();
+    if (!AddCut(project.Readers().files, recording, range.begin, range.end)) return false;
+    recording.currentCut = -1;
+    recording.cursor = cursor;
+    RefreshClipLength(project);
+    return true;
+}
+
+}  // namespace
+
+std::size_t FindCut(const LevelSheet& sheet, std::uint32_t position) {
+    const auto holds = [position](const RemovedRange& cut) {
+        return cut.begin <= position && position <= cut.end;
+    };
+    return static_cast<std::size_t>(std::ranges::find_if(sheet.cuts, holds) - sheet.cuts.begin());
+}
+
+std::optional<std::size_t> AddCut(FileServices services, CurrentRecording& recording,
+                                  std::uint32_t begin, std::uint32_t end) {
+    std::vector<RemovedRange>& cuts = recording.sheet.cuts;
+    if (cuts.size() >= LevelSheet::kMaxCuts) {
+        services.report.ShowError(u"There is no room for more cuts.");
+        return std::nullopt;
+    }
+    const auto place =
+        std::ranges::find_if(cuts, [end](const RemovedRange& cut) { return cut.begin > end; });
+    const auto index = static_cast<std::size_t>(place - cuts.begin());
+    SheetChange change(services, recording);
+    cuts.insert(place, {begin, end, 0});
+    if (!change.Commit()) return std::nullopt;
+    // What stood from here on has moved up.
+    if (recording.currentCut >= 0 && static_cast<std::size_t>(recording.currentCut) >= index)
+        ++recording.currentCut;
+    UndoRecord& undo = recording.undo;
+    const bool edge =
+        undo.kind == UndoRecord::kCutBeginChanged || undo.kind == UndoRecord::kCutEndChanged;
+    if (edge && undo.index >= index) ++undo.index;
+    return index;
+}
+
+bool DeleteCut(FileServices services, CurrentRecording& recording, std::size_t index) {
+    std::vector<RemovedRange>& cuts = recording.sheet.cuts;
+    if (index >= cuts.size()) return false;
+    const RemovedRange cut = cuts[index];
+    SheetChange change(services, recording);
+    cuts.erase(cuts.begin() + static_cast<std::ptrdiff_t>(index));
+    if (!change.Commit()) return false;
+    recording.undo = {.kind = UndoRecord::kCutDeleted, .index = index, .cut = cut};
+    recording.currentCut = -1;
+    return true;
+}
+
+bool CutBegin(Project& project, bool oneSecond) {
+    const CurrentRecording& recording = project.Recording();
+    if (const RemovedRange* cut = CurrentCut(project.Recording())) {
+        if (recording.cursor >= cut->end) return true;
+        return MoveEdge(project, &RemovedRange::begin, UndoRecord::kCutBeginChanged);
+    }
+    const std::uint32_t second = oneSecond ? project.Readers().audio.PeriodsPerSecond() : 0;
+    const std::uint32_t begin = std::min(recording.cursor, recording.length);
+    const std::uint32_t end = std::min(begin + second, recording.length);
+    return AddCutAndMoveCursor(project, {begin, end}, end);
+}
+
+bool CutEnd(Project& project, bool oneSecond) {
+    const CurrentRecording& recording = project.Recording();
+    if (const RemovedRange* cut = CurrentCut(project.Recording())) {
+        if (recording.cursor <= cut->begin) return true;
+        return MoveEdge(project, &RemovedRange::end, UndoRecord::kCutEndChanged);
+    }
+    const std::uint32_t second = oneSecond ? project.Readers().audio.PeriodsPerSecond() : 0;
+    const std::uint32_t begin = recording.cursor - std::min(second, recording.cursor);
+    return AddCutAndMoveCursor(project, {begin, recording.cursor}, begin);
+}
+
+}  // namespace orma

@@ -1,0 +1,143 @@
+#include "project/clip_operations.h"
+
+#include <gtest/gtest.h>
+
+#include "project/clip_playback.h"
+#include "project/project_menu.h"
+#include "project_rig.h"
+
+namespace orma {
+namespace {
+
+using Names = std::vector<Text>;
+
+struct ClipOperations : testing::Test {
+    ClipOperations() {
+        rig.RecordTake(40);
+        rig.RecordTake(60);
+    }
+
+    [[nodiscard]] Names Titles() const {
+        Names titles;
+        for (std::int32_t i = 0; i < rig.clips.Count(); ++i)
+            titles.push_back(rig.clips.At(i).ShownName());
+        return titles;
+    }
+
+    test::ProjectRig rig;
+    Project& project = rig.project;
+    ClipList& clips = rig.clips;
+};
+
+TEST_F(ClipOperations, AddMoveRenameAndRemoveAreStoredAndDoNothingWhilePlaying) {
+    rig.AddRecording(u"other", 30);
+    EXPECT_FALSE(AddClip(project, rig.Path(u"other.wav"), true));
+    EXPECT_FALSE(AddClip(project, rig.Path(u"none.wav"), false));
+    EXPECT_FALSE(AddClip(project, rig.Path(u"other.mp2"), false));  // of the other format
+    test::WriteFileBytes(rig.Path(u"bad.wav"), AsBytes("RIFF"));
+    EXPECT_FALSE(AddClip(project, rig.Path(u"bad.wav"), false));
+    EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01"}));
+    EXPECT_EQ(clips.CurrentIndex(), 1);
+
+    EXPECT_TRUE(AddClip(project, rig.Path(u"other.wav"), false));
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"), (Names{u"talk00", u"other", u"talk01"}));
+    EXPECT_EQ(rig.recording.name, u"other");
+    EXPECT_EQ(clips.TotalLength(), 130U);
+    EXPECT_TRUE(MoveClipDown(project));
+    EXPECT_TRUE(MoveClipDown(project));
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"), (Names{u"talk00", u"talk01", u"other"}));
+    EXPECT_FALSE(RenameClip(project, 2, u"Harbour", true));
+    EXPECT_FALSE(RenameClip(project, 3, u"Harbour", false));
+    EXPECT_TRUE(RenameClip(project, 2, u"Harbour", false));
+    EXPECT_EQ(Titles(), (Names{u"talk00", u"talk01", u"Harbour"}));
+
+    EXPECT_FALSE(RemoveCurrentClip(project, true));
+    EXPECT_TRUE(RemoveCurrentClip(project, false));
+    EXPECT_EQ(rig.recording.name, u"talk01");  // the new last one
+    EXPECT_TRUE(RemoveCurrentClip(project, false));
+    EXPECT_TRUE(RemoveCurrentClip(project, false));
+    EXPECT_FALSE(RemoveCurrentClip(project, false));
+    EXPECT_EQ(rig.recording.length, 0U);
+    EXPECT_FALSE(rig.Exists(u"talk.opr"));
+    EXPECT_TRUE(rig.Exists(u"talk00.wav"));
+    EXPECT_TRUE(rig.files.boxes.shown.empty());
+}
+
+TEST_F(ClipOperations, CopiesOfTheSelectionAreNumberedAndStandBehindTheirSource) {
+    ASSERT_TRUE(project.SelectClip(0));
+    const auto copy = [&](std::uint32_t begin, std::uint32_t end) {
+        rig.recording.selectionStart = begin;
+        rig.recording.selectionEnd = end;
+        return CopyToClipEditor(project, ProposedClipTitle(project));
+    };
+    EXPECT_TRUE(copy(5, 10));
+    EXPECT_EQ(clips.CurrentIndex(), 1);
+    EXPECT_TRUE(copy(6, 20));
+    ASSERT_TRUE(RenameClip(project, 1, u"talk00-7", false));
+    EXPECT_EQ(ProposedClipTitle(project), u"talk00-8");
+    EXPECT_EQ(Titles(), (Names{u"talk00", u"talk00-7", u"talk00-2", u"talk01"}));
+    EXPECT_EQ(clips.At(1).length, 5U);
+    EXPECT_EQ(clips.At(2).begin, 6U);
+    EXPECT_FALSE(copy(7, 7));
+    EXPECT_EQ(rig.files.boxes.Texts(), Names{u"Nothing selected"});
+
+    ASSERT_TRUE(project.OpenRecording(rig.Path(u"talk01.wav")));
+    EXPECT_EQ(ProposedClipTitle(project), u"talk01");
+    EXPECT_TRUE(copy(0, 0));  // nothing is selected: all of it
+    EXPECT_EQ(clips.CurrentIndex(), 4);
+    EXPECT_EQ(clips.At(4).length, 60U);
+}
+
+TEST_F(ClipOperations, PlayingGoesFromClipToClipOverMissingOnes) {
+    rig.RecordTake(30);
+    clips.At(0).begin = 10;
+    clips.At(0).end = 20;
+    ASSERT_TRUE(project.SelectClip(0));
+    ASSERT_EQ(rig.files.storage.Delete(rig.Path(u"talk01.wav")), 0U);
+    const auto playback = PrepareClipPlayback(project, false);
+    ASSERT_TRUE(playback);
+    EXPECT_EQ(playback->begin, 10U);
+    EXPECT_EQ(playback->end, 20U);
+    EXPECT_EQ(playback->channels, 1);
+    EXPECT_TRUE(NextClip(project));
+    EXPECT_EQ(clips.CurrentIndex(), 2);
+    EXPECT_EQ(PlayedRange(rig.recording), (PeriodRange{0, 30}));
+    EXPECT_FALSE(NextClip(project));
+    EXPECT_EQ(clips.CurrentIndex(), 2);
+    clips.ClearCurrent();
+    EXPECT_FALSE(PrepareClipPlayback(project, true));
+}
+
+TEST_F(ClipOperations, TheMenuRefusesWhileBusyAndLeavesProjectsSaved) {
+    EXPECT_FALSE(MenuNewProject(project, rig.Path(u"next.opr"), true));
+    EXPECT_FALSE(MenuOpen(project, rig.Path(u"next.opr"), true));
+    EXPECT_FALSE(MenuOpenClip(project, rig.Path(u"talk00.wav"), true));
+    EXPECT_FALSE(MenuDelete(project, rig.Path(u"talk00.wav"), true));
+    EXPECT_EQ(rig.files.boxes.Texts(),
+              (Names{u"MenuNewProject", u"MenuOpen", u"MenuOpen", u"MenuDelete"}));
+    EXPECT_EQ(project.Name(), u"talk");
+
+    rig.AddProjectFile(u"next", {u"next00"});
+    project.SetProjectText(u"typed since");
+    EXPECT_TRUE(MenuNewProject(project, rig.Path(u"next.opr"), false));
+    EXPECT_EQ(project.Name(), u"next");
+    EXPECT_TRUE(clips.Empty());
+    EXPECT_EQ(project.RecordingIndex(), -1);
+    EXPECT_FALSE(rig.Exists(u"next.opr"));
+    EXPECT_TRUE(rig.Exists(u"next.opr.bak"));
+    EXPECT_TRUE(MenuOpen(project, rig.Path(u"talk.opr"), false));
+    EXPECT_EQ(project.ProjectText(), u"typed since");
+
+    rig.files.boxes.shown.clear();
+    rig.files.boxes.answers = {BoxAnswer::kCancel, BoxAnswer::kOk};
+    EXPECT_FALSE(MenuDelete(project, rig.Path(u"talk00.wav"), false));
+    EXPECT_TRUE(rig.Exists(u"talk00.wav"));
+    EXPECT_TRUE(MenuDelete(project, rig.Path(u"talk00.wav"), false));
+    EXPECT_FALSE(rig.Exists(u"talk00.wav"));
+    EXPECT_EQ(rig.files.boxes.shown[0].text,
+              u"Are you shure you want to delete " + rig.Path(u"talk00.wav") + u" ?");
+    EXPECT_TRUE(rig.files.boxes.shown[0].secondIsDefault);
+}
+
+}  // namespace
+}  // namespace orma

@@ -1,0 +1,199 @@
+#include <gtest/gtest.h>
+
+#include "audio/files/vu_file.h"
+#include "project/cut_buttons.h"
+#include "project/cuts.h"
+#include "project/marks.h"
+#include "project/selection.h"
+#include "project/undo.h"
+#include "project_rig.h"
+
+namespace orma {
+namespace {
+
+using Marks = std::vector<std::uint32_t>;
+using Cuts = std::vector<RemovedRange>;
+
+/// A take of 100 periods, 20 a second, with a clip.
+struct EditTest : testing::Test {
+    EditTest() { rig.RecordTake(100); }
+
+    [[nodiscard]] Marks StoredMarks() { return GetVuMarks(files, recording.levelPath); }
+    [[nodiscard]] Cuts StoredCuts() { return GetVuRemovedRanges(files, recording.levelPath); }
+    [[nodiscard]] std::uint32_t ClipLength() { return rig.clips.At(0).length; }
+
+    void SetCut(std::uint32_t begin, std::uint32_t end) {
+        const auto index = AddCut(files, recording, begin, end);
+        ASSERT_TRUE(index);
+        recording.currentCut = static_cast<std::int32_t>(*index);
+    }
+
+    test::ProjectRig rig;
+    FileServices files = rig.files.services;
+    CurrentRecording& recording = rig.recording;
+    Project& project = rig.project;
+};
+
+TEST_F(EditTest, MarksAreKeptInOrderAndInTheLevelFile) {
+    for (const std::uint32_t position : {9U, 2U, 5U, 5U})
+        EXPECT_TRUE(InsertMark(files, recording, position));
+    EXPECT_EQ(recording.sheet.marks, (Marks{2, 5, 5, 9}));
+    EXPECT_EQ(StoredMarks(), recording.sheet.marks);
+    EXPECT_EQ(FindMark(recording.sheet, 9), 3U);
+    EXPECT_EQ(FindMark(recording.sheet, 4), 4U);
+    EXPECT_TRUE(DeleteMark(files, recording, 4));
+    EXPECT_FALSE(CanUndo(project));
+    recording.cursor = 9;
+    EXPECT_TRUE(ToggleMark(files, recording));
+    EXPECT_EQ(StoredMarks(), (Marks{2, 5, 5}));
+    EXPECT_TRUE(UndoEdit(project));
+    EXPECT_EQ(StoredMarks(), (Marks{2, 5, 5, 9}));
+    EXPECT_FALSE(UndoEdit(project));
+    EXPECT_TRUE(RedoEdit(project));
+    EXPECT_EQ(StoredMarks(), (Marks{2, 5, 5}));
+    EXPECT_TRUE(ToggleMark(files, recording));
+    EXPECT_EQ(StoredMarks(), (Marks{2, 5, 5, 9}));
+}
+
+TEST_F(EditTest, WhatCannotBeKeptIsRefusedWithAReason) {
+    Marks& marks = recording.sheet.marks;
+    marks.assign(LevelSheet::kMaxMarks, 3);
+    EXPECT_FALSE(InsertMark(files, recording, 4));
+    EXPECT_EQ(marks.size(), 1003U);
+    EXPECT_TRUE(DeleteMark(files, recording, 3));
+    EXPECT_TRUE(InsertMark(files, recording, 4));
+    EXPECT_FALSE(UndoEdit(project));  // no room for the deleted one
+    for (std::uint32_t i = 0; i < 100; ++i)
+        ASSERT_TRUE(AddCut(files, recording, i, i));
+    EXPECT_FALSE(AddCut(files, recording, 1, 2));
+    EXPECT_EQ(recording.sheet.cuts.size(), 100U);
+    EXPECT_EQ(rig.files.boxes.Texts(), (std::vector<Text>{u"There is no room for more marks.",
+                                                          u"There is no room for more marks.",
+                                                          u"There is no room for more cuts."}));
+    marks = {3};
+    recording.sheet.cuts = {{1, 2, 0}};
+    ASSERT_EQ(rig.files.storage.CreateFolder(recording.levelPath + u".tmp"), 0U);
+    EXPECT_FALSE(InsertMark(files, recording, 4));
+    EXPECT_FALSE(DeleteMark(files, recording, 3));
+    EXPECT_FALSE(DeleteCut(files, recording, 0));
+    EXPECT_EQ(marks, Marks{3});
+    EXPECT_EQ(recording.sheet.cuts, (Cuts{{1, 2, 0}}));
+    EXPECT_EQ(rig.files.boxes.shown.size(), 6U);
+}
+
+TEST_F(EditTest, ARecordingWithoutLevelsGetsThemBeforeItIsMarked) {
+    rig.AddWav(u"bare", 30);
+    ASSERT_TRUE(project.OpenRecording(rig.Path(u"bare.wav")));
+    EXPECT_FALSE(InsertMark(files, recording, 4));
+    EXPECT_EQ(rig.files.boxes.shown.size(), 1U);
+    EXPECT_TRUE(EnsureLevels(project));
+    EXPECT_TRUE(InsertMark(files, recording, 4));
+    EXPECT_EQ(StoredMarks(), Marks{4});
+    EXPECT_EQ(recording.sheet.levels.size(), 30U);
+}
+
+TEST_F(EditTest, ANewCutIsASecondLongOrEmptyAndStaysInTheRecording) {
+    recording.cursor = 90;
+    EXPECT_TRUE(CutBegin(project, true));
+    EXPECT_EQ(recording.cursor, 100U);
+    EXPECT_EQ(recording.currentCut, -1);
+    EXPECT_EQ(ClipLength(), 90U);
+    recording.cursor = 2;
+    EXPECT_TRUE(CutEnd(project, true));
+    EXPECT_EQ(recording.cursor, 0U);
+    recording.cursor = 50;
+    EXPECT_TRUE(CutEnd(project, false));
+    EXPECT_EQ(StoredCuts(), (Cuts{{0, 2, 0}, {50, 50, 0}, {90, 100, 0}}));
+    EXPECT_EQ(ClipLength(), 88U);
+    EXPECT_FALSE(CanUndo(project));
+}
+
+TEST_F(EditTest, AnEdgeMovesToTheCursorAndBack) {
+    SetCut(20, 60);
+    recording.cursor = 60;  // not in front of the end
+    EXPECT_TRUE(CutBegin(project, true));
+    EXPECT_FALSE(CanUndo(project));
+    recording.cursor = 30;
+    EXPECT_TRUE(CutBegin(project, true));
+    EXPECT_EQ(StoredCuts(), (Cuts{{30, 60, 0}}));
+    EXPECT_EQ(ClipLength(), 70U);
+    ASSERT_TRUE(AddCut(files, recording, 1, 2));  // the moved cut is the second one now
+    EXPECT_EQ(recording.currentCut, 1);
+    EXPECT_TRUE(UndoEdit(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {20, 60, 0}}));
+    EXPECT_EQ(ClipLength(), 59U);
+    EXPECT_TRUE(RedoEdit(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {30, 60, 0}}));
+    recording.cursor = 40;
+    EXPECT_TRUE(CutEnd(project, true));
+    EXPECT_TRUE(UndoEdit(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {30, 60, 0}}));
+}
+
+TEST_F(EditTest, ADeletedCutComesBackWhole) {
+    recording.sheet.cuts = {{1, 2, 7}, {10, 30, 8}, {50, 60, 9}};
+    EXPECT_TRUE(DeleteCut(files, recording, 1));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 7}, {50, 60, 9}}));
+    EXPECT_TRUE(UndoEdit(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 7}, {10, 30, 8}, {50, 60, 9}}));
+    EXPECT_EQ(ClipLength(), 69U);
+    EXPECT_TRUE(RedoEdit(project));
+    EXPECT_EQ(ClipLength(), 89U);
+    EXPECT_FALSE(DeleteCut(files, recording, 2));
+    ASSERT_TRUE(project.SelectClip(0));  // another selection has nothing to undo
+    EXPECT_FALSE(CanUndo(project));
+}
+
+TEST_F(EditTest, CropMovesTheSelectionAndTheClipsBoundsButNoSound) {
+    recording.sheet.cuts = {{30, 40, 0}};
+    ASSERT_TRUE(WriteVuFile(files, recording.levelPath, recording.sheet));
+    const Bytes sound = test::ReadFileBytes(recording.audioPath);
+    recording.cursor = 20;
+    EXPECT_TRUE(CropBegin(project));  // there was no selection: up to the end
+    EXPECT_EQ(rig.clips.At(0).end, 100U);
+    recording.cursor = 50;
+    EXPECT_TRUE(CropEnd(project));
+    EXPECT_EQ(ClipLength(), 20U);
+    recording.cursor = 10;
+    EXPECT_TRUE(CropEnd(project));  // before the begin
+    EXPECT_EQ(recording.selectionStart, 0U);
+    ProjectRecord stored;
+    ASSERT_EQ(ReadProjectFile(files, project.ProjectFilePath(), stored), ProjectReadResult::kOk);
+    EXPECT_EQ(stored.clips[0].begin, 0U);
+    EXPECT_EQ(stored.clips[0].end, 10U);
+    EXPECT_EQ(test::ReadFileBytes(recording.audioPath), sound);
+    rig.clips.ClearCurrent();
+    recording.cursor = 90;
+    EXPECT_TRUE(CropEnd(project));
+    EXPECT_EQ(PlayingLength(recording), 80U);
+    EXPECT_EQ(rig.clips.At(0).end, 10U);
+}
+
+TEST(CutButtons, ShowWhereTheCursorStands) {
+    constexpr auto kOff = ButtonLook::kOff;
+    constexpr auto kOn = ButtonLook::kOn;
+    constexpr auto kHalf = ButtonLook::kHalf;
+    const std::optional<RemovedRange> none;
+    const std::optional<RemovedRange> cut = RemovedRange{20, 30, 0};
+    const std::optional<RemovedRange> empty = RemovedRange{20, 20, 0};
+    const struct {
+        std::optional<RemovedRange> cut;
+        std::uint32_t cursor;
+        std::uint32_t length;
+        std::uint32_t state;
+        CutButtonLooks looks;
+    } table[] = {
+        {none, 10, 100, 0, {kOn, kOn}},    {none, 90, 100, 2, {kOn, kOn}},
+        {none, 11, 100, 0, {kOff, kOff}},  {none, 10, 100, 3, {kOff, kOff}},
+        {none, 10, 0, 0, {kOff, kOff}},    {cut, 10, 100, 0, {kOff, kHalf}},
+        {cut, 25, 100, 0, {kHalf, kHalf}}, {cut, 35, 100, 0, {kHalf, kOff}},
+        {cut, 20, 100, 3, {kOn, kOn}},     {cut, 30, 0, 0, {kOn, kOn}},
+        {empty, 20, 100, 0, {kOff, kOff}}, {empty, 19, 100, 0, {kOff, kHalf}},
+    };
+    for (const auto& row : table)
+        EXPECT_EQ(UpdateCutButtons({row.cut, row.cursor, 10, 90, row.length, row.state}), row.looks)
+            << row.cursor << " of " << row.length << " in state " << row.state;
+}
+
+}  // namespace
+}  // namespace orma
