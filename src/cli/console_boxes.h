@@ -12,6 +12,9 @@ class ConsoleBoxes : public MessageBoxes {
 
     BoxAnswer Show(const MessageBox& box) override;
 
+    /// What the user decided beforehand.
+    void AnswerQuestionsWith(BoxAnswer answer) { answer_ = answer; }
+
     /// How many error boxes were shown: a command that reported one has not succeeded.
     [[nodiscard]] int Errors() const { return errors_; }
 

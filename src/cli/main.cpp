@@ -53,6 +53,12 @@ int main(int argc, char** argv) {
     AddVerifyCommand(app, globals, action);
     AddShowCommand(app, globals, action);
     AddProjectCommand(app, globals, action);
+    AddMarkCommand(app, globals, action);
+    AddCutCommand(app, globals, action);
+    AddCropCommand(app, globals, action);
+    AddSaveSelectionCommand(app, globals, action);
+    AddClipsCommand(app, globals, action);
+    AddDeleteCommand(app, globals, action);
     AddRecoverCommand(app, globals, action);
     AddSettingsCommand(app, globals, action);
     AddDevicesCommand(app, globals, action);

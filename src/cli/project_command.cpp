@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 
 #include "app/start_up.h"
+#include "cli/clip_fields.h"
 #include "cli/commands.h"
 #include "cli/environment.h"
 #include "cli/output.h"
@@ -10,21 +11,6 @@
 namespace orma::cli {
 namespace {
 
-Json Clip(const ClipEntry& clip, const AudioState& audio) {
-    const std::uint32_t rate = audio.PeriodsPerSecond();
-    Json fields = {{"name", ToJson(clip.name)},
-                   {"title", ToJson(clip.title)},
-                   {"length", PositionText(clip.length, rate)},
-                   {"periods", clip.length},
-                   {"recorded", ToJson(clip.timeDateText)},
-                   {"file", ToJson(clip.BasePath() + (audio.mp2 ? u".mp2" : u".wav"))}};
-    if (clip.end != 0) {
-        fields["begin"] = PositionText(clip.begin, rate);
-        fields["end"] = PositionText(clip.end, rate);
-    }
-    return fields;
-}
-
 int Show(const Globals& globals, const std::string& argument) {
     const Text path = ProjectPath(argument);
     Environment environment(globals);
@@ -33,9 +19,6 @@ int Show(const Globals& globals, const std::string& argument) {
     if (!OpenProject(app, path)) return kFailed;
 
     const std::uint32_t rate = app.audio.PeriodsPerSecond();
-    Json clips = Json::array();
-    for (std::int32_t i = 0; i < app.clips.Count(); ++i)
-        clips.push_back(Clip(app.clips.At(i), app.audio));
     Json project = {{"project", ToJson(app.project.Name())},
                     {"folder", ToJson(app.project.Folder())},
                     {"format", app.audio.mp2 ? "MP2" : "WAV"},
@@ -46,7 +29,7 @@ int Show(const Globals& globals, const std::string& argument) {
     project["current clip"] = app.clips.CurrentIndex() + 1;
     project["text"] = ToJson(app.project.ProjectText());
     project["total length"] = PositionText(app.clips.TotalLength(), rate);
-    project["clips"] = std::move(clips);
+    project["clips"] = ClipFields(app);
     Print(project, globals.json);
     return kOk;
 }

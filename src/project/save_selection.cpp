@@ -74,7 +74,7 @@ class SelectionSave {
 
     bool Run() {
         if (!Prepare()) return false;
-        if (!SamePath(path_, recording_.audioPath)) return SaveAs(Exists(path_));
+        if (!SamePath(path_, recording_.audioPath)) return SaveCopy();
         if (begin_ == 0 && end_ == recording_.length) return true;
         const bool inPlace = CutsInPlace();
         const std::uint64_t sound = inPlace ? layout_->CutSize(end_) - layout_->format.dataOffset
@@ -120,6 +120,16 @@ class SelectionSave {
 
     [[nodiscard]] LevelSheet Sheet() const {
         return SheetOfSelection(recording_.sheet, begin_, end_);
+    }
+
+    bool SaveCopy() {
+        const bool saved = SaveAs(Exists(path_));
+        // It may have been a recording of the list.
+        ClipList& clips = project_.Clips();
+        for (std::int32_t i = 0; i < clips.Count(); ++i)
+            if (SamePath(project_.ClipAudioPath(clips.At(i)), path_))
+                project_.CheckClip(clips.At(i));
+        return saved;
     }
 
     bool SaveAs(bool replaces) {
@@ -170,6 +180,7 @@ class SelectionSave {
                 clip.begin = std::clamp(clip.begin, begin_, end_) - begin_;
                 clip.end = std::clamp(clip.end, begin_, end_) - begin_;
                 if (clip.begin >= clip.end) {
+                    if (i == clips.CurrentIndex()) clips.ClearCurrent();
                     clips.Remove(i);
                     continue;
                 }

@@ -1,6 +1,7 @@
 #include "edit_rig.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,18 @@ EditRun::EditRun(const TempFolder& folder, const TakeFormat& format) {
     const auto rate = std::find(rates.begin(), rates.end(), format.kilobits * 1000);
     audio.bitrate.SetMp2Bitrate(static_cast<std::uint32_t>(rate - rates.begin()), report);
     project.SetPath(folder.Path(), u"talk");
+}
+
+FoldersInMemory::FoldersInMemory() {
+    constexpr const char* kMemory = "/dev/shm";
+    std::error_code error;
+    const bool usable = std::getenv("TMPDIR") == nullptr &&
+                        std::filesystem::space(kMemory, error).available > (1U << 24) && !error;
+    set_ = usable && ::setenv("TMPDIR", kMemory, 0) == 0;
+}
+
+FoldersInMemory::~FoldersInMemory() {
+    if (set_) ::unsetenv("TMPDIR");
 }
 
 Bytes TakeFile(const TakeFormat& format, ByteSpan sound) {

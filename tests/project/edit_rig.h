@@ -45,6 +45,19 @@ struct EditRun {
     Project project{{{files, audio, decoder}, clock, clips, recording}};
 };
 
+/// Lets temporary folders lie in memory where the system has such a place, as long as this lives:
+/// thousands of runs that wait for the medium would take minutes.
+class FoldersInMemory {
+  public:
+    FoldersInMemory();
+    ~FoldersInMemory();
+    FoldersInMemory(const FoldersInMemory&) = delete;
+    FoldersInMemory& operator=(const FoldersInMemory&) = delete;
+
+  private:
+    bool set_ = false;
+};
+
 /// A take with random sound, levels, marks and cuts, and what its files hold.
 struct RandomTake {
     RandomTake(const TempFolder& folder, const Text& name, const TakeFormat& format,

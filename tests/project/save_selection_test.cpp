@@ -26,6 +26,7 @@ Bytes Part(const Bytes& bytes, std::size_t begin, std::size_t end) {
 }
 
 TEST(SaveSelection, CopiesExactlyTheBytesOfTwoHundredSelections) {
+    const FoldersInMemory fast;
     std::mt19937 random(7);
     for (int round = 0; round < 200; ++round) {
         const TempFolder folder;
@@ -234,6 +235,7 @@ class SaveSelectionFaults : public ::testing::TestWithParam<Fault> {
                std::all_of(end, after->sound.end(), [](std::uint8_t byte) { return byte == 0; });
     }
 
+    FoldersInMemory fast_;
     TakeFormat format_;
 };
 
