@@ -38,16 +38,19 @@ std::uint64_t CopySelection(JStreamFile& source, const TakeLayout& layout, std::
     const std::uint64_t from = layout.format.dataOffset + layout.SoundBefore(begin);
     source.SetPosition(static_cast<std::int32_t>(static_cast<std::uint32_t>(from)));
     Bytes block(layout.mp2 ? kMp2CopyBytes : layout.format.bytesPerPeriod);
+    // The levels may count a last period that the sound does not fill; other chunks may follow it.
+    const std::uint64_t dataEnd =
+        std::uint64_t{layout.format.dataOffset} + layout.format.dataLength;
     std::uint64_t got = 0;
-    for (std::uint64_t left = total; left > 0 && target.IsOpen();) {
-        const auto count = static_cast<std::uint32_t>(std::min<std::uint64_t>(left, block.size()));
-        source.Read(block.data(), count);
-        if (source.IsOpen())
-            got += count;
-        else
-            std::ranges::fill(block, std::uint8_t{0});
-        target.Write(block.data(), count);
-        left -= count;
+    for (std::uint64_t done = 0; done < total && target.IsOpen();) {
+        const std::uint64_t at = from + done;
+        const std::uint64_t count = std::min<std::uint64_t>(total - done, block.size());
+        const std::uint64_t stored = std::min(count, dataEnd - std::min(at, dataEnd));
+        std::ranges::fill(block, std::uint8_t{0});
+        source.Read(block.data(), static_cast<std::uint32_t>(stored));
+        if (source.IsOpen()) got += count;
+        target.Write(block.data(), static_cast<std::uint32_t>(count));
+        done += count;
     }
     return got;
 }
@@ -158,8 +161,10 @@ class SelectionSave {
     /// the old recording.
     bool FollowFile(bool saved) {
         const Text path = path_;
-        const auto now = ReadRecording(project_.Readers(), path);
-        if (!saved && (!now || now->length != end_ - begin_)) return false;
+        if (!saved) {
+            const auto now = ReadRecording(project_.Readers(), path);
+            if (!now || now->length != end_ - begin_) return false;
+        }
         ClipList& clips = project_.Clips();
         const bool kept = !ClipsFollow() || project_.SaveProject();
         const bool open = clips.Current() != nullptr ? project_.SelectClip(clips.CurrentIndex())
@@ -214,7 +219,7 @@ bool MenuSaveSelAs(Project& project, const Text& path, bool busy) {
         report.ShowError(u"MenuSaveSelAs");
         return false;
     }
-    if (recording.selectionStart >= recording.selectionEnd) {
+    if (recording.selectionStart >= std::min(recording.selectionEnd, recording.length)) {
         report.ShowError(u"Nothing selected");
         return false;
     }

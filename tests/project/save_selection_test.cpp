@@ -7,6 +7,7 @@
 #include "audio/files/vu_file.h"
 #include "edit_rig.h"
 #include "project/recording_access.h"
+#include "support/byte_builder.h"
 
 namespace orma::test {
 namespace {
@@ -73,6 +74,34 @@ TEST(SaveSelection, OfTheWholeRecordingOverItselfOrWhileBusyOrOfNothingChangesNo
         (std::vector<Text>{u"MenuSaveSelAs", u"Nothing selected", u"The selection is too short.",
                            u"The name belongs to another recording: " + folder.Path(u"b.mp2")}));
     EXPECT_EQ(ReadFileBytes(take.path), TakeFile({}, take.sound));
+}
+
+TEST(SaveSelection, NeverTakesWhatFollowsTheSoundForSound) {
+    std::mt19937 random(5);
+    const TempFolder folder;
+    const RandomTake take(folder, u"talk00", {}, kPeriods, random);
+    // The last period is cut short, and another chunk follows: levels count one period more.
+    const std::size_t there = take.sound.size() - 1000;
+    Bytes file = TakeFile({}, Part(take.sound, 0, there));
+    const Bytes chunk = ByteBuilder{}.Put("LIST").U32(2000).Fill(2000, 'x').bytes;
+    file.insert(file.end(), chunk.begin(), chunk.end());
+    StoreLe(file.data() + 4, static_cast<std::uint32_t>(file.size() - 8));
+    WriteFileBytes(take.path, file);
+    EditRun run(folder, {});
+    ASSERT_TRUE(run.project.OpenRecording(take.path));
+    const auto select = [&](std::uint32_t begin, std::uint32_t end) {
+        run.recording.selectionStart = begin;
+        run.recording.selectionEnd = end;
+    };
+    select(58, 60);
+    ASSERT_TRUE(MenuSaveSelAs(run.project, folder.Path(u"b.wav"), false));
+    Bytes wanted = Part(take.sound, 4410 * 58, there);
+    wanted.resize(4410 * 2);
+    EXPECT_EQ(ReadFileBytes(folder.Path(u"b.wav")), TakeFile({}, wanted));
+    // Not cut in place either: its sizes say something else than ours do.
+    select(0, 20);
+    ASSERT_TRUE(MenuSaveSelAs(run.project, take.path, false));
+    EXPECT_EQ(ReadFileBytes(take.path), TakeFile({}, Part(take.sound, 0, 4410 * 20)));
 }
 
 TEST(SaveSelection, OverItselfTakesTheClipsAlong) {
