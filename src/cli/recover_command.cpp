@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <CLI/CLI.hpp>
 
 #include "app/start_up.h"
@@ -26,7 +28,10 @@ struct ClipRepair {
             const ClipEntry& clip = app.clips.At(i);
             const Text audioPath = app.project.ClipAudioPath(clip);
             if (RepairTake(app.files, audioPath)) repaired.push_back(ToJson(clip.name));
-            if (app.ports.storage.Exists(clip.BasePath() + u".jvu")) continue;
+            // What the recovery left alone still has its marks in its journal.
+            const std::vector<Text>& leftAlone = app.project.LeftAlone();
+            const bool waits = std::ranges::find(leftAlone, clip.name) != leftAlone.end();
+            if (waits || app.ports.storage.Exists(clip.BasePath() + u".jvu")) continue;
             if (app.project.RebuildLevels(audioPath))
                 levels.push_back(ToJson(clip.name));
             else

@@ -175,8 +175,8 @@ class Project : public TakeKeeper {
     /// The clip is added and the project saved even when the level file could not be written.
     void TakeFinished() override;
 
-    /// Deletes only what was created since PrepareTake.
-    void TakeDiscarded() override;
+    /// Deletes only what was created since PrepareTake; nothing unless `created`.
+    void TakeDiscarded(bool created) override;
     [[nodiscard]] Text StorageFolder() const override { return folder_; }
     [[nodiscard]] bool LiveFtp() const override { return liveFtp_; }
 
@@ -210,7 +210,8 @@ class Project : public TakeKeeper {
     [[nodiscard]] bool RemoveProjectFile();
 
     void AdoptFormatOf(const Text& audioPath);
-    [[nodiscard]] bool RestoreTake(const Text& basePath, const TakeJournalContent& journal);
+    [[nodiscard]] bool RestoreTake(const Text& audioPath, const TakeJournalContent& journal);
+    void SettleJournal(const Text& audioPath);
     [[nodiscard]] RecoveredTake AppendRecording(const Text& name);
 
     [[nodiscard]] std::set<Text> ReferredNames() const;

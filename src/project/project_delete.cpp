@@ -8,8 +8,7 @@
 namespace orma {
 namespace {
 
-constexpr std::array<TextView, 4> kKindsInOrder = {u".mp2", u".wav", u".jvu",
-                                                   TakeJournal::kExtension};
+constexpr std::array<TextView, 3> kKindsInOrder = {u".mp2", u".wav", u".jvu"};
 constexpr int kNumbers = 100;
 
 bool IsProjectFile(const Text& extension) {
@@ -20,9 +19,19 @@ bool IsProjectFile(const Text& extension) {
     return lower == u".opr";
 }
 
+/// The journal of a take that goes, unless it is another program's.
+SystemError DeleteJournal(FileServices files, const Text& audioPath) {
+    if (!ReadTakeJournal(files, audioPath)) return 0;
+    return files.storage.Delete(WithExtension(audioPath, TakeJournal::kExtension));
+}
+
 }  // namespace
 
 bool Project::DeletePath(const Text& path) {
+    if (!IsProjectFile(SplitPath(path).extension) && IsBeingRecorded(Disk(), path)) {
+        Files().report.ShowError(u"The recording is in use: " + path);
+        return false;
+    }
     if (const SystemError error = Disk().Delete(path); error != 0) {
         Files().report.ReportSystemFailure(u"DeleteFile", error);
         return false;
@@ -34,11 +43,9 @@ bool Project::DeletePath(const Text& path) {
 bool Project::DeleteRecording(const PathParts& chosen) {
     const Text basePath = chosen.folder + chosen.name;
     SystemError error = 0;
-    for (const TextView beside : {TextView(u".jvu"), TakeJournal::kExtension}) {
-        const Text path = basePath + Text(beside);
-        const SystemError failure = Disk().Exists(path) ? Disk().Delete(path) : 0;
-        if (error == 0) error = failure;
-    }
+    if (Disk().Exists(basePath + u".jvu")) error = Disk().Delete(basePath + u".jvu");
+    if (const SystemError failure = DeleteJournal(Files(), basePath + chosen.extension); error == 0)
+        error = failure;
     if (error != 0) Files().report.ReportSystemFailure(u"DeleteFile", error);
     const bool clipsRemoved = ForgetDeleted(basePath + chosen.extension);
     return (!clipsRemoved || SaveProject()) && error == 0;
@@ -49,12 +56,18 @@ bool Project::DeleteNumbered(const PathParts& chosen) {
     SystemError firstError = 0;
     bool clipsRemoved = false;
     for (int number = 0; number < kNumbers; ++number) {
+        const Text takePath = basePath + FormatText("%.2d", number);
+        if (IsBeingRecorded(Disk(), takePath + u".wav")) {
+            Files().report.ShowError(u"The recording is in use: " + takePath);
+            continue;
+        }
+        const SystemError journalError = DeleteJournal(Files(), takePath + u".wav");
+        if (firstError == 0) firstError = journalError;
         for (const TextView extension : kKindsInOrder) {
-            const Text path = basePath + FormatText("%.2d", number) + Text(extension);
+            const Text path = takePath + Text(extension);
             const SystemError error = Disk().Exists(path) ? Disk().Delete(path) : 0;
             if (firstError == 0) firstError = error;
-            const bool isSound = extension == u".wav" || extension == u".mp2";
-            if (error == 0 && isSound && ForgetDeleted(path)) clipsRemoved = true;
+            if (error == 0 && extension != u".jvu" && ForgetDeleted(path)) clipsRemoved = true;
         }
     }
     if (firstError != 0) Files().report.ReportSystemFailure(u"DeleteFile", firstError);

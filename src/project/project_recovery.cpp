@@ -8,6 +8,7 @@
 #include "audio/files/vu_file.h"
 #include "audio/files/wav_header.h"
 #include "base/trace.h"
+#include "project/keep_aside.h"
 #include "project/project.h"
 
 namespace orma {
@@ -20,6 +21,7 @@ std::optional<std::int32_t> NumberOf(TextView name, TextView base, TextView exte
         return std::nullopt;
     const std::string digits =
         ToUtf8(name.substr(base.size(), name.size() - base.size() - extension.size()));
+    if (digits.front() < '0' || digits.front() > '9') return std::nullopt;
     std::int32_t number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     const bool canonical = ToUtf8(FormatText("%.2d", number)) == digits;
@@ -119,27 +121,36 @@ RecoveredTake Project::AppendRecording(const Text& name) {
 
 /// Makes the take of a journal a whole recording with its level file; false while something of it
 /// cannot be had, and the journal is to stay.
-bool Project::RestoreTake(const Text& basePath, const TakeJournalContent& journal) {
-    const Text audioPath = basePath + Text(ExtensionOf(journal.kind));
+bool Project::RestoreTake(const Text& audioPath, const TakeJournalContent& journal) {
     RepairTake(Files(), audioPath);
-    if (IsWithoutSound(Disk(), audioPath, journal.kind)) return Disk().Delete(audioPath) == 0;
-    if (!Disk().Exists(audioPath)) return journal.sound.empty();
+    if (IsWithoutSound(Disk(), audioPath, journal.kind))
+        return !journal.HoldsSound() && Disk().Delete(audioPath) == 0;
+    if (!Disk().Exists(audioPath)) return !journal.HoldsSound();
     if (!Disk().Exists(ProjectFilePath()) && s_.clips.Empty())
         Audio().resolutionShift = journal.resolutionShift;
     AdoptFormatOf(audioPath);
-    if (ExtensionOf(journal.kind) != AudioExtension()) return false;
-    return Disk().Exists(basePath + u".jvu") || RebuildLevels(audioPath, journal.marks);
+    const Text levelPath = WithExtension(audioPath, u".jvu");
+    return SplitPath(audioPath).extension == AudioExtension() &&
+           (Disk().Exists(levelPath) || RebuildLevels(audioPath, journal.marks));
+}
+
+/// Lets go of the journal of a take that stands in the project. Sound in it that cannot be joined
+/// to the take any more stays beside it under another name.
+void Project::SettleJournal(const Text& audioPath) {
+    constexpr TextView kJournal = TakeJournal::kExtension;
+    if (DropTakeJournal(Files(), audioPath) != JournalFate::kFitsNowhere) return;
+    Trace("sound in the journal of %s fits nowhere", ToUtf8(audioPath).c_str());
+    (void)KeepAside(Files(), WithExtension(audioPath, u""), {&kJournal, 1});
 }
 
 void Project::RecoverTakes() {
     recovered_.clear();
     leftAlone_.clear();
-    std::vector<Text> restored;
+    std::vector<Text> settled;
     const std::set<Text> referred = ReferredNames();
     for (const std::int32_t number : NumbersOf(Disk(), folder_, name_, TakeJournal::kExtension)) {
         const Text name = name_ + FormatText("%.2d", number);
-        const Text basePath = folder_ + name;
-        const Text journalPath = basePath + Text(TakeJournal::kExtension);
+        const Text journalPath = folder_ + name + Text(TakeJournal::kExtension);
         if (IsInUse(Disk(), journalPath)) {
             leftAlone_.push_back(name);
             continue;
@@ -149,22 +160,27 @@ void Project::RecoverTakes() {
         if (!journal ||
             (journal->projectNameUnits != 0 && journal->projectNameUnits != name_.size()))
             continue;
-        Trace("take %s was interrupted", ToUtf8(basePath).c_str());
-        if (RestoreTake(basePath, *journal))
-            restored.push_back(basePath + Text(ExtensionOf(journal->kind)));
+        Trace("take %s was interrupted", ToUtf8(name).c_str());
+        const Text audioPath = WithExtension(journalPath, ExtensionOf(journal->kind));
+        const bool whole = RestoreTake(audioPath, *journal);
+        recordingIndex_ = std::max(recordingIndex_, number);
+        bool hasClip = referred.contains(name);
+        if (RecoveredTake take = hasClip ? RecoveredTake{} : AppendRecording(name);
+            take.periods > 0) {
+            recovered_.push_back(std::move(take));
+            hasClip = true;
+        }
+        if (whole && (hasClip || !Disk().Exists(audioPath)))
+            settled.push_back(audioPath);
         else
             leftAlone_.push_back(name);
-        recordingIndex_ = std::max(recordingIndex_, number);
-        if (referred.contains(name)) continue;
-        if (RecoveredTake take = AppendRecording(name); take.periods > 0)
-            recovered_.push_back(std::move(take));
     }
     if (!recovered_.empty()) {
         if (!SaveProject()) return;  // reported; the journals stay for the next start
         (void)SelectClip(s_.clips.Count() - 1);
     }
-    for (const Text& audioPath : restored)
-        DropTakeJournal(Files(), audioPath);
+    for (const Text& audioPath : settled)
+        SettleJournal(audioPath);
 }
 
 std::vector<RecoveredTake> Project::AdoptRecordings() {
@@ -173,10 +189,11 @@ std::vector<RecoveredTake> Project::AdoptRecordings() {
         for (const std::int32_t number : NumbersOf(Disk(), folder_, name_, kind)) {
             const Text name = name_ + FormatText("%.2d", number);
             const Text audioPath = folder_ + name + Text(kind);
-            AdoptFormatOf(audioPath);
-            if (kind != AudioExtension() || number > kLastOwnNumber ||
-                ReferredNames().contains(name) || IsBeingRecorded(Disk(), audioPath))
+            if (number > kLastOwnNumber || ReferredNames().contains(name) ||
+                IsBeingRecorded(Disk(), audioPath))
                 continue;
+            AdoptFormatOf(audioPath);
+            if (kind != AudioExtension()) continue;
             recordingIndex_ = std::max(recordingIndex_, number);
             if (RecoveredTake take = AppendRecording(name); take.periods > 0)
                 adopted.push_back(std::move(take));

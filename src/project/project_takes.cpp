@@ -51,7 +51,8 @@ Text Project::PrepareTake() {
         // What a crash left unfinished is playable under its new name.
         for (const TextView kind : {u".wav", u".mp2"}) {
             RepairTake(Files(), basePath + Text(kind));
-            DropTakeJournal(Files(), basePath + Text(kind));
+            // Without a level file its marks are in the journal alone.
+            if (Disk().Exists(basePath + u".jvu")) DropTakeJournal(Files(), basePath + Text(kind));
         }
         free = mayMove = KeepAside(Files(), basePath, kRecordingKinds);
     }
@@ -93,11 +94,10 @@ void Project::TakeFinished() {
     if (SelectClip(index) && recording.sheet.levels.empty()) recording.sheet = std::move(sheet);
 }
 
-void Project::TakeDiscarded() {
+void Project::TakeDiscarded(bool created) {
     if (!takePending_) return;
     takePending_ = false;
-    // Another program began a take of this name at the same moment: these files are not ours.
-    const bool isOurs = !IsBeingRecorded(Disk(), AudioFilePath());
+    const bool isOurs = created && !IsBeingRecorded(Disk(), AudioFilePath());
     const Text journalPath = RecordingBaseName() + Text(TakeJournal::kExtension);
     for (const Text& path : {AudioFilePath(), LevelFilePath(), journalPath}) {
         if (!isOurs || !Disk().Exists(path)) continue;

@@ -58,8 +58,7 @@ std::uint64_t CopySelection(JStreamFile& source, const TakeLayout& layout, std::
 /// True when no journal is left beside a recording whose sound could be brought in later.
 bool ReleaseJournal(FileServices files, const Text& audioPath) {
     RepairTake(files, audioPath);
-    DropTakeJournal(files, audioPath);
-    if (!files.storage.Exists(WithExtension(audioPath, TakeJournal::kExtension))) return true;
+    if (DropTakeJournal(files, audioPath) != JournalFate::kWaits) return true;
     files.report.ShowError(u"The recording is in use: " + audioPath);
     return false;
 }

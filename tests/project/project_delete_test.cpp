@@ -17,7 +17,11 @@ struct ProjectDelete : testing::Test {
 };
 
 TEST_F(ProjectDelete, ARecordingGoesWithItsLevelFileAndItsClips) {
-    test::WriteFileBytes(rig.Path(u"talk01.rec"), AsBytes("of an interrupted take"));
+    TakeJournal journal;
+    ASSERT_TRUE(journal.Start(rig.files.services, rig.Path(u"talk01.wav"), {.blockBytes = 64}, 0));
+    EXPECT_FALSE(project.DeletePath(rig.Path(u"talk01.wav")));  // it is being recorded
+    EXPECT_TRUE(rig.Exists(u"talk01.wav"));
+    journal.Close();
     EXPECT_TRUE(project.DeletePath(rig.Path(u"talk01.wav")));
     EXPECT_FALSE(rig.Exists(u"talk01.wav"));
     EXPECT_FALSE(rig.Exists(u"talk01.jvu"));
@@ -49,13 +53,14 @@ TEST_F(ProjectDelete, AFailureIsReportedAndNothingElseGoes) {
 }
 
 TEST_F(ProjectDelete, AProjectGoesWithItsNumberedRecordingsAndOnlyThose) {
-    for (const auto* name : {u"talk99.mp2", u"talk99.jvu", u"talk99.rec", u"talk100.wav",
+    for (const auto* name : {u"talk99.mp2", u"talk99.jvu", u"talk98.rec", u"talk100.wav",
                              u"talk0.wav", u"talk00 (kept 1).wav", u"talk1-00.wav"})
         test::WriteFileBytes(rig.Path(name), AsBytes("x"));
     EXPECT_TRUE(project.DeletePath(rig.Path(u"talk.opr")));
     std::vector<Text> left;
     ASSERT_EQ(rig.files.storage.ListFiles(rig.files.folder.Path(), left), 0U);
-    EXPECT_EQ(left, (Names{u"talk0.wav", u"talk00 (kept 1).wav", u"talk1-00.wav", u"talk100.wav"}));
+    EXPECT_EQ(left, (Names{u"talk0.wav", u"talk00 (kept 1).wav", u"talk1-00.wav", u"talk100.wav",
+                           u"talk98.rec"}));
     EXPECT_TRUE(rig.clips.Empty());
     EXPECT_EQ(rig.clips.CurrentIndex(), -1);
     EXPECT_EQ(project.RecordingIndex(), -1);

@@ -107,7 +107,7 @@ TEST_F(ProjectSave, AnEmptyProjectLeavesAFileAloneThatItNeverRead) {
     EXPECT_TRUE(project.SaveProject());
     EXPECT_TRUE(rig.Exists(u"talk.opr"));
     EXPECT_EQ(project.PrepareTake(), u"talk03");  // the recordings are that file's
-    project.TakeDiscarded();
+    project.TakeDiscarded(true);
     project.NewProject();  // the user's choice of that name
     EXPECT_TRUE(project.SaveProject());
     EXPECT_FALSE(rig.Exists(u"talk.opr"));

@@ -118,7 +118,7 @@ TEST_F(ProjectTakes, WhenMovingFailsTheNextFreeNumberIsTakenAndNothingIsTouched)
 
 TEST_F(ProjectTakes, ADiscardedTakeLeavesTheLastOneCurrentAndItsNumberFree) {
     rig.AddWav(project.PrepareTake(), 2);
-    project.TakeDiscarded();
+    project.TakeDiscarded(true);
     EXPECT_EQ(project.RecordingIndex(), -1);
     EXPECT_FALSE(rig.Exists(u"talk00.wav"));
     EXPECT_EQ(rig.recording.length, 0U);
@@ -127,14 +127,14 @@ TEST_F(ProjectTakes, ADiscardedTakeLeavesTheLastOneCurrentAndItsNumberFree) {
     ASSERT_TRUE(project.SelectClip(0));
     rig.AddRecording(u"talk02", 9);  // was there before: moves aside
     rig.AddWav(project.PrepareTake(), 2);
-    project.TakeDiscarded();
+    project.TakeDiscarded(true);
     EXPECT_FALSE(rig.Exists(u"talk02.wav"));
     EXPECT_TRUE(rig.Exists(u"talk02 (kept 1).wav"));
     EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01"}));
     EXPECT_EQ(rig.clips.CurrentIndex(), 1);
     EXPECT_EQ(rig.recording.audioPath, rig.Path(u"talk01.wav"));
     EXPECT_EQ(rig.recording.length, 60U);
-    project.TakeDiscarded();  // no take is pending: nothing is deleted
+    project.TakeDiscarded(true);  // no take is pending: nothing is deleted
     EXPECT_TRUE(rig.Exists(u"talk01.wav"));
     EXPECT_EQ(project.PrepareTake(), u"talk02");
 }

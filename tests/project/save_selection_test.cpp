@@ -144,7 +144,8 @@ TEST(SaveSelection, LeavesNoJournalThatCouldBeBroughtIn) {
     const RandomTake take(folder, u"talk00", {}, kPeriods, random);
     TakeJournal journal;
     EditRun run(folder, {});
-    journal.Start(run.files, take.path, {65536, 2, 2}, std::uint32_t(44 + take.sound.size()));
+    ASSERT_TRUE(journal.Start(run.files, take.path, {.blockBytes = 65536},
+                              std::uint32_t(44 + take.sound.size())));
     journal.Append(Bytes(4410, 5));
     EditRun other(folder, {});
     ASSERT_TRUE(other.project.OpenRecording(take.path));

@@ -153,7 +153,7 @@ void Recorder::WavStartRecordSaving() {
     // A publication since the start may have taken the writer's place.
     if (s_.writers.Kind() != writerKind_) PrepareWriter();
     if (!active_) {  // the input was lost behind an error box
-        s_.takes.TakeDiscarded();
+        s_.takes.TakeDiscarded(false);
         return;
     }
 

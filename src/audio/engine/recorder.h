@@ -150,6 +150,7 @@ class Recorder : private WaveInEvents {
     std::uint32_t bufferLength_ = 0;  // bytes
     bool active_ = false;
     bool saving_ = false;
+    bool created_ = false;   // the writer could create the take
     bool flushing_ = false;  // a reset promised to return every buffer of the take
     bool drained_ = false;   // the drain has seen its first buffer
     bool drainHold_ = false;

@@ -148,10 +148,12 @@ void Recorder::Drain(CaptureBuffer& buffer) {
 
 void Recorder::StartSaving() {
     saving_ = true;
+    created_ = false;
     TellFormat();  // a file opened since the start may have left its own
     if (JStreamAudioWrite* const writer = s_.writers.Current(); writer != nullptr) {
         const Busy busy(outsideBusy_);
         writer->Open(takeName_);
+        created_ = writer->IsOpen();
     }
     Trace("Start saving");
     s_.listener.OnSavingStarted();
@@ -161,7 +163,8 @@ void Recorder::StopSaving() {
     if (!saving_ && countdown_ == 0) return;
     const bool began = saving_;
     const auto length = static_cast<std::uint32_t>(s_.sheet.levels.size());
-    const bool keep = began && length >= s_.audio.PeriodsPerSecond();
+    const bool created = began && created_;
+    const bool keep = created && length >= s_.audio.PeriodsPerSecond();
     keptPeriods_ = keep ? length : 0;
     saving_ = false;
     countdown_ = 0;
@@ -179,7 +182,7 @@ void Recorder::StopSaving() {
             s_.takes.TakeFinished();
         } else {
             savedCount_ = 0;
-            s_.takes.TakeDiscarded();
+            s_.takes.TakeDiscarded(created);
         }
     }
     s_.listener.OnSavingStopped();

@@ -21,8 +21,9 @@ class TakeKeeper {
     virtual void TakeFinished() = 0;
 
     /// The take was shorter than a second or never began: the last take becomes current again and
-    /// the next one reuses this one's number and names.
-    virtual void TakeDiscarded() = 0;
+    /// the next one reuses this one's number and names. `created`: its file was created; what lies
+    /// under its name otherwise is somebody else's.
+    virtual void TakeDiscarded(bool created) = 0;
 
     /// The folder whose free space bounds the recording.
     [[nodiscard]] virtual Text StorageFolder() const = 0;

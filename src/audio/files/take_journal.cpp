@@ -60,10 +60,6 @@ std::vector<std::uint32_t> LoadMarks(ByteSpan file) {
 }  // namespace
 
 std::optional<TakeJournalContent> DecodeTakeJournal(ByteSpan file) {
-    // Killed while it was created: its take never began.
-    const auto isZero = [](std::uint8_t byte) { return byte == 0; };
-    if (file.size() <= kRingOffset + kMostRingBytes && std::ranges::all_of(file, isZero))
-        return TakeJournalContent{};
     if (file.size() < kRingOffset || !IsTag(file.data(), kMagic) ||
         LoadLe<std::uint32_t>(&file[4]) != kVersion)
         return std::nullopt;
@@ -81,12 +77,13 @@ std::optional<TakeJournalContent> DecodeTakeJournal(ByteSpan file) {
     const auto position = [&](std::size_t place) { return LoadLe<std::uint32_t>(&file[place]); };
     const auto hash = [&](std::size_t place) { return LoadLe<std::uint32_t>(&file[place + 4]); };
     const std::uint32_t end = position(kStagedOffset);
-    content.position = content.written = position(kWrittenOffset);
+    const std::uint32_t written = position(kWrittenOffset);
+    content.position = written;
     // The sound from the earliest place on from which everything fits together.
     for (const std::size_t place :
          {kOlderOffset + 16, kOlderOffset + 8, kOlderOffset, kWrittenOffset}) {
         const std::uint32_t begin = position(place);
-        if (begin > content.written || content.written > end || end - begin > ringBytes) continue;
+        if (begin > written || written > end || end - begin > ringBytes) continue;
         const auto [first, second] = InRing(file.subspan(kRingOffset), begin, end - begin);
         if (Hash(Hash(hash(place), first), second) != hash(kStagedOffset)) continue;
         content.position = begin;
@@ -101,12 +98,16 @@ bool TakeJournal::Start(FileServices files, const Text& takePath, const Format& 
                         std::uint32_t position) {
     storage_ = &files.storage;
     path_ = WithExtension(takePath, kExtension);
+    file_.reset();
+    if (files.storage.Exists(path_)) return false;
     ringBytes_ = std::min(std::bit_ceil(format.blockBytes * kBlocksInRing), kMostRingBytes);
-    if (const SystemError error = files.storage.Map(path_, kRingOffset + ringBytes_, file_);
+    // It gets its name once it is one: whatever bears that name is whole.
+    const Text newPath = path_ + u".tmp";
+    if (const SystemError error = files.storage.Map(newPath, kRingOffset + ringBytes_, file_);
         error != 0) {
         Trace("no journal for %s: error %u", ToUtf8(takePath).c_str(), error);
         file_.reset();
-        return !IsInUse(files.storage, path_);
+        return !IsInUse(files.storage, newPath);
     }
     staged_ = written_ = {position, kHashStart};
     older_.fill(written_);
@@ -122,6 +123,11 @@ bool TakeJournal::Start(FileServices files, const Text& takePath, const Format& 
          {kStagedOffset, kWrittenOffset, kOlderOffset, kOlderOffset + 8, kOlderOffset + 16})
         StorePlace(offset, written_);
     StoreTag(head, kMagic);
+    if (const SystemError error = files.storage.Rename(newPath, path_); error != 0) {
+        Trace("no journal for %s: error %u", ToUtf8(takePath).c_str(), error);
+        (void)files.storage.Delete(newPath);
+        file_.reset();
+    }
     return true;
 }
 
@@ -173,8 +179,8 @@ void TakeJournal::BeginFlush() {
 
 void TakeJournal::Discard() {
     if (file_ == nullptr) return;
+    (void)storage_->Delete(path_);  // while it is locked, so that it is this one
     file_.reset();
-    (void)storage_->Delete(path_);
 }
 
 bool IsInUse(Storage& storage, const Text& journalPath) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "audio/files/wav_header.h"
 #include "base/bytes.h"
 #include "stream/jstream_file.h"
 
@@ -26,14 +27,18 @@ struct TakeJournalContent {
     [[nodiscard]] std::uint32_t End() const {
         return position + static_cast<std::uint32_t>(sound.size());
     }
+
+    /// False when the take had nothing but its header.
+    [[nodiscard]] bool HoldsSound() const {
+        return !sound.empty() && End() > (kind == TakeKind::kWav ? WavHeader::kBytes : 0);
+    }
 };
 
-/// Reads a journal's bytes, see docs/formats.md; nothing when they are none of ours. One that was
-/// just being created, all zeros, is a journal without sound.
+/// Reads a journal's bytes, see docs/formats.md; nothing when they are none of ours.
 [[nodiscard]] std::optional<TakeJournalContent> DecodeTakeJournal(ByteSpan file);
 
-/// True when a journal is there and cannot be written: a recording holds it, here or elsewhere, or
-/// the medium is write-protected.
+/// True when a journal is there and cannot be opened for writing: a recording holds it, here or
+/// elsewhere, or the medium does not allow it.
 [[nodiscard]] bool IsInUse(Storage& storage, const Text& journalPath);
 
 /// The journal of a take: a small mapped file beside it ("name00.rec") that holds what a crash
@@ -57,12 +62,13 @@ class TakeJournal {
     };
 
     /// Starts the journal of the take at `takePath`, whose file has `position` bytes. False when
-    /// the take is being recorded by somebody else; any other failure is traced alone.
+    /// there is one already: the take is being recorded by somebody else. Any other failure is
+    /// traced alone.
     [[nodiscard]] bool Start(FileServices files, const Text& takePath, const Format& format,
                              std::uint32_t position);
 
-    /// Keeps sound that the take's file does not hold yet. When a block cannot be written there is
-    /// room for three more of its size; further sound is let go.
+    /// Keeps what is to be written to the take's file next, its header included. When a block
+    /// cannot be written there is room for three more of its size; further sound is let go.
     void Append(ByteSpan sound);
 
     /// The take's file has `bytes` more of what was appended.

@@ -57,53 +57,67 @@ bool ReadAt(StorageFile& file, std::uint64_t place, std::span<std::uint8_t> into
 }
 
 enum class Missing {
-    kNothing,  // or the journal is of another take
+    kNothing,
     kSound,
-    kUnknown,  // the take cannot be read
+    kUnjoinable,  // the sound ends before the journal's, or this is another file
+    kUnknown,     // the take cannot be read
 };
 
-/// Whether the take lacks sound that its journal holds. The take must hold all that the journal
-/// knows of it; in a block that was being written a power cut may have left zeros.
+bool IsSizeField(std::uint64_t at) {
+    return (at >= WavHeader::kRiffSizeOffset && at < WavHeader::kRiffSizeOffset + 4) ||
+           (at >= WavHeader::kDataSizeOffset && at < WavHeader::kDataSizeOffset + 4);
+}
+
+/// Whether the take lacks sound that its journal holds. Where both know it, they must agree; a
+/// power cut may have left zeros, which hold nothing.
 Missing LacksSound(StorageFile& take, const TakeJournalContent& journal) {
     std::uint64_t size = 0;
     if (take.Size(size) != 0) return Missing::kUnknown;
-    if (journal.sound.empty() || size < journal.position || size >= journal.End())
-        return Missing::kNothing;
-    if (journal.kind == TakeKind::kWav) {
+    if (!journal.HoldsSound()) return Missing::kNothing;
+    if (size < journal.position) return Missing::kUnjoinable;
+    const bool isWav = journal.kind == TakeKind::kWav;
+    if (isWav && journal.position > 0) {
         std::array<std::uint8_t, WavHeader::kBytes> bytes{};
         WavHeader header;
-        if (size < bytes.size()) return Missing::kNothing;
         if (!ReadAt(take, 0, bytes)) return Missing::kUnknown;
-        if (journal.position < bytes.size() || !WavHeader::Decode(bytes, header))
-            return Missing::kNothing;
+        if (!WavHeader::Decode(bytes, header)) return Missing::kUnjoinable;
     }
-    Bytes known(static_cast<std::size_t>(size - journal.position));
+    const std::uint64_t end = std::min<std::uint64_t>(size, journal.End());
+    Bytes known(static_cast<std::size_t>(end - journal.position));
     if (!ReadAt(take, journal.position, known)) return Missing::kUnknown;
-    const std::size_t whole = journal.written - journal.position;
+    bool lacks = size < journal.End();
     for (std::size_t i = 0; i < known.size(); ++i) {
-        const bool isZero = i >= whole && known[i] == 0;
-        if (known[i] != journal.sound[i] && !isZero) return Missing::kNothing;
+        if (known[i] == journal.sound[i] || (isWav && IsSizeField(journal.position + i))) continue;
+        if (known[i] != 0) return Missing::kUnjoinable;
+        lacks = true;
     }
-    return Missing::kSound;
+    return lacks ? Missing::kSound : Missing::kNothing;
 }
 
-/// Writes what the journal holds over the block that was being written, and behind it.
+/// Writes all that the journal holds: a block that the medium refused after it was written may look
+/// right as long as the system remembers it.
 bool BringIn(StorageFile& take, const TakeJournalContent& journal) {
-    std::uint64_t size = 0;
     std::uint64_t position = 0;
     std::size_t written = 0;
-    if (take.Size(size) != 0) return false;
-    const std::uint64_t place = std::min<std::uint64_t>(size, journal.written);
-    const ByteSpan sound =
-        ByteSpan(journal.sound).subspan(static_cast<std::size_t>(place - journal.position));
-    return take.Seek(static_cast<std::int64_t>(place), SeekFrom::kStart, position) == 0 &&
-           take.Write(sound, written) == 0 && take.Flush() == 0;
+    return take.Seek(journal.position, SeekFrom::kStart, position) == 0 &&
+           take.Write(journal.sound, written) == 0 && take.Flush() == 0;
+}
+
+/// The take's file; one whose beginning the journal holds is created where it is missing.
+std::unique_ptr<StorageFile> OpenTake(Storage& storage, const Text& path,
+                                      const TakeJournalContent& journal) {
+    if (storage.Exists(path) || journal.position > 0 || !journal.HoldsSound())
+        return OpenForPatching(storage, path);
+    std::unique_ptr<StorageFile> file;
+    OpenMode creating = kPatching;
+    creating.disposition = Disposition::kOpenAlways;
+    return storage.Open(path, creating, file) == 0 ? std::move(file) : nullptr;
 }
 
 bool BringInStagedSound(FileServices files, const Text& audioPath) {
     const std::optional<HeldJournal> journal = HoldJournal(files.storage, audioPath);
     if (!journal || !IsOfKind(audioPath, journal->content.kind)) return false;
-    const std::unique_ptr<StorageFile> take = OpenForPatching(files.storage, audioPath);
+    const std::unique_ptr<StorageFile> take = OpenTake(files.storage, audioPath, journal->content);
     FileTime lastWrite;
     if (take == nullptr || LacksSound(*take, journal->content) != Missing::kSound ||
         files.storage.LastWriteTime(audioPath, lastWrite) != 0)
@@ -178,19 +192,22 @@ bool IsBeingRecorded(Storage& storage, const Text& takePath) {
     return IsInUse(storage, JournalPath(takePath));
 }
 
-void DropTakeJournal(FileServices files, const Text& audioPath) {
+JournalFate DropTakeJournal(FileServices files, const Text& audioPath) {
+    if (IsBeingRecorded(files.storage, audioPath)) return JournalFate::kWaits;
     std::optional<HeldJournal> journal = HoldJournal(files.storage, audioPath);
-    if (!journal || !IsOfKind(audioPath, journal->content.kind)) return;
-    if (files.storage.Exists(audioPath)) {
+    if (!journal || !IsOfKind(audioPath, journal->content.kind)) return JournalFate::kGone;
+    if (journal->content.HoldsSound()) {
         std::unique_ptr<StorageFile> take;
-        if (files.storage.Open(audioPath, OpenMode{}, take) != 0 ||
-            LacksSound(*take, journal->content) != Missing::kNothing)
-            return;
-    } else if (!journal->content.sound.empty()) {
-        return;
+        if (!files.storage.Exists(audioPath)) return JournalFate::kFitsNowhere;
+        if (files.storage.Open(audioPath, OpenMode{}, take) != 0) return JournalFate::kWaits;
+        const Missing missing = LacksSound(*take, journal->content);
+        if (missing == Missing::kUnjoinable) return JournalFate::kFitsNowhere;
+        if (missing != Missing::kNothing) return JournalFate::kWaits;
     }
-    if (const SystemError error = files.storage.Delete(JournalPath(audioPath)); error != 0)
-        Trace("journal of %s not removed: error %u", ToUtf8(audioPath).c_str(), error);
+    const SystemError error = files.storage.Delete(JournalPath(audioPath));
+    if (error == 0) return JournalFate::kGone;
+    Trace("journal of %s not removed: error %u", ToUtf8(audioPath).c_str(), error);
+    return JournalFate::kWaits;
 }
 
 }  // namespace orma

@@ -23,11 +23,18 @@ bool RepairTake(FileServices files, const Text& audioPath);
 [[nodiscard]] std::optional<TakeJournalContent> ReadTakeJournal(FileServices files,
                                                                 const Text& takePath);
 
-/// True when the take is being recorded, here or in another process. `takePath`: any of its files.
+/// True when the take is being recorded, here or in another process, and when its journal cannot be
+/// opened for writing for another reason. `takePath`: any of its files.
 [[nodiscard]] bool IsBeingRecorded(Storage& storage, const Text& takePath);
 
-/// Removes the journal of a take, unless it is none of ours, in use, or holds sound that the take
-/// at `audioPath` lacks and could still get.
-void DropTakeJournal(FileServices files, const Text& audioPath);
+/// What became of a journal that was to go.
+enum class JournalFate {
+    kGone,        // or there was none of ours
+    kWaits,       // it is in use, or holds sound that the take lacks and could still get
+    kFitsNowhere  // it holds sound that cannot be joined to the take, and that is nowhere else
+};
+
+/// Removes the journal of a take unless it holds sound that the take lacks.
+JournalFate DropTakeJournal(FileServices files, const Text& audioPath);
 
 }  // namespace orma

@@ -17,17 +17,24 @@ void JStreamWrMP2File::OpenTake(const Text& name) {
     appendPerBlock_ = context_.audio.appendPerBlock;
     path_ = context_.recordingFolder + name + u".mp2";
     std::uint32_t length = 0;
-    if (appendPerBlock_) {
-        length = OpenForAppend(path_);
-        JStreamFile::Close();
+    if (appendPerBlock_ && Services().storage.Exists(path_)) {
+        Open(path_, true);
+        length = GetSize();
     }
     const bool isFree = context_.journal.Start(
         Services(), path_, context_.JournalFormat(TakeKind::kMp2, Mp2Pipeline::kBlockBytes, name),
         length);
-    if (isFree && !appendPerBlock_) Open(path_, false);
+    if (isFree && appendPerBlock_) {
+        OpenForAppend(path_);
+        BeginFlush();
+        JStreamFile::Close();
+    } else if (isFree) {
+        Open(path_, false);
+    }
     if (!isFree || (appendPerBlock_ && !Has(kGood)))
         Services().report.ShowError(u"Cannot open file : " + path_);
     if (isFree && Has(kGood)) return;
+    JStreamFile::Close();
     context_.journal.Discard();
     path_.clear();
 }

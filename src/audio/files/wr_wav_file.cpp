@@ -17,8 +17,7 @@ void JStreamWrWavFile::OpenTake(const Text& name) {
     appendPerBlock_ = context_.audio.appendPerBlock;
     path_ = context_.recordingFolder + name + u".wav";
     const bool isFree = context_.journal.Start(
-        Services(), path_, context_.JournalFormat(TakeKind::kWav, PcmStaging::kBytes, name),
-        WavHeader::kBytes);
+        Services(), path_, context_.JournalFormat(TakeKind::kWav, PcmStaging::kBytes, name), 0);
     if (isFree)
         Open(path_, false);
     else
@@ -30,8 +29,11 @@ void JStreamWrWavFile::OpenTake(const Text& name) {
         return;
     }
     const auto header = Header().Encode();
-    Write(header.data(), header.size());
-    if (appendPerBlock_) JStreamFile::Close();
+    context_.journal.Append(header);
+    WriteBlock(header);
+    if (!appendPerBlock_) return;
+    BeginFlush();
+    JStreamFile::Close();
 }
 
 WavHeader JStreamWrWavFile::Header() const {

@@ -21,40 +21,43 @@ BackgroundSync::~BackgroundSync() {
     if (thread_.joinable()) thread_.join();
 }
 
-std::shared_ptr<BackgroundSync::Target> BackgroundSync::TargetOf(int descriptor) {
+std::shared_ptr<BackgroundSync::Target> BackgroundSync::TargetOf(int descriptor, bool created) {
     struct stat info {};
     (void)::fstat(descriptor, &info);
-    for (const std::shared_ptr<Target>& target : known_) {
-        if (target && target->device_ == info.st_dev && target->number_ == info.st_ino)
-            return target;
-    }
+    const auto found = std::find_if(known_.begin(), known_.end(), [&](const auto& target) {
+        return target && target->device_ == info.st_dev && target->number_ == info.st_ino;
+    });
+    if (found != known_.end() && !created) return *found;
     auto target = std::make_shared<Target>();
     target->device_ = info.st_dev;
     target->number_ = info.st_ino;
+    if (found != known_.end()) return *found = target;  // its number was another file's
     known_[nextKnown_] = target;
     nextKnown_ = (nextKnown_ + 1) % known_.size();
     return target;
 }
 
-void BackgroundSync::Request(const std::shared_ptr<Target>& target, int descriptor,
+bool BackgroundSync::Request(const std::shared_ptr<Target>& target, int descriptor,
                              std::string newFolder) {
     {
         const std::lock_guard lock(mutex_);
         const auto end = waiting_.begin() + static_cast<std::ptrdiff_t>(waitingCount_);
         const auto waits = [&](const Job& job) { return job.target == target; };
-        if (waitingCount_ == waiting_.size() || std::any_of(waiting_.begin(), end, waits)) return;
+        if (waitingCount_ == waiting_.size() || std::any_of(waiting_.begin(), end, waits))
+            return false;
         if (!thread_.joinable()) {
             try {
                 thread_ = std::thread([this] { Run(); });
             } catch (const std::system_error&) {
-                return;  // no thread to be had: the system syncs later
+                return false;  // no thread to be had: the system syncs later
             }
         }
         const int own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
-        if (own < 0) return;
+        if (own < 0) return false;
         waiting_[waitingCount_++] = {target, own, std::move(newFolder)};
     }
     wake_.notify_one();
+    return true;
 }
 
 void BackgroundSync::Sync(const Job& job) {

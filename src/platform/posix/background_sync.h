@@ -35,14 +35,15 @@ class BackgroundSync {
     BackgroundSync& operator=(const BackgroundSync&) = delete;
 
     /// The target of an open file: the same one when a file is closed and opened again, as long as
-    /// no more than a few others come between. One thread.
-    [[nodiscard]] std::shared_ptr<Target> TargetOf(int descriptor);
+    /// no more than a few others come between; a fresh one for a file that was just created. One
+    /// thread.
+    [[nodiscard]] std::shared_ptr<Target> TargetOf(int descriptor, bool created);
 
     /// Asks for a sync of the file, which may be closed meanwhile, and then of `newFolder`, the
-    /// folder that it was just created in; empty: none. A request that waits already is enough, and
-    /// with too many files waiting it is dropped: the next one of the same file makes up for it.
-    /// Never waits for the medium. Any thread.
-    void Request(const std::shared_ptr<Target>& target, int descriptor, std::string newFolder);
+    /// folder that it was just created in; empty: none. False when that is not needed, because
+    /// one of the same file waits, or not possible now: the next one makes up for it. Never waits
+    /// for the medium. Any thread.
+    bool Request(const std::shared_ptr<Target>& target, int descriptor, std::string newFolder);
 
   private:
     struct Job {

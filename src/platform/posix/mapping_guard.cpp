@@ -62,8 +62,9 @@ MappingGuard::MappingGuard(std::span<std::uint8_t> bytes) : slot_(-1) {
     }
 }
 
-MappingGuard::~MappingGuard() {
+void MappingGuard::Release() {
     if (slot_ >= 0) slots[static_cast<std::size_t>(slot_)].begin = 0;
+    slot_ = -1;
 }
 
 bool MappingGuard::IsLost() const {

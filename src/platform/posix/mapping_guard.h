@@ -13,9 +13,12 @@ class MappingGuard {
   public:
     /// Guards `bytes`, a whole mapping. With too many mappings at once this one stays unguarded.
     explicit MappingGuard(std::span<std::uint8_t> bytes);
-    ~MappingGuard();
+    ~MappingGuard() { Release(); }
     MappingGuard(const MappingGuard&) = delete;
     MappingGuard& operator=(const MappingGuard&) = delete;
+
+    /// Ends the guard; before the mapping is undone, for its place may be taken at once.
+    void Release();
 
     /// True when the mapping is no longer the file.
     [[nodiscard]] bool IsLost() const;

@@ -36,17 +36,24 @@ std::string FolderOf(const std::string& nativePath) {
     return std::filesystem::path(nativePath).parent_path().string();
 }
 
+/// The same, never empty.
+std::string FolderToSync(const std::string& nativePath) {
+    const std::string folder = FolderOf(nativePath);
+    return folder.empty() ? "." : folder;
+}
+
 /// Asks for the syncs of one open file.
 class SyncHandle {
   public:
     /// `createdIn`: the folder of a file that was just created, else empty.
     SyncHandle(BackgroundSync& sync, int descriptor, bool isWritten, std::string createdIn)
         : sync_(sync),
-          target_(isWritten ? sync.TargetOf(descriptor) : nullptr),
+          target_(isWritten ? sync.TargetOf(descriptor, !createdIn.empty()) : nullptr),
           createdIn_(std::move(createdIn)) {}
 
     void Begin(int descriptor) {
-        if (target_ != nullptr) sync_.Request(target_, descriptor, std::exchange(createdIn_, {}));
+        if (target_ != nullptr && sync_.Request(target_, descriptor, createdIn_))
+            createdIn_.clear();
     }
 
     [[nodiscard]] SystemError TakeError() {
@@ -138,6 +145,7 @@ class PosixMappedFile : public MappedFile {
     PosixMappedFile(int descriptor, std::span<std::uint8_t> bytes, SyncHandle sync)
         : descriptor_(descriptor), bytes_(bytes), sync_(std::move(sync)), guard_(bytes) {}
     ~PosixMappedFile() override {
+        guard_.Release();
         ::munmap(bytes_.data(), bytes_.size());
         (void)::flock(descriptor_, LOCK_UN);
         ::close(descriptor_);
@@ -182,7 +190,7 @@ SystemError PosixStorage::Open(const Text& path, const OpenMode& mode,
     if (descriptor < 0) return LastError();
     auto opened = std::make_unique<PosixFile>(
         descriptor, SyncHandle(sync_, descriptor, mode.access != Access::kRead,
-                               creates ? FolderOf(native) : std::string()));
+                               creates ? FolderToSync(native) : std::string()));
     struct stat info {};
     if (::fstat(descriptor, &info) != 0) return LastError();
     if (S_ISDIR(info.st_mode)) return EISDIR;
@@ -217,9 +225,9 @@ SystemError PosixStorage::Map(const Text& path, std::size_t bytes,
     if (const SystemError error = Allocate(descriptor, bytes)) return fail(error, true);
     void* const memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
     if (memory == MAP_FAILED) return fail(LastError(), true);
-    file = std::make_unique<PosixMappedFile>(descriptor,
-                                             std::span(static_cast<std::uint8_t*>(memory), bytes),
-                                             SyncHandle(sync_, descriptor, true, FolderOf(native)));
+    file = std::make_unique<PosixMappedFile>(
+        descriptor, std::span(static_cast<std::uint8_t*>(memory), bytes),
+        SyncHandle(sync_, descriptor, true, FolderToSync(native)));
     return 0;
 }
 

@@ -85,7 +85,7 @@ class FakeTakes : public TakeKeeper {
         return u"take_03";
     }
     void TakeFinished() override { calls.push_back("finished"); }
-    void TakeDiscarded() override { calls.push_back("discarded"); }
+    void TakeDiscarded(bool /*created*/) override { calls.push_back("discarded"); }
     Text StorageFolder() const override { return u"/recordings/"; }
     bool LiveFtp() const override { return liveFtp; }
 

@@ -127,19 +127,23 @@ TEST_F(TakeJournalTest, AFileThatIsNotTheJournalsTakeStaysAsItIs) {
     const std::pair<const char16_t*, Bytes> others[] = {
         {u"take00.wav", edited},
         {u"take00.wav", WavBytes({}, Bytes(70000, 'x'))},
-        {u"take00.wav", Bytes(2 * 65536 + 44, 0)},
-        {u"take00.wav", WavBytes({}, ByteSpan(pcm).first(10))},
-        {u"take00.wav", Bytes()},
         {u"take00.mp2", left},
     };
     for (const auto& [name, bytes] : others) {
         WriteFileBytes(killed_.Path(name), bytes);
-        if (bytes.size() == 54) {  // the beginning of the take, and so the take
-            EXPECT_EQ(Recovered(name), WavBytes({}, pcm));
-            continue;
-        }
         EXPECT_EQ(Recovered(name), bytes);
+        EXPECT_NE(DropTakeJournal(bench_.services, killed_.Path(name)), JournalFate::kWaits);
     }
+    EXPECT_TRUE(bench_.files.storage.Exists(killed_.Path(u"take00.rec")));
+    // Its beginning, or nothing but room for it, is the take.
+    for (const Bytes& bytes :
+         {WavBytes({}, ByteSpan(pcm).first(10)), Bytes(2 * 65536), Bytes(20)}) {
+        WriteFileBytes(killed_.Path(u"take00.wav"), bytes);
+        EXPECT_EQ(Recovered(u"take00.wav"), WavBytes({}, pcm));
+    }
+    std::filesystem::remove(killed_.Native(u"take00.wav"));
+    EXPECT_EQ(Recovered(u"take00.wav"), WavBytes({}, pcm));
+    EXPECT_EQ(DropTakeJournal(bench_.services, killed_.Path(u"take00.wav")), JournalFate::kGone);
 }
 
 TEST_F(TakeJournalTest, ADamagedJournalBringsInNothing) {
@@ -154,14 +158,14 @@ TEST_F(TakeJournalTest, ADamagedJournalBringsInNothing) {
     };
     const auto intact = DecodeTakeJournal(whole);
     ASSERT_TRUE(intact);
-    EXPECT_EQ(intact->sound, pcm);
-    EXPECT_EQ(intact->position, 44U);
+    EXPECT_EQ(intact->sound.size(), 44 + pcm.size());
+    EXPECT_EQ(intact->position, 0U);
     EXPECT_THAT(intact->marks, ElementsAre(7, 9));
     // Magic, version, ring, kind and shift make it another file; places and sound that disagree
     // cost the sound alone.
     for (const std::size_t offset : {0U, 4U, 8U, 12U, 56U})
         EXPECT_FALSE(changed(offset, 0xFFFFFFFF)) << offset;
-    for (const std::size_t offset : {24U, 28U, 8192U + 44, 8192U + 3040}) {
+    for (const std::size_t offset : {24U, 28U, 8192U + 50, 8192U + 3040}) {
         const auto content = changed(offset, 0xFFFFFFF0);
         ASSERT_TRUE(content) << offset;
         EXPECT_THAT(content->sound, IsEmpty()) << offset;
@@ -171,15 +175,12 @@ TEST_F(TakeJournalTest, ADamagedJournalBringsInNothing) {
     EXPECT_EQ(changed(64, 0xFFFFFFFF)->marks.size(), LevelSheet::kMaxMarks);
 
     const Text foreign = killed_.Path(u"take00.rec");
-    for (const Bytes& bytes : {Bytes(10, 'x'), Bytes(3U << 20, 'x'), Bytes(3U << 20, 0)}) {
+    for (const Bytes& bytes :
+         {Bytes(10, 'x'), Bytes(3U << 20, 'x'), Bytes(8192 + 32768, 0), Bytes()}) {
         WriteFileBytes(foreign, bytes);
         DropTakeJournal(bench_.services, killed_.Path(u"take00.wav"));
+        EXPECT_TRUE(bench_.files.storage.Exists(foreign));
         EXPECT_EQ(ReadFileBytes(foreign), bytes);
-    }
-    for (const std::size_t begun : {0U, 8192U + 32768}) {
-        WriteFileBytes(foreign, Bytes(begun));
-        DropTakeJournal(bench_.services, killed_.Path(u"take00.wav"));
-        EXPECT_FALSE(bench_.files.storage.Exists(foreign));
     }
 }
 

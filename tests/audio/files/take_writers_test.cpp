@@ -17,6 +17,7 @@ class TakeWritersTest : public ::testing::TestWithParam<bool> {
   protected:
     /// A whole take from `pcm` in buffers of `buffer` bytes.
     void Record(WriterKind kind, ByteSpan pcm, std::size_t buffer = 4410) {
+        std::filesystem::remove(bench_->files.folder.Native(u"take00.rec"));  // as its project does
         JStreamAudioWrite& writer = bench_->Select(kind);
         writer.Open(u"take00");
         for (; !pcm.empty(); pcm = pcm.subspan(std::min(buffer, pcm.size()))) {
@@ -127,6 +128,8 @@ TEST_P(TakeWritersTest, OpeningAnOpenWriterReportsItAndKeepsWhatWasRecorded) {
     for (const auto& [kind, file] : {std::pair{WriterKind::kWavFile, u"take00.wav"},
                                      std::pair{WriterKind::kMp2File, u"take00.mp2"}}) {
         bench_->files.boxes.shown.clear();
+        for (const TextView journal : {u"take00.rec", u"take01.rec"})
+            std::filesystem::remove(bench_->files.folder.Native(journal));
         JStreamAudioWrite& writer = bench_->Select(kind);
         const Bytes pcm = Pattern(5000);
         writer.Open(u"take00");
@@ -147,6 +150,7 @@ TEST_P(TakeWritersTest, OpeningAnOpenWriterReportsItAndKeepsWhatWasRecorded) {
 TEST_F(TakeWritersTest, ClosingAfterTheFileVanishedCreatesNothing) {
     for (const bool append : {false, true}) {
         bench_->audio.appendPerBlock = append;
+        std::filesystem::remove(bench_->files.folder.Native(u"take00.rec"));
         JStreamAudioWrite& writer = bench_->Select(WriterKind::kWavFile);
         writer.Open(u"take00");
         writer.WriteSamples("0123", 4);
