@@ -176,13 +176,17 @@ void CheckLevels(const LevlChunk& levl, const FileChunk& chunk, const SoundFacts
     }
 
     std::ranges::sort(joins);
+    // What the stop of a recording cut short has the level that its buffer held before.
+    const auto endsClip = [&](std::size_t index) {
+        return index + 1 == levl.peaks.size() || std::ranges::binary_search(joins, index + 1);
+    };
     LevelFollower follower(levl, sound.peaks, format, joins, slack / kStepSamples);
     const std::size_t fewCuts = 2 + levl.peaks.size() / 50;
     std::vector<Misfit> wrong;
     std::vector<Misfit> exceeding;
     for (std::size_t i = 0; i < levl.peaks.size(); ++i) {
         if (wrong.size() == kMaxWrong || exceeding.size() == fewCuts + kMaxWrong) break;
-        if (follower.Fits(i)) continue;
+        if (follower.Fits(i) || endsClip(i)) continue;
         // A cut ends on the lower frame: what it takes of the last period may be its loudest part.
         const bool mayBeCut = format.mp2 && follower.Exceeds(i);
         (mayBeCut ? exceeding : wrong).push_back({i, follower.Value(i)});
