@@ -84,7 +84,7 @@ void Project::AdoptFormatOf(const Text& audioPath) {
     } else if (!audio.mp2 && WavHeader::Decode(bytes, wav)) {
         audio.stereo = wav.channels == 2;
         data_.audioFormatWord =
-            (data_.audioFormatWord & ~kRateCodeBits) | (wav.sampleRate == 48000 ? 0U : 1U);
+            (data_.audioFormatWord & ~kRateCodeBits) | (wav.sampleRate == 44100 ? 1U : 0U);
         ApplySampleRateCode(data_.audioFormatWord & kRateCodeBits);
     }
 }

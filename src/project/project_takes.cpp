@@ -74,7 +74,7 @@ void Project::TakeFinished() {
     (void)WriteVuFile(Files(), recording.levelPath, recording.sheet);
     // The device decided on the rate; the project records it.
     data_.audioFormatWord =
-        (data_.audioFormatWord & ~kRateCodeBits) | (Audio().sampleRate == 48000 ? 0U : 1U);
+        (data_.audioFormatWord & ~kRateCodeBits) | (Audio().sampleRate == 44100 ? 1U : 0U);
 
     ClipEntry clip;
     clip.folder = recording.folder;
