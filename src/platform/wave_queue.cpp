@@ -17,7 +17,6 @@ WaveQueue::WaveQueue(EventLoop& loop, std::uint16_t blockAlign)
 WaveQueue::~WaveQueue() = default;
 
 WaveResult WaveQueue::Prepare(WaveHeader& header) {
-    if (header.bufferLength % blockAlign_ != 0) return WaveResult::kFailed;
     if (header.data == nullptr && header.bufferLength != 0) return WaveResult::kFailed;
     if (!Contains(prepared_, header)) prepared_.push_back(&header);
     return WaveResult::kOk;
@@ -30,6 +29,7 @@ WaveResult WaveQueue::Unprepare(WaveHeader& header) {
 
 WaveResult WaveQueue::Add(WaveHeader& header) {
     if (!Contains(prepared_, header)) return WaveResult::kNotPrepared;
+    if (header.bufferLength % blockAlign_ != 0) return WaveResult::kFailed;
     if (Contains(waiting_, header) || Contains(returning_, header)) return WaveResult::kFailed;
     header.bytesRecorded = 0;
     waiting_.push_back(&header);

@@ -15,7 +15,7 @@ namespace orma {
 /// round nothing allocates but ReturnAll.
 class WaveQueue {
   public:
-    /// `blockAlign`: bytes of a sample frame, of which every buffer holds a whole number.
+    /// `blockAlign`: bytes of a sample frame, of which every buffer added holds a whole number.
     WaveQueue(EventLoop& loop, std::uint16_t blockAlign);
 
     /// Forgets all buffers, those on their way back included.
@@ -23,14 +23,15 @@ class WaveQueue {
     WaveQueue(const WaveQueue&) = delete;
     WaveQueue& operator=(const WaveQueue&) = delete;
 
-    /// kFailed for a buffer without memory or one that does not hold whole frames.
+    /// kFailed for a buffer without memory. Its length does not matter yet: a buffer may be
+    /// prepared here and filled by other hardware.
     [[nodiscard]] WaveResult Prepare(WaveHeader& header);
 
     /// kNotPrepared, or kFailed while the device holds the buffer.
     [[nodiscard]] WaveResult Unprepare(WaveHeader& header);
 
     /// Appends a buffer and sets its bytesRecorded to 0. kNotPrepared, or kFailed when the device
-    /// holds it already.
+    /// holds it already or it does not hold whole frames.
     [[nodiscard]] WaveResult Add(WaveHeader& header);
 
     /// The buffers that wait, the next one first.
