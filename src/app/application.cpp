@@ -17,6 +17,8 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
                .clips = clips,
                .recording = recording}),
       input(ports.waves, ports.headset),
+      externalRecorder(ports.externalRecorder, report),
+      spdif(ports.spdif, ports.loop, ports.clock, report),
       recorder({.waves = ports.waves,
                 .clock = ports.clock,
                 .storage = ports.storage,
@@ -28,8 +30,7 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
                 .sheet = recording.sheet,
                 .takes = project,
                 .listener = frontEnd.recorder,
-                .externalRecorder = ports.externalRecorder,
-                .spdif = ports.spdif}),
+                .externalRecorder = &externalRecorder}),
       player({.waves = ports.waves,
               .readers = {files, audio, decoder},
               .buffers = buffers,
@@ -37,7 +38,7 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
                             recording.currentCut},
               .transport = transport,
               .listener = frontEnd.player != nullptr ? *frontEnd.player : quietPlayer,
-              .externalRecorder = ports.externalRecorder}),
+              .externalRecorder = &externalRecorder}),
       progress(frontEnd.progress) {}
 
 }  // namespace orma

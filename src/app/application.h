@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/engine/pdaudio_in.h"
 #include "audio/engine/player.h"
 #include "audio/engine/recorder.h"
 #include "platform/event_loop.h"
@@ -54,6 +55,8 @@ struct Application {
 
     CaptureBuffers buffers;
     InputProcessing input;
+    ExternalRecorderControl externalRecorder;
+    PDAudioIn spdif;
     Recorder recorder;
 
     TransportState transport = TransportState::kStopped;

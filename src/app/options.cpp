@@ -33,6 +33,13 @@ InputProcessingSettings InputSettingsOf(const SettingsRecord& settings) {
     return input;
 }
 
+ExternalRecorderSettings RecorderSettingsOf(const SettingsRecord& settings) {
+    return {.gainCode = settings.MaycomGain,
+            .volumeCode = settings.MaycomVol,
+            .configuration = {settings.RecorderConfig1, settings.RecorderConfig2,
+                              settings.RecorderConfig3}};
+}
+
 PublishSettings PublishSettingsOf(const SettingsRecord& settings) {
     PublishSettings publish;
     publish.publishToFile = settings.PublishToFile != 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/engine/external_recorder_control.h"
 #include "audio/engine/input_processing.h"
 #include "audio/files/audio_state.h"
 #include "project/project.h"
@@ -12,6 +13,7 @@ namespace orma {
 /// record.
 [[nodiscard]] ProjectOptions ProjectOptionsOf(const SettingsRecord& settings);
 [[nodiscard]] InputProcessingSettings InputSettingsOf(const SettingsRecord& settings);
+[[nodiscard]] ExternalRecorderSettings RecorderSettingsOf(const SettingsRecord& settings);
 [[nodiscard]] PublishSettings PublishSettingsOf(const SettingsRecord& settings);
 
 /// The sound format before a project is loaded. An illegal bit rate is reported and left out.

@@ -44,6 +44,23 @@ void NewAt(Application& app, const Text& folder, const Text& name) {
     Recover(app);
 }
 
+/// Finds out what there is to record with. A recorder is its own input unless the settings name
+/// one.
+void ChooseInput(Application& app) {
+    app.externalRecorder.Load(RecorderSettingsOf(app.settings));
+    (void)app.externalRecorder.FindExternalRecorder();
+    app.audio.externalRecorder = app.externalRecorder.IsPresent();
+    Text input = app.settings.AudioInputDevice;
+    if (input.empty() && app.externalRecorder.IsPresent()) {
+        for (const WaveDeviceInfo& device : app.ports.waves.Inputs())
+            if (input.empty() && ExternalRecorderControl::IsRecorderName(device.name))
+                input = device.name;
+    }
+    app.recorder.SetInputDevice(input);
+    app.spdif.SetInputSelection(app.settings.SpdifInputSelect);
+    app.recorder.SetSpdifInput(app.settings.SpdifInput != 0 ? &app.spdif : nullptr);
+}
+
 bool ProjectExists(Application& app, const Text& folder, const Text& name) {
     return app.ports.storage.Exists(folder + name + u".opr");
 }
@@ -65,7 +82,7 @@ void LoadSettings(Application& app) {
     ApplyAudioSettings(app.settings, app.audio, app.report);
     app.writerContext.publishExtension = app.settings.PublishExtension;
     app.input.Load(InputSettingsOf(app.settings), app.audio.sampleRate);
-    app.recorder.SetInputDevice(app.settings.AudioInputDevice);
+    ChooseInput(app);
     app.player.SetOutputDevice(app.settings.AudioOutputDevice);
     app.project.SetOptions(ProjectOptionsOf(app.settings));
     app.project.SetPath(AsFolder(app.settings.ProjectsFolder), app.settings.CurrentProjectName);
@@ -111,6 +128,8 @@ bool ShutDown(Application& app) {
     app.settings.InputGain = app.input.InputGainDb();
     app.settings.OutputVolumeStep = static_cast<std::int32_t>(app.input.OutputStep());
     app.settings.CurrentPresetName = app.input.CurrentSetName();
+    app.settings.MaycomGain = app.externalRecorder.GainCode();
+    app.settings.MaycomVol = app.externalRecorder.VolumeCode();
     return app.settingsStore.SaveUserState() && projectSaved;
 }
 

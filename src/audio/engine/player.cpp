@@ -57,9 +57,7 @@ bool Player::OpenDevice(std::uint16_t channels) {
         s_.readers.files.report.ShowError(u"waveOutOpen");
         return false;
     }
-    if (audio.externalRecorder && s_.externalRecorder != nullptr &&
-        s_.externalRecorder->SendConfiguration(configuration_) != WaveResult::kOk)
-        s_.readers.files.report.ShowError(u"waveoutmessage");
+    if (s_.externalRecorder != nullptr) s_.externalRecorder->LineOpened(RecorderLine::kOutput);
     return device_ != nullptr;
 }
 
@@ -146,6 +144,7 @@ void Player::Close() {
     if (device_ == nullptr) return;
     // Taken out first: an event of its closing finds the engine closed.
     const std::unique_ptr<WaveOutDevice> device = std::move(device_);
+    if (s_.externalRecorder != nullptr) s_.externalRecorder->LineClosed(RecorderLine::kOutput);
     for (std::size_t i = 0; i < kBuffers; ++i) {
         (void)device->Unprepare(s_.buffers[i].header);
         s_.buffers[i].queued = false;

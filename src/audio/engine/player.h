@@ -5,10 +5,10 @@
 #include <memory>
 
 #include "audio/engine/capture_buffers.h"
+#include "audio/engine/external_recorder_control.h"
 #include "audio/engine/player_listener.h"
 #include "audio/engine/transport_state.h"
 #include "audio/files/audio_read.h"
-#include "platform/external_recorder.h"
 #include "platform/wave.h"
 
 namespace orma {
@@ -30,7 +30,7 @@ struct PlayerServices {
     PlayedRecording recording;
     const TransportState& transport;
     PlayerListener& listener;
-    ExternalRecorder* externalRecorder = nullptr;  // null: none attached
+    ExternalRecorderControl* externalRecorder = nullptr;  // null: there can be none
 };
 
 /// The playback engine: plays the current recording through the wave output, four buffers deep, and
@@ -71,9 +71,6 @@ class Player : private WaveOutEvents {
 
     /// The wave output to open; empty: any that takes the format.
     void SetOutputDevice(const Text& name) { outputDevice_ = name; }
-
-    /// What an external recorder is sent whenever the output is opened.
-    void SetRecorderConfiguration(const RecorderConfiguration& record) { configuration_ = record; }
 
     /// Opens the device if needed and plays from the present position, on `channels` (1 or 2);
     /// true once playing is on. Refused (reported) while playing, while `recordingActive`, and
@@ -152,7 +149,6 @@ class Player : private WaveOutEvents {
 
     PlayerServices s_;
     Text outputDevice_;
-    RecorderConfiguration configuration_;
     std::unique_ptr<WaveOutDevice> device_;
     std::unique_ptr<JStreamAudioReadFile> reader_;
     PlaybackFormat output_;           // of the open device

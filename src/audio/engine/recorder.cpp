@@ -81,8 +81,8 @@ bool Recorder::OpenDevice() {
 }
 
 bool Recorder::OpenSpdif() {
-    const SpdifResult result = s_.spdif->Start(s_.audio.mp2, format_.channels,
-                                               s_.audio.resolutionShift, *this, spdifFormat_);
+    const SpdifResult result = s_.spdif->PDAudioStart(
+        s_.audio.mp2, format_.channels, s_.audio.resolutionShift, *this, spdifFormat_);
     if (result != SpdifResult::kCapturing) {
         s_.report.ShowError(SpdifFailure(result));
         return false;
@@ -91,9 +91,9 @@ bool Recorder::OpenSpdif() {
     format_.samplesPerSecond = 44100;
     format_.averageBytesPerSecond = 88200U * format_.channels;
     bufferLength_ = std::min(spdifFormat_.bufferLength, CaptureBuffers::kBytes);
-    if (s_.waves.OpenInput(inputDevice_, format_, *this, device_) == WaveResult::kOk) return true;
+    if (s_.waves.OpenInput(inputDevice_, format_, idle_, device_) == WaveResult::kOk) return true;
     device_.reset();
-    s_.spdif->Close();
+    s_.spdif->PDAudioClose();
     s_.report.ShowError(u"waveInOpen");
     return false;
 }
@@ -108,9 +108,7 @@ bool Recorder::OpenWave() {
         s_.report.ShowError(u"waveInOpen");
         return false;
     }
-    if (s_.audio.externalRecorder && s_.externalRecorder != nullptr &&
-        s_.externalRecorder->SendConfiguration(configuration_) != WaveResult::kOk)
-        s_.report.ShowError(u"waveinmessage");
+    if (s_.externalRecorder != nullptr) s_.externalRecorder->LineOpened(RecorderLine::kInput);
     return true;
 }
 
@@ -188,7 +186,7 @@ void Recorder::EndMonitoring() {
     load_.TraceLog();
     indicator_ = false;
     s_.listener.OnIndicator(false);
-    if (s_.spdif != nullptr) s_.spdif->Stop();
+    if (s_.spdif != nullptr) s_.spdif->PDAudioStop();
 }
 
 void Recorder::OnWaveInLost(WaveLoss reason) {
@@ -256,14 +254,16 @@ void Recorder::Close(bool quiet) {
         if (result != WaveResult::kOk && !held) report(u"waveInUnprepareHeader .h");
         buffer.queued = false;
     }
-    lostFrames_ = device->LostFrames();
+    lostFrames_ = s_.spdif != nullptr ? s_.spdif->LostFrames() : device->LostFrames();
     if (lostFrames_ != 0) Trace("lost frames=%llu", static_cast<unsigned long long>(lostFrames_));
-    if (s_.spdif != nullptr) s_.spdif->Close();
+    if (s_.spdif != nullptr) s_.spdif->PDAudioClose();
+    if (s_.externalRecorder != nullptr) s_.externalRecorder->LineClosed(RecorderLine::kInput);
     StopSaving();
 }
 
 std::uint64_t Recorder::LostFrames() const {
-    return device_ != nullptr ? device_->LostFrames() : lostFrames_;
+    if (device_ == nullptr) return lostFrames_;
+    return s_.spdif != nullptr ? s_.spdif->LostFrames() : device_->LostFrames();
 }
 
 std::uint32_t Recorder::CaptureRate() const {

@@ -7,14 +7,14 @@
 #include <optional>
 
 #include "audio/engine/capture_buffers.h"
+#include "audio/engine/external_recorder_control.h"
 #include "audio/engine/input_processing.h"
 #include "audio/engine/load_meter.h"
 #include "audio/engine/recorder_listener.h"
+#include "audio/engine/spdif_input.h"
 #include "audio/files/level_sheet.h"
 #include "audio/files/writer_slot.h"
 #include "platform/clock.h"
-#include "platform/external_recorder.h"
-#include "platform/spdif_card.h"
 #include "platform/storage.h"
 #include "platform/wave.h"
 #include "report/error_reporter.h"
@@ -34,8 +34,8 @@ struct RecorderServices {
     LevelSheet& sheet;  // of the current recording: levels and marks are appended while saving
     TakeKeeper& takes;
     RecorderListener& listener;
-    ExternalRecorder* externalRecorder = nullptr;  // null: none attached
-    SpdifCard* spdif = nullptr;                    // null: not the selected input
+    ExternalRecorderControl* externalRecorder = nullptr;  // null: there can be none
+    SpdifInput* spdif = nullptr;                          // null: not the selected input
 };
 
 /// The recording engine: owns the wave input and the circulation of sixteen capture buffers.
@@ -64,8 +64,8 @@ class Recorder : private WaveInEvents {
     /// The wave input to open; empty: any that takes the format.
     void SetInputDevice(const Text& name) { inputDevice_ = name; }
 
-    /// What an external recorder is sent whenever its input is opened.
-    void SetRecorderConfiguration(const RecorderConfiguration& record) { configuration_ = record; }
+    /// Makes the card the input, or with null the wave device again. Only while closed.
+    void SetSpdifInput(SpdifInput* spdif) { s_.spdif = spdif; }
 
     /// Opens the device if needed and starts monitoring: 0 on success, 1 on failure or refusal
     /// (reported). Refused without a word while `playbackActive`, while active, and for the moment
@@ -109,6 +109,12 @@ class Recorder : private WaveInEvents {
     void SetDrainHold(bool hold) { drainHold_ = hold; }
 
   private:
+    /// The wave device beside the S/PDIF card: it holds no buffer, so it may come and go.
+    class IdleEvents : public WaveInEvents {
+        void OnWaveInData(WaveHeader&) override {}
+        void OnWaveInLost(WaveLoss) override {}
+    };
+
     // WaveInEvents
     void OnWaveInData(WaveHeader& header) override { WimDataMsg(header); }
     void OnWaveInLost(WaveLoss reason) override;
@@ -142,8 +148,8 @@ class Recorder : private WaveInEvents {
     void StopSaving();
 
     RecorderServices s_;
+    IdleEvents idle_;
     Text inputDevice_;
-    RecorderConfiguration configuration_;
     std::unique_ptr<WaveInDevice> device_;
     WaveFormat format_;
     SpdifFormat spdifFormat_;

@@ -20,7 +20,7 @@ void Recorder::QueueBuffer(CaptureBuffer& buffer) {
         return;
     }
     buffer.queued = true;
-    const bool added = s_.spdif != nullptr ? s_.spdif->AddBuffer(buffer.header)
+    const bool added = s_.spdif != nullptr ? s_.spdif->PDAudioInAddBuffer(buffer.header)
                                            : device_->Add(buffer.header) == WaveResult::kOk;
     if (added) return;
     buffer.queued = false;
@@ -53,9 +53,10 @@ void Recorder::Process(CaptureBuffer& buffer) {
     if (loss_ && active_ && !outsideBusy_) EndLostInput();
 }
 
-// The card marks every buffer as full, also the one that its stop cut short.
+// The card marks every buffer as full, but only the last one was cut short by its stop.
 bool Recorder::IsFull(const CaptureBuffer& buffer) const {
-    return s_.spdif == nullptr && buffer.header.bytesRecorded >= bufferLength_;
+    if (s_.spdif != nullptr) return s_.spdif->HasMore();
+    return buffer.header.bytesRecorded >= bufferLength_;
 }
 
 void Recorder::TakeBack(CaptureBuffer& buffer) {
@@ -141,8 +142,8 @@ void Recorder::Drain(CaptureBuffer& buffer) {
         s_.report.ShowError(u"waveInReset");
     }
     if (device_ == nullptr) return;
-    // Once stopped, the card keeps the buffers of its ring; closing takes them out of it.
-    if (s_.spdif == nullptr && s_.buffers.AnyQueued()) return;
+    // Once stopped, the card keeps the empty buffers of its ring; closing takes them out of it.
+    if (s_.spdif != nullptr ? s_.spdif->IsReturning() : s_.buffers.AnyQueued()) return;
     CompleteDrain();
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -113,21 +115,24 @@ class FakeListener : public RecorderListener {
 };
 
 /// A card that returns buffers when a test says so.
-class FakeCard : public SpdifCard {
+class FakeCard : public SpdifInput {
   public:
-    SpdifResult Start(bool, std::uint16_t, unsigned, WaveInEvents& events,
-                      SpdifFormat& delivered) override {
+    SpdifResult PDAudioStart(bool, std::uint16_t, unsigned, WaveInEvents& events,
+                             SpdifFormat& delivered) override {
         events_ = &events;
         delivered = format;
         return result;
     }
-    bool AddBuffer(WaveHeader& header) override {
+    bool PDAudioInAddBuffer(WaveHeader& header) override {
         if (ring.size() >= places) return false;
         ring.push_back(&header);
         return true;
     }
-    void Stop() override { calls.push_back("stop"); }
-    void Close() override { calls.push_back("close"); }
+    void PDAudioStop() override { calls.push_back("stop"); }
+    void PDAudioClose() override { calls.push_back("close"); }
+    bool IsReturning() const override { return false; }
+    bool HasMore() const override { return false; }
+    std::uint64_t LostFrames() const override { return 0; }
 
     /// Fills the next buffer with one 24-bit sample and hands it over, marked as full.
     void Deliver24(std::int32_t sample) {
@@ -155,15 +160,35 @@ class FakeCard : public SpdifCard {
     WaveInEvents* events_ = nullptr;
 };
 
+/// A recorder that is output 1 and notes the messages that it gets.
 class FakeExternalRecorder : public ExternalRecorder {
   public:
-    std::optional<ExternalRecorderInfo> Find() override { return std::nullopt; }
-    WaveResult SendConfiguration(const RecorderConfiguration& record) override {
-        sent.push_back(record.first);
+    std::vector<Text> OutputNames() override { return names; }
+    WaveResult Query(std::uint32_t output, const WaveFormat& format, std::uint32_t message,
+                     RecorderMessage subCode, std::span<std::uint8_t> parameter) override {
+        queried = output;
+        queryFormat = format;
+        if (result != WaveResult::kOk || message != 53164 || static_cast<int>(subCode) != 130)
+            return WaveResult::kFailed;
+        std::ranges::copy(information, parameter.begin());
+        return WaveResult::kOk;
+    }
+    WaveResult Send(RecorderLine line, std::uint32_t message, RecorderMessage subCode,
+                    std::span<std::uint8_t> parameter) override {
+        std::string sentence = std::to_string(message) +
+                               (line == RecorderLine::kInput ? " in " : " out ") +
+                               std::to_string(static_cast<int>(subCode));
+        for (const std::uint8_t byte : parameter)
+            sentence += " " + std::to_string(byte);
+        sent.push_back(sentence);
         return result;
     }
 
-    std::vector<std::uint32_t> sent;
+    std::vector<Text> names{u"Loudspeaker", u"MAYCOM One"};
+    Bytes information{0, 0, 0, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    std::vector<std::string> sent;  // "53164 in 40 200 0 0 0"
+    std::optional<std::uint32_t> queried;
+    WaveFormat queryFormat;
     WaveResult result = WaveResult::kOk;
 };
 
@@ -221,9 +246,10 @@ class RecorderTest : public testing::Test {
     FakeTakes takes;
     FakeListener listener;
     FakeExternalRecorder attached;
+    ExternalRecorderControl recorderControl{&attached, report};
     FakeCard card;
-    ExternalRecorder* externalRecorder = nullptr;
-    SpdifCard* spdif = nullptr;
+    ExternalRecorderControl* externalRecorder = nullptr;
+    SpdifInput* spdif = nullptr;
     std::vector<std::string> trace;
     std::unique_ptr<Recorder> recorder;
 };

@@ -31,9 +31,10 @@ TEST_F(RecorderStart, OpensTheDeviceAndQueuesAllBuffersInOrder) {
 TEST_F(RecorderStart, RunsAt48000HzWithAnExternalRecorder) {
     audio.externalRecorder = true;
     audio.bitsPerSample = 24;  // of a file
-    externalRecorder = &attached;
+    externalRecorder = &recorderControl;
+    recorderControl.Load({.configuration = {77, 0x01020304, 9}});
+    recorderControl.FindExternalRecorder();
     audio.resolutionShift = 1;
-    Engine().SetRecorderConfiguration({77, 0, 0});
     InputProcessingSettings bell;
     bell.sets[0] = {{EqualizerBand{1000, 60, 10, 1}, {}, {}}, 1, u"bell", 0};
     bell.currentSetName = u"bell";
@@ -46,7 +47,7 @@ TEST_F(RecorderStart, RunsAt48000HzWithAnExternalRecorder) {
     EXPECT_EQ(audio.sampleRate, 48000U);
     EXPECT_EQ(audio.bitsPerSample, 16);
     EXPECT_EQ(input.Coefficients(0), at48000);
-    EXPECT_EQ(attached.sent, std::vector<std::uint32_t>{77});
+    EXPECT_EQ(attached.sent, Strings{"53164 in 0 77 0 0 0 4 3 2 1 9"});
     // Its own display shows the level.
     waves.in.DeliverValue(3000);
     EXPECT_TRUE(listener.levels.empty());
