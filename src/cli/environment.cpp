@@ -3,25 +3,9 @@
 #include <filesystem>
 
 #include "base/trace.h"
-#include "platform/portaudio/portaudio_wave_system.h"
 #include "platform/posix/program_folder.h"
-#include "platform/virtual_audio/virtual_wave_system.h"
 
 namespace orma::cli {
-namespace {
-
-std::unique_ptr<WaveSystem> MakeWaves(const Globals& globals, EventLoop& loop) {
-    if (globals.audio == "portaudio") return std::make_unique<PortAudioWaveSystem>(loop);
-    std::string error;
-    auto options = ParseVirtualAudio(globals.audio, error);
-    if (!options) throw UsageError("--audio: " + error);
-    for (Text* file : {&options->inputFile, &options->outputFile, &options->countFile})
-        if (!file->empty()) *file = CallerPath(ToUtf8(*file));
-    return std::make_unique<VirtualWaveSystem>(loop, *options);
-}
-
-}  // namespace
-
 Environment::Environment(const Globals& globals) {
     Build(globals, {quietRecorder_, quietProgress_});
 }
@@ -51,7 +35,7 @@ void Environment::Build(const Globals& globals, FrontEnd frontEnd) {
             std::fflush(file);
         });
     }
-    waves_ = MakeWaves(globals, loop_);
+    hardware_ = MakeHardware(globals, loop_);
     const Text home = globals.home.empty() ? Text() : CallerPath(globals.home);
     Text folder;
     if (const SystemError error = FindProgramFolder(storage_, home, folder); error != 0)
@@ -63,8 +47,10 @@ void Environment::Build(const Globals& globals, FrontEnd frontEnd) {
                                                .clock = clock_,
                                                .boxes = boxes_,
                                                .loop = loop_,
-                                               .waves = *waves_,
-                                               .headset = headset_},
+                                               .waves = *hardware_.waves,
+                                               .headset = *hardware_.headset,
+                                               .externalRecorder = hardware_.recorder.get(),
+                                               .spdif = hardware_.card.get()},
                                          frontEnd, folder);
 }
 

@@ -4,23 +4,17 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 
 #include "app/application.h"
 #include "cli/console_boxes.h"
 #include "cli/globals.h"
+#include "cli/hardware.h"
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_event_loop.h"
 #include "platform/posix/posix_storage.h"
 #include "platform/posix/signal_watch.h"
-#include "platform/posix/unknown_headset.h"
 
 namespace orma::cli {
-
-/// Wrong usage, found after the command line was parsed; main prints it and exits with 2.
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 /// The real ports of this machine and the application on them, for one run of a command. The
 /// program's folder becomes current, so the caller's paths are resolved before this is built.
@@ -44,7 +38,7 @@ class Environment {
     [[nodiscard]] Application& App() { return *app_; }
     [[nodiscard]] PosixEventLoop& Loop() { return loop_; }
     [[nodiscard]] ConsoleBoxes& Boxes() { return boxes_; }
-    [[nodiscard]] WaveSystem& Waves() { return *waves_; }
+    [[nodiscard]] WaveSystem& Waves() { return *hardware_.waves; }
 
   private:
     /// A job that nobody watches.
@@ -62,10 +56,9 @@ class Environment {
     PosixClock clock_;
     PosixEventLoop loop_;
     std::optional<SignalWatch> interrupt_;  // before the sound system starts its first thread
-    UnknownHeadset headset_;
     RecorderListener quietRecorder_;
     QuietProgress quietProgress_;
-    std::unique_ptr<WaveSystem> waves_;
+    Hardware hardware_;
     std::unique_ptr<Application> app_;
     std::FILE* trace_ = nullptr;
 };

@@ -42,6 +42,11 @@ int main(int argc, char** argv) {
                    "portaudio, or virtual:[in=FILE][,out=FILE][,pace=real|fast|SPEED]")
         ->capture_default_str()
         ->type_name("SYSTEM");
+    app.add_option("--hardware", globals.hardware,
+                   "Recorder and S/PDIF card: alsa[:card=PCM[,rate=HZ]], none, or "
+                   "simulated:[recorder=FILE][,card=FILE]")
+        ->capture_default_str()
+        ->type_name("SYSTEM");
     app.add_option("--trace", globals.trace, "Append diagnostic lines to a file")
         ->type_name("FILE");
     app.add_flag("--json", globals.json, "Print JSON");

@@ -30,6 +30,13 @@ struct RecordOptions {
     std::string equalizerSet;
 };
 
+constexpr std::int32_t kRecorderCodesPerDb = 2;
+constexpr std::int32_t kRecorderCodeOf0Db = 192;
+
+[[nodiscard]] constexpr int RecorderDb(std::int32_t code) {
+    return (code - kRecorderCodeOf0Db) / kRecorderCodesPerDb;
+}
+
 [[nodiscard]] std::uint32_t Position(const std::string& text, std::uint32_t periodsPerSecond) {
     const auto position = ParsePosition(text, periodsPerSecond);
     if (!position) throw UsageError("not a time (m:ss.hh, seconds or #N): " + text);
@@ -67,6 +74,16 @@ void ApplyToNewProject(const RecordOptions& options, Application& app) {
     app.project.SetOptions(project);
 }
 
+/// With an external recorder the gain is its own, and set once its input is open.
+void PrepareGain(int decibels, Application& app) {
+    const bool recorder = app.externalRecorder.IsPresent();
+    const int low = recorder ? RecorderDb(ExternalRecorderControl::kLowestGain) : 0;
+    const int high = recorder ? RecorderDb(ExternalRecorderControl::kHighestGain) : 40;
+    if (decibels < low || decibels > high)
+        throw UsageError(Format("--gain takes %d to %d dB here", low, high));
+    if (!recorder) app.input.SetInputGain(decibels - app.input.InputGainDb());
+}
+
 /// Makes the project current; false when its file was refused.
 bool Prepare(const RecordOptions& options, const Text& path, Application& app) {
     const Text folder = SplitPath(path).folder;
@@ -77,7 +94,7 @@ bool Prepare(const RecordOptions& options, const Text& path, Application& app) {
     if (!OpenOrCreateProject(app, path)) return false;
     if (exists || !app.clips.Empty()) RefuseOtherFormat(options, app.audio, !app.clips.Empty());
     if (options.kilobits && !app.audio.mp2) throw UsageError("--bitrate belongs to MP2 projects");
-    if (options.gainDb) app.input.SetInputGain(*options.gainDb - app.input.InputGainDb());
+    if (options.gainDb) PrepareGain(*options.gainDb, app);
     if (!options.equalizerSet.empty() && !app.input.SelectByName(FromUtf8(options.equalizerSet)))
         throw UsageError("no equaliser set is named " + options.equalizerSet);
     return true;
@@ -99,10 +116,13 @@ Json Summary(Application& app, const RecordSession& session) {
 }
 
 /// Runs the recorder until its device is closed; false when it could not be started.
-bool RunTake(Environment& environment) {
+bool RunTake(Environment& environment, const std::optional<int>& gainDb) {
     Application& app = environment.App();
     app.input.ChooseEqualizerForHeadset();
     if (app.recorder.WavStartRecording() != 0) return false;
+    if (gainDb && app.externalRecorder.IsPresent())
+        app.externalRecorder.SetRecorderGain(kRecorderCodeOf0Db + *gainDb * kRecorderCodesPerDb -
+                                             app.externalRecorder.GainCode());
     app.recorder.WavStartRecordSaving();
     environment.Loop().Run();
     return true;
@@ -110,8 +130,8 @@ bool RunTake(Environment& environment) {
 
 int Record(const Globals& globals, const RecordOptions& options) {
     const Text path = ProjectPath(options.project);
-    if (options.seconds.empty() && globals.audio.find("pace=fast") != std::string::npos)
-        throw UsageError("--seconds is needed with pace=fast");
+    const bool fast = (globals.audio + globals.hardware).find("pace=fast") != std::string::npos;
+    if (options.seconds.empty() && fast) throw UsageError("--seconds is needed with pace=fast");
 
     RecordSession session(OutputIsTerminal() && !globals.json);
     Environment environment(globals, session, [&session] { session.Stop(); });
@@ -128,7 +148,7 @@ int Record(const Globals& globals, const RecordOptions& options) {
     session.Attach(app.recorder, environment.Loop(), periodsPerSecond, length, std::move(marks));
 
     const std::int32_t clipsBefore = app.clips.Count();
-    const bool started = RunTake(environment);
+    const bool started = RunTake(environment, options.gainDb);
     const bool kept = app.clips.Count() > clipsBefore;
     const bool saved = ShutDown(app);
     if (!started) return kFailed;
@@ -155,7 +175,8 @@ void AddRecordCommand(CLI::App& app, const Globals& globals, Action& action) {
     command->add_option("--seconds", options->seconds, "Length: m:ss.hh, seconds or #N periods");
     command->add_option("--mark", options->marks, "Set a mark at this time; may be repeated")
         ->take_all();
-    command->add_option("--gain", options->gainDb, "Input gain in dB")->check(CLI::Range(0, 40));
+    command->add_option("--gain", options->gainDb,
+                        "Input gain in dB: 0 to 40, of an external recorder -33 to 31");
     command->add_option("--set", options->equalizerSet, "Equaliser set by its name");
     command->footer("Ctrl-C stops the take and keeps it.");
     command->callback([&globals, &action, options] {

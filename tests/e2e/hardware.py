@@ -1,0 +1,151 @@
+#!/usr/bin/env python3
+"""The external recorder and the S/PDIF card, played by files: what they deliver is what a take
+holds, and everything that may be wrong with them is told in its own words."""
+
+import time
+import wave
+
+from orma_e2e import SPEECH, Desk, check, equal, samples, speech_at, tool
+from record_and_publish import input_processing
+
+
+def says(done, *texts):
+    """The lines on standard error, all of them."""
+    equal(done.stderr.splitlines(), list(texts), "what was said")
+
+
+def digital(path, rate, bits=24, channels=2, seconds=4):
+    tool("sox", "-D", SPEECH, "-r", rate, "-c", channels, "-b", bits, "-t", "wavpcm", path, "repeat", "-", "trim",
+         0, seconds)
+    return path
+
+
+def frames(path, count):
+    with wave.open(str(path)) as file:
+        return file.getparams()[:3], file.readframes(count)
+
+
+def from_card(desk, sound, *arguments, extra="", pace="fast", **more):
+    return desk.run("--hardware", f"simulated:card={sound},pace={pace}{extra}", "record",
+                    *arguments, **more)
+
+
+def listing(desk):
+    sound = digital(desk.path("a.wav"), 48000)
+    attached = desk.json("--hardware", f"simulated:recorder={sound},version=4,card={sound}",
+                         "devices")
+    name = "MAYCOM simulated recorder"
+    equal(attached["external recorder"], {"name": name, "number": 1, "version": 5}, "recorder")
+    equal(attached["digital input"], f"PSI1: {sound}", "card")
+    equal([i["name"] for i in attached["inputs"]], [name], "inputs")
+    for hardware in ("none", "alsa:card=hw:77"):
+        bare = desk.json("--hardware", hardware, "devices", audio=f"virtual:in={sound}")
+        equal(bare["external recorder"], "none", "recorder without one")
+    for wrong in ("alsa:", "alsa:card=", "alsa:card=hw:0,rate=x", "simulated:", "real"):
+        desk.run("--hardware", wrong, "devices", expect=2)
+
+
+def recorder(desk):
+    """A take at 48000 Hz, whose gain and configuration are the recorder's own."""
+    desk.run("settings", "set", "RecorderConfig1=17", "RecorderConfig2=4000000000",
+             "RecorderConfig3=255")
+    sound = speech_at(desk.path("voice.wav"), 48000, 1, 4)
+    hardware = ("--hardware", f"simulated:recorder={sound}", "--trace", desk.path("trace"))
+    audio = f"virtual:in={sound},pace=fast"
+    for kind in ("wav", "mp2"):
+        take = desk.json(*hardware, "record", desk.path(f"{kind}.opr"), f"--{kind}", "--mono",
+                         "--seconds", 3, audio=audio)
+        equal((take["periods"], take["lost samples"]), (60, 0), f"{kind} take")
+    check("simulated recorder: configuration 17 4000000000 255" in desk.path("trace").read_text(),
+          "the recorder has its configuration")
+    with wave.open(str(desk.path("wav00.wav"))) as take:
+        equal(take.getframerate(), 48000, "sample rate")
+    # The first buffer starts the take and is not in it; its DC blocker has run all the same.
+    taken = samples(desk.path("wav00.wav"))
+    heard = input_processing(samples(sound))
+    equal(taken, tuple(heard[2400:2400 + len(taken)]), "the take")
+
+    desk.run(*hardware, "record", desk.path("wav.opr"), "--gain", -12, "--seconds", 2, audio=audio)
+    quiet = input_processing([round(s * 10 ** (-12 / 20)) for s in samples(sound)])
+    taken = samples(desk.path("wav01.wav"))
+    equal(taken, tuple(quiet[2400:2400 + len(taken)]), "the take at -12 dB")
+    equal(desk.json("settings", "get", "MaycomGain")["MaycomGain"], 168, "the gain that is remembered")
+    desk.run(*hardware, "record", desk.path("wav.opr"), "--gain", 32, "--seconds", 2, audio=audio,
+             expect=2)
+    publish(desk, "wav", "mp2")
+
+
+def card(desk):
+    """Takes of 24 bits hold the bits of the signal; MP2 takes are encoded from 16 of them."""
+    desk.run("settings", "set", "SpdifInput=1")
+    for rate, channels in ((44100, 1), (48000, 2), (96000, 2)):
+        sound = digital(desk.path(f"{rate}.wav"), rate)
+        name = f"bits{rate}"
+        from_card(desk, sound, desk.path(f"{name}.opr"), "--wav",
+                  "--mono" if channels == 1 else "--stereo", "--seconds", 2)
+        form, taken = frames(desk.path(f"{name}00.wav"), 2 * rate)
+        equal(form, (channels, 3, rate), "the take's format")
+        _, heard = frames(sound, 3 * rate)
+        first = rate // 20 * 6
+        heard = heard[first:first + 2 * rate * 6]
+        if channels == 1:
+            heard = b"".join(heard[at:at + 3] for at in range(0, len(heard), 6))
+        check(taken == heard, f"the take at {rate} Hz is not what came in")
+        equal(desk.json("show", desk.path(f"{name}00.wav"))["length in periods"], 41, "its length")
+        if rate == 96000:
+            done = from_card(desk, sound, desk.path("high.opr"), "--mp2", "--seconds", 2, expect=1)
+            says(done, "Error: Sample rate not supported at mp2-recording")
+    for channels in ("mono", "stereo"):
+        from_card(desk, desk.path("48000.wav"), desk.path(f"{channels}.opr"), "--mp2",
+                  f"--{channels}", "--bitrate", 64, "--seconds", 3)
+        take = desk.json("show", desk.path(f"{channels}00.mp2"))
+        equal(take["length in periods"], 61, "the MP2 take")
+    publish(desk, "bits48000", "mono", "stereo")
+    # In real time, and with the microphone that is beside the card.
+    done = from_card(desk, desk.path("48000.wav"), desk.path("real.opr"), "--wav", "--seconds", 2,
+                     pace="real")
+    check(40 <= len(frames(desk.path("real00.wav"), 10**6)[1]) // 7200 <= 42, done.stdout)
+
+
+def publish(desk, *projects):
+    for name in projects:
+        desk.run("publish", desk.path(f"{name}.opr"), "--cliplist", "--to", "file")
+        desk.run("verify", desk.path(f"pub_{name}.wav"))
+
+
+def failures(desk):
+    desk.run("settings", "set", "SpdifInput=1")
+    sound = digital(desk.path("a.wav"), 48000)
+    take = (desk.path("a.opr"), "--wav", "--mono", "--seconds", 3)
+    for fault, *texts in (
+            ("no-driver", "Error: No driver installed"),
+            ("no-card", "Error: No PDAudio card present"),
+            ("no-signal", "PDAudio: Record Fail no S/PDIF input ",
+             "Error: No valid digital input signal")):
+        says(from_card(desk, sound, *take, extra=f",fault={fault}", expect=1), *texts)
+    for rate in (88200, 32000):
+        other = digital(desk.path(f"{rate}.wav"), rate)
+        says(from_card(desk, other, *take, expect=1), "Error: No valid digital input signal")
+    says(from_card(desk, desk.path("none.wav"), *take, expect=1), "Error: No driver installed")
+    says(desk.run("--hardware", "none", "record", *take, audio=f"virtual:in={sound},pace=fast",
+                  expect=1), "Error: No driver installed")
+
+    begin = time.monotonic()
+    says(from_card(desk, sound, *take, extra=",stall=0", expect=1), "Error: Time-out",
+         "Error: Sound input lost", "orma: no take was kept: it was shorter than one second")
+    check(2 <= time.monotonic() - begin < 20, "time until a dead card is given up")
+    equal(list(desk.folder.glob("a0*")), [], "files of takes that were not made")
+    says(from_card(desk, sound, *take, extra=",stall=2", expect=1), "Error: Time-out",
+         "Error: Sound input lost Recorded and kept: 00:02")
+    equal(desk.json("show", desk.path("a00.wav"))["length in periods"], 40, "what was kept")
+
+
+def main():
+    for part in (listing, recorder, card, failures):
+        with Desk() as desk:
+            part(desk)
+        print(f"hardware: {part.__name__}")
+
+
+if __name__ == "__main__":
+    main()
