@@ -186,6 +186,7 @@ void Recorder::EndMonitoring() {
     load_.TraceLog();
     indicator_ = false;
     s_.listener.OnIndicator(false);
+    s_.listener.OnStopped();
     if (s_.spdif != nullptr) s_.spdif->PDAudioStop();
 }
 

@@ -44,6 +44,7 @@ class RecorderListener {
     virtual void OnTimeLeftChanged() {}  // also the battery: at every start and stop
     virtual void OnIndicator(bool /*lit*/) {}
     virtual void OnMark(std::uint32_t /*number*/) {}  // "  Mark %3d "
+    virtual void OnStopped() {}                       // capture ended, also by itself; it drains
     virtual void OnClosed() {}                        // the drain is complete, the device closed
     virtual void OnInputLost(WaveLoss /*reason*/) {}  // the take was ended and kept
 };
