@@ -1,0 +1,84 @@
+#include "project/edge_nudge.h"
+
+#include "audio/files/vu_file.h"
+
+namespace orma {
+namespace {
+
+/// One period on or back, within [lowest, highest].
+std::uint32_t Nudged(std::uint32_t from, bool forward, std::uint32_t lowest,
+                     std::uint32_t highest) {
+    if (forward) return from < highest ? from + 1 : from;
+    return from > lowest ? from - 1 : from;
+}
+
+std::uint32_t& EdgeOf(CurrentRecording& recording, const EdgeMove& move) {
+    switch (move.edge) {
+        case Edge::kCutBegin:
+            return recording.sheet.cuts[move.cut].begin;
+        case Edge::kCutEnd:
+            return recording.sheet.cuts[move.cut].end;
+        case Edge::kSelectionStart:
+            return recording.selectionStart;
+        default:
+            return recording.selectionEnd;
+    }
+}
+
+bool IsOfCut(const EdgeMove& move) {
+    return move.edge == Edge::kCutBegin || move.edge == Edge::kCutEnd;
+}
+
+bool StoreSelection(Project& project) {
+    ClipEntry* const clip = project.Clips().Current();
+    if (clip == nullptr) return true;
+    const PeriodRange before{clip->begin, clip->end};
+    clip->begin = project.Recording().selectionStart;
+    clip->end = project.Recording().selectionEnd;
+    if (project.SaveProject()) return true;
+    clip->begin = before.begin;
+    clip->end = before.end;
+    return false;
+}
+
+}  // namespace
+
+std::optional<EdgeMove> NudgeAtCursor(const CurrentRecording& recording, bool forward) {
+    const std::uint32_t cursor = recording.cursor;
+    const auto index = static_cast<std::size_t>(recording.currentCut);
+    if (recording.currentCut >= 0 && index < recording.sheet.cuts.size()) {
+        const RemovedRange& cut = recording.sheet.cuts[index];
+        const bool empty = cut.begin == cut.end;
+        if (cursor == cut.begin && !(empty && forward))
+            return EdgeMove{Edge::kCutBegin, index, cursor, Nudged(cursor, forward, 0, cut.end)};
+        if (cursor == cut.end)
+            return EdgeMove{Edge::kCutEnd, index, cursor,
+                            Nudged(cursor, forward, cut.begin, recording.length)};
+    }
+    const std::uint32_t start = recording.selectionStart;
+    const std::uint32_t end = recording.selectionEnd;
+    if (start >= end) return std::nullopt;
+    if (cursor == start)
+        return EdgeMove{Edge::kSelectionStart, 0, cursor, Nudged(cursor, forward, 0, end - 1)};
+    if (cursor == end)
+        return EdgeMove{Edge::kSelectionEnd, 0, cursor,
+                        Nudged(cursor, forward, start + 1, recording.length)};
+    return std::nullopt;
+}
+
+bool MoveEdge(Project& project, FileServices files, const EdgeMove& move) {
+    CurrentRecording& recording = project.Recording();
+    EdgeOf(recording, move) = move.to;
+    const bool stored = IsOfCut(move) ? WriteVuFile(files, recording.levelPath, recording.sheet)
+                                      : StoreSelection(project);
+    if (!stored) {
+        EdgeOf(recording, move) = move.from;
+        return false;
+    }
+    recording.cursor = move.to;
+    if (ClipEntry* const clip = project.Clips().Current(); clip != nullptr)
+        project.CheckClip(*clip);
+    return true;
+}
+
+}  // namespace orma
