@@ -1,8 +1,7 @@
 #pragma once
 
+#include "app/transport.h"
 #include "audio/engine/pdaudio_in.h"
-#include "audio/engine/player.h"
-#include "audio/engine/recorder.h"
 #include "platform/event_loop.h"
 #include "project/project.h"
 #include "publish/publish_job.h"
@@ -20,13 +19,13 @@ struct Ports {
     HeadsetProbe& headset;
     ExternalRecorder* externalRecorder = nullptr;  // null: absent hardware
     SpdifCard* spdif = nullptr;
+    DesktopHelpers* desktop = nullptr;
 };
 
-/// What a front end listens with; all outlive the application.
+/// What a front end listens with; both outlive the application.
 struct FrontEnd {
-    RecorderListener& recorder;
+    TransportListener& transport;
     PublishProgress& progress;
-    PlayerListener* player = nullptr;  // null: it does not play
 };
 
 /// The whole state of the process: one instance of each subsystem, in the order of their
@@ -57,10 +56,10 @@ struct Application {
     InputProcessing input;
     ExternalRecorderControl externalRecorder;
     PDAudioIn spdif;
+    DesktopHelpers noHelpers;  // where the platform has none
+    Transport transport;
     Recorder recorder;
 
-    TransportState transport = TransportState::kStopped;
-    PlayerListener quietPlayer;  // where the front end has none
     Player player;
 
     PublishProgress& progress;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "project/recording_access.h"
+
 namespace orma {
 
 PlayList::PlayList(Application& app, std::int32_t first, std::int32_t clips)
@@ -17,10 +19,11 @@ void PlayList::Trim(std::uint32_t from, std::uint32_t to) {
 }
 
 std::uint16_t PlayList::Channels() const {
+    const ReaderServices readers{app_.files, app_.audio, app_.decoder};
     std::uint16_t widest = 0;
     for (std::int32_t index = next_; index < end_; ++index) {
         const Text path = app_.project.ClipAudioPath(app_.clips.At(index));
-        if (app_.ports.storage.Exists(path)) widest = std::max(widest, ChannelsOf(app_, path));
+        if (app_.ports.storage.Exists(path)) widest = std::max(widest, ChannelsOf(readers, path));
     }
     return widest;
 }
@@ -54,24 +57,6 @@ PeriodRange PlayList::Trimmed(PeriodRange clip) {
         heard.end = stretch.begin + skipped + taken;
     }
     return heard;
-}
-
-std::uint16_t ChannelsOf(Application& app, const Text& audioPath) {
-    if (app.audio.mp2) return app.audio.Channels();
-    AudioState scratch = app.audio;
-    const auto reader = MakeReader({app.files, scratch, app.decoder}, audioPath, false);
-    return reader->Measure() > 0 ? reader->FileFormat().channels : std::uint16_t{0};
-}
-
-bool StartPlayback(Application& app, PeriodRange range, std::uint16_t channels) {
-    app.player.SetOutputDevice(app.settings.AudioOutputDevice);
-    app.player.SetRange(range);
-    app.player.WavRestartPlaying(static_cast<std::int32_t>(range.begin));
-    app.input.SetOutputVolume(0);
-    app.transport = TransportState::kPlaying;
-    if (app.player.StartPlaying(channels, app.recorder.IsActive())) return true;
-    app.transport = TransportState::kStopped;
-    return false;
 }
 
 }  // namespace orma

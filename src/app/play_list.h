@@ -40,12 +40,4 @@ class PlayList {
     std::int32_t played_ = 0;
 };
 
-/// Channels of the recording at `audioPath` of the current format; 0 when it cannot be read
-/// (reported). Leaves the audio state as it is.
-[[nodiscard]] std::uint16_t ChannelsOf(Application& app, const Text& audioPath);
-
-/// The play button: plays `range` of the current recording on `channels`, at the volume that is
-/// set. False when playing does not begin (reported).
-[[nodiscard]] bool StartPlayback(Application& app, PeriodRange range, std::uint16_t channels);
-
 }  // namespace orma

@@ -7,23 +7,17 @@
 
 namespace orma::cli {
 Environment::Environment(const Globals& globals) {
-    Build(globals, {quietRecorder_, quietProgress_});
+    Build(globals, {quietTransport_, quietProgress_});
 }
 
-Environment::Environment(const Globals& globals, RecorderListener& recorder,
+Environment::Environment(const Globals& globals, TransportListener& transport,
                          std::function<void()> onInterrupt) {
     interrupt_.emplace(loop_, [call = std::move(onInterrupt)](int) { call(); });
-    Build(globals, {recorder, quietProgress_});
-}
-
-Environment::Environment(const Globals& globals, PlayerListener& player,
-                         std::function<void()> onInterrupt) {
-    interrupt_.emplace(loop_, [call = std::move(onInterrupt)](int) { call(); });
-    Build(globals, {quietRecorder_, quietProgress_, &player});
+    Build(globals, {transport, quietProgress_});
 }
 
 Environment::Environment(const Globals& globals, PublishProgress& progress) {
-    Build(globals, {quietRecorder_, progress});
+    Build(globals, {quietTransport_, progress});
 }
 
 void Environment::Build(const Globals& globals, FrontEnd frontEnd) {

@@ -22,13 +22,10 @@ class Environment {
   public:
     explicit Environment(const Globals& globals);
 
-    /// With somebody who listens to the recorder; Ctrl-C then calls `onInterrupt` on the event loop
-    /// instead of ending the program.
-    Environment(const Globals& globals, RecorderListener& recorder,
+    /// With somebody who listens to recorder and player; Ctrl-C then calls `onInterrupt` on the
+    /// event loop instead of ending the program.
+    Environment(const Globals& globals, TransportListener& transport,
                 std::function<void()> onInterrupt);
-
-    /// With somebody who listens to the player, likewise.
-    Environment(const Globals& globals, PlayerListener& player, std::function<void()> onInterrupt);
 
     /// With somebody who watches a publish job.
     Environment(const Globals& globals, PublishProgress& progress);
@@ -56,7 +53,7 @@ class Environment {
     PosixClock clock_;
     PosixEventLoop loop_;
     std::optional<SignalWatch> interrupt_;  // before the sound system starts its first thread
-    RecorderListener quietRecorder_;
+    TransportListener quietTransport_;
     QuietProgress quietProgress_;
     Hardware hardware_;
     std::unique_ptr<Application> app_;

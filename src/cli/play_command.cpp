@@ -12,6 +12,7 @@
 #include "cli/play_session.h"
 #include "cli/position.h"
 #include "platform/posix/console.h"
+#include "project/recording_access.h"
 
 namespace orma::cli {
 namespace {
@@ -63,8 +64,9 @@ bool StartTake(Application& app, const Text& path, const PlayOptions& options) {
     if (part.from >= length)
         throw std::runtime_error("the take is only " +
                                  PositionText(length, app.audio.PeriodsPerSecond()) + " long");
-    const std::uint16_t channels = ChannelsOf(app, path);
-    return channels > 0 && StartPlayback(app, {part.from, std::min(part.to, length)}, channels);
+    const std::uint16_t channels = ChannelsOf({app.files, app.audio, app.decoder}, path);
+    return channels > 0 &&
+           app.transport.PlayRange({part.from, std::min(part.to, length)}, channels);
 }
 
 /// Plays a part of the clip list.
@@ -75,7 +77,7 @@ bool StartList(Application& app, PlayList& list, const PlayOptions& options) {
     const std::optional<PeriodRange> first =
         channels > 0 ? list.Next() : std::optional<PeriodRange>();
     if (!first) throw std::runtime_error("nothing of the project can be heard there");
-    return StartPlayback(app, *first, channels);
+    return app.transport.PlayRange(*first, channels);
 }
 
 int Play(const Globals& globals, const PlayOptions& options) {

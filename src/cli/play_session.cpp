@@ -21,7 +21,7 @@ void PlaySession::Attach(Application& app, EventLoop& loop, PlayList* list) {
 void PlaySession::Stop() {
     stopped_ = true;
     if (app_ == nullptr) return;
-    app_->player.WavExitPlaying();
+    app_->transport.Stop(true);
     End();
 }
 

@@ -10,7 +10,7 @@ namespace orma::cli {
 
 /// Watches playing from the command line: shows the position line, goes on to the next clip, and
 /// ends the event loop once everything was heard or playing was stopped.
-class PlaySession : public PlayerListener {
+class PlaySession : public TransportListener {
   public:
     explicit PlaySession(bool showLine) : showLine_(showLine) {}
 

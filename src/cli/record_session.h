@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "app/transport_listener.h"
 #include "audio/engine/recorder.h"
 #include "platform/event_loop.h"
 
@@ -11,7 +12,7 @@ namespace orma::cli {
 
 /// Watches one take from the command line: sets the asked marks, stops at the asked length, shows
 /// the level line, and ends the event loop once the device is closed.
-class RecordSession : public RecorderListener {
+class RecordSession : public TransportListener {
   public:
     explicit RecordSession(bool showLine) : showLine_(showLine) {}
 

@@ -87,4 +87,11 @@ std::uint32_t ClipLength(ReaderServices services, const ClipEntry& clip, const T
     return begin < end ? NetLength(levels->cuts, begin, end) : 0;
 }
 
+std::uint16_t ChannelsOf(ReaderServices services, const Text& audioPath) {
+    if (services.audio.mp2) return services.audio.Channels();
+    AudioState scratch = services.audio;
+    const auto reader = MakeReader({services.files, scratch, services.decoder}, audioPath, false);
+    return reader->Measure() > 0 ? reader->FileFormat().channels : std::uint16_t{0};
+}
+
 }  // namespace orma

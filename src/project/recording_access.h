@@ -23,4 +23,8 @@ namespace orma {
 [[nodiscard]] std::uint32_t ClipLength(ReaderServices services, const ClipEntry& clip,
                                        const Text& audioPath);
 
+/// Channels of the recording at `audioPath` of the current format; 0 when it cannot be read
+/// (reported). Leaves the audio state as it was.
+[[nodiscard]] std::uint16_t ChannelsOf(ReaderServices services, const Text& audioPath);
+
 }  // namespace orma

@@ -25,7 +25,7 @@ class NoProgress : public PublishProgress {
 
 /// The application on real files and a scripted microphone; a test may build it more than once, as
 /// starting again does.
-class Desk : public RecorderListener {
+class Desk : public TransportListener {
   public:
     [[nodiscard]] std::unique_ptr<Application> Start() {
         auto app = std::make_unique<Application>(Ports{.storage = files.storage,

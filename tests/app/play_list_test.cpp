@@ -22,8 +22,7 @@ constexpr std::uint32_t kEnd = std::numeric_limits<std::uint32_t>::max();
 /// the part 105..115, and 200..219 in stereo with everything cut but the last two.
 class PlayListTest : public testing::Test,
                      public HeadsetProbe,
-                     public RecorderListener,
-                     public PlayerListener,
+                     public TransportListener,
                      public PublishProgress {
   protected:
     PlayListTest() {
@@ -61,7 +60,7 @@ class PlayListTest : public testing::Test,
         list = &playList;
         waves.out.played.clear();
         if (const auto range = playList.Next()) {
-            EXPECT_TRUE(StartPlayback(app, *range, 1));
+            EXPECT_TRUE(app.transport.PlayRange(*range, 1));
             while (waves.out.FinishOne())
                 loop.RunPending();
         }
@@ -90,7 +89,7 @@ class PlayListTest : public testing::Test,
                           .loop = loop,
                           .waves = waves,
                           .headset = *this},
-                    FrontEnd{*this, *this, this}, files.folder.Path()};
+                    FrontEnd{*this, *this}, files.folder.Path()};
 };
 
 std::vector<std::uint32_t> Joined(std::initializer_list<PeriodRange> ranges) {

@@ -41,7 +41,7 @@ struct Account {
 
 /// One day of a reporter, in one process: two takes with marks into a project that exists, the clip
 /// list published to a file, the program left. The sound is the same each time.
-class Workday : public RecorderListener, public HeadsetProbe, public PublishProgress {
+class Workday : public TransportListener, public HeadsetProbe, public PublishProgress {
   public:
     static constexpr const char16_t* kProject = u"talk.opr";
     static constexpr std::array<std::uint32_t, 2> kPeriods = {36, 23};

@@ -30,7 +30,7 @@ class NoProgress : public PublishProgress {
     [[nodiscard]] bool IsCancelled() override { return false; }
 };
 
-class NoScreen : public RecorderListener {};
+class NoScreen : public TransportListener {};
 
 /// The application, on files in memory.
 struct Desk {
