@@ -85,7 +85,7 @@ bool Inspection::KeepsSettings(const Text& name) {
     SettingsRecord record;
     return ReadSettingsFile({medium_.storage, report}, medium_.Path(name), SettingsFile::kUserState,
                             record) &&
-           record.MaycomGain == Workday::kRecorderGain;
+           record.ImageFolder == Workday::kImageFolder;
 }
 
 /// Every file that was there is there, and whatever stands under a final name is whole.

@@ -96,7 +96,7 @@ void Workday::Prepare() {
     app->recording.sheet.cuts = {{9, 14, 0}};
     ASSERT_TRUE(WriteVuFile(app->files, app->recording.levelPath, app->recording.sheet));
     ASSERT_EQ(Publish(*app), PublishOutcome::kPublished);
-    app->settings.MaycomGain = kRecorderGain;
+    app->settings.ImageFolder = kImageFolder;
     app->input.SetInputGain(kOldGainDb - app->input.InputGainDb());
     ASSERT_TRUE(ShutDown(*app));
     ASSERT_TRUE(boxes.shown.empty());

@@ -48,7 +48,7 @@ class Workday : public TransportListener, public HeadsetProbe, public PublishPro
     static constexpr std::uint32_t kPeriodBytes = 4410;  // 50 ms, mono, 16 bits at 44100 Hz
     static constexpr std::uint32_t kBitrateIndex = 9;    // 192 kbit/s: many blocks in short takes
 
-    static constexpr std::uint8_t kRecorderGain = 77;  // a setting that only the file holds
+    static constexpr const char16_t* kImageFolder = u"/pictures";  // a setting that no day changes
 
     Workday(Medium& medium, Recording recording) : medium_(medium), recording_(recording) {}
 
