@@ -194,7 +194,7 @@ void Transport::WindFromCursor(TransportState direction) {
 
 void Transport::Nudge(const EdgeMove& move) {
     if (move.to == move.from) return;
-    if (MoveEdge(s_.project, s_.readers.files, move)) s_.listener.OnEdgeMoved(move);
+    if (MoveEdge(s_.project, move)) s_.listener.OnEdgeMoved(move);
 }
 
 void Transport::GoToMark(bool forward) {

@@ -15,23 +15,6 @@ RemovedRange* CurrentCut(CurrentRecording& recording) {
     return known ? &recording.sheet.cuts[index] : nullptr;
 }
 
-/// Moves an edge of the current cut to the cursor.
-bool MoveEdge(Project& project, std::uint32_t RemovedRange::*edge, std::uint32_t undoKind) {
-    CurrentRecording& recording = project.Recording();
-    RemovedRange& cut = *CurrentCut(recording);
-    const RemovedRange before = cut;
-    SheetChange change(project.Readers().files, recording);
-    cut.*edge = recording.cursor;
-    if (!change.Commit()) return false;
-    if (before.begin != before.end)
-        recording.undo = {.kind = undoKind,
-                          .index = static_cast<std::size_t>(recording.currentCut),
-                          .value = before.*edge,
-                          .cut = {}};
-    RefreshClipLength(project);
-    return true;
-}
-
 bool AddCutAndMoveCursor(Project& project, const RemovedRange& range, std::uint32_t cursor) {
     CurrentRecording& recording = project.Recording();
     if (!AddCut(project.Readers().files, recording, range.begin, range.end)) return false;
@@ -42,6 +25,24 @@ bool AddCutAndMoveCursor(Project& project, const RemovedRange& range, std::uint3
 }
 
 }  // namespace
+
+bool MoveCutEdge(Project& project, std::uint32_t RemovedRange::*edge, std::uint32_t position) {
+    CurrentRecording& recording = project.Recording();
+    RemovedRange* const cut = CurrentCut(recording);
+    if (cut == nullptr) return false;
+    const RemovedRange before = *cut;
+    SheetChange change(project.Readers().files, recording);
+    cut->*edge = position;
+    if (!change.Commit()) return false;
+    if (before.begin != before.end)
+        recording.undo = {.kind = edge == &RemovedRange::begin ? UndoRecord::kCutBeginChanged
+                                                               : UndoRecord::kCutEndChanged,
+                          .index = static_cast<std::size_t>(recording.currentCut),
+                          .value = before.*edge,
+                          .cut = {}};
+    RefreshClipLength(project);
+    return true;
+}
 
 std::size_t FindCut(const LevelSheet& sheet, std::uint32_t position) {
     const auto holds = [position](const RemovedRange& cut) {
@@ -89,7 +90,7 @@ bool CutBegin(Project& project, bool oneSecond) {
     const CurrentRecording& recording = project.Recording();
     if (const RemovedRange* cut = CurrentCut(project.Recording())) {
         if (recording.cursor >= cut->end) return true;
-        return MoveEdge(project, &RemovedRange::begin, UndoRecord::kCutBeginChanged);
+        return MoveCutEdge(project, &RemovedRange::begin, recording.cursor);
     }
     const std::uint32_t second = oneSecond ? project.Readers().audio.PeriodsPerSecond() : 0;
     const std::uint32_t begin = std::min(recording.cursor, recording.length);
@@ -101,7 +102,7 @@ bool CutEnd(Project& project, bool oneSecond) {
     const CurrentRecording& recording = project.Recording();
     if (const RemovedRange* cut = CurrentCut(project.Recording())) {
         if (recording.cursor <= cut->begin) return true;
-        return MoveEdge(project, &RemovedRange::end, UndoRecord::kCutEndChanged);
+        return MoveCutEdge(project, &RemovedRange::end, recording.cursor);
     }
     const std::uint32_t second = oneSecond ? project.Readers().audio.PeriodsPerSecond() : 0;
     const std::uint32_t begin = recording.cursor - std::min(second, recording.cursor);

@@ -24,6 +24,11 @@ class Project;
 /// Deletes a cut, which can be undone; none is current then. False outside the list.
 [[nodiscard]] bool DeleteCut(FileServices services, CurrentRecording& recording, std::size_t index);
 
+/// Moves an edge of the current cut, which can be undone unless the cut was empty. The current
+/// clip's length follows. False without a current cut.
+[[nodiscard]] bool MoveCutEdge(Project& project, std::uint32_t RemovedRange::*edge,
+                               std::uint32_t position);
+
 /// Without a current cut: adds one that begins at the cursor, a second long when `oneSecond` is
 /// set, else empty, and moves the cursor to its end. With one whose end lies behind the cursor: its
 /// begin moves there, which can be undone unless the cut was empty. The current clip's length

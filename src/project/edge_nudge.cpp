@@ -1,6 +1,6 @@
 #include "project/edge_nudge.h"
 
-#include "audio/files/vu_file.h"
+#include "project/cuts.h"
 
 namespace orma {
 namespace {
@@ -10,19 +10,6 @@ std::uint32_t Nudged(std::uint32_t from, bool forward, std::uint32_t lowest,
                      std::uint32_t highest) {
     if (forward) return from < highest ? from + 1 : from;
     return from > lowest ? from - 1 : from;
-}
-
-std::uint32_t& EdgeOf(CurrentRecording& recording, const EdgeMove& move) {
-    switch (move.edge) {
-        case Edge::kCutBegin:
-            return recording.sheet.cuts[move.cut].begin;
-        case Edge::kCutEnd:
-            return recording.sheet.cuts[move.cut].end;
-        case Edge::kSelectionStart:
-            return recording.selectionStart;
-        default:
-            return recording.selectionEnd;
-    }
 }
 
 bool IsOfCut(const EdgeMove& move) {
@@ -66,13 +53,19 @@ std::optional<EdgeMove> NudgeAtCursor(const CurrentRecording& recording, bool fo
     return std::nullopt;
 }
 
-bool MoveEdge(Project& project, FileServices files, const EdgeMove& move) {
+bool MoveEdge(Project& project, const EdgeMove& move) {
     CurrentRecording& recording = project.Recording();
-    EdgeOf(recording, move) = move.to;
-    const bool stored = IsOfCut(move) ? WriteVuFile(files, recording.levelPath, recording.sheet)
-                                      : StoreSelection(project);
-    if (!stored) {
-        EdgeOf(recording, move) = move.from;
+    if (IsOfCut(move)) {
+        const auto edge = move.edge == Edge::kCutBegin ? &RemovedRange::begin : &RemovedRange::end;
+        if (!MoveCutEdge(project, edge, move.to)) return false;
+        recording.cursor = move.to;
+        return true;
+    }
+    std::uint32_t& edge =
+        move.edge == Edge::kSelectionStart ? recording.selectionStart : recording.selectionEnd;
+    edge = move.to;
+    if (!StoreSelection(project)) {
+        edge = move.from;
         return false;
     }
     recording.cursor = move.to;

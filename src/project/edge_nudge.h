@@ -10,7 +10,7 @@ namespace orma {
 
 enum class Edge : std::uint8_t { kCutBegin, kCutEnd, kSelectionStart, kSelectionEnd };
 
-/// An edge that moves; positions in buffer periods. It is all that an undo of the move needs.
+/// An edge that moves; positions in buffer periods.
 struct EdgeMove {
     Edge edge = Edge::kCutBegin;
     std::size_t cut = 0;  // its index, of a cut's edge
@@ -27,9 +27,10 @@ struct EdgeMove {
 [[nodiscard]] std::optional<EdgeMove> NudgeAtCursor(const CurrentRecording& recording,
                                                     bool forward);
 
-/// Moves an edge, and the cursor with it. A cut is stored in the level file, a selection in the
+/// Moves an edge, and the cursor with it. A cut is stored in the level file, and its move can be
+/// undone unless it was empty; a selection in the
 /// current clip and the project file; the clip's length follows. False (reported) when it cannot be
 /// stored; then nothing has moved. UI thread.
-[[nodiscard]] bool MoveEdge(Project& project, FileServices files, const EdgeMove& move);
+[[nodiscard]] bool MoveEdge(Project& project, const EdgeMove& move);
 
 }  // namespace orma

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "project/clip_playback.h"
 #include "project/project_menu.h"
 #include "project_rig.h"
 
@@ -86,26 +85,6 @@ TEST_F(ClipOperations, CopiesOfTheSelectionAreNumberedAndStandBehindTheirSource)
     EXPECT_TRUE(copy(0, 0));  // nothing is selected: all of it
     EXPECT_EQ(clips.CurrentIndex(), 4);
     EXPECT_EQ(clips.At(4).length, 60U);
-}
-
-TEST_F(ClipOperations, PlayingGoesFromClipToClipOverMissingOnes) {
-    rig.RecordTake(30);
-    clips.At(0).begin = 10;
-    clips.At(0).end = 20;
-    ASSERT_TRUE(project.SelectClip(0));
-    ASSERT_EQ(rig.files.storage.Delete(rig.Path(u"talk01.wav")), 0U);
-    const auto playback = PrepareClipPlayback(project, false);
-    ASSERT_TRUE(playback);
-    EXPECT_EQ(playback->begin, 10U);
-    EXPECT_EQ(playback->end, 20U);
-    EXPECT_EQ(playback->channels, 1);
-    EXPECT_TRUE(NextClip(project));
-    EXPECT_EQ(clips.CurrentIndex(), 2);
-    EXPECT_EQ(PlayedRange(rig.recording), (PeriodRange{0, 30}));
-    EXPECT_FALSE(NextClip(project));
-    EXPECT_EQ(clips.CurrentIndex(), 2);
-    clips.ClearCurrent();
-    EXPECT_FALSE(PrepareClipPlayback(project, true));
 }
 
 TEST_F(ClipOperations, TheMenuRefusesWhileBusyAndLeavesProjectsSaved) {
