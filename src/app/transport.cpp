@@ -127,8 +127,7 @@ bool Transport::Start(TransportState state, std::uint32_t position, PeriodRange 
     s_.recorder.WavCloseRecording();
     s_.player.SetOutputDevice(s_.settings.AudioOutputDevice);
     s_.player.SetRange(range);
-    if (s_.player.Position() != static_cast<std::int32_t>(position))
-        s_.player.WavRestartPlaying(static_cast<std::int32_t>(position));
+    s_.player.WavRestartPlaying(static_cast<std::int32_t>(position));
     s_.recording.cursor = position;
     last_ = {s_.recording.audioPath, position, position};
     s_.input.SetOutputVolume(0);
@@ -163,7 +162,11 @@ void Transport::GoToStopPlace() {
 }
 
 void Transport::MoveTo(std::int32_t position) {
-    if (!IsCapturing()) s_.player.WavRestartPlaying(position);
+    if (IsCapturing()) return;
+    // Picked while something plays, a place has the end that it would have had from the start.
+    if (state_ == TransportState::kPlaying)
+        s_.player.SetRange(RangeAt(static_cast<std::uint32_t>(std::max(position, 0))));
+    s_.player.WavRestartPlaying(position);
 }
 
 void Transport::Wind(TransportState direction, bool lit) {

@@ -47,7 +47,7 @@ bool Change(Application& app, const CutOptions& options) {
     if (found == cuts.end())
         throw std::runtime_error("there is no cut from " + options.range[0] + " to " +
                                  options.range[1]);
-    return DeleteCut(app.files, app.recording, static_cast<std::size_t>(found - cuts.begin()));
+    return DeleteCut(app.project, static_cast<std::size_t>(found - cuts.begin()));
 }
 
 int Cut(const Globals& globals, const CutOptions& options) {

@@ -16,7 +16,8 @@ int NumberIn(TextView title, TextView name) {
     int number = 0;
     const char* const last = digits.data() + digits.size();
     const auto [end, error] = std::from_chars(digits.data(), last, number);
-    return error == std::errc() && end == last && number > 0 ? number : 0;
+    constexpr int kMost = 999999;  // beyond that it is no number of ours
+    return error == std::errc() && end == last && number > 0 && number <= kMost ? number : 0;
 }
 
 ClipEntry ClipOf(const CurrentRecording& recording) {
@@ -95,10 +96,8 @@ bool RemoveCurrentClip(Project& project, bool playing) {
     clips.RemoveCurrent();
     const bool saved = project.SaveProject();
     // The next recording may have gone missing: its clip is current all the same.
-    if (clips.Empty())
-        project.ClearRecording();
-    else
-        (void)project.SelectClip(clips.CurrentIndex());
+    // Its bounds must not become those of the recording that was removed.
+    if (clips.Empty() || !project.SelectClip(clips.CurrentIndex())) project.ClearRecording();
     return saved;
 }
 

@@ -74,15 +74,17 @@ std::optional<std::size_t> AddCut(FileServices services, CurrentRecording& recor
     return index;
 }
 
-bool DeleteCut(FileServices services, CurrentRecording& recording, std::size_t index) {
+bool DeleteCut(Project& project, std::size_t index) {
+    CurrentRecording& recording = project.Recording();
     std::vector<RemovedRange>& cuts = recording.sheet.cuts;
     if (index >= cuts.size()) return false;
     const RemovedRange cut = cuts[index];
-    SheetChange change(services, recording);
+    SheetChange change(project.Readers().files, recording);
     cuts.erase(cuts.begin() + static_cast<std::ptrdiff_t>(index));
     if (!change.Commit()) return false;
     recording.undo = {.kind = UndoRecord::kCutDeleted, .index = index, .cut = cut};
     recording.currentCut = -1;
+    RefreshClipLength(project);
     return true;
 }
 

@@ -21,8 +21,9 @@ class Project;
 [[nodiscard]] std::optional<std::size_t> AddCut(FileServices services, CurrentRecording& recording,
                                                 std::uint32_t begin, std::uint32_t end);
 
-/// Deletes a cut, which can be undone; none is current then. False outside the list.
-[[nodiscard]] bool DeleteCut(FileServices services, CurrentRecording& recording, std::size_t index);
+/// Deletes a cut, which can be undone; none is current then. The current clip's length follows.
+/// False outside the list.
+[[nodiscard]] bool DeleteCut(Project& project, std::size_t index);
 
 /// Moves an edge of the current cut, which can be undone unless the cut was empty. The current
 /// clip's length follows. False without a current cut.

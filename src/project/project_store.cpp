@@ -109,8 +109,10 @@ ProjectRecord Project::RecordToSave() const {
     ProjectRecord record = data_;
     record.audioFormatWord =
         (data_.audioFormatWord & ~kStereoBits) | (audio.stereo ? kStereoBit : 0U);
-    record.flags = (data_.flags & ~(kMp2Flag | kLiveFtpFlag)) | (audio.mp2 ? kMp2Flag : 0U) |
-                   (liveFtp_ ? kLiveFtpFlag : 0U);
+    record.flags = (data_.flags & ~kMp2Flag) | (audio.mp2 ? kMp2Flag : 0U);
+    // Where the settings do not allow it, the project keeps what it was told elsewhere.
+    if (options_.liveFtpAllowed)
+        record.flags = (record.flags & ~kLiveFtpFlag) | (liveFtp_ ? kLiveFtpFlag : 0U);
     record.recordingIndex = recordingIndex_;
     record.clips = WithMissingClips(s_.clips, missing_);
     record.audioLayout = audio.resolutionShift;

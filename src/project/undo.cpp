@@ -39,11 +39,11 @@ bool SwapEdge(FileServices files, CurrentRecording& recording, UndoRecord& undo)
     return true;
 }
 
-bool DeleteCutAgain(FileServices files, CurrentRecording& recording, const UndoRecord& undo) {
-    const std::vector<RemovedRange>& cuts = recording.sheet.cuts;
+bool DeleteCutAgain(Project& project, const UndoRecord& undo) {
+    const std::vector<RemovedRange>& cuts = project.Recording().sheet.cuts;
     const auto found = std::ranges::find(cuts, undo.cut);
     if (found == cuts.end()) return false;
-    return DeleteCut(files, recording, static_cast<std::size_t>(found - cuts.begin()));
+    return DeleteCut(project, static_cast<std::size_t>(found - cuts.begin()));
 }
 
 bool IsAt(const Project& project, std::uint32_t step) {
@@ -90,7 +90,7 @@ bool RedoEdit(Project& project) {
         done = FindMark(recording.sheet, undo.value) < recording.sheet.marks.size() &&
                DeleteMark(files, recording, undo.value);
     else if (undo.kind == UndoRecord::kCutDeleted)
-        done = DeleteCutAgain(files, recording, undo);
+        done = DeleteCutAgain(project, undo);
     else
         done = SwapEdge(files, recording, undo);
     if (!done) return false;

@@ -310,6 +310,21 @@ TEST(TransportTest, APauseSkipsNothingAndWindingGoesOnFromWhatIsHeard) {
     EXPECT_EQ(desk.boxes.Texts(), std::vector<Text>{});
 }
 
+TEST(TransportTest, APlaceThatIsPickedWhilePlayingIsPlayedToItsOwnEnd) {
+    for (const std::int32_t place : {10, 80}) {
+        Desktop desk;
+        desk.app.recording.selectionStart = 30;
+        desk.app.recording.selectionEnd = 55;
+        desk.transport.MoveTo(30);
+        desk.Press('P');
+        desk.Hear(2);
+        desk.transport.MoveTo(place);
+        EXPECT_EQ(desk.Lamp(), 3) << place;
+        desk.Hear(200);
+        EXPECT_EQ(desk.Cursor(), kLength) << place;
+    }
+}
+
 TEST(TransportTest, WhatIsStillHeardBehindTheLastBufferCanBeStoppedAndWoundBack) {
     for (const char button : {'S', '<'}) {
         Desktop desk;

@@ -75,7 +75,7 @@ TEST_F(EditTest, WhatCannotBeKeptIsRefusedWithAReason) {
     ASSERT_EQ(rig.files.storage.CreateFolder(recording.levelPath + u".tmp"), 0U);
     EXPECT_FALSE(InsertMark(files, recording, 4));
     EXPECT_FALSE(DeleteMark(files, recording, 3));
-    EXPECT_FALSE(DeleteCut(files, recording, 0));
+    EXPECT_FALSE(DeleteCut(project, 0));
     EXPECT_EQ(marks, Marks{3});
     EXPECT_EQ(recording.sheet.cuts, (Cuts{{1, 2, 0}}));
     EXPECT_EQ(rig.files.boxes.shown.size(), 6U);
@@ -132,14 +132,14 @@ TEST_F(EditTest, AnEdgeMovesToTheCursorAndBack) {
 
 TEST_F(EditTest, ADeletedCutComesBackWhole) {
     recording.sheet.cuts = {{1, 2, 7}, {10, 30, 8}, {50, 60, 9}};
-    EXPECT_TRUE(DeleteCut(files, recording, 1));
+    EXPECT_TRUE(DeleteCut(project, 1));
     EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 7}, {50, 60, 9}}));
     EXPECT_TRUE(UndoEdit(project));
     EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 7}, {10, 30, 8}, {50, 60, 9}}));
     EXPECT_EQ(ClipLength(), 69U);
     EXPECT_TRUE(RedoEdit(project));
     EXPECT_EQ(ClipLength(), 89U);
-    EXPECT_FALSE(DeleteCut(files, recording, 2));
+    EXPECT_FALSE(DeleteCut(project, 2));
     ASSERT_TRUE(project.SelectClip(0));  // another selection has nothing to undo
     EXPECT_FALSE(CanUndo(project));
 }
