@@ -4,6 +4,7 @@
 #include <twolame.h>
 
 #include "audio/files/rate_converter.h"
+#include "audio/files/take_repair.h"
 #include "audio/files/writer_slot.h"
 #include "measure.h"
 
@@ -29,6 +30,7 @@ void EncodeOurs(Desk& desk, const Text& wav, const Text& folder) {
     }
     Require(reader->IsOpen() && writers.Current()->IsOpen(), "the take failed");
     writers.Current()->Close();
+    DropTakeJournal(desk.Files(), folder + u"ours.mp2");  // as its project does
 }
 
 /// The library with our settings on samples that lie ready at 48000 Hz, a frame a call, into
