@@ -11,6 +11,12 @@
 #include "platform/posix/medium_sync.h"
 
 namespace orma {
+namespace {
+
+// More often, a sync would wear the card and gain little; less often, it would risk more sound.
+constexpr std::chrono::milliseconds kLeastInterval{500};
+
+}  // namespace
 
 BackgroundSync::~BackgroundSync() {
     {
@@ -45,6 +51,8 @@ bool BackgroundSync::Request(const std::shared_ptr<Target>& target, int descript
         const auto waits = [&](const Job& job) { return job.target == target; };
         if (waitingCount_ == waiting_.size() || std::any_of(waiting_.begin(), end, waits))
             return false;
+        const auto now = std::chrono::steady_clock::now();
+        if (now - target->asked_ < kLeastInterval) return false;
         if (!thread_.joinable()) {
             try {
                 thread_ = std::thread([this] { Run(); });
@@ -55,6 +63,7 @@ bool BackgroundSync::Request(const std::shared_ptr<Target>& target, int descript
         const int own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
         if (own < 0) return false;
         waiting_[waitingCount_++] = {target, own, std::move(newFolder)};
+        target->asked_ = now;
     }
     wake_.notify_one();
     return true;

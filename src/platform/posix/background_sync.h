@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -26,6 +27,7 @@ class BackgroundSync {
         friend class BackgroundSync;
         dev_t device_ = 0;
         ino_t number_ = 0;
+        std::chrono::steady_clock::time_point asked_{};  // guarded by the mutex
         std::atomic<int> error_ = 0;
     };
 
@@ -41,8 +43,8 @@ class BackgroundSync {
 
     /// Asks for a sync of the file, which may be closed meanwhile, and then of `newFolder`, the
     /// folder that it was just created in; empty: none. False when that is not needed, because
-    /// one of the same file waits, or not possible now: the next one makes up for it. Never waits
-    /// for the medium. Any thread.
+    /// one of the same file waits or was asked for less than half a second ago, or not possible
+    /// now: the next one makes up for it. Never waits for the medium. Any thread.
     bool Request(const std::shared_ptr<Target>& target, int descriptor, std::string newFolder);
 
   private:
