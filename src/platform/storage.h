@@ -31,6 +31,7 @@ struct OpenMode {
     Share share = Share::kRead;
     Disposition disposition = Disposition::kOpenExisting;
     std::uint32_t attributes = 0;  // carried for systems that know file attributes
+    bool waits = false;            // for another writer to be done, at most two seconds
 };
 
 enum class SeekFrom { kStart, kCurrent, kEnd };
@@ -97,12 +98,12 @@ class Storage {
 
     [[nodiscard]] virtual bool Exists(const Text& path) = 0;
 
-    /// Removes a file; a missing one is an error.
+    /// Removes a file, also one that is open here for writing; a missing one is an error.
     [[nodiscard]] virtual SystemError Delete(const Text& path) = 0;
 
-    /// Moves a file within its volume, replacing the target in one step, and returns once the new
-    /// name is on the medium. A file that takes another's place takes over who may read and write
-    /// it: settings hold passwords.
+    /// Moves a file within its volume, also one that is open here for writing, replacing the target
+    /// in one step, and returns once the new name is on the medium. A file that takes another's
+    /// place takes over who may read and write it: settings hold passwords.
     [[nodiscard]] virtual SystemError Rename(const Text& from, const Text& to) = 0;
 
     [[nodiscard]] virtual SystemError LastWriteTime(const Text& path, FileTime& time) = 0;

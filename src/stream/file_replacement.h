@@ -6,7 +6,8 @@ namespace orma {
 
 /// Replaces a file whole or not at all: the new content goes to "<path>.tmp", is flushed and then
 /// renamed over the old file. Destroyed without Commit, it leaves the old file as it was and
-/// removes the temporary one.
+/// removes the temporary one. Two writers of one file, also of two processes, take turns; the
+/// second one waits up to two seconds.
 class FileReplacement {
   public:
     FileReplacement(FileServices services, const Text& path);
@@ -17,7 +18,8 @@ class FileReplacement {
     /// The stream that takes the new content, open unless creating it failed (reported).
     [[nodiscard]] JStreamFile& Stream() { return stream_; }
 
-    /// Flushes, closes and renames; false when anything failed since the start (reported).
+    /// Flushes, renames and closes; false when anything failed since the start (reported). A
+    /// failure to close, when all is done, is reported alone.
     [[nodiscard]] bool Commit();
 
   private:
@@ -25,7 +27,7 @@ class FileReplacement {
     Text path_;
     Text temporaryPath_;
     JStreamFile stream_;
-    bool created_;
+    bool created_ = false;
     bool committed_ = false;
 };
 

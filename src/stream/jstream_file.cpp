@@ -10,6 +10,7 @@ namespace {
 
 constexpr OpenMode kReadMode{Access::kRead, Share::kRead, Disposition::kOpenExisting, 0};
 constexpr OpenMode kWriteMode{Access::kWrite, Share::kNone, Disposition::kCreateAlways, 0};
+constexpr OpenMode kInTurnMode{Access::kWrite, Share::kNone, Disposition::kCreateAlways, 0, true};
 constexpr OpenMode kCreateMode{Access::kWrite, Share::kRead, Disposition::kCreateAlways, 0};
 constexpr OpenMode kAppendMode{Access::kWrite, Share::kRead, Disposition::kOpenAlways, 0};
 
@@ -65,6 +66,11 @@ void JStreamFile::Open(const Text& path, bool forReading) {
 
 void JStreamFile::Open(const Text& path, const OpenMode& mode) {
     OpenReporting(path, mode, u"CreateFile no filename,read", u"CreateFile");
+}
+
+void JStreamFile::OpenInTurn(const Text& path) {
+    OpenReporting(path, kInTurnMode, u"CreateFile no filename,read2",
+                  u"Cannot open file : " + path);
 }
 
 void JStreamFile::OpenForCreate(const Text& path) {

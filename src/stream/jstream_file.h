@@ -47,6 +47,10 @@ class JStreamFile : public JStream {
     void Open(const Text& path, bool forReading);
     void Open(const Text& path, const OpenMode& mode);
 
+    /// Opens for writing as the constructor does, but waits up to two seconds for another writer of
+    /// the file to be done.
+    void OpenInTurn(const Text& path);
+
     /// Creates or empties the file and closes it again: afterwards `good` is set, `open` clear.
     void OpenForCreate(const Text& path);
 

@@ -1,5 +1,9 @@
 #include "stream/file_replacement.h"
 
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -43,8 +47,8 @@ TEST_F(FileReplacementTest, ReplacesTheFileOnlyAtTheCommit) {
 TEST_F(FileReplacementTest, LeavesTheOldFileWithoutACommitAndWhenAnyStepFails) {
     FileReplacement(services, path).Stream().Write("new", 3);
     ExpectTheOldFileAlone();
-    for (const unsigned step : {test::FaultyStorage::kWrite, test::FaultyStorage::kFlush,
-                                test::FaultyStorage::kClose, test::FaultyStorage::kRename}) {
+    for (const unsigned step :
+         {test::FaultyStorage::kWrite, test::FaultyStorage::kFlush, test::FaultyStorage::kRename}) {
         const std::size_t boxesBefore = boxes.shown.size();
         {
             FileReplacement replacement(services, path);
@@ -58,16 +62,33 @@ TEST_F(FileReplacementTest, LeavesTheOldFileWithoutACommitAndWhenAnyStepFails) {
     }
 }
 
-TEST_F(FileReplacementTest, DoesNotRemoveTheTemporaryFileOfAnotherWriter) {
-    FileReplacement first(services, path);
-    first.Stream().Write("new", 3);
-    {
-        FileReplacement second(services, path);
-        EXPECT_FALSE(second.Stream().IsOpen());
-        EXPECT_FALSE(second.Commit());
-    }
-    EXPECT_TRUE(first.Commit());
-    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{'n', 'e', 'w'}));
+// As programs that end in the same moment do with their settings.
+TEST_F(FileReplacementTest, ManyWritersTakeTurnsAndNoneSeesHalfAFile) {
+    constexpr std::size_t kBytes = 3000;
+    test::WriteFileBytes(path, Bytes(kBytes, 'o'));
+    std::atomic<int> committed = 0;
+    std::atomic<int> torn = 0;
+    const auto write = [&](char letter) {
+        PosixStorage own;
+        test::FakeBoxes ownBoxes;
+        ErrorReporter ownReport(ownBoxes, own);
+        for (int i = 0; i < 12; ++i) {
+            FileReplacement replacement({own, ownReport}, path);
+            replacement.Stream().Write(Bytes(kBytes, static_cast<std::uint8_t>(letter)).data(),
+                                       kBytes);
+            committed += replacement.Commit() ? 1 : 0;
+            const Bytes now = test::ReadFileBytes(path);
+            const bool whole = now.size() == kBytes && std::ranges::count(now, now[0]) == kBytes;
+            torn += whole ? 0 : 1;
+        }
+    };
+    std::vector<std::jthread> writers;
+    for (const char letter : {'a', 'b', 'c', 'd'})
+        writers.emplace_back(write, letter);
+    writers.clear();
+    EXPECT_EQ(committed, 4 * 12);
+    EXPECT_EQ(torn, 0);
+    EXPECT_THAT(Names(), testing::ElementsAre(u"file.opr"));
 }
 
 }  // namespace

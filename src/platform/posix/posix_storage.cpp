@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -19,6 +21,9 @@
 
 namespace orma {
 namespace {
+
+constexpr std::chrono::seconds kLongestWait{2};
+constexpr std::chrono::milliseconds kWaitStep{5};
 
 SystemError LastError() {
     return static_cast<SystemError>(errno);
@@ -169,6 +174,13 @@ class PosixMappedFile : public MappedFile {
     MappingGuard guard_;
 };
 
+/// True when the open file is still the one of that name.
+bool IsNamed(const struct stat& opened, const std::string& nativePath) {
+    struct stat named {};
+    return ::stat(nativePath.c_str(), &named) == 0 && named.st_dev == opened.st_dev &&
+           named.st_ino == opened.st_ino;
+}
+
 /// Gives an empty file its size on the medium, so that storing to the mapping cannot fail later.
 SystemError Allocate(int descriptor, std::size_t bytes) {
     const int error = ::posix_fallocate(descriptor, 0, static_cast<off_t>(bytes));
@@ -179,6 +191,17 @@ SystemError Allocate(int descriptor, std::size_t bytes) {
 
 SystemError PosixStorage::Open(const Text& path, const OpenMode& mode,
                                std::unique_ptr<StorageFile>& file) {
+    const auto giveUp = std::chrono::steady_clock::now() + kLongestWait;
+    for (;;) {
+        const SystemError error = OpenOnce(path, mode, file);
+        if (error != EBUSY || !mode.waits || std::chrono::steady_clock::now() >= giveUp)
+            return error;
+        std::this_thread::sleep_for(kWaitStep);
+    }
+}
+
+SystemError PosixStorage::OpenOnce(const Text& path, const OpenMode& mode,
+                                   std::unique_ptr<StorageFile>& file) {
     int flags = O_CLOEXEC | (mode.access == Access::kRead    ? O_RDONLY
                              : mode.access == Access::kWrite ? O_WRONLY
                                                              : O_RDWR);
@@ -191,12 +214,15 @@ SystemError PosixStorage::Open(const Text& path, const OpenMode& mode,
     auto opened = std::make_unique<PosixFile>(
         descriptor, SyncHandle(sync_, descriptor, mode.access != Access::kRead,
                                creates ? FolderToSync(native) : std::string()));
+    const bool writes = mode.access != Access::kRead;
+    // Some network file systems know no locks; recording there must still work.
+    if (writes && ::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return EBUSY;
     struct stat info {};
     if (::fstat(descriptor, &info) != 0) return LastError();
     if (S_ISDIR(info.st_mode)) return EISDIR;
-    if (mode.access != Access::kRead) {
-        // Some network file systems know no locks; recording there must still work.
-        if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return EBUSY;
+    if (writes) {
+        // Whoever held it may just have given it another name.
+        if (!IsNamed(info, native)) return EBUSY;
         // Emptied only once locked: a file that somebody is writing is not destroyed.
         if (mode.disposition == Disposition::kCreateAlways && info.st_size > 0 &&
             ::ftruncate(descriptor, 0) != 0)

@@ -24,6 +24,9 @@ class PosixStorage : public Storage {
     [[nodiscard]] Text ErrorText(SystemError error) override;
 
   private:
+    [[nodiscard]] SystemError OpenOnce(const Text& path, const OpenMode& mode,
+                                       std::unique_ptr<StorageFile>& file);
+
     BackgroundSync sync_;
 };
 
