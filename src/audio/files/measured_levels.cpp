@@ -12,10 +12,13 @@ std::vector<std::uint8_t> MeasuredLevels(JStreamAudioReadFile& reader, std::uint
     std::vector<std::uint8_t> levels;
     levels.reserve(periods);
     reader.OpenAt(0, output);
+    const std::span bytes{reinterpret_cast<std::uint8_t*>(samples.data()),
+                          samples.size() * sizeof(std::int16_t)};
     for (std::uint32_t period = 0; period < periods && reader.IsOpen(); ++period) {
-        reader.Get({reinterpret_cast<std::uint8_t*>(samples.data()),
-                    samples.size() * sizeof(std::int16_t)});
-        levels.push_back(LevelOfPeak(PeakOf16Bit(samples)));
+        reader.Get(bytes);
+        levels.push_back(LevelOfPeak(format.bitsPerSample == 24
+                                         ? PeakOf24Bit(bytes, sizeof(std::int16_t))
+                                         : PeakOf16Bit(samples)));
     }
     return levels;
 }

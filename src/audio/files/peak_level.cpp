@@ -12,10 +12,10 @@ std::uint32_t PeakOf16Bit(std::span<const std::int16_t> samples) {
     return static_cast<std::uint32_t>(peak);
 }
 
-std::uint32_t PeakOf24Bit(ByteSpan samples) {
+std::uint32_t PeakOf24Bit(ByteSpan samples, std::size_t sampleBytes) {
     std::int16_t peak = 0;
-    for (std::size_t at = 0; at + 3 <= samples.size(); at += 3)
-        peak = std::max(peak, LoadLe<std::int16_t>(&samples[at + 1]));
+    for (std::size_t end = sampleBytes; end <= samples.size(); end += sampleBytes)
+        peak = std::max(peak, LoadLe<std::int16_t>(&samples[end - 2]));
     return static_cast<std::uint32_t>(peak);
 }
 
