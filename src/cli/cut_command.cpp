@@ -39,7 +39,7 @@ bool Change(Application& app, const CutOptions& options) {
     const std::uint32_t end = TimeInTake(app, options.range[1]);
     if (options.action == "add") {
         if (begin >= end) throw UsageError("the cut is empty");
-        return EnsureLevels(app.project) && AddCut(app.files, app.recording, begin, end);
+        return EnsureLevels(app.project) && AddCut(app.project, begin, end);
     }
     const auto& cuts = app.recording.sheet.cuts;
     const auto found = std::ranges::find_if(

@@ -113,7 +113,7 @@ bool RenameClip(Project& project, std::int32_t index, const Text& title, bool pl
     ClipList& clips = project.Clips();
     if (playing || index < 0 || index >= clips.Count()) return false;
     clips.At(index).title = title;
-    if (index == clips.CurrentIndex()) project.Recording().title = title;
+    if (index == project.EditedClip()) project.Recording().title = title;
     return project.SaveProject();
 }
 
@@ -124,9 +124,9 @@ void CheckAllClips(Project& project) {
 
 Text ProposedClipTitle(const Project& project) {
     const ClipList& clips = project.Clips();
-    const std::int32_t current = clips.CurrentIndex();
-    if (current < 0 || current >= clips.Count()) return project.Recording().name;
-    const ClipEntry& source = clips.At(current);
+    const std::int32_t edited = project.EditedClip();
+    if (edited < 0) return project.Recording().name;
+    const ClipEntry& source = clips.At(edited);
     int highest = 0;
     for (std::int32_t i = 0; i < clips.Count(); ++i) {
         const ClipEntry& clip = clips.At(i);
@@ -143,18 +143,19 @@ bool CopyToClipEditor(Project& project, const Text& title) {
         project.Readers().files.report.ShowError(u"Nothing selected");
         return false;
     }
-    const bool copies = clips.Current() != nullptr;
-    ClipEntry clip = copies ? *clips.Current() : ClipOf(recording);
+    const std::int32_t edited = project.EditedClip();
+    ClipEntry clip = edited >= 0 ? clips.At(edited) : ClipOf(recording);
     clip.begin = recording.selectionStart;
     clip.end = recording.selectionEnd;
     clip.title = title;
     clip.place = 0;
     project.CheckClip(clip);
     const Text folder = clip.folder;
-    (void)clips.SetCurrent(clips.InsertAfterCurrent(std::move(clip)));
+    (void)clips.SetCurrent(edited >= 0 ? clips.InsertAfterCurrent(std::move(clip))
+                                       : clips.Append(std::move(clip)));
     project.Recording().title = title;
     const bool saved = project.SaveProject();
-    if (!copies) WarnOfForeignFolder(project, folder);
+    if (edited < 0) WarnOfForeignFolder(project, folder);
     return saved;
 }
 

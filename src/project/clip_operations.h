@@ -31,13 +31,13 @@ namespace orma {
 /// Reads length, time and texts of every clip anew.
 void CheckAllClips(Project& project);
 
-/// What "copy to the clip editor" proposes: the recording's name, or with a current clip that
+/// What "copy to the clip editor" proposes: the recording's name, or where a clip is edited that
 /// clip's name and a number above all that titles of clips of the same recording have, "name-1".
 [[nodiscard]] Text ProposedClipTitle(const Project& project);
 
-/// Makes a clip of the selection under the confirmed title: without a current clip one of the
-/// current recording, else a copy of the current clip behind it. The new one becomes current.
-/// Refused with "Nothing selected" when the selection is empty and not at 0.
+/// Makes a clip of the selection under the confirmed title: where no clip is edited one of the
+/// current recording, at the end, else a copy of the edited clip behind it. The new one becomes
+/// current. Refused with "Nothing selected" when the selection is empty and not at 0.
 [[nodiscard]] bool CopyToClipEditor(Project& project, const Text& title);
 
 }  // namespace orma

@@ -17,10 +17,9 @@ RemovedRange* CurrentCut(CurrentRecording& recording) {
 
 bool AddCutAndMoveCursor(Project& project, const RemovedRange& range, std::uint32_t cursor) {
     CurrentRecording& recording = project.Recording();
-    if (!AddCut(project.Readers().files, recording, range.begin, range.end)) return false;
+    if (!AddCut(project, range.begin, range.end)) return false;
     recording.currentCut = -1;
     recording.cursor = cursor;
-    RefreshClipLength(project);
     return true;
 }
 
@@ -51,8 +50,9 @@ std::size_t FindCut(const LevelSheet& sheet, std::uint32_t position) {
     return static_cast<std::size_t>(std::ranges::find_if(sheet.cuts, holds) - sheet.cuts.begin());
 }
 
-std::optional<std::size_t> AddCut(FileServices services, CurrentRecording& recording,
-                                  std::uint32_t begin, std::uint32_t end) {
+std::optional<std::size_t> AddCut(Project& project, std::uint32_t begin, std::uint32_t end) {
+    const FileServices services = project.Readers().files;
+    CurrentRecording& recording = project.Recording();
     std::vector<RemovedRange>& cuts = recording.sheet.cuts;
     if (cuts.size() >= LevelSheet::kMaxCuts) {
         services.report.ShowError(u"There is no room for more cuts.");
@@ -71,6 +71,7 @@ std::optional<std::size_t> AddCut(FileServices services, CurrentRecording& recor
     const bool edge =
         undo.kind == UndoRecord::kCutBeginChanged || undo.kind == UndoRecord::kCutEndChanged;
     if (edge && undo.index >= index) ++undo.index;
+    RefreshClipLength(project);
     return index;
 }
 

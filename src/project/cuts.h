@@ -17,9 +17,9 @@ class Project;
 [[nodiscard]] std::size_t FindCut(const LevelSheet& sheet, std::uint32_t position);
 
 /// Inserts a cut before the first one whose begin is greater than the new cut's end, and returns
-/// its index; nothing when there is no room for more cuts.
-[[nodiscard]] std::optional<std::size_t> AddCut(FileServices services, CurrentRecording& recording,
-                                                std::uint32_t begin, std::uint32_t end);
+/// its index; nothing when there is no room for more cuts. The current clip's length follows.
+[[nodiscard]] std::optional<std::size_t> AddCut(Project& project, std::uint32_t begin,
+                                                std::uint32_t end);
 
 /// Deletes a cut, which can be undone; none is current then. The current clip's length follows.
 /// False outside the list.

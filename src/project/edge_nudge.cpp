@@ -1,6 +1,7 @@
 #include "project/edge_nudge.h"
 
 #include "project/cuts.h"
+#include "project/selection.h"
 
 namespace orma {
 namespace {
@@ -17,14 +18,15 @@ bool IsOfCut(const EdgeMove& move) {
 }
 
 bool StoreSelection(Project& project) {
-    ClipEntry* const clip = project.Clips().Current();
-    if (clip == nullptr) return true;
-    const PeriodRange before{clip->begin, clip->end};
-    clip->begin = project.Recording().selectionStart;
-    clip->end = project.Recording().selectionEnd;
-    if (project.SaveProject()) return true;
-    clip->begin = before.begin;
-    clip->end = before.end;
+    const std::int32_t edited = project.EditedClip();
+    if (edited < 0) return true;
+    ClipEntry& clip = project.Clips().At(edited);
+    const PeriodRange before{clip.begin, clip.end};
+    clip.begin = project.Recording().selectionStart;
+    clip.end = project.Recording().selectionEnd;
+    if (project.SaveProjectFile()) return true;
+    clip.begin = before.begin;
+    clip.end = before.end;
     return false;
 }
 
@@ -69,8 +71,7 @@ bool MoveEdge(Project& project, const EdgeMove& move) {
         return false;
     }
     recording.cursor = move.to;
-    if (ClipEntry* const clip = project.Clips().Current(); clip != nullptr)
-        project.CheckClip(*clip);
+    RefreshClipLength(project);
     return true;
 }
 

@@ -28,9 +28,9 @@ struct EdgeMove {
                                                     bool forward);
 
 /// Moves an edge, and the cursor with it. A cut is stored in the level file, and its move can be
-/// undone unless it was empty; a selection in the
-/// current clip and the project file; the clip's length follows. False (reported) when it cannot be
-/// stored; then nothing has moved. UI thread.
+/// undone unless it was empty; a selection in the clip that is edited and the project file; the
+/// clip's length follows. False (reported) when it cannot be stored; then nothing has moved. UI
+/// thread.
 [[nodiscard]] bool MoveEdge(Project& project, const EdgeMove& move);
 
 }  // namespace orma

@@ -5,8 +5,7 @@
 
 namespace orma {
 
-std::vector<ClipEntry> WithMissingClips(const ClipList& shown,
-                                        const std::vector<ClipEntry>& missing) {
+StoredClips WithMissingClips(const ClipList& shown, const std::vector<ClipEntry>& missing) {
     // Places of the loaded clips that are left, with the index where each stands now.
     std::vector<std::pair<std::uint32_t, std::int32_t>> anchors;
     for (std::int32_t i = 0; i < shown.Count(); ++i) {
@@ -23,12 +22,16 @@ std::vector<ClipEntry> WithMissingClips(const ClipList& shown,
         followers[static_cast<std::size_t>(slot)].push_back(&clip);
     }
 
-    std::vector<ClipEntry> all;
-    all.reserve(static_cast<std::size_t>(shown.Count()) + missing.size());
+    StoredClips all;
+    all.clips.reserve(static_cast<std::size_t>(shown.Count()) + missing.size());
     for (std::int32_t slot = 0; slot <= shown.Count(); ++slot) {
-        if (slot > 0) all.push_back(shown.At(slot - 1));
+        if (slot > 0) {
+            if (slot - 1 == shown.CurrentIndex())
+                all.current = static_cast<std::int32_t>(all.clips.size());
+            all.clips.push_back(shown.At(slot - 1));
+        }
         for (const ClipEntry* clip : followers[static_cast<std::size_t>(slot)])
-            all.push_back(*clip);
+            all.clips.push_back(*clip);
     }
     return all;
 }

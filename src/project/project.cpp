@@ -6,6 +6,7 @@
 
 #include "project/clip_texts.h"
 #include "project/recording_access.h"
+#include "project/same_path.h"
 #include "project/silent_boxes.h"
 #include "project/whole_file.h"
 
@@ -142,6 +143,13 @@ bool Project::SelectClip(std::int32_t index) {
                   [](const RemovedRange& cut) { return cut.begin == cut.end; });
     s_.recording = std::move(*recording);
     return s_.clips.SetCurrent(index);
+}
+
+std::int32_t Project::EditedClip() const {
+    const std::int32_t current = s_.clips.CurrentIndex();
+    const bool edited = current >= 0 && current < s_.clips.Count() && s_.recording.length > 0 &&
+                        SamePath(ClipAudioPath(s_.clips.At(current)), s_.recording.audioPath);
+    return edited ? current : -1;
 }
 
 bool Project::OpenRecording(const Text& audioPath) {

@@ -103,6 +103,9 @@ class Project : public TakeKeeper {
     /// was the level file that failed.
     bool SaveProject();
 
+    /// The same without a look at the level file: on failure the previous project file stands.
+    [[nodiscard]] bool SaveProjectFile();
+
     /// Brings back the takes of this project whose recording was interrupted (told by their
     /// journals): repairs them, writes the level file, measured from the sound, with the marks set
     /// while recording, appends a clip unless one refers to them, and saves the project. A journal
@@ -132,6 +135,10 @@ class Project : public TakeKeeper {
     /// Makes a recording file the current one; no clip is current then. False when it cannot be
     /// read (reported); nothing changes then.
     bool OpenRecording(const Text& audioPath);
+
+    /// The index of the current clip where its recording is the current one, so that editing the
+    /// one edits the other; else -1: none is current, or its recording could not be opened.
+    [[nodiscard]] std::int32_t EditedClip() const;
 
     /// Empties the current recording: no levels, nothing to play. Its paths stay.
     void ClearRecording();
@@ -204,6 +211,7 @@ class Project : public TakeKeeper {
     void LeaveRefusedPath();
     void Adopt(ProjectRecord record);
     void AdoptClips(std::vector<ClipEntry> stored);
+    [[nodiscard]] std::int32_t ShownIndex(std::int32_t stored) const;
     [[nodiscard]] ProjectRecord RecordToSave() const;
     [[nodiscard]] bool StoreMissingLevels();
     [[nodiscard]] bool MakeRoomFor(const ProjectRecord& record);

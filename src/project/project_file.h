@@ -28,7 +28,7 @@ struct ProjectRecord {
     std::uint32_t stream1 = 0;
     std::array<double, 3> stream2to4{};
     std::uint32_t stream5 = 0;
-    std::int32_t currentClip = -1;
+    std::int32_t currentClip = -1;  // counted in `clips`
 };
 
 enum class ProjectReadResult {

@@ -82,8 +82,7 @@ void Project::Adopt(ProjectRecord record) {
 
     AdoptClips(std::exchange(record.clips, {}));
     data_ = std::move(record);
-    const std::int32_t current = data_.currentClip >= s_.clips.Count() ? 0 : data_.currentClip;
-    if (!SelectClip(current)) OpenNumberedRecording();
+    if (!SelectClip(ShownIndex(data_.currentClip))) OpenNumberedRecording();
 }
 
 void Project::AdoptClips(std::vector<ClipEntry> stored) {
@@ -104,6 +103,16 @@ void Project::AdoptClips(std::vector<ClipEntry> stored) {
     }
 }
 
+/// Where a clip of the loaded file stands among those that are shown. The first one stands for a
+/// clip that is missing or was never there.
+std::int32_t Project::ShownIndex(std::int32_t stored) const {
+    if (stored < 0) return -1;
+    const auto place = static_cast<std::uint32_t>(stored) + 1;
+    for (std::int32_t i = 0; i < s_.clips.Count(); ++i)
+        if (s_.clips.At(i).place == place) return i;
+    return 0;
+}
+
 ProjectRecord Project::RecordToSave() const {
     const AudioState& audio = Audio();
     ProjectRecord record = data_;
@@ -114,20 +123,26 @@ ProjectRecord Project::RecordToSave() const {
     if (options_.liveFtpAllowed)
         record.flags = (record.flags & ~kLiveFtpFlag) | (liveFtp_ ? kLiveFtpFlag : 0U);
     record.recordingIndex = recordingIndex_;
-    record.clips = WithMissingClips(s_.clips, missing_);
+    StoredClips stored = WithMissingClips(s_.clips, missing_);
+    record.clips = std::move(stored.clips);
     record.audioLayout = audio.resolutionShift;
-    record.currentClip = s_.clips.CurrentIndex();
+    // While all are missing the one that was current stays so.
+    if (!s_.clips.Empty()) record.currentClip = stored.current;
     return record;
 }
 
 bool Project::SaveProject() {
+    const bool levelsStored = StoreMissingLevels();
+    return SaveProjectFile() && levelsStored;
+}
+
+bool Project::SaveProjectFile() {
     const ProjectRecord record = RecordToSave();
     if (record.clips.empty()) return !attached_ || RemoveProjectFile();
-    const bool levelsStored = StoreMissingLevels();
     if (!MakeRoomFor(record) || !WriteProjectFile(Files(), ProjectFilePath(), record)) return false;
     attached_ = true;
     before_.reset();
-    return levelsStored;
+    return true;
 }
 
 /// A level file that could not be written at the end of its take gets another chance: until the

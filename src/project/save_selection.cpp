@@ -164,10 +164,9 @@ class SelectionSave {
             const auto now = ReadRecording(project_.Readers(), path);
             if (!now || now->length != end_ - begin_) return false;
         }
-        ClipList& clips = project_.Clips();
         const bool kept = !ClipsFollow() || project_.SaveProject();
-        const bool open = clips.Current() != nullptr ? project_.SelectClip(clips.CurrentIndex())
-                                                     : project_.OpenRecording(path);
+        const std::int32_t edited = project_.EditedClip();
+        const bool open = edited >= 0 ? project_.SelectClip(edited) : project_.OpenRecording(path);
         return kept && open;
     }
 

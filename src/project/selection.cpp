@@ -9,10 +9,11 @@ namespace orma {
 namespace {
 
 bool TakeOverSelection(Project& project) {
-    ClipEntry* clip = project.Clips().Current();
-    if (clip == nullptr) return true;
-    clip->begin = project.Recording().selectionStart;
-    clip->end = project.Recording().selectionEnd;
+    const std::int32_t edited = project.EditedClip();
+    if (edited < 0) return true;
+    ClipEntry& clip = project.Clips().At(edited);
+    clip.begin = project.Recording().selectionStart;
+    clip.end = project.Recording().selectionEnd;
     const bool saved = project.SaveProject();
     RefreshClipLength(project);
     return saved;

@@ -14,8 +14,8 @@ namespace orma {
 void RefreshClipLength(Project& project);
 
 /// Moves the begin of the selection to the cursor; behind its end, the end becomes the recording's.
-/// A current clip takes on the new bounds and the project is saved; no sound file changes. False
-/// when it could not be saved (reported); the selection stays all the same. UI thread.
+/// The clip that is edited takes on the new bounds and the project is saved; no sound file changes.
+/// False when it could not be saved (reported); the selection stays all the same. UI thread.
 [[nodiscard]] bool CropBegin(Project& project);
 
 /// Moves the end of the selection to the cursor; before its begin, the begin becomes 0. Otherwise

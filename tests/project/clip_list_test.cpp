@@ -93,7 +93,7 @@ TEST(MissingClips, KeepTheirPlaceBetweenTheirNeighbours) {
                                             Named(u"P", 6)};
     const auto merged = [&] {
         Text names;
-        for (const ClipEntry& clip : WithMissingClips(clips, missing))
+        for (const ClipEntry& clip : WithMissingClips(clips, missing).clips)
             names += clip.name;
         return names;
     };

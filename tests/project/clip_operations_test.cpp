@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "project/project_menu.h"
+#include "project/selection.h"
 #include "project_rig.h"
 
 namespace orma {
@@ -85,6 +86,24 @@ TEST_F(ClipOperations, CopiesOfTheSelectionAreNumberedAndStandBehindTheirSource)
     EXPECT_TRUE(copy(0, 0));  // nothing is selected: all of it
     EXPECT_EQ(clips.CurrentIndex(), 4);
     EXPECT_EQ(clips.At(4).length, 60U);
+}
+
+TEST_F(ClipOperations, AClipOfAnotherRecordingThanTheOneShownIsNotEdited) {
+    clips.At(0).begin = 3;
+    clips.At(0).end = 9;
+    // As after the removal of a clip whose follower cannot be opened.
+    ASSERT_TRUE(clips.SetCurrent(0));
+    ASSERT_EQ(rig.recording.name, u"talk01");
+    EXPECT_EQ(ProposedClipTitle(project), u"talk01");
+    rig.recording.cursor = 20;
+    EXPECT_TRUE(CropBegin(project));
+    EXPECT_EQ(clips.At(0).begin, 3U);
+    EXPECT_EQ(clips.At(0).end, 9U);
+    rig.recording.selectionEnd = 50;
+    EXPECT_TRUE(CopyToClipEditor(project, u"Harbour"));
+    EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01", u"talk01"}));
+    EXPECT_EQ(clips.CurrentIndex(), 2);
+    EXPECT_EQ(clips.At(2).length, 30U);
 }
 
 TEST_F(ClipOperations, TheMenuRefusesWhileBusyAndLeavesProjectsSaved) {

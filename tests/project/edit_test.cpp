@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include "audio/files/level_tables.h"
 #include "audio/files/vu_file.h"
+#include "edit_rig.h"
 #include "project/cut_buttons.h"
 #include "project/cuts.h"
+#include "project/edge_nudge.h"
 #include "project/marks.h"
 #include "project/selection.h"
 #include "project/undo.h"
@@ -23,7 +26,7 @@ struct EditTest : testing::Test {
     [[nodiscard]] std::uint32_t ClipLength() { return rig.clips.At(0).length; }
 
     void SetCut(std::uint32_t begin, std::uint32_t end) {
-        const auto index = AddCut(files, recording, begin, end);
+        const auto index = AddCut(project, begin, end);
         ASSERT_TRUE(index);
         recording.currentCut = static_cast<std::int32_t>(*index);
     }
@@ -64,8 +67,8 @@ TEST_F(EditTest, WhatCannotBeKeptIsRefusedWithAReason) {
     EXPECT_TRUE(InsertMark(files, recording, 4));
     EXPECT_FALSE(UndoEdit(project));  // no room for the deleted one
     for (std::uint32_t i = 0; i < 100; ++i)
-        ASSERT_TRUE(AddCut(files, recording, i, i));
-    EXPECT_FALSE(AddCut(files, recording, 1, 2));
+        ASSERT_TRUE(AddCut(project, i, i));
+    EXPECT_FALSE(AddCut(project, 1, 2));
     EXPECT_EQ(recording.sheet.cuts.size(), 100U);
     EXPECT_EQ(rig.files.boxes.Texts(), (std::vector<Text>{u"There is no room for more marks.",
                                                           u"There is no room for more marks.",
@@ -117,7 +120,8 @@ TEST_F(EditTest, AnEdgeMovesToTheCursorAndBack) {
     EXPECT_TRUE(CutBegin(project, true));
     EXPECT_EQ(StoredCuts(), (Cuts{{30, 60, 0}}));
     EXPECT_EQ(ClipLength(), 70U);
-    ASSERT_TRUE(AddCut(files, recording, 1, 2));  // the moved cut is the second one now
+    ASSERT_TRUE(AddCut(project, 1, 2));  // the moved cut is the second one now
+    EXPECT_EQ(ClipLength(), 69U);
     EXPECT_EQ(recording.currentCut, 1);
     EXPECT_TRUE(UndoEdit(project));
     EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {20, 60, 0}}));
@@ -167,6 +171,39 @@ TEST_F(EditTest, CropMovesTheSelectionAndTheClipsBoundsButNoSound) {
     EXPECT_TRUE(CropEnd(project));
     EXPECT_EQ(PlayingLength(recording), 80U);
     EXPECT_EQ(rig.clips.At(0).end, 10U);
+}
+
+TEST_F(EditTest, ANudgedSelectionIsTheSameInMemoryAndInTheFileWhateverFails) {
+    ASSERT_TRUE(project.SelectClip(0));
+    recording.cursor = 50;
+    ASSERT_TRUE(CropEnd(project));
+    const auto nudge = [&](bool stored) {
+        const auto move = NudgeAtCursor(recording, true);
+        EXPECT_EQ(move && MoveEdge(project, *move), stored);
+        ProjectRecord file;
+        EXPECT_EQ(ReadProjectFile(files, project.ProjectFilePath(), file), ProjectReadResult::kOk);
+        EXPECT_EQ(file.clips[0].end, rig.clips.At(0).end);
+        return file.clips[0].end;
+    };
+    // A level file that is still to be written does not belong to the step.
+    ASSERT_EQ(rig.files.storage.Delete(recording.levelPath), 0U);
+    ASSERT_EQ(rig.files.storage.CreateFolder(recording.levelPath + u".tmp"), 0U);
+    EXPECT_EQ(nudge(true), 51U);
+    ASSERT_EQ(rig.files.storage.CreateFolder(project.ProjectFilePath() + u".tmp"), 0U);
+    EXPECT_EQ(nudge(false), 51U);
+    EXPECT_EQ(recording.selectionEnd, 51U);
+    EXPECT_EQ(recording.cursor, 51U);
+}
+
+TEST_F(EditTest, RebuiltLevelsOf24BitSoundAreThoseThatTheRecorderReckons) {
+    Bytes sound(3 * 2205 * 2);
+    for (std::size_t at = 0; at < sound.size(); at += 3)
+        sound[at + 2] = at % 2 == 0 ? 0x90 : 0x10;  // upper halves -28672 and 4096
+    std::fill_n(sound.begin(), 3 * 2205, std::uint8_t{0x90});
+    test::WriteFileBytes(rig.Path(u"digital.wav"), test::TakeFile({.bits = 24}, sound));
+    ASSERT_TRUE(project.OpenRecording(rig.Path(u"digital.wav")));
+    ASSERT_TRUE(EnsureLevels(project));
+    EXPECT_EQ(recording.sheet.levels, (std::vector{LevelOfPeak(0), LevelOfPeak(4096)}));
 }
 
 TEST(CutButtons, ShowWhereTheCursorStands) {

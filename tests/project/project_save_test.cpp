@@ -35,7 +35,7 @@ TEST_F(ProjectSave, CarriesEverythingThroughLoadAndSave) {
     record.stream1 = 5;
     record.stream2to4 = {0.1, 0.2, 0.3};
     record.stream5 = 6;
-    record.currentClip = 1;
+    record.currentClip = 2;  // as the file counts, which knows of the missing one
     for (const auto* name : {u"talk00", u"gone", u"talk01"}) {
         ClipEntry& clip = record.clips.emplace_back();
         clip.name = name;
@@ -55,6 +55,15 @@ TEST_F(ProjectSave, CarriesEverythingThroughLoadAndSave) {
     // The WAV files are mono; loading them must not touch the project's own parameters.
     EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), file);
     EXPECT_FALSE(rig.Exists(u"talk.opr.bak"));
+    EXPECT_EQ(rig.clips.CurrentIndex(), 1);
+    EXPECT_EQ(rig.recording.name, u"talk01");
+    // The whole card is away for a day.
+    for (const auto* name : {u"talk00.wav", u"talk01.wav"})
+        ASSERT_EQ(rig.files.storage.Rename(rig.Path(name), rig.Path(Text(u"away") + name)), 0U);
+    ASSERT_TRUE(project.LoadProject());
+    EXPECT_EQ(rig.clips.CurrentIndex(), -1);
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), file);
 }
 
 TEST_F(ProjectSave, RemembersClipsOfMissingRecordingsUntilTheyAreBack) {
