@@ -6,22 +6,10 @@
 #include "support/fake_clock.h"
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
+#include "support/quiet_ports.h"
 #include "support/test_files.h"
 
 namespace orma::test {
-
-class SilentHeadset : public HeadsetProbe {
-  public:
-    [[nodiscard]] int State(bool) override { return -1; }
-};
-
-class NoProgress : public PublishProgress {
-  public:
-    void SetText(const Text&) override {}
-    void SetRange(std::uint32_t) override {}
-    void Step(std::uint32_t) override {}
-    [[nodiscard]] bool IsCancelled() override { return false; }
-};
 
 /// The application on real files and a scripted microphone; a test may build it more than once, as
 /// starting again does.
@@ -69,7 +57,7 @@ class Desk : public TransportListener {
     FakeClock clock;
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
-    SilentHeadset headset;
+    NoHeadset headset;
     NoProgress progress;
 };
 

@@ -8,6 +8,7 @@
 #include "publish/publish_job.h"
 #include "publish/verify.h"
 #include "support/fake_clock.h"
+#include "support/quiet_ports.h"
 
 namespace orma::test {
 
@@ -17,14 +18,6 @@ namespace orma::test {
 const MemoryBudget kMemoryBudget{.fixedBytes = 512 * 1024, .bytesPerInputByte = 4096};
 
 namespace {
-
-class NoProgress : public PublishProgress {
-  public:
-    void SetText(const Text&) override {}
-    void SetRange(std::uint32_t) override {}
-    void Step(std::uint32_t) override {}
-    [[nodiscard]] bool IsCancelled() override { return false; }
-};
 
 /// Silence of so many buffer periods at 32 kbit/s: frames without any subband.
 Bytes Silence(std::size_t periods, unsigned shift) {

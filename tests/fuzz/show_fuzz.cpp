@@ -7,6 +7,7 @@
 #include "support/fake_clock.h"
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
+#include "support/quiet_ports.h"
 
 namespace orma::test {
 
@@ -16,19 +17,6 @@ namespace orma::test {
 const MemoryBudget kMemoryBudget{.fixedBytes = 256 * 1024, .bytesPerInputByte = 256};
 
 namespace {
-
-class NoHeadset : public HeadsetProbe {
-  public:
-    [[nodiscard]] int State(bool) override { return -1; }
-};
-
-class NoProgress : public PublishProgress {
-  public:
-    void SetText(const Text&) override {}
-    void SetRange(std::uint32_t) override {}
-    void Step(std::uint32_t) override {}
-    [[nodiscard]] bool IsCancelled() override { return false; }
-};
 
 class NoScreen : public TransportListener {};
 
