@@ -109,15 +109,16 @@ class Project : public TakeKeeper {
     /// Brings back the takes of this project whose recording was interrupted (told by their
     /// journals): repairs them, writes the level file, measured from the sound, with the marks set
     /// while recording, appends a clip unless one refers to them, and saves the project. A journal
-    /// goes once all that stands on the medium. Takes without any sound are removed. Where the
-    /// project has no file, it takes on the takes' format.
+    /// goes once all that stands on the medium. Takes without any sound are removed; one with less
+    /// than a reader takes for a recording stays as a file without a clip. Where the project has no
+    /// file, it takes on the takes' format.
     void RecoverTakes();
 
     /// The takes that became clips by the last RecoverTakes.
     [[nodiscard]] const std::vector<RecoveredTake>& Recovered() const { return recovered_; }
 
     /// The interrupted takes that it could not bring back, or not whole, by name: those that are
-    /// being recorded, and those that the medium refuses.
+    /// being recorded, those that the medium refuses, and those that are too short to be played.
     [[nodiscard]] const std::vector<Text>& LeftAlone() const { return leftAlone_; }
 
     /// Appends a clip for each recording 00 to 99 of the project that none refers to, and saves.
@@ -219,6 +220,7 @@ class Project : public TakeKeeper {
 
     void AdoptFormatOf(const Text& audioPath);
     [[nodiscard]] bool RestoreTake(const Text& audioPath, const TakeJournalContent& journal);
+    [[nodiscard]] bool IsTooShort(const Text& audioPath) const;
     void SettleJournal(const Text& audioPath);
     [[nodiscard]] RecoveredTake AppendRecording(const Text& name);
 

@@ -10,6 +10,7 @@
 #include "base/trace.h"
 #include "project/keep_aside.h"
 #include "project/project.h"
+#include "project/take_layout.h"
 
 namespace orma {
 namespace {
@@ -134,6 +135,26 @@ bool Project::RestoreTake(const Text& audioPath, const TakeJournalContent& journ
            (Disk().Exists(levelPath) || RebuildLevels(audioPath, journal.marks));
 }
 
+/// True when a take is there whose sound is less than a reader takes for a recording. It can be no
+/// clip, but it was recorded: its file stays.
+bool Project::IsTooShort(const Text& audioPath) const {
+    std::unique_ptr<StorageFile> file;
+    std::uint64_t size = 0;
+    if (Disk().Open(audioPath, OpenMode{}, file) != 0 || file->Size(size) != 0) return false;
+    AudioState scratch = Audio();
+    TakeLayout layout;
+    layout.mp2 = SplitPath(audioPath).extension == u".mp2";
+    WavHeader header;
+    if (layout.mp2) {
+        if (!AdoptMp2Bitrate(Files(), audioPath, scratch, Files().report)) return false;
+        layout.format.bytesPerPeriod = scratch.bitrate.BytesPerPeriod(scratch.resolutionShift);
+    } else if (WavHeader::Decode(Beginning(Disk(), audioPath, WavHeader::kBytes), header)) {
+        layout.format.bytesPerPeriod = header.byteRate / scratch.PeriodsPerSecond();
+        size -= WavHeader::kBytes;
+    }
+    return layout.format.bytesPerPeriod > 0 && !layout.IsReadable(size);
+}
+
 /// Lets go of the journal of a take that stands in the project. Sound in it that cannot be joined
 /// to the take any more stays beside it under another name.
 void Project::SettleJournal(const Text& audioPath) {
@@ -170,10 +191,9 @@ void Project::RecoverTakes() {
             recovered_.push_back(std::move(take));
             hasClip = true;
         }
-        if (whole && (hasClip || !Disk().Exists(audioPath)))
-            settled.push_back(audioPath);
-        else
-            leftAlone_.push_back(name);
+        const bool restored = whole && (hasClip || !Disk().Exists(audioPath));
+        if (!restored) leftAlone_.push_back(name);
+        if (restored || (!hasClip && IsTooShort(audioPath))) settled.push_back(audioPath);
     }
     if (!recovered_.empty()) {
         if (!SaveProject()) return;  // reported; the journals stay for the next start

@@ -140,6 +140,22 @@ TEST_P(RecoveryTest, ATakeWithoutAnySoundLeavesNothing) {
     EXPECT_FALSE(LeftBehind(u"talk.opr"));
 }
 
+TEST_P(RecoveryTest, ATakeOfOnePeriodIsKeptAndLookedAtOnce) {
+    desk_.Begin(*app_, 1);
+    auto app = StartAfterKill();
+    // No reader takes so little MP2 for a recording.
+    const bool playable = !GetParam().mp2;
+    EXPECT_EQ(app->clips.Count(), playable ? 1 : 0);
+    EXPECT_THAT(app->project.LeftAlone(), SizeIs(playable ? 0 : 1));
+    EXPECT_FALSE(LeftBehind(u"talk00.rec"));
+    EXPECT_GE(After(Sound(u"talk00")).size(), playable ? 4454U : 192U);
+    app.reset();
+    app = after_->Start();
+    EXPECT_TRUE(OpenOrCreateProject(*app, after_->files.folder.Path(u"talk.opr")));
+    EXPECT_THAT(app->project.LeftAlone(), IsEmpty());
+    EXPECT_FALSE(After(Sound(u"talk00")).empty());
+}
+
 TEST_P(RecoveryTest, ATakeThatAnotherProgramRecordsIsLeftToIt) {
     desk_.Begin(*app_, 50);
     auto second = desk_.Start();
