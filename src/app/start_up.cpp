@@ -10,23 +10,9 @@ constexpr std::uint32_t kReopenCurrent = 1;
 constexpr std::uint32_t kNewNumbered = 2;
 constexpr std::uint32_t kReopenLast = 3;
 
-/// Takes and publications lie beside the project.
-void FollowProject(Application& app) {
-    app.writerContext.recordingFolder = app.project.Folder();
-    app.writerContext.projectName = app.project.Name();
-}
-
-/// Brings back what an interruption left of this project, and says so.
 void Recover(Application& app) {
     app.project.RecoverTakes();
-    const std::vector<RecoveredTake>& takes = app.project.Recovered();
-    if (takes.empty()) return;
-    Text text = u"Recovered after an interruption:";
-    for (const RecoveredTake& take : takes) {
-        const std::uint32_t seconds = take.periods / app.audio.PeriodsPerSecond();
-        text += u"\n" + take.name + FormatText("  %02u:%02u", seconds / 60, seconds % 60);
-    }
-    app.report.Boxes().Show({.text = text, .title = u"Recovery", .icon = BoxIcon::kInformation});
+    TellRecovered(app);
 }
 
 bool LoadAt(Application& app, const Text& folder, const Text& name) {
@@ -74,6 +60,22 @@ bool ReopenAt(Application& app, const Text& folder, const Text& name) {
 }
 
 }  // namespace
+
+void FollowProject(Application& app) {
+    app.writerContext.recordingFolder = app.project.Folder();
+    app.writerContext.projectName = app.project.Name();
+}
+
+void TellRecovered(Application& app) {
+    const std::vector<RecoveredTake>& takes = app.project.Recovered();
+    if (takes.empty()) return;
+    Text text = u"Recovered after an interruption:";
+    for (const RecoveredTake& take : takes) {
+        const std::uint32_t seconds = take.periods / app.audio.PeriodsPerSecond();
+        text += u"\n" + take.name + FormatText("  %02u:%02u", seconds / 60, seconds % 60);
+    }
+    app.report.Boxes().Show({.text = text, .title = u"Recovery", .icon = BoxIcon::kInformation});
+}
 
 void LoadSettings(Application& app) {
     // Missing files are the normal first start; the record then keeps its defaults.

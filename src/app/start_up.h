@@ -13,6 +13,12 @@ void LoadSettings(Application& app);
 /// opened. False when a project file was there and was refused (reported).
 bool OpenProjectAtStart(Application& app, const Text& commandLinePath);
 
+/// The project is another one, or has another path: takes and publications lie beside it.
+void FollowProject(Application& app);
+
+/// Names the takes that the project recovered last in a box, if there were any.
+void TellRecovered(Application& app);
+
 /// Whichever way a project becomes current, takes of it that were interrupted are recovered first,
 /// and a box names them.
 

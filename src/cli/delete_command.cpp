@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "app/application_menu.h"
 #include "app/start_up.h"
 #include "audio/files/take_repair.h"
 #include "cli/commands.h"
@@ -9,7 +10,6 @@
 #include "cli/open_take.h"
 #include "cli/output.h"
 #include "cli/project_path.h"
-#include "project/project_menu.h"
 
 namespace orma::cli {
 namespace {
@@ -37,7 +37,7 @@ int Delete(const Globals& globals, const std::string& argument, bool yes) {
     if (yes) environment.Boxes().AnswerQuestionsWith(BoxAnswer::kOk);
     if (IsBusy(app.ports.storage, SplitPath(path)))
         throw std::runtime_error("it is being recorded: " + argument);
-    if (!MenuDelete(app.project, path, false)) {
+    if (!MenuDelete(app, path)) {
         if (!yes) std::fprintf(stderr, "orma: nothing was deleted; --yes says OK\n");
         return kFailed;
     }

@@ -2,12 +2,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include "app/application_menu.h"
 #include "app/start_up.h"
 #include "cli/commands.h"
 #include "cli/environment.h"
 #include "cli/open_take.h"
 #include "cli/position.h"
-#include "project/save_selection.h"
 
 namespace orma::cli {
 namespace {
@@ -36,7 +36,7 @@ int Save(const Globals& globals, const SaveOptions& options) {
             "outside the range): " +
             options.out);
     const std::uint32_t periods = app.recording.selectionEnd - app.recording.selectionStart;
-    if (!MenuSaveSelAs(app.project, out, false)) return kFailed;
+    if (!MenuSaveSelAs(app, out)) return kFailed;
     Print({{"saved", ToJson(out)},
            {"levels", ToJson(WithExtension(out, u".jvu"))},
            {"length", PositionText(periods, app.audio.PeriodsPerSecond())},

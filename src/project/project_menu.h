@@ -6,8 +6,7 @@ namespace orma {
 
 // The file menu behind its dialogs: `path` is what the user chose there. `busy`: recording or
 // playback is running; then nothing happens but an error box with the operation's name. What the
-// application keeps beside the project (where writers record, the player's place) follows
-// afterwards, there. UI thread.
+// application keeps beside the project follows in app/application_menu.h. UI thread.
 
 /// Saves the current project and sets up a new, empty one at `path`. A project file that lies there
 /// makes way: ours is kept as ".opr.bak" where it holds clips. False when busy, or that cannot be

@@ -77,7 +77,10 @@ class SelectionSave {
     bool Run() {
         if (!Prepare()) return false;
         if (!SamePath(path_, recording_.audioPath)) return SaveCopy();
-        if (begin_ == 0 && end_ == recording_.length) return true;
+        if (begin_ == 0 && end_ == recording_.length) {
+            recording_.cursor = 0;
+            return true;
+        }
         const bool inPlace = CutsInPlace();
         const std::uint64_t sound = inPlace ? layout_->CutSize(end_) - layout_->format.dataOffset
                                             : layout_->SoundBytes(begin_, end_);

@@ -15,7 +15,7 @@ namespace orma {
 /// the selection begins at 0 it is cut in place, else made anew, while the original waits under the
 /// extension ".wa2"; a selection of everything changes nothing. The clips of a rewritten recording
 /// keep what is left of their range, those of which nothing is left go, the project is saved, and
-/// the recording is opened anew.
+/// the recording is opened anew. In each case the cursor is at 0 then.
 ///
 /// A file that was there stays as it was when anything fails. A copy under a new name is kept when
 /// the source cannot be read to its end: zero bytes stand for what is missing.

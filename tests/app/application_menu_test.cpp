@@ -1,0 +1,55 @@
+#include "app/application_menu.h"
+
+#include <gtest/gtest.h>
+
+#include "app/desk.h"
+
+namespace orma::test {
+namespace {
+
+TEST(ApplicationMenu, TakesLieBesideTheProjectThatIsCurrentNow) {
+    Desk desk;
+    const TempFolder elsewhere;
+    const auto app = desk.Start();
+    ASSERT_TRUE(MenuNewProject(*app, elsewhere.Path(u"pier.opr")));
+    desk.Record(*app, 25);
+    EXPECT_TRUE(desk.files.storage.Exists(elsewhere.Path(u"pier00.wav")));
+    ASSERT_TRUE(MenuNewProject(*app, desk.files.folder.Path(u"city.opr")));
+    desk.Record(*app, 25);
+    ASSERT_TRUE(MenuOpen(*app, elsewhere.Path(u"pier.opr")));
+    WriteFileBytes(desk.files.folder.Path(u"bad.opr"), AsBytes("no project"));
+    EXPECT_FALSE(MenuOpen(*app, desk.files.folder.Path(u"bad.opr")));
+    desk.Begin(*app, 25);
+    EXPECT_TRUE(desk.files.storage.Exists(elsewhere.Path(u"pier01.wav")));
+    EXPECT_FALSE(MenuOpen(*app, desk.files.folder.Path(u"city.opr")));
+    EXPECT_FALSE(MenuNewProject(*app, desk.files.folder.Path(u"city.opr")));
+    EXPECT_EQ(desk.files.boxes.Texts(),
+              (std::vector<Text>{u"LoadProject Project Id", u"MenuOpen", u"MenuNewProject"}));
+    EXPECT_EQ(app->project.Name(), u"pier");
+}
+
+TEST(ApplicationMenu, ThePlayerGoesToTheStartOfWhatWasOpenedOrRewritten) {
+    Desk desk;
+    const auto app = desk.Start();
+    ASSERT_TRUE(MenuNewProject(*app, desk.files.folder.Path(u"city.opr")));
+    desk.Record(*app, 40);
+    const Text take = app->recording.audioPath;
+    const auto saveAs = [&](const Text& path, std::uint32_t begin, std::uint32_t end) {
+        app->transport.MoveTo(30);
+        app->recording.selectionStart = begin;
+        app->recording.selectionEnd = end;
+        EXPECT_TRUE(MenuSaveSelAs(*app, path));
+        EXPECT_EQ(app->recording.cursor, static_cast<std::uint32_t>(app->player.Position()));
+        return app->player.Position();
+    };
+    EXPECT_EQ(saveAs(desk.files.folder.Path(u"part.wav"), 5, 10), 30);
+    EXPECT_EQ(saveAs(take, 0, app->recording.length), 0);
+    EXPECT_EQ(saveAs(take, 1, app->recording.length), 0);
+    EXPECT_EQ(app->recording.length, 40U);
+    app->transport.MoveTo(30);
+    EXPECT_TRUE(MenuOpenClip(*app, desk.files.folder.Path(u"part.wav")));
+    EXPECT_EQ(app->player.Position(), 0);
+}
+
+}  // namespace
+}  // namespace orma::test
