@@ -100,6 +100,7 @@ def password_hash(password):
 
 
 class PureFtpd(FtpServer):
+    """The slowest to refuse a log-in: it waits for seconds."""
     tls_choices = (None, "explicit")
 
     def settings(self):
@@ -126,6 +127,8 @@ class Proftpd(FtpServer):
 
     def settings(self):
         self.program("usr/sbin/proftpd")
+        self.preload("libnss_wrapper.so")
+        self.pretend_users({"root": 0, "server": UID})  # it must be told a user by name
         self.write("passwd", f"{self.user}:{password_hash(self.password)}:{UID}:{GID}::"
                              f"{self.root}:/bin/sh\n").chmod(0o600)
         text = f"""
@@ -133,8 +136,8 @@ ServerName test
 ServerType standalone
 DefaultAddress {HOST}
 Port {self.port}
-User nobody
-Group nogroup
+User server
+Group server
 UseReverseDNS off
 UseIPv6 off
 WtmpLog off
@@ -154,8 +157,6 @@ TransferLog none
 ControlsSocket {self.home}/control
 </IfModule>
 """
-        if UID != 65534:  # it may only name the user that it is
-            text = text.replace("User nobody\nGroup nogroup\n", f"User #{UID}\nGroup #{GID}\n")
         if self.tls:
             self.program("usr/lib/proftpd/mod_tls.so")
             text = f"ModulePath {self.home}/bin\nLoadModule mod_tls.c\n" + text + f"""

@@ -31,13 +31,8 @@ class MailServer(Server):
         self.mailbox = self.home / "mail"
 
     def configure(self):
-        (self.mailbox).mkdir()
-        names = {"root": (0, 0), self.system_user: (UID, GID), "other": (65533, 65533)}
-        passwd = self.write("passwd", "".join(f"{n}:x:{u}:{g}::/:/bin/sh\n"
-                                              for n, (u, g) in names.items()))
-        group = self.write("group", "postdrop:x:65532:\n" +
-                           "".join(f"{n}:x:{g}:\n" for n, (_, g) in names.items()))
-        self.environment |= {"NSS_WRAPPER_PASSWD": str(passwd), "NSS_WRAPPER_GROUP": str(group)}
+        self.mailbox.mkdir()
+        self.pretend_users({"root": 0, self.system_user: UID, "other": 65533, "postdrop": 65532})
         if self.certificate:
             shutil.copy(self.certificate.certificate, self.home / "certificate.pem")
             shutil.copy(self.certificate.key, self.home / "key.pem")

@@ -105,6 +105,15 @@ class Server:
         self.environment["LD_PRELOAD"] = " ".join([*libraries, str(built)])
         self.environment["TEST_DISK_LIMIT"] = str(self.disk_limit)
 
+    def pretend_users(self, names):
+        """The users, with groups of the same names, that the server finds instead of the
+        machine's; wants libnss_wrapper.so among the preloaded libraries."""
+        def lines(form):
+            return "".join(form.format(n, i, GID if i == UID else i) for n, i in names.items())
+        self.environment |= {
+            "NSS_WRAPPER_PASSWD": str(self.write("names", lines("{0}:x:{1}:{2}::/:/bin/sh\n"))),
+            "NSS_WRAPPER_GROUP": str(self.write("groups", lines("{0}:x:{2}:\n")))}
+
     def write(self, name, text):
         path = self.home / name
         path.parent.mkdir(parents=True, exist_ok=True)

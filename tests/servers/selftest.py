@@ -6,12 +6,14 @@ The client here is Python's own; what fails here is not the product.
 
 import ftplib
 import random
+import shutil
 import smtplib
 import socket
 import ssl
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import traceback
 from concurrent.futures import ThreadPoolExecutor
@@ -19,7 +21,7 @@ from email.message import EmailMessage
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1]))
-from servers import certificates, ftp_servers, mail_servers, scenarios, scripted  # noqa: E402
+from servers import certificates, ftp_servers, mail_servers, proxies, scenarios, scripted  # noqa: E402
 from servers.ftp_servers import Account  # noqa: E402
 from servers.process import HOST  # noqa: E402
 
@@ -56,7 +58,11 @@ class Piece:
 
 def upload(account, offset=0):
     with connect(account) as ftp:
-        return ftp.storbinary(f"STOR {NAME}", Piece(offset), rest=offset or None)
+        try:
+            return ftp.storbinary(f"STOR {NAME}", Piece(offset), rest=offset or None)
+        except ConnectionError:
+            ftp.voidresp()  # why the data connection broke, where the server still tells
+            raise
 
 
 def upload_and_resume(account):
@@ -171,6 +177,51 @@ def mail_server(kind, certs):
             check(mail_servers.attachments(received) == [("take.wav", BYTES)], "the attachment")
 
 
+def proxies_between():
+    with ftp_servers.Pyftpdlib() as server, proxies.FtpProxy(server) as proxy:
+        with tempfile.NamedTemporaryFile() as source:
+            Path(source.name).write_bytes(BYTES)
+            proxy.when(1_000, lambda: (proxy.freeze(), threading.Timer(0.3, proxy.thaw).start()))
+            start = time.monotonic()
+            subprocess.run(["curl", "-sS", "-T", source.name, "-u",  # asks for EPSV
+                            f"{server.user}:{server.password}", f"ftp://{HOST}:{proxy.port}/{NAME}"],
+                           check=True)
+            check(time.monotonic() - start >= 0.3, "the stall")
+            check(proxy.uploaded == len(BYTES), "every byte goes through the proxy")
+        check((server.root / NAME).read_bytes() == BYTES, "the file through EPSV")
+    with scripted.ScriptedSmtp() as server, proxies.TcpProxy(server.port) as proxy:
+        proxy.when(10_000, proxy.drop_all)
+        try:
+            with smtplib.SMTP(HOST, proxy.port, timeout=5) as client:
+                client.send_message(message())
+            check(False, "a message of 2 MB passed a proxy that ends after 10 kB")
+        except (OSError, smtplib.SMTPException):
+            pass
+        proxy.check_fired()
+
+
+def end_with_the_test():
+    test = subprocess.Popen(
+        [sys.executable, "-c", "import sys; sys.path.insert(0, sys.argv[1])\n"
+         "from servers.ftp_servers import PureFtpd\n"
+         "with PureFtpd() as server: print(server.port, server.home, flush=True); input()",
+         Path(__file__).resolve().parents[1]], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+    port, home = test.stdout.readline().split()
+    socket.create_connection((HOST, int(port))).close()
+    test.kill()
+    test.communicate()
+    end = time.monotonic() + 5
+    while time.monotonic() < end:
+        try:
+            socket.create_connection((HOST, int(port))).close()
+            time.sleep(0.02)
+        except ConnectionRefusedError:
+            break
+    else:
+        check(False, "the server survived its test")
+    shutil.rmtree(home)
+
+
 def scripted_servers():
     with scripted.ScriptedFtp({"STOR": [b"150 go\r\n", b"451 no\r\n"]}) as server:
         account = Account(HOST, server.port, "any", "any", "/")
@@ -208,7 +259,8 @@ def main():
         steps += [(f"{k.__name__} TLS", ftp_with_tls, k, certs, folder)
                   for k in ftp_servers.FTP_SERVERS if k.tls_choices[1:]]
         steps += [(k.__name__, mail_server, k, certs) for k in mail_servers.MAIL_SERVERS]
-        steps.append(("scripted", scripted_servers))
+        steps += [("proxies", proxies_between), ("scripted", scripted_servers),
+                  ("end", end_with_the_test)]
         running = [(s[0], pool.submit(s[1], *s[2:])) for s in steps
                    if len(sys.argv) < 2 or s[0] in sys.argv[1:]]
         failed = 0
