@@ -133,7 +133,8 @@ class Server:
             self.process = subprocess.Popen(
                 [sys.executable, supervisor.__file__, str(self.limit), str(UID),
                  *map(str, self.command())],
-                stdin=subprocess.PIPE, start_new_session=True, stdout=output, stderr=output, cwd=self.home,
+                stdin=subprocess.PIPE, start_new_session=True, stdout=output, stderr=output,
+                cwd=self.home,
                 env={"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C", **self.environment})
         end = time.monotonic() + 15
         while not self.greets():

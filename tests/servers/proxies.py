@@ -87,6 +87,9 @@ class TcpProxy:
                     pass
 
     def _accept(self, listener, serve, once=False):
+        # A stalled network holds little: without this the kernel alone would take megabytes.
+        listener.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, 65536)
+
         def loop():
             while not self.ended:
                 try:

@@ -191,6 +191,7 @@ class ScriptedFtp(Scripted):
     def receive(listener, file, offset):
         connection, _ = listener.accept()
         del file[offset:]
+        file += bytes(offset - len(file))  # a resume behind the end leaves a hole, as on a disk
         with connection:
             try:
                 while piece := connection.recv(65536):
