@@ -19,6 +19,10 @@ struct WaveFormat {
     friend bool operator==(const WaveFormat&, const WaveFormat&) = default;
 };
 
+/// Whether a format is what the adapters take: consistent 16-bit sound in one or two channels, at
+/// 1000 to 192000 Hz.
+[[nodiscard]] bool IsSupported(const WaveFormat& format);
+
 /// One buffer on its way to or from a device. The memory belongs to the caller; between Add (or
 /// Write) and its return the device alone touches it.
 struct WaveHeader {
@@ -50,7 +54,7 @@ class WaveInEvents {
 };
 
 /// An open wave input, shaped after the multimedia API: prepare, add, start, stop, reset,
-/// unprepare, close (the destructor). Behind the queued buffers the adapter keeps a backlog of at
+/// unprepare, close. Behind the queued buffers the adapter keeps a backlog of at
 /// least 10 s, so that a stall of the UI thread loses no sample. UI thread; calls do not block
 /// longer than 2 s.
 class WaveInDevice {
@@ -76,6 +80,11 @@ class WaveInDevice {
 
     /// Sample frames lost since Start because even the backlog was full, or the driver said so.
     [[nodiscard]] virtual std::uint64_t LostFrames() const = 0;
+
+    /// Gives the device back, queued buffers with it: none of them comes back any more. Whatever
+    /// the result, only destruction may follow, which closes a device that is still open without
+    /// telling, or waiting for, how that ends.
+    [[nodiscard]] virtual WaveResult Close() = 0;
 };
 
 /// What an open output device tells its user. UI thread, never from within a device call.
@@ -91,9 +100,8 @@ class WaveOutEvents {
     virtual void OnWaveOutLost(WaveLoss reason) = 0;
 };
 
-/// An open wave output: prepare, write, pause, restart, reset, unprepare, close (the destructor).
-/// It plays what is written without a gap as long as a buffer waits. Closing cuts off what was not
-/// heard yet. UI thread; calls do not block longer than 2 s.
+/// An open wave output: prepare, write, pause, restart, reset, unprepare, close. It plays what is
+/// written without a gap as long as a buffer waits. UI thread; calls do not block longer than 2 s.
 class WaveOutDevice {
   public:
     virtual ~WaveOutDevice() = default;
@@ -111,6 +119,9 @@ class WaveOutDevice {
 
     /// Stops at once, ends a pause, and returns every queued buffer through OnWaveOutDone.
     [[nodiscard]] virtual WaveResult Reset() = 0;
+
+    /// Gives the device back; what was not heard yet is cut off. Otherwise as for an input.
+    [[nodiscard]] virtual WaveResult Close() = 0;
 };
 
 /// One device of a sound system, as listings show it.

@@ -54,4 +54,11 @@ void WaveQueue::ReturnAll(const std::function<void(WaveHeader&)>& give) {
     waiting_.clear();
 }
 
+void WaveQueue::Clear() {
+    prepared_.clear();
+    waiting_.clear();
+    returning_.clear();
+    life_ = std::make_shared<const int>(0);
+}
+
 }  // namespace orma

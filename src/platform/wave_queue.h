@@ -18,7 +18,6 @@ class WaveQueue {
     /// `blockAlign`: bytes of a sample frame, of which every buffer added holds a whole number.
     WaveQueue(EventLoop& loop, std::uint16_t blockAlign);
 
-    /// Forgets all buffers, those on their way back included.
     ~WaveQueue();
     WaveQueue(const WaveQueue&) = delete;
     WaveQueue& operator=(const WaveQueue&) = delete;
@@ -44,7 +43,11 @@ class WaveQueue {
     /// its own. Until then the device holds it.
     void ReturnAll(const std::function<void(WaveHeader&)>& give);
 
-    /// Expires with the queue: tells a device whether an event handler destroyed it.
+    /// Forgets all buffers, those on their way back included, because the device was closed.
+    void Clear();
+
+    /// Expires with the queue or its clearing: tells a device whether an event handler closed or
+    /// destroyed it.
     [[nodiscard]] std::weak_ptr<const void> Life() const { return life_; }
 
   private:

@@ -1,4 +1,4 @@
-#include "platform/portaudio/sound_ring.h"
+#include "platform/sound_ring.h"
 
 #include <algorithm>
 #include <array>

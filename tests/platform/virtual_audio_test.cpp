@@ -276,8 +276,8 @@ TEST_F(VirtualAudio, TheVolumeScalesEachSide) {
 
 TEST(VirtualAudioOptions, AreReadFromTheirCommandLineFormOrRefused) {
     std::string error;
-    const auto all =
-        ParseVirtualAudio("virtual:in=a, b.wav,out=/tmp/c.wav,pace=fast,vanish=44100,count=n", error);
+    const auto all = ParseVirtualAudio(
+        "virtual:in=a, b.wav,out=/tmp/c.wav,pace=fast,vanish=44100,count=n", error);
     ASSERT_TRUE(all) << error;
     EXPECT_EQ(all->inputFile, u"a, b.wav");
     EXPECT_EQ(all->outputFile, u"/tmp/c.wav");
@@ -291,9 +291,10 @@ TEST(VirtualAudioOptions, AreReadFromTheirCommandLineFormOrRefused) {
     EXPECT_EQ(least->pace, Pace::kReal);
     EXPECT_FALSE(least->vanishAfterFrames);
 
-    for (const char* bad : {"", "portaudio", "virtual:", "virtual:in=", "virtual:in=a,pace=slow", "virtual:in=a,pace=0",
-                            "virtual:pace=fast", "virtual:in=a,in=b", "virtual:in=a,vanish=-1",
-                            "virtual:in=a,vanish=1x", "virtual:speed=2", "virtual:in=a,out=a"}) {
+    for (const char* bad :
+         {"", "portaudio", "virtual:", "virtual:in=", "virtual:in=a,pace=slow",
+          "virtual:in=a,pace=0", "virtual:pace=fast", "virtual:in=a,in=b", "virtual:in=a,vanish=-1",
+          "virtual:in=a,vanish=1x", "virtual:speed=2", "virtual:in=a,out=a"}) {
         error.clear();
         EXPECT_FALSE(ParseVirtualAudio(bad, error)) << bad;
         EXPECT_FALSE(error.empty()) << bad;

@@ -150,7 +150,7 @@ void CheckDestroyedDeviceIsSilent(const WaveInRig& rig) {
     ASSERT_TRUE(device);
     second.Begin(*device);
     ASSERT_EQ(device->Reset(), WaveResult::kOk);  // its returns are posted now
-    device.reset();
+    EXPECT_EQ(device->Close(), WaveResult::kOk);
     int turns = 0;
     ASSERT_TRUE(rig.run([&] { return ++turns > 100; }));
     EXPECT_EQ(user.order.size(), 1u);

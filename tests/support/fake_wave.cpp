@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace orma::test {
 
@@ -92,13 +93,15 @@ class OpenFakeIn : public WaveInDevice {
   public:
     OpenFakeIn(FakeWaveIn& script, EventLoop& loop) : script_(script), loop_(loop) {}
 
-    ~OpenFakeIn() override {
-        *alive_ = false;
-        (void)script_.Note("Close");
+    ~OpenFakeIn() override { (void)Close(); }
+
+    WaveResult Close() override {
+        if (!std::exchange(*alive_, false)) return WaveResult::kOk;
         script_.open = script_.started = false;
         script_.events = nullptr;
         script_.queue.clear();
         script_.prepared.clear();
+        return script_.Note("Close");
     }
 
     WaveResult Prepare(WaveHeader& header) override { return script_.Prepare(header); }
@@ -142,13 +145,15 @@ class OpenFakeOut : public WaveOutDevice {
   public:
     OpenFakeOut(FakeWaveOut& script, EventLoop& loop) : script_(script), loop_(loop) {}
 
-    ~OpenFakeOut() override {
-        *alive_ = false;
-        (void)script_.Note("Close");
+    ~OpenFakeOut() override { (void)Close(); }
+
+    WaveResult Close() override {
+        if (!std::exchange(*alive_, false)) return WaveResult::kOk;
         script_.open = script_.paused = false;
         script_.events = nullptr;
         script_.queue.clear();
         script_.prepared.clear();
+        return script_.Note("Close");
     }
 
     WaveResult Prepare(WaveHeader& header) override { return script_.Prepare(header); }

@@ -17,12 +17,13 @@ namespace orma::test {
 /// device that the code under test opens and destroys.
 struct FakeWaveScript {
     /// The calls made, by name and in order: "OpenInput", "Prepare", "Add", "Start", "Stop",
-    /// "Reset", "Unprepare", "Close" (the destructor); of outputs "OpenOutput", "Write", "Pause",
-    /// "Restart".
+    /// "Reset", "Unprepare", "Close" (the destructor, if nobody closed before); of outputs
+    /// "OpenOutput", "Write", "Pause", "Restart".
     std::vector<std::string> calls;
 
-    /// Makes calls fail without effect: by name ("Add": every one) or by name and count ("Add#3":
-    /// the third since the script was made). The count goes on through re-opening.
+    /// Makes calls fail without effect (a close that fails has closed): by name ("Add": every one)
+    /// or by name and count ("Add#3": the third since the script was made). The count goes on
+    /// through re-opening.
     std::map<std::string, WaveResult> results;
 
     Text name;

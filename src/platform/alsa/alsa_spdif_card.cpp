@@ -11,7 +11,7 @@
 
 #include "base/trace.h"
 #include "platform/alsa/digital_frames.h"
-#include "platform/alsa/frame_backlog.h"
+#include "platform/sound_ring.h"
 
 namespace orma {
 namespace {
@@ -104,7 +104,7 @@ struct AlsaSpdifCard::Capture {
     std::unique_ptr<snd_pcm_t, ClosePcm> pcm;
     DigitalLayout layout;
     std::uint32_t rate;  // Hz
-    FrameBacklog backlog;
+    SoundRing backlog;
     std::atomic<bool> running = false;
     std::atomic<std::uint64_t> lostFrames = 0;
     std::thread thread;
@@ -233,7 +233,7 @@ std::uint32_t AlsaSpdifCard::WritePosition() {
     std::size_t bytes = std::min(room, capture_->backlog.Available());
     while (bytes > 0) {
         const std::size_t piece = std::min<std::size_t>(bytes, kRingBytes - writePosition_);
-        capture_->backlog.Read(std::span(ring_).subspan(writePosition_, piece));
+        (void)capture_->backlog.Read(std::span(ring_).subspan(writePosition_, piece));
         writePosition_ = static_cast<std::uint32_t>((writePosition_ + piece) % kRingBytes);
         bytes -= piece;
     }

@@ -219,6 +219,7 @@ WaveResult PaLibrary::OpenDevice(int device, const Direction& way, PaStream& str
 WaveResult PaLibrary::Start(PaStream& stream, std::string& problem) {
     // A stream whose server ended still counts as running until it is stopped.
     Abort(stream);
+    stream.Rewind();
     stream.finished = false;
     stream.gate = true;
     const PaError error = Pa_StartStream(stream.stream);
@@ -232,12 +233,13 @@ void PaLibrary::Abort(PaStream& stream) {
         Pa_AbortStream(stream.stream);
 }
 
-void PaLibrary::Close(PaStream& stream) {
-    if (stream.stream == nullptr) return;
+WaveResult PaLibrary::Close(PaStream& stream, std::string& problem) {
+    if (stream.stream == nullptr) return WaveResult::kOk;
     Abort(stream);
-    Pa_CloseStream(stream.stream);
+    const PaError error = Pa_CloseStream(stream.stream);
     stream.stream = nullptr;
     --openStreams_;
+    return error == paNoError ? WaveResult::kOk : Fail(error, problem);
 }
 
 }  // namespace orma

@@ -7,7 +7,7 @@
 
 #include "platform/event_loop.h"
 #include "platform/output_volume.h"
-#include "platform/portaudio/sound_ring.h"
+#include "platform/sound_ring.h"
 #include "platform/wave.h"
 
 namespace orma {
@@ -16,6 +16,12 @@ namespace orma {
 struct PaStream {
     PaStream(const WaveFormat& itsFormat, std::size_t ringBytes, Wakeup& itsWakeup)
         : format(itsFormat), wakeup(itsWakeup), ring(ringBytes) {}
+    virtual ~PaStream() = default;
+    PaStream(const PaStream&) = delete;
+    PaStream& operator=(const PaStream&) = delete;
+
+    /// Forgets what the callback noted; no callback runs. Worker.
+    virtual void Rewind() {}
 
     const WaveFormat format;
     Wakeup& wakeup;  // signalled by the callback
@@ -38,6 +44,11 @@ struct Playback : PaStream {
     Playback(const WaveFormat& itsFormat, std::size_t ringBytes, Wakeup& itsWakeup,
              std::shared_ptr<const OutputVolume> itsVolume)
         : PaStream(itsFormat, ringBytes, itsWakeup), volume(std::move(itsVolume)) {}
+
+    void Rewind() override {
+        sounded = false;
+        idleFrames = 0;
+    }
 
     const std::shared_ptr<const OutputVolume> volume;
     std::atomic<std::size_t> discardTo = 0;     // ring bytes that a reset has cut off
@@ -72,7 +83,8 @@ class PaLibrary {
     /// Ends the stream; what the driver still holds is dropped.
     void Abort(PaStream& stream);
 
-    void Close(PaStream& stream);
+    /// Also of a stream that is closed already.
+    [[nodiscard]] WaveResult Close(PaStream& stream, std::string& problem);
 
     /// Gives the library back; streams must be closed.
     void Terminate();

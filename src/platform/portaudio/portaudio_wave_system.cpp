@@ -11,12 +11,6 @@ namespace {
 
 constexpr const char* kNoAnswer = "the sound system does not answer";
 
-bool IsSupported(const WaveFormat& format) {
-    return format.bitsPerSample == 16 && (format.channels == 1 || format.channels == 2) &&
-           format.blockAlign == 2 * format.channels && format.samplesPerSecond >= 1000 &&
-           format.samplesPerSecond <= 192000;
-}
-
 }  // namespace
 
 PortAudioWaveSystem::PortAudioWaveSystem(EventLoop& loop, PortAudioLimits limits)
@@ -68,12 +62,21 @@ WaveResult PortAudioWaveSystem::OpenStream(const char* kind, const Text& name,
         [library = library_, stream, outcome, utf8 = ToUtf8(name)] {
             outcome->result = library->Open(utf8, *stream, outcome->problem);
         },
-        [library = library_, stream] { library->Close(*stream); }, limits_.call);
+        [library = library_, stream] {
+            std::string ignored;
+            (void)library->Close(*stream, ignored);
+        },
+        limits_.call);
     const WaveResult result = answered ? outcome->result : WaveResult::kFailed;
     if (result != WaveResult::kOk)
         Trace("portaudio: %s \"%s\": %s", kind, ToUtf8(name).c_str(),
               answered ? outcome->problem.c_str() : kNoAnswer);
     return result;
+}
+
+PortAudioHost PortAudioWaveSystem::Host() {
+    return {loop_, worker_, library_, limits_,
+            [this](PortAudioDevice& closed) { std::erase(open_, &closed); }};
 }
 
 WaveResult PortAudioWaveSystem::OpenInput(const Text& name, const WaveFormat& format,
@@ -85,9 +88,7 @@ WaveResult PortAudioWaveSystem::OpenInput(const Text& name, const WaveFormat& fo
     const auto capture = std::make_shared<Capture>(format, ringBytes, *wakeup_);
     const WaveResult result = OpenStream("input", name, capture);
     if (result != WaveResult::kOk) return result;
-    auto opened =
-        std::make_unique<PortAudioWaveIn>(loop_, worker_, library_, capture, limits_, events,
-                                          [this](Pumped& closed) { std::erase(open_, &closed); });
+    auto opened = std::make_unique<PortAudioWaveIn>(Host(), capture, events);
     open_.push_back(opened.get());
     device = std::move(opened);
     return result;
@@ -102,9 +103,7 @@ WaveResult PortAudioWaveSystem::OpenOutput(const Text& name, const WaveFormat& f
     const auto playback = std::make_shared<Playback>(format, ringBytes, *wakeup_, volume_);
     const WaveResult result = OpenStream("output", name, playback);
     if (result != WaveResult::kOk) return result;
-    auto opened =
-        std::make_unique<PortAudioWaveOut>(loop_, worker_, library_, playback, limits_, events,
-                                           [this](Pumped& closed) { std::erase(open_, &closed); });
+    auto opened = std::make_unique<PortAudioWaveOut>(Host(), playback, events);
     open_.push_back(opened.get());
     device = std::move(opened);
     return result;
@@ -117,7 +116,7 @@ WaveResult PortAudioWaveSystem::SetOutputVolume(std::uint16_t left, std::uint16_
 
 void PortAudioWaveSystem::PumpAll() {
     pumped_ = open_;
-    for (Pumped* device : pumped_)
+    for (PortAudioDevice* device : pumped_)
         // The handler of one may have closed another.
         if (std::find(open_.begin(), open_.end(), device) != open_.end()) device->Pump();
 }

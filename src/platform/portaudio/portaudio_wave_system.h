@@ -6,9 +6,7 @@
 
 #include "platform/event_loop.h"
 #include "platform/portaudio/bounded_worker.h"
-#include "platform/portaudio/pa_library.h"
-#include "platform/portaudio/portaudio_limits.h"
-#include "platform/portaudio/pumped.h"
+#include "platform/portaudio/portaudio_device.h"
 #include "platform/wave.h"
 
 namespace orma {
@@ -47,6 +45,7 @@ class PortAudioWaveSystem : public WaveSystem {
     template <class Stream>
     [[nodiscard]] WaveResult OpenStream(const char* kind, const Text& name,
                                         const std::shared_ptr<Stream>& stream);
+    [[nodiscard]] PortAudioHost Host();
     void PumpAll();
 
     EventLoop& loop_;
@@ -56,8 +55,8 @@ class PortAudioWaveSystem : public WaveSystem {
     std::shared_ptr<const int> life_ = std::make_shared<const int>(0);
     std::unique_ptr<Wakeup> wakeup_;
     std::shared_ptr<OutputVolume> volume_ = std::make_shared<OutputVolume>();
-    std::vector<Pumped*> open_;
-    std::vector<Pumped*> pumped_;  // kept, so that a wake-up allocates nothing
+    std::vector<PortAudioDevice*> open_;
+    std::vector<PortAudioDevice*> pumped_;  // kept, so that a wake-up allocates nothing
 };
 
 }  // namespace orma

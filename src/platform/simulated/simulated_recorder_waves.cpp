@@ -23,6 +23,7 @@ class GainedInput : public WaveInDevice, private WaveInEvents {
     WaveResult Stop() override { return device_->Stop(); }
     WaveResult Reset() override { return device_->Reset(); }
     std::uint64_t LostFrames() const override { return device_->LostFrames(); }
+    WaveResult Close() override { return device_->Close(); }
 
   private:
     void OnWaveInData(WaveHeader& header) override {

@@ -1,5 +1,7 @@
 #include "platform/virtual_audio/file_loudspeaker.h"
 
+#include <utility>
+
 #include <sndfile.h>
 
 namespace orma {
@@ -10,13 +12,18 @@ class WavLoudspeaker : public FileLoudspeaker {
     explicit WavLoudspeaker(SNDFILE* file) : file_(file) {
         sf_command(file_, SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);
     }
-    ~WavLoudspeaker() override { sf_close(file_); }
+    ~WavLoudspeaker() override { (void)Close(); }
     WavLoudspeaker(const WavLoudspeaker&) = delete;
     WavLoudspeaker& operator=(const WavLoudspeaker&) = delete;
 
     bool Write(std::span<const std::int16_t> samples) override {
         const auto count = static_cast<sf_count_t>(samples.size());
         return sf_write_short(file_, samples.data(), count) == count;
+    }
+
+    bool Close() override {
+        SNDFILE* const file = std::exchange(file_, nullptr);
+        return file == nullptr || sf_close(file) == 0;
     }
 
   private:

@@ -21,6 +21,9 @@ class FileLoudspeaker {
 
     /// Appends interleaved samples, whole frames; false when the medium took less.
     [[nodiscard]] virtual bool Write(std::span<const std::int16_t> samples) = 0;
+
+    /// Completes the file; false when that fails. Nothing may be written afterwards.
+    [[nodiscard]] virtual bool Close() = 0;
 };
 
 }  // namespace orma

@@ -72,6 +72,13 @@ WaveResult VirtualWaveIn::Reset() {
     return WaveResult::kOk;
 }
 
+WaveResult VirtualWaveIn::Close() {
+    (void)Stop();
+    queue_.Clear();
+    microphone_.reset();
+    return WaveResult::kOk;
+}
+
 void VirtualWaveIn::ScheduleStep() {
     if (pace_ != Pace::kFast || !started_ || lost_ || stepPosted_ || queue_.Waiting().empty())
         return;

@@ -32,6 +32,7 @@ class VirtualWaveIn : public WaveInDevice {
     [[nodiscard]] WaveResult Stop() override;
     [[nodiscard]] WaveResult Reset() override;
     [[nodiscard]] std::uint64_t LostFrames() const override { return 0; }
+    [[nodiscard]] WaveResult Close() override;
 
   private:
     void ScheduleStep();

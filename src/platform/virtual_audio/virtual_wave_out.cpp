@@ -68,6 +68,14 @@ WaveResult VirtualWaveOut::Reset() {
     return WaveResult::kOk;
 }
 
+WaveResult VirtualWaveOut::Close() {
+    clock_.Stop();
+    timer_.reset();
+    queue_.Clear();
+    const std::unique_ptr<FileLoudspeaker> loudspeaker = std::move(loudspeaker_);
+    return loudspeaker == nullptr || loudspeaker->Close() ? WaveResult::kOk : WaveResult::kFailed;
+}
+
 void VirtualWaveOut::Resume() {
     if (paused_ || queue_.Waiting().empty()) return;
     if (pace_ == Pace::kReal) {

@@ -32,6 +32,9 @@ class VirtualWaveOut : public WaveOutDevice {
     [[nodiscard]] WaveResult Restart() override;
     [[nodiscard]] WaveResult Reset() override;
 
+    /// kFailed when the file could not be completed.
+    [[nodiscard]] WaveResult Close() override;
+
   private:
     void Resume();
     void Step();

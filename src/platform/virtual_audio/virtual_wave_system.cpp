@@ -11,12 +11,6 @@ namespace {
 /// The name of the output that plays into nothing.
 constexpr TextView kSilentOutput = u"Virtual output";
 
-bool IsSupported(const WaveFormat& format) {
-    return format.bitsPerSample == 16 && (format.channels == 1 || format.channels == 2) &&
-           format.blockAlign == 2 * format.channels && format.samplesPerSecond >= 1000 &&
-           format.samplesPerSecond <= 192000;
-}
-
 }  // namespace
 
 VirtualWaveSystem::VirtualWaveSystem(EventLoop& loop, VirtualAudioOptions options, SteadyNow now)

@@ -8,7 +8,7 @@
 
 namespace orma {
 
-/// Bytes on their way between an audio callback and the UI thread, either way: one producer, one
+/// Bytes on their way between a driver's thread and the UI thread, either way: one producer, one
 /// consumer, no lock. All memory is taken, and touched, by the constructor.
 class SoundRing {
   public:
