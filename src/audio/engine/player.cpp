@@ -12,7 +12,7 @@ Player::Player(PlayerServices services) : s_(services) {}
 Player::~Player() {
     EndPlaying();
     if (device_ != nullptr) (void)device_->Reset();
-    Close();
+    Close(true);
 }
 
 bool Player::StartPlaying(std::uint16_t channels, bool recordingActive) {
@@ -136,14 +136,15 @@ void Player::WavExitPlaying() {
         s_.readers.files.report.ShowError(u"waveOutReset");
         return;
     }
-    Close();
+    Close(false);
 }
 
-// The buffers that a reset has not returned yet are released with the device.
-void Player::Close() {
+// The buffers that a reset has not returned yet are released with the device. Quiet: it is lost, or
+// the program ends, and nobody waits for its answer.
+void Player::Close(bool quiet) {
     if (device_ == nullptr) return;
     // Taken out first: an event of its closing finds the engine closed.
-    const std::unique_ptr<WaveOutDevice> device = std::move(device_);
+    std::unique_ptr<WaveOutDevice> device = std::move(device_);
     if (s_.externalRecorder != nullptr) s_.externalRecorder->LineClosed(RecorderLine::kOutput);
     for (std::size_t i = 0; i < kBuffers; ++i) {
         (void)device->Unprepare(s_.buffers[i].header);
@@ -153,13 +154,17 @@ void Player::Close() {
     returnedCount_ = 0;
     markerOut_ = false;
     paused_ = false;
+    if (quiet) return;
+    const WaveResult closed = device->Close();
+    device.reset();
+    if (closed != WaveResult::kOk) s_.readers.files.report.ShowError(u"waveOutClose");
 }
 
 void Player::OnWaveOutLost(WaveLoss reason) {
     if (device_ == nullptr) return;
     Trace("sound output %s", reason == WaveLoss::kVanished ? "vanished" : "stalled");
     EndPlaying();
-    Close();
+    Close(true);
     s_.listener.OnOutputLost(reason);
     s_.readers.files.report.ShowError(u"Sound output lost");
 }

@@ -51,8 +51,9 @@ struct PlayerServices {
 ///
 ///   playing       one period on; inside a cut, to the end of it and of all cuts that follow
 ///                 without a gap: what any cut covers is never heard
-///   winding       the same, but every 200 ms a second further or back; a target inside a cut is
-///                 moved to its end, or to a second before its start
+///   winding       the same, but every 200 ms a second further or back, and to the ends of the
+///                 recording; a target inside a cut is moved to its end, or to a second before
+///                 its start
 ///
 /// All positions and lengths are buffer periods: 5 << shift of them a second. Behind a start or a
 /// moved place the first four buffers tell the screens nothing: what they hold is not yet heard.
@@ -91,9 +92,12 @@ class Player : private WaveOutEvents {
     void WomDoneMsg(WaveHeader& header);
 
     /// What is played: [begin, end) of the current recording, an end of 0 being its end. The player
-    /// itself heeds the end alone; the screens jump to both.
+    /// itself heeds the end alone, and not while winding; the screens jump to both.
     void SetRange(PeriodRange range) { range_ = range; }
     [[nodiscard]] PeriodRange Range() const { return range_; }
+
+    /// Where playing ends: with the range, while winding with the recording.
+    [[nodiscard]] std::uint32_t End() const;
 
     /// While the editor holds playback, the device stays open behind the last buffer; whoever holds
     /// it calls WavExitPlaying afterwards.
@@ -124,7 +128,7 @@ class Player : private WaveOutEvents {
     void SettleReader();
     [[nodiscard]] bool Begin();
     void EndPlaying();
-    void Close();
+    void Close(bool quiet);
 
     // The way of a buffer: player_buffers.cpp
     void TakeBack(CaptureBuffer& buffer);
@@ -144,7 +148,7 @@ class Player : private WaveOutEvents {
     void ChooseCutAt(std::uint32_t position);
     [[nodiscard]] std::uint32_t BehindCuts(std::uint32_t position) const;
     [[nodiscard]] std::int64_t WoundPast(std::int64_t target, bool forward) const;
-    [[nodiscard]] std::uint32_t End() const;
+    [[nodiscard]] bool IsWinding() const;
     [[nodiscard]] std::uint32_t Second() const { return s_.readers.audio.PeriodsPerSecond(); }
 
     PlayerServices s_;

@@ -9,8 +9,7 @@
 namespace orma {
 
 void Player::Advance() {
-    const bool forward = s_.transport == TransportState::kFastForward;
-    if (!forward && s_.transport != TransportState::kRewind) {
+    if (!IsWinding()) {
         windCountdown_ = 0;
         AdvancePlaying();
         return;
@@ -21,7 +20,7 @@ void Player::Advance() {
         return;
     }
     windCountdown_ = Second() / 5;
-    JumpWinding(forward);
+    JumpWinding(s_.transport == TransportState::kFastForward);
 }
 
 void Player::AdvancePlaying() {
@@ -55,8 +54,9 @@ void Player::AdvancePlaying() {
     if (run == run_) EndPlaying();
 }
 
-// False when there is no more, or when playing was ended meanwhile.
+// False when there is no more, or when playing was ended meanwhile. Winding stays in its recording.
 bool Player::GoOnWithNextRange() {
+    if (IsWinding()) return false;
     const std::uint32_t run = run_;
     std::optional<PeriodRange> next;
     {
@@ -75,7 +75,7 @@ void Player::JumpWinding(bool forward) {
     const std::int64_t target = WoundPast(position_ + step, forward);
     if (target < 0) {
         EndAt(0);
-    } else if (target >= End()) {
+    } else if (target >= s_.recording.length) {
         EndAt(s_.recording.length);
     } else {
         const std::uint32_t run = run_;
@@ -84,7 +84,9 @@ void Player::JumpWinding(bool forward) {
         display_ = place - std::min(place, kLatencyPeriods);
         SeekReader();
         TellPosition(display_);
-        if (run == run_) ++position_;  // the buffer that follows holds the target's period
+        // The buffer that follows holds the target's period. With the target itself, the place
+        // would fall a period behind the sound with every jump, and begins of cuts would be heard.
+        if (run == run_) ++position_;
     }
 }
 
@@ -166,7 +168,11 @@ std::int64_t Player::WoundPast(std::int64_t target, bool forward) const {
 
 std::uint32_t Player::End() const {
     const std::uint32_t length = s_.recording.length;
-    return range_.end == 0 ? length : std::min(range_.end, length);
+    return range_.end == 0 || IsWinding() ? length : std::min(range_.end, length);
+}
+
+bool Player::IsWinding() const {
+    return s_.transport == TransportState::kFastForward || s_.transport == TransportState::kRewind;
 }
 
 }  // namespace orma

@@ -234,7 +234,7 @@ void Recorder::WavCloseRecording() {
 void Recorder::Close(bool quiet) {
     if (device_ == nullptr) return;
     // Taken out first: an event behind one of the boxes finds the engine closed.
-    const std::unique_ptr<WaveInDevice> device = std::move(device_);
+    std::unique_ptr<WaveInDevice> device = std::move(device_);
     const auto report = [&](const Text& call) {
         if (quiet)
             Trace("%s", ToUtf8(call).c_str());
@@ -260,6 +260,10 @@ void Recorder::Close(bool quiet) {
     if (s_.spdif != nullptr) s_.spdif->PDAudioClose();
     if (s_.externalRecorder != nullptr) s_.externalRecorder->LineClosed(RecorderLine::kInput);
     StopSaving();
+    if (quiet) return;  // a lost device may answer late or never; nobody waits for it
+    const WaveResult closed = device->Close();
+    device.reset();
+    if (closed != WaveResult::kOk) report(u"waveInClose");
 }
 
 std::uint64_t Recorder::LostFrames() const {

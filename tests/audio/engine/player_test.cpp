@@ -105,8 +105,17 @@ TEST_F(PlayerTest, WindingJumpsASecondEveryFifthOfASecond) {
     sheet.cuts = {{38, 40, 0}};  // the end belongs to it
     EXPECT_EQ(Hear(60), Range(18, 22) + Range(2, 6));
 
-    // Winding back to playing: from the next buffer on period by period.
+    // The range ends playing, not winding, which does not go on to another recording either.
     sheet.cuts.clear();
+    player.SetRange({0, 50});
+    listener.next = [] { return PeriodRange{0, 10}; };
+    transport = TransportState::kFastForward;
+    EXPECT_EQ(Hear(40), Range(60, 64) + Range(84, 88) + Range(108, 112));
+    EXPECT_EQ(Hear(128), Periods{});
+    EXPECT_EQ(player.Position(), 130);
+    player.SetRange({});
+
+    // Winding back to playing: from the next buffer on period by period.
     waves.out.played.clear();
     transport = TransportState::kFastForward;
     player.WavRestartPlaying(0);
@@ -246,6 +255,7 @@ TEST_F(PlayerTest, EveryFailureOfTheDeviceHasItsNameAndNoneHangs) {
         {"Prepare#7", u"waveOutPrepareHeader0 err=4", Range(0, 6)},
         {"Write#7", u"waveOutWrite 0", Range(0, 6)},
         {"Reset", u"waveOutReset", Range(0, 6), true},
+        {"Close", u"waveOutClose", Range(0, 6)},
     };
     for (const Case& one : cases) {
         SCOPED_TRACE(one.call);

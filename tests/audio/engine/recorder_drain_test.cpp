@@ -132,10 +132,12 @@ TEST_F(RecorderDrain, ClosesTheTakeAlsoWhenTheDeviceCannotBeReset) {
     EXPECT_EQ(takes.calls.back(), "finished");
     waves.in.queue.clear();
     waves.in.results["Unprepare"] = WaveResult::kNotPrepared;
+    waves.in.results["Close"] = WaveResult::kFailed;
     Engine().WavCloseRecording();
     EXPECT_EQ(boxes.shown[1].text, u"waveInReset at exit");
-    EXPECT_EQ(boxes.shown.size(), 2U + 16U);
-    EXPECT_EQ(boxes.shown.back().text, u"waveInUnprepareHeader .h");
+    EXPECT_EQ(boxes.shown.size(), 2U + 16U + 1U);
+    EXPECT_EQ(boxes.shown[17].text, u"waveInUnprepareHeader .h");
+    EXPECT_EQ(boxes.shown.back().text, u"waveInClose");
     EXPECT_TRUE(Engine().IsClosed());
 }
 
