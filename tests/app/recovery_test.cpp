@@ -32,7 +32,8 @@ class RecoveryTest : public ::testing::TestWithParam<Format> {
         return Text(name) + (GetParam().mp2 ? u".mp2" : u".wav");
     }
 
-    /// A new start in the folder that a kill would leave now.
+    /// A new start in the folder that a kill would leave now. The application stands on `after_`,
+    /// and is gone before the next such start.
     std::unique_ptr<Application> StartAfterKill() {
         using std::filesystem::copy_options;
         constexpr auto kOver = copy_options::overwrite_existing | copy_options::recursive;
@@ -124,6 +125,7 @@ TEST_P(RecoveryTest, AKillBetweenTheTakesEndAndTheProjectFileLosesNoClip) {
 
     // The other way round, the clip is there already: it is not added again.
     ASSERT_TRUE(app_->project.SaveProject());
+    app.reset();
     app = StartAfterKill();
     EXPECT_EQ(app->clips.Count(), 2);
     EXPECT_FALSE(LeftBehind(u"talk01.rec"));
