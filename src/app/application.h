@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/transport.h"
 #include "audio/engine/pdaudio_in.h"
 #include "platform/event_loop.h"
 #include "project/project.h"
 #include "publish/publish_job.h"
 #include "settings/settings_store.h"
+#include "transport/transport.h"
 
 namespace orma {
 

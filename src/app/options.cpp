@@ -33,6 +33,12 @@ InputProcessingSettings InputSettingsOf(const SettingsRecord& settings) {
     return input;
 }
 
+TransportOptions TransportOptionsOf(const SettingsRecord& settings) {
+    return {.runGainTool = settings.MicGainTool != 0,
+            .gainToolMode = settings.MicGainToolMode,
+            .closeSynchronisation = settings.CloseSync != 0};
+}
+
 ExternalRecorderSettings RecorderSettingsOf(const SettingsRecord& settings) {
     return {.gainCode = settings.MaycomGain,
             .volumeCode = settings.MaycomVol,

@@ -6,6 +6,7 @@
 #include "project/project.h"
 #include "publish/publish_job.h"
 #include "settings/settings_record.h"
+#include "transport/transport.h"
 
 namespace orma {
 
@@ -13,6 +14,7 @@ namespace orma {
 /// record.
 [[nodiscard]] ProjectOptions ProjectOptionsOf(const SettingsRecord& settings);
 [[nodiscard]] InputProcessingSettings InputSettingsOf(const SettingsRecord& settings);
+[[nodiscard]] TransportOptions TransportOptionsOf(const SettingsRecord& settings);
 [[nodiscard]] ExternalRecorderSettings RecorderSettingsOf(const SettingsRecord& settings);
 [[nodiscard]] PublishSettings PublishSettingsOf(const SettingsRecord& settings);
 

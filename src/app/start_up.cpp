@@ -86,6 +86,7 @@ void LoadSettings(Application& app) {
     app.input.Load(InputSettingsOf(app.settings), app.audio.sampleRate);
     ChooseInput(app);
     app.player.SetOutputDevice(app.settings.AudioOutputDevice);
+    app.transport.SetOptions(TransportOptionsOf(app.settings));
     app.project.SetOptions(ProjectOptionsOf(app.settings));
     app.project.SetPath(AsFolder(app.settings.ProjectsFolder), app.settings.CurrentProjectName);
     FollowProject(app);

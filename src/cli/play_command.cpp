@@ -91,7 +91,7 @@ int Play(const Globals& globals, const PlayOptions& options) {
         throw std::runtime_error("the file does not exist: " + options.path);
     if (isProject && !OpenProject(app, path)) return kFailed;
 
-    PlayList list(app, 0, std::numeric_limits<std::int32_t>::max());
+    PlayList list(app.project, 0, std::numeric_limits<std::int32_t>::max());
     session.Attach(app, environment.Loop(), isProject ? &list : nullptr);
     if (!(isProject ? StartList(app, list, options) : StartTake(app, path, options)))
         return kFailed;

@@ -3,8 +3,9 @@
 #include <cstdint>
 #include <optional>
 
-#include "app/play_list.h"
+#include "app/application.h"
 #include "platform/event_loop.h"
+#include "transport/play_list.h"
 
 namespace orma::cli {
 

@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
-#include "app/transport_listener.h"
 #include "audio/engine/recorder.h"
 #include "platform/event_loop.h"
+#include "transport/transport_listener.h"
 
 namespace orma::cli {
 

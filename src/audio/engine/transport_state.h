@@ -11,7 +11,8 @@ enum class TransportState {
     kPlaying = 3,
     kFastForward = 4,
     kRewind = 5,
-    kDragging = 6,  // playing, while the user drags the position along
+    kDragging = 6,  // playing, while a screen's control drags the place along: the player then
+                    // shows each place at once. No button leads here, no lamp shows it
 };
 
 }  // namespace orma

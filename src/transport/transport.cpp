@@ -1,4 +1,4 @@
-#include "app/transport.h"
+#include "transport/transport.h"
 
 #include <algorithm>
 #include <utility>
@@ -48,21 +48,21 @@ void Transport::Record(bool lit) {
 
 // An external recorder sets its own gain.
 bool Transport::MayRunGainTool() const {
-    return s_.settings.MicGainTool != 0 && !gainToolTried_ && !s_.readers.audio.externalRecorder;
+    return options_.runGainTool && !gainToolTried_ && !s_.readers.audio.externalRecorder;
 }
 
 void Transport::GetReady() {
     if (MayRunGainTool()) {
         gainToolTried_ = true;
         // Without such a tool the press is not wasted: the reporter wants to record.
-        if (s_.desktop.StartMicrophoneGainTool(s_.settings.MicGainToolMode)) return;
+        if (s_.desktop.StartMicrophoneGainTool(options_.gainToolMode)) return;
     }
     SetTransportState(TransportState::kRecordReady);
     if (s_.recorder.WavStartRecording(s_.player.IsActive()) != 0) {
         SetTransportState(TransportState::kStopped);
         return;
     }
-    if (s_.settings.CloseSync != 0) s_.desktop.CloseSynchronisation();
+    if (options_.closeSynchronisation) s_.desktop.CloseSynchronisation();
 }
 
 void Transport::Play(bool lit) {
@@ -125,7 +125,6 @@ bool Transport::Start(TransportState state, std::uint32_t position, PeriodRange 
         return s_.player.StartPlaying(channels, s_.recorder.IsActive());
     // Left open by a refused start, or on its way to be closed: no take is in it.
     s_.recorder.WavCloseRecording();
-    s_.player.SetOutputDevice(s_.settings.AudioOutputDevice);
     s_.player.SetRange(range);
     s_.player.WavRestartPlaying(static_cast<std::int32_t>(position));
     s_.recording.cursor = position;
@@ -173,7 +172,6 @@ void Transport::Wind(TransportState direction, bool lit) {
     if (!lit || IsCapturing()) return;
     const bool forward = direction == TransportState::kFastForward;
     if (s_.player.IsPlaying()) {
-        s_.player.SetRange({});
         SetTransportState(direction);
         return;
     }
@@ -213,9 +211,9 @@ void Transport::OnMark(std::uint32_t number) {
                            s_.readers.audio.PeriodsPerSecond());
 }
 
-// What was played before has nothing to do with the new take.
+// The places of the last playing stay: whoever only tried the microphone still wants to go back to
+// them. Behind a take they are of another recording, and forgotten for that.
 void Transport::OnStopped() {
-    last_ = {};
     stopGoesToEnd_ = false;
     s_.player.SetRange({});
     SetTransportState(TransportState::kStopped);
@@ -249,11 +247,8 @@ void Transport::PlayingEnded(std::uint32_t position) {
 // The screens lag behind what was written, and a cut at the end leaves the player beyond it: the
 // place becomes the end that was reached.
 void Transport::OnPlayedOut() {
-    const std::uint32_t length = s_.recording.length;
-    const std::uint32_t end = s_.player.Range().end;
-    const std::int32_t place =
-        std::min(s_.player.Position(), static_cast<std::int32_t>(end == 0 ? length : end));
-    s_.player.WavRestartPlaying(place);
+    const auto end = static_cast<std::int32_t>(s_.player.End());
+    s_.player.WavRestartPlaying(std::min(s_.player.Position(), end));
     PlayingEnded(s_.recording.cursor);
     s_.listener.OnPlayedOut();
 }

@@ -2,20 +2,25 @@
 
 #include <cstdint>
 
-#include "app/transport_listener.h"
 #include "audio/engine/input_processing.h"
 #include "audio/engine/player.h"
 #include "audio/engine/recorder.h"
 #include "platform/desktop_helpers.h"
 #include "project/project.h"
-#include "settings/settings_record.h"
+#include "transport/transport_listener.h"
 
 namespace orma {
+
+/// What the Record button does besides recording.
+struct TransportOptions {
+    bool runGainTool = false;           // the microphone-gain tool, once in a run of the program
+    std::uint32_t gainToolMode = 0;     // the order of its two commands, 0 or 1
+    bool closeSynchronisation = false;  // ask the desktop's synchronisation program to close
+};
 
 /// What the transport stands on; all outlive its use. Recorder and player may be built after it:
 /// it touches them in its operations alone.
 struct TransportServices {
-    const SettingsRecord& settings;
     ReaderServices readers;
     Project& project;
     CurrentRecording& recording;
@@ -49,7 +54,8 @@ struct TransportServices {
 /// States 1 and 2 fall to 0 by themselves when the recorder stops: budget used up, writer
 /// unhealthy, input lost. 3, 4 and 5 do when everything was heard, the end or the beginning was
 /// reached, the output is lost, or somebody stops the player. What is not listed does nothing: the
-/// winding and mark buttons never disturb a take, and the mark buttons are for a stopped tape.
+/// winding and mark buttons never disturb a take, and the mark buttons are for a stopped tape. No
+/// button leads to kDragging.
 ///
 /// Handlers of lit buttons receive the look that is asked for, the opposite of the present one; a
 /// press of Play or of a winding button that is lit asks for nothing.
@@ -59,6 +65,8 @@ struct TransportServices {
 class Transport : public RecorderListener, public PlayerListener {
   public:
     explicit Transport(TransportServices services) : s_(services) {}
+
+    void SetOptions(const TransportOptions& options) { options_ = options; }
 
     // The handlers of the buttons.
     void Record(bool lit);
@@ -126,6 +134,7 @@ class Transport : public RecorderListener, public PlayerListener {
     void OnOutputLost(WaveLoss reason) override;
 
     TransportServices s_;
+    TransportOptions options_;
     TransportState state_ = TransportState::kStopped;
     LastPlaying last_;
     bool stopGoesToEnd_ = false;

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "app/application.h"
+#include "project/project.h"
 
 namespace orma {
 
@@ -13,7 +13,7 @@ namespace orma {
 class PlayList {
   public:
     /// Begins with clip `first` (0 ...); at most `clips` of them are played.
-    PlayList(Application& app, std::int32_t first, std::int32_t clips);
+    PlayList(Project& project, std::int32_t first, std::int32_t clips);
 
     /// Leaves out what is heard before `from` and from `to` on: buffer periods of the list as it
     /// is heard, counted from the first clip's beginning.
@@ -32,7 +32,7 @@ class PlayList {
   private:
     [[nodiscard]] PeriodRange Trimmed(PeriodRange clip);
 
-    Application& app_;
+    Project& project_;
     std::int32_t next_;
     std::int32_t end_;
     std::uint32_t skip_ = 0;  // periods still to be left out

@@ -1,4 +1,4 @@
-#include "app/play_list.h"
+#include "transport/play_list.h"
 
 #include <algorithm>
 #include <limits>
@@ -7,10 +7,10 @@
 
 namespace orma {
 
-PlayList::PlayList(Application& app, std::int32_t first, std::int32_t clips)
-    : app_(app),
+PlayList::PlayList(Project& project, std::int32_t first, std::int32_t clips)
+    : project_(project),
       next_(std::max(first, 0)),
-      end_(std::min(app.clips.Count(), next_ + std::min(clips, app.clips.Count()))),
+      end_(std::min(project.Clips().Count(), next_ + std::min(clips, project.Clips().Count()))),
       left_(std::numeric_limits<std::uint32_t>::max()) {}
 
 void PlayList::Trim(std::uint32_t from, std::uint32_t to) {
@@ -19,19 +19,20 @@ void PlayList::Trim(std::uint32_t from, std::uint32_t to) {
 }
 
 std::uint16_t PlayList::Channels() const {
-    const ReaderServices readers{app_.files, app_.audio, app_.decoder};
+    const ReaderServices& readers = project_.Readers();
     std::uint16_t widest = 0;
     for (std::int32_t index = next_; index < end_; ++index) {
-        const Text path = app_.project.ClipAudioPath(app_.clips.At(index));
-        if (app_.ports.storage.Exists(path)) widest = std::max(widest, ChannelsOf(readers, path));
+        const Text path = project_.ClipAudioPath(project_.Clips().At(index));
+        if (readers.files.storage.Exists(path))
+            widest = std::max(widest, ChannelsOf(readers, path));
     }
     return widest;
 }
 
 std::optional<PeriodRange> PlayList::Next() {
     while (next_ < end_ && left_ > 0) {
-        if (!app_.project.SelectClip(next_++)) continue;
-        const CurrentRecording& recording = app_.recording;
+        if (!project_.SelectClip(next_++)) continue;
+        const CurrentRecording& recording = project_.Recording();
         const bool own = recording.selectionStart < recording.selectionEnd;
         const PeriodRange range =
             Trimmed(own ? PeriodRange{recording.selectionStart, recording.selectionEnd}
@@ -46,7 +47,7 @@ std::optional<PeriodRange> PlayList::Next() {
 PeriodRange PlayList::Trimmed(PeriodRange clip) {
     PeriodRange heard;
     for (const PeriodRange& stretch :
-         KeptStretches(app_.recording.sheet.cuts, clip.begin, clip.end)) {
+         KeptStretches(project_.Recording().sheet.cuts, clip.begin, clip.end)) {
         const std::uint32_t length = stretch.end - stretch.begin;
         const std::uint32_t skipped = std::min(skip_, length);
         const std::uint32_t taken = std::min(left_, length - skipped);
