@@ -56,7 +56,8 @@ struct Application {
     InputProcessing input;
     ExternalRecorderControl externalRecorder;
     PDAudioIn spdif;
-    DesktopHelpers noHelpers;  // where the platform has none
+    DesktopHelpers noHelpers;
+    DesktopHelpers& desktop;  // the platform's, or none
     Transport transport;
     Recorder recorder;
 

@@ -47,6 +47,14 @@ void ChooseInput(Application& app) {
     app.recorder.SetSpdifInput(app.settings.SpdifInput != 0 ? &app.spdif : nullptr);
 }
 
+/// What the user wants to be done with every project that he makes.
+void RunPostCreateStep(Application& app) {
+    const Text& command = app.settings.PostCreateCommand;
+    if (app.settings.PostCreateStep == 0 || command.empty()) return;
+    const Text path = app.project.Folder() + app.project.Name() + u".opr";
+    if (!app.desktop.StartCommand(command, path)) app.report.ShowError(u"PostCreateCommand");
+}
+
 bool ProjectExists(Application& app, const Text& folder, const Text& name) {
     return app.ports.storage.Exists(folder + name + u".opr");
 }
@@ -110,10 +118,18 @@ bool OpenProjectAtStart(Application& app, const Text& commandLinePath) {
     }
 }
 
-bool OpenOrCreateProject(Application& app, const Text& path) {
+bool RestoreProject(Application& app, const Text& path) {
     const PathParts parts = SplitPath(path);
     if (ProjectExists(app, parts.folder, parts.name)) return LoadAt(app, parts.folder, parts.name);
     NewAt(app, parts.folder, parts.name);
+    return true;
+}
+
+bool OpenOrCreateProject(Application& app, const Text& path) {
+    const PathParts parts = SplitPath(path);
+    const bool existed = ProjectExists(app, parts.folder, parts.name);
+    if (!RestoreProject(app, path)) return false;
+    if (!existed && app.project.Recovered().empty()) RunPostCreateStep(app);
     return true;
 }
 

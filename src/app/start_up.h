@@ -23,8 +23,12 @@ void TellRecovered(Application& app);
 /// and a box names them.
 
 /// Makes the project at `path` current: loads it when its file exists, else sets it up as new. The
-/// writers then record into its folder. False when the file was refused (reported).
+/// writers then record into its folder, and the command of the settings is started, if they ask for
+/// one, with the project's path. False when the file was refused (reported).
 [[nodiscard]] bool OpenOrCreateProject(Application& app, const Text& path);
+
+/// The same for a project that is to be brought back: as it was made before, no command is started.
+[[nodiscard]] bool RestoreProject(Application& app, const Text& path);
 
 /// Loads the project at `path`; false when it is missing or refused (reported).
 [[nodiscard]] bool OpenProject(Application& app, const Text& path);

@@ -44,7 +44,8 @@ void Environment::Build(const Globals& globals, FrontEnd frontEnd) {
                                                .waves = *hardware_.waves,
                                                .headset = *hardware_.headset,
                                                .externalRecorder = hardware_.recorder.get(),
-                                               .spdif = hardware_.card.get()},
+                                               .spdif = hardware_.card.get(),
+                                               .desktop = &desktop_},
                                          frontEnd, folder);
 }
 

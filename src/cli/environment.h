@@ -12,6 +12,7 @@
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_event_loop.h"
 #include "platform/posix/posix_storage.h"
+#include "platform/posix/shell_commands.h"
 #include "platform/posix/signal_watch.h"
 
 namespace orma::cli {
@@ -52,6 +53,7 @@ class Environment {
     PosixStorage storage_;
     PosixClock clock_;
     PosixEventLoop loop_;
+    ShellCommands desktop_;
     std::optional<SignalWatch> interrupt_;  // before the sound system starts its first thread
     TransportListener quietTransport_;
     QuietProgress quietProgress_;

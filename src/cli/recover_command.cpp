@@ -49,7 +49,7 @@ int Recover(const Globals& globals, const std::string& argument, bool all) {
     Environment environment(globals);
     Application& app = environment.App();
     LoadSettings(app);
-    if (!OpenOrCreateProject(app, path)) return kFailed;
+    if (!RestoreProject(app, path)) return kFailed;
 
     std::vector<RecoveredTake> adopted;
     if (all) adopted = app.project.AdoptRecordings();

@@ -2,12 +2,13 @@
 
 #include <cstdint>
 
+#include "base/text.h"
 #include "base/trace.h"
 
 namespace orma {
 
 /// Programs of the desktop that recording has to do with. A desktop without them is the normal
-/// case: the bodies here only trace. UI thread; neither waits for what it asks.
+/// case: the bodies here only trace. UI thread; none waits for what it asks.
 class DesktopHelpers {
   public:
     virtual ~DesktopHelpers() = default;
@@ -16,6 +17,13 @@ class DesktopHelpers {
     /// of its two commands (0 or 1). False when there is no such tool.
     [[nodiscard]] virtual bool StartMicrophoneGainTool(std::uint32_t mode) {
         Trace("no microphone-gain tool, mode %u", static_cast<unsigned>(mode));
+        return false;
+    }
+
+    /// Starts a command line of the user's, whose first parameter ($1) is `argument`. False when it
+    /// cannot be started.
+    [[nodiscard]] virtual bool StartCommand(const Text& command, const Text& /*argument*/) {
+        Trace("nobody starts \"%s\"", ToUtf8(command).c_str());
         return false;
     }
 

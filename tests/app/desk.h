@@ -11,6 +11,21 @@
 
 namespace orma::test {
 
+class LoggingDesktop : public DesktopHelpers {
+  public:
+    [[nodiscard]] bool StartCommand(const Text& command, const Text& argument) override {
+        asked.push_back(command + u" " + argument);
+        return starts;
+    }
+    [[nodiscard]] bool StartMicrophoneGainTool(std::uint32_t) override {
+        asked.push_back(u"gain tool");
+        return starts;
+    }
+
+    bool starts = true;
+    std::vector<Text> asked;
+};
+
 /// The application on real files and a scripted microphone; a test may build it more than once, as
 /// starting again does.
 class Desk : public TransportListener {
@@ -21,7 +36,8 @@ class Desk : public TransportListener {
                                                        .boxes = files.boxes,
                                                        .loop = loop,
                                                        .waves = waves,
-                                                       .headset = headset},
+                                                       .headset = headset,
+                                                       .desktop = &desktop},
                                                  FrontEnd{*this, progress}, files.folder.Path());
         LoadSettings(*app);
         return app;
@@ -58,6 +74,7 @@ class Desk : public TransportListener {
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
     NoHeadset headset;
+    LoggingDesktop desktop;
     NoProgress progress;
 };
 

@@ -74,6 +74,39 @@ TEST(StartUp, RefusesAForeignProjectAndLeavesItAlone) {
     EXPECT_EQ(app->clips.Count(), 1) << "what was recorded all the same is kept elsewhere";
 }
 
+TEST(StartUp, StartsTheCommandOfTheSettingsForProjectsThatTheUserMakes) {
+    Desk desk;
+    desk.Configure([](SettingsRecord& settings) {
+        settings.PostCreateStep = 1;
+        settings.PostCreateCommand = u"prepare";
+        settings.StartMode = 2;
+        settings.MicGainTool = 1;
+    });
+    const Text path = desk.files.folder.Path(u"pier.opr");
+    auto app = desk.Start();
+    ASSERT_TRUE(OpenProjectAtStart(*app, u""));
+    ASSERT_TRUE(OpenOrCreateProject(*app, path));
+    const std::vector<Text> once{u"prepare " + path};
+    EXPECT_EQ(desk.desktop.asked, once);
+    desk.Record(*app, 30);
+    ASSERT_TRUE(OpenOrCreateProject(*app, path));
+    ASSERT_TRUE(RestoreProject(*app, desk.files.folder.Path(u"gone.opr")));
+    EXPECT_EQ(desk.desktop.asked, once);
+
+    desk.desktop.starts = false;
+    ASSERT_TRUE(OpenOrCreateProject(*app, desk.files.folder.Path(u"city.opr")));
+    EXPECT_EQ(desk.files.boxes.Texts(), std::vector<Text>{u"PostCreateCommand"});
+    app->transport.Record(true);
+    EXPECT_EQ(desk.desktop.asked.back(), u"gain tool");
+    app.reset();
+
+    desk.Configure([](SettingsRecord& settings) { settings.PostCreateStep = 0; });
+    desk.desktop.asked.clear();
+    app = desk.Start();
+    ASSERT_TRUE(OpenOrCreateProject(*app, desk.files.folder.Path(u"quay.opr")));
+    EXPECT_TRUE(desk.desktop.asked.empty());
+}
+
 TEST(ShutDownOrder, KeepsGainVolumeAndSetForTheNextStart) {
     Desk desk;
     desk.Configure([](SettingsRecord& settings) {
