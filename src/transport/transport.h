@@ -66,6 +66,7 @@ class Transport : public RecorderListener, public PlayerListener {
   public:
     explicit Transport(TransportServices services) : s_(services) {}
 
+    /// Counts from the next press on; at first every option is off.
     void SetOptions(const TransportOptions& options) { options_ = options; }
 
     // The handlers of the buttons.
