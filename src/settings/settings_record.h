@@ -32,7 +32,7 @@ struct FtpDestination {
 };
 
 /// A mail account, chosen by its name in the publish dialog.
-struct SmtpAccount {
+struct SmtpDestination {
     ORMA_SMTP_ACCESS
     ORMA_SMTP_CONNECTION
 };
@@ -48,7 +48,7 @@ struct SettingsRecord {
     std::array<EqualizerBand, 3> InputEq;  // in use until a set is chosen
     std::array<EqualizerSet, 5> Preset;
     std::array<FtpDestination, 25> Ftp;
-    std::array<SmtpAccount, 5> Smtp;
+    std::array<SmtpDestination, 5> Smtp;
     // NOLINTEND(readability-identifier-naming)
 };
 

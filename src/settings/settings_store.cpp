@@ -141,14 +141,14 @@ void SettingsStore::DeriveFields(std::uint32_t version) {
         for (EqualizerSet& set : r.Preset)
             set.gainOffset = r.EqGainOffset;
     }
-    SmtpAccount& first = r.Smtp[0];
-    SmtpAccount& second = r.Smtp[1];
+    SmtpDestination& first = r.Smtp[0];
+    SmtpDestination& second = r.Smtp[1];
     first = {r.SmtpServer, r.SmtpUser, r.SmtpPassword, r.SmtpAuth,
              first.Name,   first.Port, first.Security};
     second = {r.Smtp1Server, r.Smtp1User, r.Smtp1Password, r.Smtp1Auth,
               second.Name,   second.Port, second.Security};
     for (std::size_t i = 0; i < r.Smtp.size(); ++i) {
-        SmtpAccount& account = r.Smtp[i];
+        SmtpDestination& account = r.Smtp[i];
         filledAccountNames_[i].clear();
         if (account.Name.empty()) filledAccountNames_[i] = account.Name = account.Server;
     }

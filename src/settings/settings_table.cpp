@@ -59,10 +59,10 @@ class TableBuilder {
     void FtpSecurity(const std::string& prefix, FtpDestination& entry) {
         ORMA_FTP_SECURITY
     }
-    void SmtpAccess(const std::string& prefix, SmtpAccount& entry) {
+    void SmtpAccess(const std::string& prefix, SmtpDestination& entry) {
         ORMA_SMTP_ACCESS
     }
-    void SmtpConnection(const std::string& prefix, SmtpAccount& entry) {
+    void SmtpConnection(const std::string& prefix, SmtpDestination& entry) {
         ORMA_SMTP_CONNECTION
     }
 

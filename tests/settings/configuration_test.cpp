@@ -159,12 +159,12 @@ TEST_F(ConfigurationTest, OldServerFieldsFillTheAccountTables) {
     EXPECT_EQ(ftp.Server + ftp.User + ftp.Password + ftp.Folder + ftp.Name,
               T(-1, 2) + T(-1, 3) + T(-1, 4) + T(-1, 5) + T(-1, 2));
     EXPECT_EQ(ftp.Passive, B(-1, 6));
-    const SmtpAccount& first = record.Smtp[0];
+    const SmtpDestination& first = record.Smtp[0];
     EXPECT_EQ(first.Server + first.User + first.Password + first.Name,
               T(10, 0) + T(10, 2) + T(10, 3) + T(10, 0));
     EXPECT_EQ(first.Auth, NumberOf(10, 1));
     EXPECT_EQ(first.Port, 25U);
-    const SmtpAccount& second = record.Smtp[1];
+    const SmtpDestination& second = record.Smtp[1];
     EXPECT_EQ(second.Server + second.User + second.Password + second.Name,
               T(19, 0) + T(19, 1) + T(19, 2) + T(19, 0));
     EXPECT_EQ(second.Auth, NumberOf(19, 3));
