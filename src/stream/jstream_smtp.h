@@ -1,0 +1,82 @@
+#pragma once
+
+#include <string>
+
+#include "stream/jstream.h"
+#include "stream/jstream_socket.h"
+#include "stream/mime_message.h"
+#include "stream/smtp_account.h"
+
+namespace orma {
+
+/// How a connection to a mail server came out. The first five numbers are fixed.
+enum class SmtpOpenResult : int {
+    kOk = 0,
+    kRefused = 1,        // the greeting was refused
+    kSilent = 2,         // the server said nothing of use
+    kNotFound = 3,       // no connection
+    kLogInRefused = 4,   // wrong name or password
+    kNoTls = 5,          // TLS is demanded and the server does not offer it
+    kUnsafeUpgrade = 6,  // clear text behind the reply to STARTTLS: somebody is in between
+    kTrustStore = 7,     // 7 to 11: as TlsFailure
+    kWrongHost = 8,
+    kExpired = 9,
+    kUntrusted = 10,
+    kHandshake = 11,
+    kGivenUp = 12,  // Patience was at its end
+};
+
+/// A mail server and the SMTP dialogue with it (RFC 5321), and the attachment of the one message
+/// under way. Writable (good, open, not reading) while a message takes its attachment. Each reply
+/// is awaited for at most 10 s and is whatever one read yields; a code counts wherever it stands in
+/// it. With TLS, where the wire is our own choice, replies are read whole. UI thread, blocking.
+class JStreamsmtp : public JStream {
+  public:
+    /// `services` outlive the stream.
+    explicit JStreamsmtp(const MailServices& services);
+
+    /// Connects and greets, protected and with log-in as the account says. Clear text: port,
+    /// "HELO", and with log-in CRAM-MD5, then LOGIN when the server answers 535. TLS: "EHLO"; a
+    /// mechanism that the server does not list is not tried.
+    [[nodiscard]] SmtpOpenResult Open(const SmtpAccount& account);
+
+    /// Begins a message: envelope, header, text and the attachment's head. 0, 1 when that fails, or
+    /// the code with which the server refused the recipient (550 to 553, 450, 451), which a box
+    /// then shows.
+    [[nodiscard]] int StartMessage(const MailMessage& message);
+
+    /// The next bytes of the attachment.
+    void Write(const void* buffer, std::uint32_t count) override;
+    void Read(void* buffer, std::uint32_t count) override;
+
+    /// Ends the message under way; clears `good` unless the server confirms it.
+    void EndMessage();
+
+    /// Says "quit" and closes.
+    void Disconnect();
+
+    [[nodiscard]] bool IsWritable() const { return (status & 7U) == (kGood | kOpen); }
+
+  private:
+    [[nodiscard]] SmtpOpenResult Greet(const SmtpAccount& account);
+    [[nodiscard]] SmtpOpenResult Secure(const SmtpAccount& account);
+    [[nodiscard]] SmtpOpenResult LogIn(const SmtpAccount& account);
+    [[nodiscard]] bool Extend();
+    [[nodiscard]] bool Offers(std::string_view keyword, std::string_view value = {}) const;
+    void AnswerChallenge(const std::string& user, const std::string& password);
+    [[nodiscard]] int RefusedRecipient();
+    void SendLine(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    void SendRaw(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    void ReadReply();
+    [[nodiscard]] bool ReplyHas(std::string_view code) const;
+    [[nodiscard]] bool Expect(std::string_view code);
+
+    const MailServices& services_;
+    JStreamSocket socket_;
+    MimeMessage mime_;
+    std::string reply_;
+    bool wholeReplies_ = false;
+    bool loggedIn_ = false;
+};
+
+}  // namespace orma

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/text.h"
+#include "platform/keyed_hash.h"
+#include "platform/mail_outbox.h"
+#include "platform/patience.h"
+#include "platform/tcp_connection.h"
+#include "platform/tls_connection.h"
+#include "platform/transport_security.h"
+#include "stream/jstream_file.h"
+
+namespace orma {
+
+/// A mail server and how to log in there.
+struct SmtpAccount {
+    Text server;
+    int port = 25;
+    TransportSecurity security = TransportSecurity::kNone;
+    bool authenticate = false;
+    Text user;
+    Text password;
+    Text caFile;  // certificates to trust (PEM); empty: those of the system
+};
+
+/// One message with one attachment. Characters that would end a header line become blanks.
+struct MailMessage {
+    Text recipient;
+    Text subject;
+    Text sender;
+    std::string body;  // Windows-1252, sent as it is
+    Text attachmentName;
+};
+
+/// How a message travels.
+struct MailDelivery {
+    bool viaOutbox = false;  // to the user's mail program; otherwise straight to the server
+    SmtpAccount account;     // for direct mail
+    Text outboxFolder;       // for the outbox: absolute; made when missing
+};
+
+/// What all mail needs; everything outlives the streams.
+struct MailServices {
+    TcpConnections& tcp;
+    TlsConnections& tls;
+    KeyedHash& hash;
+    MailOutbox& outbox;
+    FileServices files;
+    Patience& patience;
+    std::uint32_t& bytesSent;  // counts what goes over any socket; never reset here
+};
+
+}  // namespace orma
