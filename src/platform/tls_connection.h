@@ -31,8 +31,8 @@ class TlsConnections {
     virtual ~TlsConnections() = default;
 
     /// Shakes hands over `plain`, which it takes in any case, and verifies certificate and host
-    /// name. On success `secured` carries the bytes, under the same contract; each single wait of
-    /// the handshake lasts at most `milliseconds`, the whole of it six times as long.
+    /// name. On success `secured` carries the bytes, under the same contract. The whole handshake
+    /// lasts at most `milliseconds`.
     [[nodiscard]] virtual TlsFailure Secure(std::unique_ptr<TcpConnection> plain,
                                             const TlsPeer& peer, unsigned milliseconds,
                                             std::unique_ptr<TcpConnection>& secured) = 0;
