@@ -15,7 +15,8 @@ class OutboxMessage;
 /// thread, blocking.
 class JStreamEMAIL : public JStream {
   public:
-    explicit JStreamEMAIL(MailServices services);
+    /// `services` outlive the stream.
+    explicit JStreamEMAIL(const MailServices& services);
     ~JStreamEMAIL() override;
     JStreamEMAIL(const JStreamEMAIL&) = delete;
     JStreamEMAIL& operator=(const JStreamEMAIL&) = delete;
@@ -39,9 +40,14 @@ class JStreamEMAIL : public JStream {
     void AbandonMail();
 
   private:
-    [[nodiscard]] bool OpenDirect(const SmtpAccount& account, const MailMessage& message);
+    [[nodiscard]] std::unique_ptr<JStreamsmtp> OpenDirect(const SmtpAccount& account,
+                                                          const MailMessage& message);
 
-    MailServices services_;
+    /// True while server or outbox take the attachment.
+    [[nodiscard]] bool IsTaking() const;
+    void ShowInfo(const Text& text);
+
+    const MailServices& services_;
     std::unique_ptr<JStreamsmtp> smtp_;
     std::unique_ptr<OutboxMessage> letter_;
 };

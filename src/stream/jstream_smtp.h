@@ -55,20 +55,33 @@ class JStreamsmtp : public JStream {
     /// Says "quit" and closes.
     void Disconnect();
 
+    /// True when Patience ended what was last tried.
+    [[nodiscard]] bool WasGivenUp() const { return socket_.WasGivenUp(); }
+
     [[nodiscard]] bool IsWritable() const { return (status & 7U) == (kGood | kOpen); }
 
   private:
-    [[nodiscard]] SmtpOpenResult Greet(const SmtpAccount& account);
-    [[nodiscard]] SmtpOpenResult Secure(const SmtpAccount& account);
-    [[nodiscard]] SmtpOpenResult LogIn(const SmtpAccount& account);
-    [[nodiscard]] bool Extend();
+    [[nodiscard]] SmtpOpenResult Converse(const SmtpAccount& account);
+    [[nodiscard]] bool Greet(bool isPlain);
+    [[nodiscard]] SmtpOpenResult Upgrade(const SmtpAccount& account);
+    [[nodiscard]] bool LogIn(const SmtpAccount& account);
+
+    /// True when the server's greeting, the last reply, lists an extension, with a certain value.
     [[nodiscard]] bool Offers(std::string_view keyword, std::string_view value = {}) const;
     void AnswerChallenge(const std::string& user, const std::string& password);
+
+    /// What the reply to the recipient means, as StartMessage returns it.
     [[nodiscard]] int RefusedRecipient();
+
+    /// Clears `good` and returns 1.
+    int Fail();
+    void ShowError(const Text& text);
     void SendLine(const char* format, ...) __attribute__((format(printf, 2, 3)));
     void SendRaw(const char* format, ...) __attribute__((format(printf, 2, 3)));
     void ReadReply();
     [[nodiscard]] bool ReplyHas(std::string_view code) const;
+
+    /// Reads a reply; true when it holds the code.
     [[nodiscard]] bool Expect(std::string_view code);
 
     const MailServices& services_;

@@ -16,13 +16,13 @@ namespace orma {
 
 /// A mail server and how to log in there.
 struct SmtpAccount {
-    Text server;
+    Text server = u"";
     int port = 25;
     TransportSecurity security = TransportSecurity::kNone;
     bool authenticate = false;
-    Text user;
-    Text password;
-    Text caFile;  // certificates to trust (PEM); empty: those of the system
+    Text user = u"";
+    Text password = u"";
+    Text caFile = u"";  // certificates to trust (PEM); empty: those of the system
 };
 
 /// One message with one attachment. Characters that would end a header line become blanks.
@@ -36,9 +36,9 @@ struct MailMessage {
 
 /// How a message travels.
 struct MailDelivery {
-    bool viaOutbox = false;  // to the user's mail program; otherwise straight to the server
-    SmtpAccount account;     // for direct mail
-    Text outboxFolder;       // for the outbox: absolute; made when missing
+    bool viaOutbox = false;   // to the user's mail program; otherwise straight to the server
+    SmtpAccount account;      // for direct mail
+    Text outboxFolder = u"";  // for the outbox: absolute; made when missing
 };
 
 /// What all mail needs; everything outlives the streams.

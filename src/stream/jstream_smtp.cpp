@@ -1,0 +1,344 @@
+#include "stream/jstream_smtp.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <chrono>
+#include <cstdarg>
+#include <cstdio>
+
+#include "base/trace.h"
+
+namespace orma {
+namespace {
+
+constexpr std::size_t kReplyBytes = 512;         // what one read takes, with a zero at its end
+constexpr std::size_t kLongestReply = 8 * 1024;  // of several lines, read whole
+constexpr std::chrono::seconds kWholeReplyTime{10};
+
+struct Refusal {
+    const char* code;
+    const char16_t* text;
+    const char* trace;
+};
+
+// In the order in which they are looked for.
+constexpr std::array<Refusal, 6> kRefusals = {{
+    {"550", u"recipient mailbox\nunavailable", "smtp: 550, recipient mailbox unavailable"},
+    {"551", u"user not local", "smtp: 551, user not local"},
+    {"552", u"recipient mailbox full", "smtp: 552, recipient mailbox full"},
+    {"553", u"recipient not allowed,\nrelaying denied",
+     "smtp: 553, recipient not allowed, relaying denied"},
+    {"450", u"recipient unavailable\nor busy", "smtp: 450, recipient unavailable or busy"},
+    {"451", u"recipient not allowed, relaying denied",
+     "smtp: 451, recipient not allowed, relaying denied"},
+}};
+
+/// What a server sent, fit for a trace line.
+std::string Printable(std::string text) {
+    std::ranges::replace_if(
+        text, [](char unit) { return (unit >= 0 && unit < ' ') || unit == 0x7f; }, '.');
+    return text;
+}
+
+/// The end of the first complete reply in `text`: behind the line whose code no hyphen follows;
+/// npos while it is not there.
+std::size_t EndOfReply(std::string_view text) {
+    std::size_t line = 0;
+    while (true) {
+        const std::size_t end = text.find('\n', line);
+        if (end == std::string_view::npos) return end;
+        if (end - line < 4 || text[line + 3] != '-') return end + 1;
+        line = end + 1;
+    }
+}
+
+/// True when a line of the text is a single dot, which ends a message wherever it stands
+/// (RFC 5321, 4.1.1.4). Lines end as the most lenient server sees it.
+bool HoldsEndOfMessage(std::string_view body) {
+    const auto isBreak = [&](std::size_t at) {
+        return at >= body.size() || body[at] == '\r' || body[at] == '\n';
+    };
+    for (std::size_t dot = body.find('.'); dot != std::string_view::npos;
+         dot = body.find('.', dot + 1)) {
+        if ((dot == 0 || isBreak(dot - 1)) && isBreak(dot + 1)) return true;
+    }
+    return false;
+}
+
+bool SameLetters(std::string_view a, std::string_view b) {
+    return std::ranges::equal(
+        a, b, [](unsigned char x, unsigned char y) { return std::toupper(x) == std::toupper(y); });
+}
+
+std::string_view NextWord(std::string_view& line) {
+    const std::size_t start = std::min(line.find_first_not_of(" \t\r="), line.size());
+    const std::size_t end = std::min(line.find_first_of(" \t\r=", start), line.size());
+    const std::string_view word = line.substr(start, end - start);
+    line.remove_prefix(end);
+    return word;
+}
+
+SmtpOpenResult ResultOf(TlsFailure failure) {
+    switch (failure) {
+        case TlsFailure::kNone:
+            return SmtpOpenResult::kOk;
+        case TlsFailure::kTrustStore:
+            return SmtpOpenResult::kTrustStore;
+        case TlsFailure::kWrongHost:
+            return SmtpOpenResult::kWrongHost;
+        case TlsFailure::kExpired:
+            return SmtpOpenResult::kExpired;
+        case TlsFailure::kUntrusted:
+            return SmtpOpenResult::kUntrusted;
+        case TlsFailure::kHandshake:
+            return SmtpOpenResult::kHandshake;
+        case TlsFailure::kGivenUp:
+            return SmtpOpenResult::kGivenUp;
+    }
+    return SmtpOpenResult::kHandshake;
+}
+
+}  // namespace
+
+JStreamsmtp::JStreamsmtp(const MailServices& services)
+    : services_(services), socket_(services), mime_(socket_) {}
+
+SmtpOpenResult JStreamsmtp::Open(const SmtpAccount& account) {
+    Disconnect();
+    const SmtpOpenResult result = Converse(account);
+    if (result == SmtpOpenResult::kOk) return result;
+    Disconnect();
+    return socket_.WasGivenUp() ? SmtpOpenResult::kGivenUp : result;
+}
+
+SmtpOpenResult JStreamsmtp::Converse(const SmtpAccount& account) {
+    const bool isPlain = account.security == TransportSecurity::kNone;
+    wholeReplies_ = !isPlain;
+    if (socket_.Connect(account.server, account.port) != 0) return SmtpOpenResult::kNotFound;
+    if (account.security == TransportSecurity::kImplicit) {
+        const TlsFailure failure = socket_.Secure(account.server, account.caFile);
+        if (failure != TlsFailure::kNone) return ResultOf(failure);
+    }
+    if (!Expect("220")) return SmtpOpenResult::kSilent;
+    if (!Greet(isPlain)) return SmtpOpenResult::kRefused;
+    if (account.security == TransportSecurity::kUpgrade) {
+        const SmtpOpenResult upgraded = Upgrade(account);
+        if (upgraded != SmtpOpenResult::kOk) return upgraded;
+        if (!Greet(isPlain)) return SmtpOpenResult::kRefused;
+    }
+    if (account.authenticate) {
+        if (!LogIn(account)) {
+            Trace("smtp: logging in ERROR");
+            return SmtpOpenResult::kLogInRefused;
+        }
+        Trace("smtp: logging in OK");
+    } else {
+        Trace("smtp: server OK");
+    }
+    loggedIn_ = true;
+    return SmtpOpenResult::kOk;
+}
+
+bool JStreamsmtp::Greet(bool isPlain) {
+    SendLine(isPlain ? "HELO localdomain" : "EHLO localdomain");
+    if (Expect("250")) return true;
+    Trace("smtp: no response from server");
+    return false;
+}
+
+SmtpOpenResult JStreamsmtp::Upgrade(const SmtpAccount& account) {
+    if (!Offers("STARTTLS")) return SmtpOpenResult::kNoTls;
+    SendLine("STARTTLS");
+    ReadReply();
+    if (!reply_.starts_with("220")) return SmtpOpenResult::kNoTls;
+    // Whatever stands behind this reply was not protected, yet would be taken for an answer to what
+    // is said under protection (RFC 3207, 6).
+    if (EndOfReply(reply_) != reply_.size()) return SmtpOpenResult::kUnsafeUpgrade;
+    return ResultOf(socket_.Secure(account.server, account.caFile));
+}
+
+bool JStreamsmtp::Offers(std::string_view keyword, std::string_view value) const {
+    std::string_view rest = reply_;
+    while (rest.size() > 4) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size() - 1);
+        std::string_view line = rest.substr(0, end);
+        rest.remove_prefix(end + 1);
+        if (line.size() <= 4) continue;
+        line.remove_prefix(4);  // the code and its hyphen
+        if (!SameLetters(NextWord(line), keyword)) continue;
+        if (value.empty()) return true;
+        for (std::string_view word = NextWord(line); !word.empty(); word = NextWord(line)) {
+            if (SameLetters(word, value)) return true;
+        }
+    }
+    return false;
+}
+
+bool JStreamsmtp::LogIn(const SmtpAccount& account) {
+    const std::string user = ToWindows1252(account.user);
+    const std::string password = ToWindows1252(account.password);
+    // Under protection the server has said what it understands. In clear text CRAM-MD5 is always
+    // tried first, and only a refusal of name or password, 535, leads to LOGIN.
+    if (!wholeReplies_ || Offers("AUTH", "CRAM-MD5")) {
+        SendLine("AUTH CRAM-MD5");
+        ReadReply();
+        AnswerChallenge(user, password);
+        ReadReply();
+        if (ReplyHas("235")) return true;
+        if (!ReplyHas("535")) return false;
+    }
+    SendLine("AUTH LOGIN");
+    (void)Expect("334");
+    SendLine("%s", Base64(user).c_str());
+    (void)Expect("334");
+    SendLine("%s", Base64(password).c_str());
+    return Expect("235");
+}
+
+void JStreamsmtp::AnswerChallenge(const std::string& user, const std::string& password) {
+    std::array<char, 64> word{};
+    (void)std::sscanf(reply_.c_str(), "%*d %63s", word.data());
+    Trace("greet: %s", Printable(word.data()).c_str());
+    const std::string challenge = FromBase64(word.data());
+    std::array<std::uint8_t, 16> digest{};
+    if (!services_.hash.HmacMd5(AsBytes(password), AsBytes(challenge), digest))
+        Trace("smtp: no MD5 on this system");
+    std::string text;
+    for (const std::uint8_t byte : digest)
+        text += Format("%02x", byte);
+    Trace("Allocated");
+    Trace("username: %s", Printable(user).c_str());
+    Trace("password: ***");
+    Trace("challenge: %s", Printable(challenge).c_str());
+    Trace("digest: ***");  // with the challenge it would let the password be guessed at leisure
+    SendLine("%s", Base64(user + " " + text).c_str());
+}
+
+int JStreamsmtp::StartMessage(const MailMessage& message) {
+    EndMessage();
+    status &= ~std::uint32_t{kReading};
+    if (!loggedIn_) {
+        Trace("smtp: not connected");
+        return Fail();
+    }
+    if (HoldsEndOfMessage(message.body)) {
+        ShowError(u"A line of the text is a single dot,\nwhich would end the mail.");
+        return Fail();
+    }
+    SendLine("MAIL FROM: <%s>", HeaderText(message.sender).c_str());
+    if (!Expect("250")) {
+        Trace("smtp: mail from ERROR");
+        ShowError(u"sender not accepted");
+        return Fail();
+    }
+    Trace("smtp: mail from OK");
+    SendLine("RCPT TO: <%s>", HeaderText(message.recipient).c_str());
+    ReadReply();
+    if (const int refused = RefusedRecipient(); refused != 0) return refused;
+    SendLine("DATA");
+    if (!Expect("354")) {
+        Trace("smtp: data not ERROR");
+        ShowError(u"message not accepted");
+        return Fail();
+    }
+    Trace("smtp: data OK");
+    mime_.Start(message);
+    if (!socket_.Has(kGood)) return Fail();
+    status |= kGood | kOpen;
+    return 0;
+}
+
+int JStreamsmtp::RefusedRecipient() {
+    if (ReplyHas("250")) {
+        Trace("smtp: recipient OK");
+        return 0;
+    }
+    for (const Refusal& refusal : kRefusals) {
+        if (!ReplyHas(refusal.code)) continue;
+        Trace("%s", refusal.trace);
+        ShowError(refusal.text);
+        return std::atoi(refusal.code);
+    }
+    Trace("smtp: recipient ERROR");
+    ShowError(u"recipient error");
+    return Fail();
+}
+
+void JStreamsmtp::Write(const void* buffer, std::uint32_t count) {
+    Trace("Put %d", static_cast<int>(count));
+    if (!IsWritable()) return;
+    mime_.Attach({static_cast<const std::uint8_t*>(buffer), count});
+    if (!socket_.Has(kGood)) (void)Fail();
+}
+
+void JStreamsmtp::Read(void*, std::uint32_t) {}
+
+void JStreamsmtp::EndMessage() {
+    if (!IsWritable()) return;
+    mime_.Finish();
+    SendRaw("\r\n.\r\n");
+    if (Expect("250") && socket_.Has(kGood)) {  // everything was sent, too
+        Trace("smtp: message send OK");
+    } else {
+        Trace("smtp: message send ERROR");
+        (void)Fail();
+    }
+    status &= ~std::uint32_t{kOpen};
+}
+
+void JStreamsmtp::Disconnect() {
+    loggedIn_ = false;
+    if (!socket_.IsOpen()) return;
+    Trace("smtp: disconnect");
+    SendLine("quit");
+    ReadReply();
+    socket_.Close();
+}
+
+int JStreamsmtp::Fail() {
+    status &= ~std::uint32_t{kGood};
+    return 1;
+}
+
+void JStreamsmtp::ShowError(const Text& text) {
+    if (!socket_.WasGivenUp()) services_.files.report.Boxes().Show({.text = text});
+}
+
+void JStreamsmtp::SendLine(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    SendRaw("%s\r\n", FormatList(format, arguments).c_str());
+    va_end(arguments);
+}
+
+void JStreamsmtp::SendRaw(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    const std::string text = FormatList(format, arguments);
+    va_end(arguments);
+    socket_.Write(text.data(), static_cast<std::uint32_t>(text.size()));
+}
+
+void JStreamsmtp::ReadReply() {
+    const auto start = std::chrono::steady_clock::now();
+    reply_.clear();
+    do {
+        std::array<char, kReplyBytes> piece{};
+        socket_.Read(piece.data(), kReplyBytes - 1);
+        reply_ += piece.data();
+    } while (wholeReplies_ && socket_.Has(kGood) && reply_.size() < kLongestReply &&
+             EndOfReply(reply_) == std::string::npos &&
+             std::chrono::steady_clock::now() - start < kWholeReplyTime);
+}
+
+bool JStreamsmtp::ReplyHas(std::string_view code) const {
+    return reply_.find(code) != std::string::npos;
+}
+
+bool JStreamsmtp::Expect(std::string_view code) {
+    ReadReply();
+    return ReplyHas(code);
+}
+
+}  // namespace orma

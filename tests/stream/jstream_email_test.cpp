@@ -1,0 +1,333 @@
+#include "stream/jstream_email.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/trace_lines.h"
+#include "support/mail_desk.h"
+
+namespace orma {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+const std::deque<std::string> kPlainServer = {
+    "220 here\r\n",  "250 hello\r\n", "250 sender\r\n", "250 recipient\r\n",
+    "354 go on\r\n", "250 taken\r\n", "221 bye\r\n"};
+
+const std::string kMessage =
+    "From: me@x.org\r\nTo: desk@x.org\r\nSubject: Talk\r\nMIME-Version: 1.0\r\n"
+    "Content-Type: multipart/mixed; BOUNDARY=\"JStreamSmtp\"\r\n"
+    "\r\n--JStreamSmtp\r\nContent-Type: text/plain\r\n\r\nBody\r\n..two\r\n"
+    "\r\n--JStreamSmtp\r\nContent-Type: application/octet-stream; name=\"talk.wav\"\r\n"
+    "Content-Transfer-Encoding: base64\r\n"
+    "Content-Disposition: attachment; filename=\"talk.wav\"\r\n\r\n"
+    "Zm9vYmE=\r\n--JStreamSmtp\r\n\r\n--JStreamSmtp--\r\n\r\n";
+
+struct JStreamEmailTest : testing::Test {
+    bool Open() { return mail.OpenMail(delivery, message); }
+
+    /// A whole mail; true when it is said to have arrived.
+    bool Send() {
+        if (!Open()) return false;
+        for (const char* piece : {"f", "oo", "ba"})
+            mail.Write(piece, static_cast<std::uint32_t>(std::strlen(piece)));
+        return mail.CloseMail();
+    }
+    void AskForLogIn() {
+        delivery.account.authenticate = true;
+        delivery.account.user = u"tim";
+        delivery.account.password = u"tanstaaftanstaaf";
+    }
+    void UseOutbox() {
+        delivery.viaOutbox = true;
+        delivery.outboxFolder = desk.folder.Path(u"outbox");
+    }
+    std::vector<Text> InOutbox() {
+        std::vector<Text> names;
+        (void)desk.storage.ListFiles(delivery.outboxFolder, names);
+        return names;
+    }
+
+    test::MailDesk desk;
+    MailDelivery delivery{.account = {.server = u"mail.x.org"}};
+    MailMessage message{u"desk@x.org", u"Talk", u"me@x.org", "Body\r\n..two", u"talk.wav"};
+    JStreamEMAIL mail{desk.mail};
+};
+
+TEST_F(JStreamEmailTest, SpeaksPlainSmtpToTheByte) {
+    desk.tcp.replies = kPlainServer;
+    EXPECT_TRUE(Send());
+    EXPECT_THAT(desk.boxes.shown, IsEmpty());
+    EXPECT_EQ(desk.tcp.port, 25);
+    EXPECT_EQ(desk.tcp.Sent(),
+              "HELO localdomain\r\nMAIL FROM: <me@x.org>\r\n"
+              "RCPT TO: <desk@x.org>\r\nDATA\r\n" +
+                  kMessage + "\r\n.\r\nquit\r\n");
+    EXPECT_EQ(desk.bytesSent, desk.tcp.Sent().size());
+    EXPECT_FALSE(desk.tcp.isOpen);
+}
+
+TEST_F(JStreamEmailTest, ClaimsNothingWhenTheServerGoesAtAnyStep) {
+    for (const std::string last : {"", "gone"}) {  // silence, hanging up
+        for (std::size_t step = 0; step + 1 < kPlainServer.size(); ++step) {
+            desk.tcp.replies = kPlainServer;
+            desk.tcp.replies.resize(step);
+            if (last.empty()) desk.tcp.replies.emplace_back();
+            EXPECT_FALSE(Send()) << step;
+            EXPECT_FALSE(desk.tcp.isOpen);
+        }
+    }
+    EXPECT_EQ(desk.boxes.shown.size(), 12U) << "each time the user is told";
+    desk.tcp.sends.clear();
+    desk.tcp.replies = kPlainServer;
+    ASSERT_TRUE(Send());
+    const std::size_t beforeQuit = desk.tcp.sends.size() - 1;
+    for (std::size_t sends = 0; sends <= beforeQuit; ++sends) {
+        desk.tcp.replies = kPlainServer;
+        desk.tcp.sends.clear();
+        desk.tcp.failingSend = sends;
+        EXPECT_EQ(Send(), sends == beforeQuit) << sends;
+    }
+}
+
+TEST_F(JStreamEmailTest, AnAbandonedMessageIsNeverEnded) {
+    desk.tcp.replies = kPlainServer;
+    ASSERT_TRUE(Open());
+    mail.Write("foo", 3);
+    mail.AbandonMail();
+    EXPECT_FALSE(desk.tcp.isOpen);
+    EXPECT_THAT(desk.tcp.Sent(), testing::EndsWith("\r\n\r\nZm9v"));
+    EXPECT_FALSE(mail.CloseMail());
+}
+
+TEST_F(JStreamEmailTest, AUserWhoGivesUpSeesNoBox) {
+    desk.tcp.silence = {NetworkResult::End::kGivenUp};
+    for (std::size_t step = 0; step + 1 < kPlainServer.size(); ++step) {
+        desk.tcp.replies = kPlainServer;
+        desk.tcp.replies.resize(step);
+        desk.tcp.replies.resize(step + 2);  // silent also to "quit"
+        EXPECT_FALSE(Send());
+    }
+    desk.tcp.find = {NetworkResult::End::kGivenUp};
+    EXPECT_FALSE(Send());
+    EXPECT_THAT(desk.boxes.shown, IsEmpty());
+}
+
+TEST_F(JStreamEmailTest, TellsWhyThereIsNoConnection) {
+    struct Case {
+        std::deque<std::string> replies;
+        Text text;
+    };
+    AskForLogIn();
+    for (const Case& c :
+         std::vector<Case>{{{"554 no\r\n"}, u"Server found,\nbut doesn't respond."},
+                           {{"220 x\r\n", "502 no\r\n"}, u"Server found,\nbut doesn't respond."},
+                           {{"220 x\r\n", "250 x\r\n", "502 what\r\n", "500 what\r\n"},
+                            u"Wrong username\nor password."},
+                           {{"220 x\r\n", "250 x\r\n", "334 x\r\n", "535 no\r\n", "334 x\r\n",
+                             "334 x\r\n", "535 no\r\n"},
+                            u"Wrong username\nor password."}}) {
+        desk.tcp.replies = c.replies;
+        EXPECT_FALSE(Open());
+        EXPECT_EQ(desk.boxes.shown.back().text, c.text);
+        EXPECT_EQ(desk.boxes.shown.back().title, u"Info");
+        EXPECT_EQ(desk.boxes.shown.back().icon, BoxIcon::kError);
+    }
+    desk.tcp.connect = {NetworkResult::End::kFailed, 111};
+    EXPECT_FALSE(Open());
+    EXPECT_EQ(desk.boxes.shown.back().text, u"Server not found.");
+}
+
+TEST_F(JStreamEmailTest, ANameIsLookedUpADottedAddressBackwards) {
+    desk.tcp.find = {NetworkResult::End::kFailed};
+    for (const Text server : {u"mail.x.org\n", u"10.0.0.1\n", u"[x]"}) {
+        delivery.account.server = server;
+        EXPECT_FALSE(Open());
+    }
+    EXPECT_THAT(desk.tcp.lookUps,
+                ElementsAre("name mail.x.org", "address 10.0.0.1\n", "address [x]"));
+}
+
+TEST_F(JStreamEmailTest, LogsInAndKeepsThePasswordToItself) {
+    test::TraceLines trace;
+    AskForLogIn();
+    desk.tcp.replies = {"220 x\r\n",
+                        "250 x\r\n",
+                        "334 PDE4OTYuNjk3MTcwOTUyQHBvc3RvZmZpY2UucmVzdG9uLm1jaS5uZXQ+\r\n",
+                        "535 no\r\n",
+                        "334 VXNlcm5hbWU6\r\n",
+                        "334 UGFzc3dvcmQ6\r\n",
+                        "235 yes\r\n"};
+    EXPECT_FALSE(Open()) << "the server then hangs up";
+    desk.tcp.sends.resize(6);
+    // The response is that of the example in RFC 2195.
+    EXPECT_THAT(desk.tcp.sends,
+                ElementsAre("HELO localdomain\r\n", "AUTH CRAM-MD5\r\n",
+                            "dGltIGI5MTNhNjAyYzdlZGE3YTQ5NWI0ZTZlNzMzNGQzODkw\r\n",
+                            "AUTH LOGIN\r\n", "dGlt\r\n", "dGFuc3RhYWZ0YW5zdGFhZg==\r\n"));
+    EXPECT_TRUE(trace.Contain("username: tim"));
+    EXPECT_TRUE(trace.Contain("password: ***"));
+    EXPECT_TRUE(trace.Contain("challenge: <1896.697170952@postoffice.reston.mci.net>"));
+    EXPECT_TRUE(trace.Contain("smtp: logging in OK"));
+    for (const char* secret : {"tanstaaf", "b913a602", "dGltIGI5", "dGFuc3Rh"})
+        EXPECT_THAT(trace.lines, Not(Contains(HasSubstr(secret))));
+}
+
+TEST_F(JStreamEmailTest, ShowsWhyARecipientIsRefused) {
+    for (const auto& [reply, text] : std::initializer_list<std::pair<std::string, Text>>{
+             {"550 5.1.1 no\r\n", u"recipient mailbox\nunavailable"},
+             {"551 no\r\n", u"user not local"},
+             {"552 no\r\n", u"recipient mailbox full"},
+             {"553 no\r\n", u"recipient not allowed,\nrelaying denied"},
+             {"450 no\r\n", u"recipient unavailable\nor busy"},
+             {"451 no\r\n", u"recipient not allowed, relaying denied"},
+             {"554 no\r\n", u"recipient error"}}) {
+        desk.tcp.replies = {"220 x\r\n", "250 x\r\n", "250 x\r\n", reply, "221 bye\r\n"};
+        EXPECT_FALSE(Open());
+        EXPECT_EQ(desk.boxes.shown.back().text, text);
+        EXPECT_EQ(desk.boxes.shown.back().title, u"Error");
+        EXPECT_EQ(desk.tcp.sends.back(), "quit\r\n");
+    }
+    desk.tcp.replies = kPlainServer;
+    desk.tcp.replies[3] = "550-250\r\n";
+    EXPECT_TRUE(Send()) << "a code counts wherever it stands, 250 first";
+}
+
+TEST_F(JStreamEmailTest, NoTextFromOutsideBecomesALineOfItsOwn) {
+    desk.tcp.replies = kPlainServer;
+    message.subject = u"a\r\nBcc: all@x.org";
+    message.recipient = u"d@x.org\nDATA";
+    message.sender = u"m@x.org>\rRSET";
+    message.attachmentName = u"a\"b\\\u20ac\u4e2d\n.wav";
+    message.body = "\x80 as it is";
+    ASSERT_TRUE(Send());
+    const std::string sent = desk.tcp.Sent();
+    EXPECT_THAT(sent, HasSubstr("Subject: a  Bcc: all@x.org\r\nMIME"));
+    EXPECT_THAT(sent, HasSubstr("RCPT TO: <d@x.org DATA>\r\n"));
+    EXPECT_THAT(sent, HasSubstr("MAIL FROM: <m@x.org> RSET>\r\n"));
+    EXPECT_THAT(sent, HasSubstr("name=\"a'b_\x80? .wav\"\r\n"));
+    EXPECT_THAT(sent, HasSubstr("\r\n\r\n\x80 as it is\r\n"));
+}
+
+TEST_F(JStreamEmailTest, ATextThatWouldEndTheMessageIsRefusedBeforeItIsSent) {
+    for (const char* body : {".", "a\r\n.\r\nb", "a\n.\nb", "a\r\n."}) {
+        desk.tcp.replies = kPlainServer;
+        message.body = body;
+        EXPECT_FALSE(Open());
+        EXPECT_EQ(desk.boxes.shown.size(), 1U);
+        EXPECT_THAT(desk.tcp.Sent(), Not(HasSubstr("MAIL")));
+        desk.boxes.shown.clear();
+    }
+}
+
+TEST_F(JStreamEmailTest, UpgradesToTlsBeforeTheLogIn) {
+    AskForLogIn();
+    delivery.account.security = TransportSecurity::kUpgrade;
+    delivery.account.caFile = u"ca.pem";
+    delivery.account.port = 587;
+    std::deque<std::string> server = {"220-here\r\n220 I am\r\n",
+                                      "250-x\r\n250-star",
+                                      "ttls\r\n",
+                                      "250 8BITMIME\r\n",
+                                      "220 go\r\n",
+                                      "250-x\r\n250 AUTH PLAIN LOGIN\r\n",
+                                      "334 x\r\n",
+                                      "334 x\r\n",
+                                      "235 x\r\n"};
+    server.insert(server.end(), kPlainServer.begin() + 2, kPlainServer.end());
+    desk.tcp.replies = server;
+    EXPECT_TRUE(Send());
+    EXPECT_EQ(desk.tcp.port, 587);
+    EXPECT_EQ(desk.tls.peer.host, "mail.x.org");
+    EXPECT_EQ(desk.tls.peer.caFile, u"ca.pem");
+    desk.tcp.sends.resize(7);
+    EXPECT_THAT(desk.tcp.sends,
+                ElementsAre("EHLO localdomain\r\n", "STARTTLS\r\n", "<TLS>", "EHLO localdomain\r\n",
+                            "AUTH LOGIN\r\n", "dGlt\r\n", "dGFuc3RhYWZ0YW5zdGFhZg==\r\n"));
+}
+
+TEST_F(JStreamEmailTest, NothingGoesInClearTextWhenTlsCannotBeHad) {
+    AskForLogIn();
+    const std::deque<std::string> offering = {"220 x\r\n", "250-x\r\n250 STARTTLS\r\n",
+                                              "220 go\r\n"};
+    struct Case {
+        std::deque<std::string> replies;
+        TlsFailure failure;
+        Text text;
+    };
+    for (const Case& c : std::vector<Case>{
+             {{"220 x\r\n", "250-x\r\n250 XSTARTTLS\r\n"}, {}, u"Server offers\nno TLS."},
+             {{"220 x\r\n", "250 STARTTLS\r\n", "454 no\r\n"}, {}, u"Server offers\nno TLS."},
+             {{"220 x\r\n", "250 STARTTLS\r\n", "220 go\r\n250 evil\r\n"},
+              {},
+              u"Clear text after STARTTLS:\nconnection not safe."},
+             {offering, TlsFailure::kTrustStore, u"Cannot read the trusted\ncertificates."},
+             {offering, TlsFailure::kWrongHost, u"Certificate is for\nanother server name."},
+             {offering, TlsFailure::kExpired, u"Certificate of the server\nis expired."},
+             {offering, TlsFailure::kUntrusted, u"Certificate of the server\nis not trusted."},
+             {offering, TlsFailure::kHandshake, u"No TLS connection\nwith the server."}}) {
+        delivery.account.security = TransportSecurity::kUpgrade;
+        desk.tls.failure = c.failure;
+        desk.tcp.replies = c.replies;
+        EXPECT_FALSE(Open());
+        EXPECT_EQ(desk.boxes.shown.back().text, c.text);
+    }
+    delivery.account.security = TransportSecurity::kImplicit;
+    EXPECT_FALSE(Open());
+    EXPECT_EQ(desk.boxes.shown.back().text, u"No TLS connection\nwith the server.");
+    for (const char* protectedOnly : {"AUTH", "MAIL", "<TLS>"})
+        EXPECT_THAT(desk.tcp.Sent(), Not(HasSubstr(protectedOnly)));
+}
+
+TEST_F(JStreamEmailTest, ImplicitTlsBeginsWithTheFirstByte) {
+    delivery.account.security = TransportSecurity::kImplicit;
+    desk.tcp.replies = kPlainServer;
+    EXPECT_TRUE(Send());
+    EXPECT_THAT(desk.tcp.Sent(), testing::StartsWith("<TLS>EHLO localdomain\r\nMAIL"));
+}
+
+TEST_F(JStreamEmailTest, TheOutboxHoldsTheSameMessageAndReplacesNoOlderOne) {
+    UseOutbox();
+    EXPECT_TRUE(Send());
+    const Bytes file = test::ReadFileBytes(desk.folder.Path(u"outbox/talk.wav.eml"));
+    EXPECT_EQ(std::string(file.begin(), file.end()), kMessage);
+    EXPECT_EQ(desk.boxes.shown.at(0).icon, BoxIcon::kInformation);
+    EXPECT_THAT(desk.tcp.lookUps, IsEmpty());
+
+    message.attachmentName = u"../talk.wav";
+    EXPECT_TRUE(Send());
+    message.attachmentName = u"talk.wav";
+    EXPECT_TRUE(Send());
+    ASSERT_TRUE(Open());
+    mail.AbandonMail();
+    EXPECT_THAT(InOutbox(),
+                ElementsAre(u"mail.._talk.wav.eml", u"talk.wav (2).eml", u"talk.wav.eml"));
+}
+
+TEST_F(JStreamEmailTest, AMailProgramGetsTheAttachmentAsAFile) {
+    UseOutbox();
+    desk.outbox.isThere = true;
+    message.body = "caf\xe9";
+    EXPECT_TRUE(Send());
+    EXPECT_THAT(InOutbox(), ElementsAre(u"talk.wav"));
+    EXPECT_THAT(desk.boxes.shown, IsEmpty());
+    const OutboxLetter letter = desk.outbox.letters.at(0);
+    EXPECT_EQ(letter.recipient, u"desk@x.org");
+    EXPECT_EQ(letter.subject, u"Talk");
+    EXPECT_EQ(letter.body, u"caf\u00e9");
+    EXPECT_EQ(test::ReadFileBytes(letter.attachmentPath), (Bytes{'f', 'o', 'o', 'b', 'a'}));
+
+    desk.outbox.accepts = false;
+    EXPECT_TRUE(Send());
+    EXPECT_THAT(InOutbox(), ElementsAre(u"talk.wav", u"talk.wav.eml"));
+    EXPECT_EQ(desk.boxes.shown.at(0).text,
+              u"The message lies in\n" + desk.folder.Path(u"outbox/talk.wav.eml"));
+}
+
+}  // namespace
+}  // namespace orma
