@@ -110,6 +110,8 @@ NetworkResult PosixTcpConnections::FindName(const std::string& name, Patience& p
 
 NetworkResult PosixTcpConnections::FindAddress(const std::string& dotted, Patience& patience,
                                                Ipv4Address& address) {
+    // The system would overlook what stands behind a blank or a line feed.
+    if (dotted.find_first_not_of("0123456789.") != std::string::npos) return {End::kFailed};
     const in_addr_t number = ::inet_addr(dotted.c_str());
     if (number == INADDR_NONE) return {End::kFailed};
     std::memcpy(address.data(), &number, address.size());

@@ -1,0 +1,98 @@
+#include "platform/posix/posix_tcp.h"
+
+#include <array>
+#include <chrono>
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "support/fake_tcp.h"
+
+namespace orma {
+namespace {
+
+using End = NetworkResult::End;
+
+constexpr Ipv4Address kHere = {127, 0, 0, 1};
+
+/// A socket that listens on some port of 127.0.0.1; whoever connects waits in its queue.
+struct PosixTcpTest : testing::Test {
+    PosixTcpTest() {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof(address);
+        EXPECT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), size), 0);
+        EXPECT_EQ(::listen(listener, 1), 0);
+        ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
+        port = ntohs(address.sin_port);
+    }
+    ~PosixTcpTest() override {
+        ::close(listener);
+        if (server >= 0) ::close(server);
+    }
+    void Connect() {
+        ASSERT_TRUE(tcp.Connect(kHere, port, patience, connection).Ok());
+        server = ::accept(listener, nullptr, nullptr);
+    }
+
+    int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    int server = -1;
+    std::uint16_t port = 0;
+    test::FakePatience patience;
+    PosixTcpConnections tcp;
+    std::unique_ptr<TcpConnection> connection;
+    std::array<std::uint8_t, 16> buffer{};
+    std::size_t got = 0;
+};
+
+TEST_F(PosixTcpTest, SendsReceivesAndTellsWhyNothingComes) {
+    Connect();
+    ASSERT_TRUE(connection->Send(AsBytes("hello")).Ok());
+    EXPECT_EQ(::recv(server, buffer.data(), buffer.size(), 0), 5);
+    EXPECT_EQ(connection->Receive(buffer, got, 60).end, End::kTimedOut);
+    EXPECT_EQ(::send(server, "220", 3, 0), 3);
+    ASSERT_TRUE(connection->Receive(buffer, got, 5000).Ok());
+    EXPECT_EQ(got, 3U);
+    patience.turns = 2;
+    EXPECT_EQ(connection->Receive(buffer, got, 60'000).end, End::kGivenUp);
+    patience.turns = SIZE_MAX;
+    ::shutdown(server, SHUT_RDWR);
+    EXPECT_EQ(connection->Receive(buffer, got, 5000).end, End::kClosed);
+}
+
+TEST_F(PosixTcpTest, ASendThatNobodyTakesEndsWithThePatience) {
+    Connect();
+    patience.turns = 3;
+    EXPECT_EQ(connection->Send(Bytes(std::size_t{64} << 20)).end, End::kGivenUp);
+    patience.turns = SIZE_MAX;
+    ::close(server);
+    server = -1;
+    EXPECT_EQ(connection->Send(Bytes(std::size_t{64} << 20)).end, End::kFailed);
+}
+
+TEST_F(PosixTcpTest, NobodyThereIsTheSystemsOwnError) {
+    ::close(listener);
+    const NetworkResult result = tcp.Connect(kHere, port, patience, connection);
+    EXPECT_EQ(result.end, End::kFailed);
+    EXPECT_EQ(result.error, static_cast<SystemError>(ECONNREFUSED));
+    EXPECT_EQ(connection, nullptr);
+    listener = -1;
+}
+
+TEST_F(PosixTcpTest, FindsNamesAndAddressesThatHaveAName) {
+    Ipv4Address address{};
+    EXPECT_TRUE(tcp.FindName("localhost", patience, address).Ok());
+    EXPECT_EQ(address, kHere);
+    address = {};
+    EXPECT_TRUE(tcp.FindAddress("127.0.0.1", patience, address).Ok());
+    EXPECT_EQ(address, kHere);
+    for (const char* nonsense : {"127.0.0.1\n", "1.2.3.4.5", ""})
+        EXPECT_EQ(tcp.FindAddress(nonsense, patience, address).end, End::kFailed) << nonsense;
+}
+
+}  // namespace
+}  // namespace orma
