@@ -37,7 +37,7 @@ constexpr std::array<Refusal, 6> kRefusals = {{
 /// What a server sent, fit for a trace line.
 std::string Printable(std::string text) {
     std::ranges::replace_if(
-        text, [](char unit) { return (unit >= 0 && unit < ' ') || unit == 0x7f; }, '.');
+        text, [](char unit) { return unit < ' ' || unit > '~'; }, '.');
     return text;
 }
 
