@@ -1,0 +1,59 @@
+// What a mail server answers: greeting, extensions, challenge, refusals. The first byte chooses
+// protection and log-in; a zero byte ends what one read yields.
+
+#include <algorithm>
+
+#include "fuzz/fuzz.h"
+#include "stream/jstream_email.h"
+#include "support/mail_desk.h"
+
+namespace orma::test {
+
+// The dialogue with its boxes and a reply of several lines, however much the server sends.
+const MemoryBudget kMemoryBudget{.fixedBytes = 96 * 1024, .bytesPerInputByte = 64};
+
+void TryInput(ByteSpan input) {
+    if (input.empty()) return;
+    FuzzFiles files(input.size());
+    FakeTcp tcp;
+    FakeTls tls(tcp);
+    OpensslKeyedHash hash;
+    FakeOutbox outbox;
+    FakePatience patience;
+    std::uint32_t bytesSent = 0;
+    const MailServices services{tcp, tls, hash, outbox, files.services, patience, bytesSent};
+    const auto security = static_cast<TransportSecurity>(input[0] % 3);
+    std::string all;
+    for (std::size_t at = 1; at < input.size();) {
+        const auto rest = input.subspan(at);
+        const auto end = std::find(rest.begin(), rest.end(), 0);
+        tcp.replies.emplace_back(rest.begin(), end);
+        all += tcp.replies.back();
+        at += tcp.replies.back().size() + 1;
+    }
+
+    MailDelivery delivery;
+    delivery.account = {.server = u"mail.x.org",
+                        .security = security,
+                        .authenticate = input[0] >= 128,
+                        .user = u"tim",
+                        .password = u"tanstaaftanstaaf"};
+    JStreamEMAIL mail(services);
+    bool arrived = false;
+    if (mail.OpenMail(delivery, {u"desk@x.org", u"Talk", u"me@x.org", "Body", u"talk.wav"})) {
+        mail.Write("sound", 5);
+        arrived = mail.CloseMail();
+    }
+    const std::string sent = tcp.Sent();
+    Require(!arrived || (all.find("354") != std::string::npos && sent.ends_with("quit\r\n")),
+            "nothing arrives without the server's word");
+    Require(security == TransportSecurity::kNone || sent.find("MAIL") == std::string::npos ||
+                sent.find("<TLS>") < sent.find("MAIL"),
+            "no mail in clear text");
+    Require(security == TransportSecurity::kNone || sent.find("AUTH") == std::string::npos ||
+                sent.find("<TLS>") < sent.find("AUTH"),
+            "no log-in in clear text");
+    Require(!tcp.isOpen, "no connection stays open");
+}
+
+}  // namespace orma::test
