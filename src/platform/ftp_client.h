@@ -19,7 +19,9 @@ enum FtpCode : SystemError {
     kFtpDone = 0,
     kFtpTimeout = 12002,            // nobody answered, or no byte moved, for as long as is waited
     kFtpRefused = 12003,            // the server said no: FtpResult holds its words
+    kFtpBadName = 12005,            // a name that no command can carry
     kFtpNameNotResolved = 12007,    // the host name leads nowhere
+    kFtpWrongPassword = 12014,      // user name or password cannot be right
     kFtpCancelled = 12017,          // Patience was over: the user's own wish, nothing to report
     kFtpWrongState = 12019,         // not connected, or no file open
     kFtpCannotConnect = 12029,      // nobody listens there
@@ -43,13 +45,13 @@ struct FtpResult {
 
 /// Where and how to log in.
 struct FtpTarget {
-    Text host;
+    Text host{};
     int port = 21;  // 0: the port that is usual for the kind of protection
-    Text user;
-    Text password;
+    Text user{};
+    Text password{};
     bool passive = false;  // who opens data connections: this side (PASV) or the server (PORT)
     TransportSecurity security = TransportSecurity::kNone;
-    Text caFile;  // PEM file of the trusted issuers; empty: those of the system
+    Text caFile{};  // PEM file of the trusted issuers; empty: those of the system
     std::uint32_t connectTimeoutMs = 0;  // 0: as long as the adapter waits of itself
 };
 

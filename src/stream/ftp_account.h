@@ -8,13 +8,13 @@ namespace orma {
 
 /// One FTP destination, as plain values.
 struct FtpAccount {
-    Text server;  // host, optionally with a colon and a port
-    Text user;
-    Text password;
-    Text folder;  // remote folder; empty: the log-in folder
+    Text server{};  // host, optionally with a colon and a port
+    Text user{};
+    Text password{};
+    Text folder{};  // remote folder; empty: the log-in folder
     bool passive = false;
     TransportSecurity security = TransportSecurity::kNone;
-    Text caFile;  // PEM file of trusted issuers; empty: those of the system
+    Text caFile{};  // PEM file of trusted issuers; empty: those of the system
 };
 
 /// What FTP sessions and streams need; all outlive them.

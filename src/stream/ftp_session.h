@@ -56,7 +56,7 @@ class FtpSession {
     bool transferOpen = false;
 
   private:
-    void Fail(const Text& operation, FtpResult result, FtpManner manner);
+    void Fail(const Text& operation, FtpManner manner);
 
     FtpServices services_;
     std::unique_ptr<FtpClient> client_;
