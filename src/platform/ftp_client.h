@@ -49,7 +49,8 @@ struct FtpTarget {
     int port = 21;  // 0: the port that is usual for the kind of protection
     Text user{};
     Text password{};
-    bool passive = false;  // who opens data connections: this side (PASV) or the server (PORT)
+    bool passive = false;  // who opens data connections: this side (PASV) or, only in clear text,
+                           // the server (PORT)
     TransportSecurity security = TransportSecurity::kNone;
     Text caFile{};  // PEM file of the trusted issuers; empty: those of the system
     std::uint32_t connectTimeoutMs = 0;  // 0: as long as the adapter waits of itself

@@ -9,7 +9,6 @@
 #include <curl/curl.h>
 
 #include "platform/curl/curl_ftp_codes.h"
-#include "platform/curl/sigpipe_guard.h"
 
 namespace orma {
 namespace {
@@ -152,7 +151,8 @@ std::size_t CurlFtpClient::OnWantsData(std::span<char> room) {
     }
     hungry_ = true;
     if (!ending_) return CURL_READFUNC_PAUSE;
-    return ServerTookAll() ? 0 : CURL_READFUNC_ABORT;
+    const bool clear = target_.security == TransportSecurity::kNone;
+    return clear && !ServerTookAll() ? CURL_READFUNC_ABORT : 0;
 }
 
 std::size_t CurlFtpClient::OnData(std::string_view data) {
@@ -284,7 +284,8 @@ bool CurlFtpClient::Begin(const Task& task) {
     set(CURLOPT_ACCEPTTIMEOUT_MS, static_cast<long>(limits_.replyMs));
     set(CURLOPT_FTP_FILEMETHOD, static_cast<long>(CURLFTPMETHOD_NOCWD));
     set(CURLOPT_PATH_AS_IS, 1L);
-    if (!target_.passive) set(CURLOPT_FTPPORT, "-");
+    // libcurl 7.88 sends the data of active connections in clear text even where it must not.
+    if (!target_.passive && target_.security == TransportSecurity::kNone) set(CURLOPT_FTPPORT, "-");
     if (!target_.user.empty()) {
         set(CURLOPT_USERNAME, ToUtf8(target_.user).c_str());
         set(CURLOPT_PASSWORD, password_.c_str());
@@ -318,7 +319,6 @@ FtpResult CurlFtpClient::Exchange(const Task& task) {
 
 /// Drives the exchange until it is over, which result_ then tells, or the caller has enough.
 void CurlFtpClient::Drive(const std::function<bool()>& enough) {
-    const SigpipeGuard guard(target_.security != TransportSecurity::kNone);
     while (running_ && !enough()) {
         int handles = 0;
         const CURLMcode code = curl_multi_perform(multi_, &handles);
@@ -437,7 +437,6 @@ void CurlFtpClient::Disconnect() {
     fileOpen_ = false;
     restart_ = 0;
     restartSaid_ = false;
-    const SigpipeGuard guard(target_.security != TransportSecurity::kNone);
     if (connected_ && sockets_.HasControl() && !sockets_.ControlSpoke() &&
         Begin({.commands = {"*QUIT"}})) {
         const Time limit = Now() + kGoodByeLimit;
@@ -491,7 +490,7 @@ FtpResult CurlFtpClient::OpenFile(const Text& path, Access access) {
 }
 
 FtpResult CurlFtpClient::NotOpen() const {
-    return result_.Ok() ? FtpResult{kFtpWrongState, 0, {}} : result_;
+    return connected_ && !result_.Ok() ? result_ : FtpResult{kFtpWrongState, 0, {}};
 }
 
 FtpResult CurlFtpClient::Read(std::span<std::uint8_t> into, std::size_t& got) {
