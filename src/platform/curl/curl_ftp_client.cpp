@@ -277,6 +277,7 @@ bool CurlFtpClient::Begin(const Task& task) {
     set(CURLOPT_PROXY, "");
     set(CURLOPT_PROTOCOLS_STR, "ftp,ftps");
     set(CURLOPT_TCP_KEEPALIVE, 1L);
+    set(CURLOPT_TCP_NODELAY, 0L);  // blocks of a few KB are gathered while others are under way
     set(CURLOPT_CONNECTTIMEOUT_MS,
         static_cast<long>(target_.connectTimeoutMs != 0 ? target_.connectTimeoutMs
                                                         : limits_.connectMs));
@@ -321,11 +322,14 @@ FtpResult CurlFtpClient::Exchange(const Task& task) {
 void CurlFtpClient::Drive(const std::function<bool()>& enough) {
     while (running_ && !enough()) {
         int handles = 0;
+        const std::size_t pending = pending_.size();
         const CURLMcode code = curl_multi_perform(multi_, &handles);
         if (code != CURLM_OK) GiveUp(kFtpConnectionLost);
         if (Done() || enough()) return;
         if (!Asked())
             GiveUp(kFtpCancelled);
+        else if (pending_.size() < pending)
+            continue;  // it goes well; looking around would cost as much as sending
         else if (Stalled())
             GiveUp(kFtpTimeout);
         else
