@@ -22,6 +22,9 @@ struct AccountChoices {
 
     /// The first line with an account of that name.
     [[nodiscard]] std::optional<std::size_t> Find(TextView name) const;
+
+    /// The table's entry behind a line that was selected; none for a placeholder or no line.
+    [[nodiscard]] std::optional<std::size_t> EntryAt(std::optional<std::size_t> line) const;
 };
 
 /// The FTP destinations in table order, up to the first without a name and without those that have

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <span>
 
 #include "base/text.h"
@@ -54,7 +53,7 @@ struct DialogSituation {
     bool imagesOnly = false;     // images are published alone, without sound
 };
 
-/// The number of the dialog to show; nothing when none is needed (FTP without anything to choose).
-[[nodiscard]] std::optional<int> DialogBefore(const DialogSituation& situation);
+/// The dialog to show; null when none is needed (FTP without anything to choose).
+[[nodiscard]] const DialogResource* DialogBefore(const DialogSituation& situation);
 
 }  // namespace orma

@@ -21,9 +21,9 @@ namespace orma {
 
 /// What the user fills into an e-mail dialog. Values of controls that it lacks are ignored.
 struct EmailFields {
-    Text recipient;
-    Text subject;
-    std::optional<std::size_t> server;  // line of the "Server" box
+    Text recipient{};
+    Text subject{};
+    std::optional<std::size_t> server{};  // line of the "Server" box
     bool keepNames = false;
 };
 
@@ -34,8 +34,8 @@ class EmailDialog {
     static constexpr std::size_t kMaxCharacters = 253;  // of recipient and subject each
 
     /// Opens the e-mail dialog `resource` (105, 107, 109, 111, 119 or 121, or a twin) for a
-    /// publication called `baseName` with `audioBytes` of sound.
-    EmailDialog(DialogServices services, int resource, const Text& baseName,
+    /// publication called `baseName` with `audioBytes` of sound; images alone have 0.
+    EmailDialog(DialogServices services, const DialogResource& resource, const Text& baseName,
                 std::uint64_t audioBytes);
 
     [[nodiscard]] const DialogResource& Resource() const { return resource_; }
@@ -51,10 +51,11 @@ class EmailDialog {
     /// The info line with the size estimate; to be shown anew after every change of the images.
     [[nodiscard]] Text InfoText() const;
 
-    /// "Start": true closes the dialog with 1, and the choices are made. False keeps it open, and
-    /// nothing has changed: the recipient is no mail address (a box says so). Recipient and subject
-    /// are cut, not refused, when too long. While the publish method is FTP nothing is taken over.
-    /// A list of recent recipients that cannot be written (reported) does not hold up the mail.
+    /// "Start": true closes the dialog with 1, and the choices are made. False keeps it open: the
+    /// recipient is no mail address (a box says so); account and "Keep names" are in use by then.
+    /// Recipient and subject are cut, not refused, when too long. While the publish method is FTP
+    /// nothing is taken over. A list of recent recipients that cannot be written (reported) does
+    /// not hold up the mail.
     [[nodiscard]] bool Start(const EmailFields& fields);
 
   private:

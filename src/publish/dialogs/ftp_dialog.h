@@ -8,7 +8,7 @@ namespace orma {
 
 /// What the user fills into an FTP dialog. Values of controls that it lacks are ignored.
 struct FtpFields {
-    std::optional<std::size_t> server;  // line of the "Server" box
+    std::optional<std::size_t> server{};  // line of the "Server" box
     bool keepNames = false;
 };
 
@@ -17,7 +17,7 @@ struct FtpFields {
 class FtpDialog {
   public:
     /// Opens the FTP dialog `resource`: 113, 115, 117, 123 or 125, or a twin.
-    FtpDialog(DialogServices services, int resource);
+    FtpDialog(DialogServices services, const DialogResource& resource);
 
     [[nodiscard]] const DialogResource& Resource() const { return resource_; }
 

@@ -1,0 +1,122 @@
+#include <gmock/gmock.h>
+
+#include "publish/dialogs/account_choices.h"
+#include "publish/dialogs/current_accounts.h"
+
+namespace orma {
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<Text> Names(const AccountChoices& choices) {
+    std::vector<Text> names;
+    for (const AccountChoice& line : choices.lines)
+        names.push_back(line.name);
+    return names;
+}
+
+FtpDestination Ftp(const Text& name, const Text& server, std::uint32_t security = 0) {
+    return {server, u"u-" + name, u"p-" + name, u"f-" + name, 1, name, security};
+}
+
+TEST(AccountChoicesTest, FtpLinesEndAtTheFirstEmptyNameAndSkipEntriesWithoutAServer) {
+    SettingsRecord settings;
+    EXPECT_FALSE(FtpChoices(settings).selected);
+    settings.Ftp[0] = Ftp(u"day", u"a");
+    settings.Ftp[1] = Ftp(u"unused", u"");
+    settings.Ftp[2] = Ftp(u"night", u"b:2121");
+    settings.Ftp[4] = Ftp(u"behind the gap", u"c");
+    settings.CurrentFtpName = u"gone";
+    const AccountChoices none = FtpChoices(settings);
+    EXPECT_THAT(Names(none), ElementsAre(u"day", u"night"));
+    EXPECT_EQ(none.selected, 0U);
+    EXPECT_EQ(none.text, u"gone");
+    settings.CurrentFtpName = u"night";
+    const AccountChoices night = FtpChoices(settings);
+    EXPECT_EQ(night.selected, 1U);
+    EXPECT_EQ(night.EntryAt(night.selected), 2U);
+    EXPECT_FALSE(night.EntryAt(2));
+}
+
+TEST(AccountChoicesTest, SmtpLinesTakeTheServerForAMissingNameAndAreAlwaysFive) {
+    SettingsRecord settings;
+    settings.Smtp[0].Server = u"mail.a";
+    settings.Smtp[1].Name = u"second";
+    settings.Smtp[3].Name = u"behind the gap";
+    settings.CurrentSmtpName = u"Empty";  // a placeholder is no account
+    const AccountChoices choices = SmtpChoices(settings);
+    EXPECT_THAT(Names(choices), ElementsAre(u"mail.a", u"second", u"Empty", u"Empty", u"Empty"));
+    EXPECT_FALSE(choices.selected);
+    EXPECT_FALSE(choices.EntryAt(2));
+    UseSmtpEntry(settings, 0);
+    EXPECT_EQ(SmtpChoices(settings).selected, 0U);
+}
+
+TEST(CurrentAccountsTest, AChosenFtpEntryIsTheAccountInUseWithItsProtection) {
+    SettingsRecord settings;
+    settings.CaFile = u"ca.pem";
+    settings.Ftp[0] = Ftp(u"open", u"host");
+    settings.Ftp[1] = Ftp(u"safe", u"host", 1);
+    UseFtpEntry(settings, 1);
+    const FtpAccount safe = CurrentFtpAccount(settings);
+    EXPECT_EQ(safe.server, u"host");
+    EXPECT_EQ(safe.user, u"u-safe");
+    EXPECT_EQ(safe.password, u"p-safe");
+    EXPECT_EQ(safe.folder, u"f-safe");
+    EXPECT_TRUE(safe.passive);
+    EXPECT_EQ(safe.security, TransportSecurity::kUpgrade);
+    EXPECT_EQ(safe.caFile, u"ca.pem");
+    UseFtpEntry(settings, 0);
+    EXPECT_EQ(CurrentFtpAccount(settings).security, TransportSecurity::kNone);
+}
+
+TEST(CurrentAccountsTest, ProtectionThatAnEntryAsksForIsNotLostByAForeignName) {
+    struct Case {
+        Text server, name;
+        TransportSecurity expected;
+    };
+    SettingsRecord settings;
+    settings.Ftp[0] = Ftp(u"open", u"plain");
+    settings.Ftp[1] = Ftp(u"safe", u"secret", 2);
+    settings.Ftp[2] = Ftp(u"odd", u"future", 7);
+    for (const Case& c : {Case{u"plain", u"open", TransportSecurity::kNone},
+                          Case{u"secret", u"open", TransportSecurity::kImplicit},
+                          Case{u"secret", u"", TransportSecurity::kImplicit},
+                          Case{u"plain", u"safe", TransportSecurity::kImplicit},
+                          Case{u"future", u"odd", TransportSecurity::kUpgrade},
+                          Case{u"unknown", u"gone", TransportSecurity::kNone}}) {
+        settings.FtpServer = c.server;
+        settings.CurrentFtpName = c.name;
+        EXPECT_EQ(CurrentFtpAccount(settings).security, c.expected)
+            << ToUtf8(c.server) << " " << ToUtf8(c.name);
+        EXPECT_EQ(CurrentFtpAccount(settings).server, c.server);
+    }
+    settings.FtpServer.clear();
+    settings.CurrentFtpName = u"safe";
+    EXPECT_EQ(CurrentFtpAccount(settings).server, u"secret");
+    settings.CurrentFtpName = u"gone";
+    EXPECT_EQ(CurrentFtpAccount(settings).server, u"");
+}
+
+TEST(CurrentAccountsTest, TheNameInUseDecidesTheMailAccountElseTheSettingsInUse) {
+    SettingsRecord settings;
+    settings.Smtp[0] = {u"first", u"u0", u"p0", 0, u"", 2525, 0};
+    settings.Smtp[1] = {u"second", u"u1", u"p1", 1, u"desk", 465, 2};
+    settings.SmtpServer = u"first";
+    settings.SmtpUser = u"mine";
+    const SmtpAccount first = CurrentSmtpAccount(settings);
+    EXPECT_EQ(first.server, u"first");
+    EXPECT_EQ(first.user, u"mine");
+    EXPECT_EQ(first.port, 2525);
+    settings.CurrentSmtpName = u"desk";
+    const SmtpAccount desk = CurrentSmtpAccount(settings);
+    EXPECT_EQ(desk.server, u"second");
+    EXPECT_EQ(desk.port, 465);
+    EXPECT_EQ(desk.security, TransportSecurity::kImplicit);
+    EXPECT_TRUE(desk.authenticate);
+    settings.Smtp[1].Port = 0;
+    EXPECT_EQ(CurrentSmtpAccount(settings).port, 25);
+}
+
+}  // namespace
+}  // namespace orma
