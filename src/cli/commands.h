@@ -29,5 +29,6 @@ void AddDeleteCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddRecoverCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddSettingsCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddDevicesCommand(CLI::App& app, const Globals& globals, Action& action);
+void AddAccountsCommand(CLI::App& app, const Globals& globals, Action& action);
 
 }  // namespace orma::cli

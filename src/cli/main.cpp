@@ -67,6 +67,7 @@ int main(int argc, char** argv) {
     AddRecoverCommand(app, globals, action);
     AddSettingsCommand(app, globals, action);
     AddDevicesCommand(app, globals, action);
+    AddAccountsCommand(app, globals, action);
 
     std::string helpTopic;
     CLI::App* help = app.add_subcommand("help", "Explain a command");

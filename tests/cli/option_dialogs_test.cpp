@@ -1,0 +1,66 @@
+#include "cli/option_dialogs.h"
+
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "support/test_files.h"
+
+namespace orma::cli {
+namespace {
+
+struct OptionDialogsTest : testing::Test {
+    [[nodiscard]] bool ShowEmail() {
+        OptionDialogs dialogs(options, settings);
+        EmailDialog dialog(services, *FindDialogResource(109), u"talk", 0);
+        return dialogs.ShowEmailDialog(dialog);
+    }
+
+    test::TestFiles files;
+    Text folder = files.folder.Path();
+    SettingsRecord settings;
+    PublishChoices choices;
+    DialogServices services{settings, choices, files.services, folder};
+    DialogOptions options;
+};
+
+TEST_F(OptionDialogsTest, AnswerTheMailDialogAndPassItsChecks) {
+    settings.PublishMethod = 2;
+    settings.Recipient = u"desk@radio.org";
+    EXPECT_TRUE(ShowEmail());
+    EXPECT_EQ(choices.recipient, u"desk@radio.org");
+    EXPECT_EQ(choices.subject, u"talk");
+    options.recipient = "news@radio";
+    EXPECT_FALSE(ShowEmail());
+    options.recipient = "news@radio.org";
+    options.subject = "h\xC3\xB6r";
+    const Text image = files.folder.Path(u"a.jpg");
+    test::WriteFileBytes(image, Bytes(7));
+    options.images = {ToUtf8(image)};
+    EXPECT_TRUE(ShowEmail());
+    EXPECT_EQ(choices.recipient, u"news@radio.org");
+    EXPECT_EQ(choices.subject, u"h\u00F6r");
+    EXPECT_EQ(choices.images.TotalBytes(), 7U);
+    EXPECT_TRUE(choices.imagesAttached);
+    options.images = {ToUtf8(files.folder.Path(u"missing.jpg"))};
+    EXPECT_FALSE(ShowEmail()) << "nothing is sent without an image that was asked for";
+}
+
+TEST_F(OptionDialogsTest, AnAccountIsChosenByItsNameInTheTableOfTheMethod) {
+    settings.Smtp[0].Server = u"mail";
+    settings.Ftp[0].Name = u"studio";
+    settings.Ftp[0].Server = u"host";
+    options.account = "studio";
+    UseAccount(options, settings);
+    EXPECT_EQ(settings.FtpServer, u"host");
+    settings.PublishMethod = 2;
+    EXPECT_THROW(UseAccount(options, settings), std::runtime_error);
+    options.account = "mail";
+    UseAccount(options, settings);
+    EXPECT_EQ(settings.SmtpServer, u"mail");
+    options.account = "Empty";
+    EXPECT_THROW(UseAccount(options, settings), std::runtime_error);
+}
+
+}  // namespace
+}  // namespace orma::cli
