@@ -30,5 +30,6 @@ void AddRecoverCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddSettingsCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddDevicesCommand(CLI::App& app, const Globals& globals, Action& action);
 void AddAccountsCommand(CLI::App& app, const Globals& globals, Action& action);
+void AddTestConnectionCommand(CLI::App& app, const Globals& globals, Action& action);
 
 }  // namespace orma::cli

@@ -68,6 +68,7 @@ int main(int argc, char** argv) {
     AddSettingsCommand(app, globals, action);
     AddDevicesCommand(app, globals, action);
     AddAccountsCommand(app, globals, action);
+    AddTestConnectionCommand(app, globals, action);
 
     std::string helpTopic;
     CLI::App* help = app.add_subcommand("help", "Explain a command");

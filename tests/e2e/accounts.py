@@ -1,6 +1,9 @@
 #!/usr/bin/env python3
 """The accounts that publishing offers, as the command line lists them."""
 
+import json
+import socket
+
 from orma_e2e import Desk, check, equal
 
 
@@ -27,5 +30,20 @@ def accounts_are_listed_without_their_passwords(desk):
     equal(accounts["mail in use"]["password set"], True, "its password")
 
 
+def a_destination_that_nobody_serves_is_told(desk):
+    done = desk.run("test-connection", expect=1)
+    check("no FTP destination" in done.stderr, "nothing was said about the missing destination")
+    with socket.socket() as taken:  # bound but not listening: nobody answers there
+        taken.bind(("127.0.0.1", 0))
+        desk.run("settings", "set", f"FtpServer=127.0.0.1:{taken.getsockname()[1]}",
+                 "FtpPassword=S3cret")
+        done = desk.run("--json", "test-connection", expect=1)
+    check("Cannot connect" in done.stderr, f"another reason: {done.stderr}")
+    equal(json.loads(done.stdout)["reachable"], False, "reachable")
+    check("S3cret" not in done.stdout + done.stderr, "the password was printed")
+
+
+with Desk() as desk:
+    a_destination_that_nobody_serves_is_told(desk)
 with Desk() as desk:
     accounts_are_listed_without_their_passwords(desk)
