@@ -14,6 +14,9 @@ class Clock {
     /// Milliseconds of a counter that only rises and wraps after 2^32; its start is arbitrary.
     [[nodiscard]] virtual std::uint32_t Ticks() = 0;
 
+    /// Blocks for that long, for a job that waits without the event loop.
+    virtual void Sleep(std::uint32_t milliseconds) = 0;
+
     /// The present moment.
     [[nodiscard]] virtual FileTime Now() = 0;
 

@@ -8,6 +8,7 @@ namespace orma::test {
 class FakeClock : public Clock {
   public:
     [[nodiscard]] std::uint32_t Ticks() override { return ticks; }
+    void Sleep(std::uint32_t milliseconds) override { ticks += milliseconds; }
     [[nodiscard]] FileTime Now() override { return now; }
     [[nodiscard]] DateTime ToLocal(FileTime moment) override;
 

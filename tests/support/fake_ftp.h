@@ -6,14 +6,9 @@
 #include <vector>
 
 #include "platform/ftp_client.h"
+#include "support/fake_patience.h"
 
 namespace orma::test {
-
-/// Patience that never ends, or ends when a test says so.
-struct FakePatience : Patience {
-    [[nodiscard]] bool GoOn() override { return goOn; }
-    bool goOn = true;
-};
 
 /// A server in memory, and its clients: what it holds, what it was asked, how it misbehaves. One
 /// file at a time is open, as a client has it; the server outlives its clients.

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/tls_connection.h"
+#include "support/fake_patience.h"
 
 namespace orma::test {
 
@@ -49,13 +50,6 @@ class FakeTls : public TlsConnections {
 
   private:
     FakeTcp& tcp_;
-};
-
-/// Goes on `turns` times.
-class FakePatience : public Patience {
-  public:
-    [[nodiscard]] bool GoOn() override { return turns == 0 ? false : (--turns, true); }
-    std::size_t turns = SIZE_MAX;
 };
 
 }  // namespace orma::test

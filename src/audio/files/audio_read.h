@@ -66,6 +66,9 @@ class JStreamAudioReadFile : public JStreamFile {
     /// Fills one playback buffer, BufferBytes() long, with 16-bit PCM in the output's format.
     virtual void Get(std::span<std::uint8_t> buffer) = 0;
 
+    /// True once Get met sound that it could not read back and delivered silence in its place.
+    [[nodiscard]] bool IsDamaged() const { return damaged_; }
+
     [[nodiscard]] const AudioFileFormat& FileFormat() const { return format_; }
     [[nodiscard]] const Text& Path() const { return path_; }
 
@@ -82,6 +85,7 @@ class JStreamAudioReadFile : public JStreamFile {
     AudioFileFormat format_;
     PlaybackFormat output_;
     bool measured_ = false;
+    bool damaged_ = false;
 };
 
 /// A reader for `path`, by the recording format: MP2 when `mp2` is set, else WAV.

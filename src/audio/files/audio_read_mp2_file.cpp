@@ -140,7 +140,8 @@ bool JStreamAudioReadMP2File::DecodeFrame() {
         samples = decoder.Mp2DecodeFrame(decoded_, channels);
     }
     if (samples != kMp2FrameSamples) {
-        // Damage: go on at the next frame's place, with the header that stands there.
+        damaged_ = true;
+        // Go on at the next frame's place, with the header that stands there.
         MoveToFrame(frame_);
         if (frame_ < frameCount_) StartDecoder();
         return false;

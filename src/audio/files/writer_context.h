@@ -9,7 +9,9 @@
 #include "audio/files/pcm_staging.h"
 #include "audio/files/take_journal.h"
 #include "audio/files/wav_header.h"
+#include "stream/ftp_account.h"
 #include "stream/jstream_file.h"
+#include "stream/smtp_account.h"
 
 namespace orma {
 
@@ -24,6 +26,17 @@ struct PublicationTemplates {
     bool hasQlty = false;
 };
 
+/// Where publications and recordings go that leave this machine. Null services: none can.
+struct RemoteDestination {
+    const FtpServices* ftp = nullptr;  // both outlive the writers
+    const MailServices* mail = nullptr;
+    FtpAccount account;         // of the FTP writers
+    Text extension = u"wav";    // of the remote file, without the dot
+    bool broadcastWave = true;  // FTP: head and trailing chunks; off: bare MP2 frames
+    MailDelivery delivery;      // of the e-mail writer
+    MailMessage message;
+};
+
 /// What all writers share: there is one writer at a time and one of each of these. Plain state,
 /// UI thread.
 struct WriterContext {
@@ -36,6 +49,7 @@ struct WriterContext {
     Text publishExtension = u"wav";  // of a published MP2 file, without the dot
     WavHeader wavTemplate{};         // its block align is what takes get
     PublicationTemplates publication{};
+    RemoteDestination remote{};
 
     PcmStaging staging{};
     TakeJournal journal{};  // of the take being written
@@ -45,8 +59,13 @@ struct WriterContext {
     std::uint32_t dataStart = 0;  // where audio data begins in the output
 
     bool cancelled = false;  // the user cancelled: a local publication is not kept
-    bool committed = false;  // the publication stands complete under its final name
-    Text publishedPath{};    // that final name
+    bool committed = false;  // the publication stands complete under its final name, confirmed
+    Text publishedPath{};    // that final name, of a local file
+
+    bool unverified = false;      // an upload was accepted as whole, yet its size says otherwise,
+                                  // or it was resumed and cannot be told
+    std::uint64_t bytesSent = 0;  // of an upload, from the file's start, in completed writes
+    std::uint64_t bytesHeld = 0;  // of these, what the server held before a resumed attempt
 
     /// What the journal of the take `name` is to know.
     [[nodiscard]] TakeJournal::Format JournalFormat(TakeKind kind, std::uint32_t blockBytes,

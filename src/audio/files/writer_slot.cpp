@@ -1,7 +1,10 @@
 #include "audio/files/writer_slot.h"
 
+#include "audio/files/audio_write_bwf_email.h"
+#include "audio/files/audio_write_bwf_ftp.h"
 #include "audio/files/audio_write_bwf_mp2_file.h"
 #include "audio/files/audio_write_bwf_wav_file.h"
+#include "audio/files/audio_write_ftp.h"
 #include "audio/files/audio_write_mp2_file.h"
 #include "audio/files/audio_write_wav_file.h"
 
@@ -16,11 +19,21 @@ void WriterSlot::SelectWriter(WriterKind kind) {
 }
 
 std::unique_ptr<JStreamAudioWrite> WriterSlot::Make(WriterKind kind) {
+    const RemoteDestination& remote = context_.remote;
     switch (kind) {
         case WriterKind::kWavFile:
             return std::make_unique<JStreamAudioWriteWavFile>(context_);
         case WriterKind::kMp2File:
             return std::make_unique<JStreamAudioWriteMP2File>(context_);
+        case WriterKind::kFtp:
+            if (remote.ftp == nullptr) return nullptr;
+            return std::make_unique<JStreamAudioWriteFTP>(context_);
+        case WriterKind::kBwfFtp:
+            if (remote.ftp == nullptr) return nullptr;
+            return std::make_unique<JStreamAudioWriteBWFFTP>(context_);
+        case WriterKind::kBwfEmail:
+            if (remote.mail == nullptr) return nullptr;
+            return std::make_unique<JStreamAudioWriteBWFEMAIL>(context_);
         case WriterKind::kBwfWavFile:
             return std::make_unique<JStreamAudioWriteBWFWavFile>(context_);
         case WriterKind::kBwfMp2File:

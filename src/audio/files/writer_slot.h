@@ -31,7 +31,7 @@ class WriterSlot {
     WriterSlot& operator=(const WriterSlot&) = delete;
 
     /// Makes a writer of `kind` the current one; nothing happens when it is already. A kind that
-    /// is not a writer leaves none.
+    /// is not a writer leaves none, as does one whose services the context lacks.
     void SelectWriter(WriterKind kind);
 
     /// The current writer; null when there is none.

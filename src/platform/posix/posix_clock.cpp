@@ -1,6 +1,7 @@
 #include "platform/posix/posix_clock.h"
 
 #include <ctime>
+#include <thread>
 
 namespace orma {
 
@@ -8,6 +9,10 @@ std::uint32_t PosixClock::Ticks() {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     return static_cast<std::uint32_t>(
         std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
+
+void PosixClock::Sleep(std::uint32_t milliseconds) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 FileTime PosixClock::Now() {

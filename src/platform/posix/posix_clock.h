@@ -8,6 +8,7 @@ namespace orma {
 class PosixClock : public Clock {
   public:
     [[nodiscard]] std::uint32_t Ticks() override;
+    void Sleep(std::uint32_t milliseconds) override;
     [[nodiscard]] FileTime Now() override;
     [[nodiscard]] DateTime ToLocal(FileTime moment) override;
 };
