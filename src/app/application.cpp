@@ -8,6 +8,8 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
       report(ports.boxes, ports.storage),
       files{ports.storage, report},
       settingsStore(files, programFolder, settings),
+      progress(frontEnd.progress),
+      patience(progress, ports.clock),
       encoder(audio, report),
       decoder(audio, ports.storage, programFolder + u"mp2dec.txt"),
       writerContext{.files = files, .audio = audio, .encoder = encoder},
@@ -48,6 +50,30 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
               .transport = transport.State(),
               .listener = transport,
               .externalRecorder = &externalRecorder}),
-      progress(frontEnd.progress) {}
+      dialogs(frontEnd.dialogs != nullptr ? *frontEnd.dialogs : noDialogs) {
+    if (ports.network == nullptr) return;
+    const NetworkPorts& network = *ports.network;
+    ftp.emplace(FtpServices{.clients = network.ftp, .report = report, .patience = patience});
+    mail.emplace(MailServices{.tcp = network.tcp,
+                              .tls = network.tls,
+                              .hash = network.hash,
+                              .outbox = network.outbox,
+                              .files = files,
+                              .patience = patience,
+                              .bytesSent = mailBytesSent});
+    writerContext.remote.ftp = &*ftp;
+    writerContext.remote.mail = &*mail;
+}
+
+PublishServices Application::Publishing() {
+    return {.readers = {files, audio, decoder},
+            .clock = ports.clock,
+            .writers = writers,
+            .project = project,
+            .progress = progress,
+            .patience = patience,
+            .state = {settings, publishChoices, files, programFolder},
+            .dialogs = dialogs};
+}
 
 }  // namespace orma

@@ -2,12 +2,22 @@
 
 #include "audio/engine/pdaudio_in.h"
 #include "platform/event_loop.h"
+#include "platform/mail_outbox.h"
 #include "project/project.h"
 #include "publish/publish_job.h"
 #include "settings/settings_store.h"
 #include "transport/transport.h"
 
 namespace orma {
+
+/// The network; every reference outlives the application.
+struct NetworkPorts {
+    FtpClients& ftp;
+    TcpConnections& tcp;
+    TlsConnections& tls;
+    KeyedHash& hash;
+    MailOutbox& outbox;
+};
 
 /// The platform as the application sees it; every reference outlives it.
 struct Ports {
@@ -20,12 +30,21 @@ struct Ports {
     ExternalRecorder* externalRecorder = nullptr;  // null: absent hardware
     SpdifCard* spdif = nullptr;
     DesktopHelpers* desktop = nullptr;
+    const NetworkPorts* network = nullptr;  // null: nothing leaves this machine
 };
 
-/// What a front end listens with; both outlive the application.
+/// What a front end listens and asks with; all outlive the application.
 struct FrontEnd {
     TransportListener& transport;
     PublishProgress& progress;
+    PublishDialogs* dialogs = nullptr;  // null: there are none, what needs one is not published
+};
+
+/// Cancels every publish dialog.
+class NoPublishDialogs : public PublishDialogs {
+  public:
+    [[nodiscard]] bool ShowEmailDialog(EmailDialog&) override { return false; }
+    [[nodiscard]] bool ShowFtpDialog(FtpDialog&) override { return false; }
 };
 
 /// The whole state of the process: one instance of each subsystem, in the order of their
@@ -41,6 +60,12 @@ struct Application {
 
     SettingsRecord settings;
     SettingsStore settingsStore;
+
+    PublishProgress& progress;
+    PublishPatience patience;
+    std::uint32_t mailBytesSent = 0;  // over any socket
+    std::optional<FtpServices> ftp;   // none without a network
+    std::optional<MailServices> mail;
 
     AudioState audio;
     Mp2Pipeline encoder;
@@ -63,7 +88,12 @@ struct Application {
 
     Player player;
 
-    PublishProgress& progress;
+    PublishChoices publishChoices;
+    NoPublishDialogs noDialogs;  // where the front end has none
+    PublishDialogs& dialogs;
+
+    /// What a publish job stands on.
+    [[nodiscard]] PublishServices Publishing();
 };
 
 }  // namespace orma

@@ -46,15 +46,6 @@ ExternalRecorderSettings RecorderSettingsOf(const SettingsRecord& settings) {
                               settings.RecorderConfig3}};
 }
 
-PublishSettings PublishSettingsOf(const SettingsRecord& settings) {
-    PublishSettings publish;
-    publish.publishToFile = settings.PublishToFile != 0;
-    publish.publishExtension = settings.PublishExtension;
-    publish.originator = {settings.OriginatorCountry, settings.OriginatorOrganisation,
-                          settings.OriginatorUser};
-    return publish;
-}
-
 void ApplyAudioSettings(const SettingsRecord& settings, AudioState& audio, ErrorReporter& report) {
     audio.mp2 = settings.RecordingFormat != 0;
     audio.stereo = settings.Stereo != 0;

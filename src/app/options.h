@@ -4,7 +4,6 @@
 #include "audio/engine/input_processing.h"
 #include "audio/files/audio_state.h"
 #include "project/project.h"
-#include "publish/publish_job.h"
 #include "settings/settings_record.h"
 #include "transport/transport.h"
 
@@ -16,7 +15,6 @@ namespace orma {
 [[nodiscard]] InputProcessingSettings InputSettingsOf(const SettingsRecord& settings);
 [[nodiscard]] TransportOptions TransportOptionsOf(const SettingsRecord& settings);
 [[nodiscard]] ExternalRecorderSettings RecorderSettingsOf(const SettingsRecord& settings);
-[[nodiscard]] PublishSettings PublishSettingsOf(const SettingsRecord& settings);
 
 /// The sound format before a project is loaded. An illegal bit rate is reported and left out.
 void ApplyAudioSettings(const SettingsRecord& settings, AudioState& audio, ErrorReporter& report);

@@ -91,14 +91,8 @@ int Publish(const Globals& globals, const PublishOptions& options) {
     if (!OpenProject(app, path)) return kFailed;
     Select(options, app);
 
-    PublishSettings settings = PublishSettingsOf(app.settings);
-    settings.publishToFile = true;  // asked for in so many words
-    PublishJob job({.readers = {app.files, app.audio, app.decoder},
-                    .clock = app.ports.clock,
-                    .writers = app.writers,
-                    .project = app.project,
-                    .progress = app.progress},
-                   settings);
+    app.settings.PublishToFile = 1;  // asked for in so many words
+    PublishJob job(app.Publishing());
     const PublishOutcome outcome =
         options.cliplist ? job.MenuPublishCliplistToFile(false) : job.MenuPublishClipToFile(false);
     if (outcome != PublishOutcome::kPublished) return kFailed;

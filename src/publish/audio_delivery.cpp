@@ -41,7 +41,8 @@ PublishOutcome AudioDelivery::Attempts(const Text& baseName) {
         const std::uint64_t before = Context().bytesSent;
         const AttemptEnd end = Attempt(baseName, first);
         if (end == AttemptEnd::kOver) return outcome_;
-        if (!s_.patience.GoOn()) return Cancelled();
+        s_.patience.Start();
+        if (s_.progress.IsCancelled()) return Cancelled();
         if (end == AttemptEnd::kBroken ? !WantsToGoOn() : !terms_.autoResume) return Broken(end);
         if (Context().bytesSent <= before && !s_.patience.Wait(kPauseMs)) return Cancelled();
     }
@@ -64,6 +65,7 @@ AudioDelivery::AttemptEnd AudioDelivery::Attempt(const Text& baseName, bool firs
         return AttemptEnd::kNoConnection;
     }
     s_.progress.SetText(u"  Publishing audio...  ");
+    s_.patience.Start(true);
     const SendEnd end = opened_ ? SendClips() : SendEnd::kWriterFailed;
     if (end == SendEnd::kDone) return EndWhole();
     // What is incomplete must not come to stand under a local file's final name.
@@ -87,8 +89,7 @@ int AudioDelivery::OpenWriter(const Text& baseName, bool first) {
     context.publishedPath.clear();
     context.byteSum = 0;
     context.dataBytes = 0;
-    if (!first)
-        return Writer().Resume(baseName, static_cast<std::uint32_t>(context.bytesSent));
+    if (!first) return Writer().Resume(baseName, static_cast<std::uint32_t>(context.bytesSent));
     context.bytesSent = 0;
     context.bytesHeld = 0;
     Writer().Open(baseName);
@@ -121,17 +122,17 @@ AudioDelivery::AttemptEnd AudioDelivery::EndWhole() {
         outcome_ = PublishOutcome::kFailed;
         return IsRemote() ? AttemptEnd::kBroken : AttemptEnd::kOver;
     }
-    report.ShowError(headIsTrue ? u"The publication is not verified:\nthe server does not confirm\n"
-                                  u"the size of the file."
-                                : u"The publication is not verified:\nits sound has another length\n"
-                                  u"than its head says.");
+    report.ShowError(headIsTrue
+                         ? u"The publication is not verified:\nthe server does not confirm\n"
+                           u"the size of the file."
+                         : u"The publication is not verified:\nits sound has another length\n"
+                           u"than its head says.");
     outcome_ = PublishOutcome::kUnverified;
     return AttemptEnd::kOver;
 }
 
 /// Ends the file as far as it came, as a receiver would want it.
 AudioDelivery::AttemptEnd AudioDelivery::EndCancelled() {
-    s_.patience.GrantGrace();
     Writer().Finish();
     Writer().Close();
     outcome_ = Cancelled();

@@ -29,10 +29,31 @@ std::vector<FrameRange> FramesOf(const ClipPlan& plan, const StoredSound& sound,
     return frames;
 }
 
+/// The samples per channel that the sender takes of the plan, the last period of the file being as
+/// short as it is. The length of an upload follows from it, so it must be exact.
+std::uint64_t SamplesOf(const ClipPlan& plan, const StoredSound& sound) {
+    const auto at = [&](std::uint32_t period) {
+        return std::min<std::uint64_t>(std::uint64_t{period} * sound.samplesPerPeriod,
+                                       sound.samples);
+    };
+    std::uint64_t samples = 0;
+    for (const PeriodRange& stretch : plan.kept) {
+        const bool withTail = plan.takesTail && &stretch == &plan.kept.back();
+        samples += (withTail ? sound.samples : at(stretch.end)) - at(stretch.begin);
+    }
+    return samples;
+}
+
 StoredSound SoundOf(const AudioFileFormat& format, std::uint32_t length, const AudioState& audio) {
     StoredSound sound{.length = length};
     if (format.bytesPerPeriod > 0) sound.periods = format.dataLength / format.bytesPerPeriod;
-    if (audio.mp2) sound.frames = format.dataLength / audio.bitrate.FrameBytes();
+    if (audio.mp2) {
+        sound.frames = format.dataLength / audio.bitrate.FrameBytes();
+    } else if (const std::uint32_t sampleBytes = format.channels * (format.bitsPerSample / 8U);
+               sampleBytes > 0) {
+        sound.samples = format.dataLength / sampleBytes;
+        sound.samplesPerPeriod = format.bytesPerPeriod / sampleBytes;
+    }
     return sound;
 }
 
@@ -79,6 +100,7 @@ ClipPlan PlanClip(const ClipEntry& clip, const LevelSheet& sheet, const StoredSo
     plan.kept = KeptStretches(plan.cuts, plan.begin, plan.end);
     plan.takesTail = reachesEnd && !plan.kept.empty() && plan.kept.back().end == length;
     plan.frames = FramesOf(plan, sound, shift);
+    plan.samples = SamplesOf(plan, sound);
     for (const PeriodRange& stretch : plan.kept)
         plan.levels.insert(plan.levels.end(), sheet.levels.begin() + stretch.begin,
                            sheet.levels.begin() + stretch.end);

@@ -17,6 +17,8 @@ struct StoredSound {
     std::uint32_t length = 0;   // buffer periods, as the editor knows it
     std::uint32_t periods = 0;  // whole buffer periods stored
     std::uint32_t frames = 0;   // whole MP2 frames stored; 0 for WAV
+    std::uint32_t samples = 0;  // stored, per channel; 0 for MP2
+    std::uint32_t samplesPerPeriod = 0;
 };
 
 /// Stored MP2 frames [first, last).
@@ -42,6 +44,7 @@ struct ClipPlan {
     std::vector<PeriodRange> kept;     // the range less its cuts
     bool takesTail = false;            // also what is stored behind the last kept period
     std::vector<FrameRange> frames;    // MP2: the frames of each kept stretch
+    std::uint64_t samples = 0;         // WAV: what is sent, per channel
     std::vector<std::uint8_t> levels;  // a level byte for each kept period
 
     [[nodiscard]] std::uint32_t NetLength() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "audio/files/buffer_period.h"
 #include "audio/files/mp2_header.h"
 #include "base/trace.h"
 
@@ -22,39 +23,63 @@ std::uint32_t OutputBytesOfPeriod(const AudioFileFormat& format, std::uint32_t p
 
 }  // namespace
 
-ClipSender::ClipSender(ReaderServices services, const PublicationFormat& format,
-                       JStreamAudioWrite& writer, PublishProgress& progress)
-    : s_(services), format_(format), writer_(writer), progress_(progress) {}
+ClipSender::ClipSender(ReaderServices services, const Publication& publication,
+                       JStreamAudioWrite& writer, const WriterContext& out,
+                       std::uint64_t totalBytes, PublishProgress& progress)
+    : s_(services),
+      publication_(publication),
+      writer_(writer),
+      out_(out),
+      totalBytes_(totalBytes),
+      progress_(progress) {}
 
-SendResult ClipSender::Send(const ClipPlan& clip) {
-    Trace("Entry: breakbytes=%d", 0);
+SendEnd ClipSender::Send(const ClipPlan& clip) {
+    // How much of this clip the server held before; it is passed over, not sent again.
+    const std::uint64_t start = out_.dataStart + out_.dataBytes;
+    Trace("Entry: breakbytes=%d",
+          static_cast<int>(out_.bytesHeld > start ? out_.bytesHeld - start : 0));
     clipBytes_ = 0;
-    const auto reader = MakeReader(s_, clip.audioPath, format_.mp2);
+    const auto reader = MakeReader(s_, clip.audioPath, publication_.storedFrames);
     // A refused file is reported by the reader.
-    if (reader->Measure() == 0) return {SendEnd::kUnreadable, 0};
-    const SendEnd end = format_.mp2 ? SendFrames(*reader, clip) : SendPcm(*reader, clip);
+    if (reader->Measure() == 0) return SendEnd::kUnreadable;
+    const SendEnd end = !publication_.storedFrames ? SendPcm(*reader, clip)
+                        : publication_.fast        ? SendDecoded(*reader, clip)
+                                                   : SendFrames(*reader, clip);
     if (end == SendEnd::kUnreadable && reader->IsOpen())
         s_.files.report.ShowError(u"This recording is damaged:\n" + clip.audioPath);
     if (end == SendEnd::kDone) Trace("Success: ftpmpbytescnt=%d", static_cast<int>(clipBytes_));
-    return {end, clipBytes_};
+    return end;
+}
+
+void ClipSender::ShowSteps(std::uint64_t before, std::uint64_t unitsPerStep) {
+    const auto steps = static_cast<std::uint32_t>(allUnits_ / unitsPerStep - before / unitsPerStep);
+    if (steps > 0) progress_.Step(steps);
+    ShowBytes();
+}
+
+void ClipSender::ShowBytes() {
+    const std::uint64_t position = std::uint64_t{out_.dataStart} + out_.dataBytes;
+    progress_.SetBytes(std::max(position, out_.bytesHeld), totalBytes_);
 }
 
 SendEnd ClipSender::SendPcm(JStreamAudioReadFile& reader, const ClipPlan& clip) {
     // The file's own rate: the writer alone converts. It takes the rate from the audio state,
     // which measuring the file has set.
-    const PlaybackFormat output{reader.FileFormat().sampleRate, format_.channels};
-    buffer_.resize(output.BufferBytes(format_.shift));
+    const PublicationFormat& format = publication_.format;
+    const PlaybackFormat output{reader.FileFormat().sampleRate, format.channels};
+    buffer_.resize(output.BufferBytes(format.shift));
     reader.OpenAt(clip.begin, output);
     for (const PeriodRange& stretch : clip.kept) {
         const bool withTail = clip.takesTail && &stretch == &clip.kept.back();
         reader.SeekPeriod(stretch.begin);
         for (std::uint32_t period = stretch.begin; period < stretch.end || withTail; ++period) {
             const std::uint32_t bytes =
-                OutputBytesOfPeriod(reader.FileFormat(), period, format_.channels);
+                OutputBytesOfPeriod(reader.FileFormat(), period, format.channels);
             if (bytes == 0 && withTail) break;
             if (progress_.IsCancelled()) return SendEnd::kCancelled;
             if (const SendEnd end = PutPeriod(reader, bytes); end != SendEnd::kDone) return end;
             if (period < stretch.end) progress_.Step(1);
+            ShowBytes();
         }
     }
     return SendEnd::kDone;
@@ -71,11 +96,12 @@ SendEnd ClipSender::PutPeriod(JStreamAudioReadFile& reader, std::uint32_t bytes)
 }
 
 SendEnd ClipSender::SendFrames(JStreamAudioReadFile& reader, const ClipPlan& clip) {
-    const std::uint32_t framesPerBlock = kBlockBytes / format_.frameBytes;
+    const std::uint32_t frameBytes = publication_.format.frameBytes;
+    const std::uint32_t framesPerBlock = kBlockBytes / frameBytes;
     buffer_.resize(kBlockBytes);
     for (const FrameRange& range : clip.frames) {
-        reader.SetPosition(static_cast<std::int32_t>(reader.FileFormat().dataOffset +
-                                                     range.first * format_.frameBytes));
+        reader.SetPosition(
+            static_cast<std::int32_t>(reader.FileFormat().dataOffset + range.first * frameBytes));
         for (std::uint32_t frame = range.first; frame < range.last;) {
             const std::uint32_t count = std::min(framesPerBlock, range.last - frame);
             if (progress_.IsCancelled()) return SendEnd::kCancelled;
@@ -87,23 +113,54 @@ SendEnd ClipSender::SendFrames(JStreamAudioReadFile& reader, const ClipPlan& cli
 }
 
 SendEnd ClipSender::PutFrames(JStreamAudioReadFile& reader, std::uint32_t frames) {
-    const std::uint32_t bytes = frames * format_.frameBytes;
+    const std::uint32_t bytes = frames * publication_.format.frameBytes;
     reader.Read(buffer_.data(), bytes);
     const bool whole = reader.IsOpen() && !reader.Has(JStream::kAtEnd);
     if (!whole || !HoldsFrames(ByteSpan(buffer_).first(bytes))) return SendEnd::kUnreadable;
     writer_.WriteEncoded(buffer_.data(), bytes);
     if (!writer_.IsOpen()) return SendEnd::kWriterFailed;
-    const std::uint64_t before = allBytes_ / kBlockBytes;
-    allBytes_ += bytes;
+    const std::uint64_t before = allUnits_;
+    allUnits_ += bytes;
     clipBytes_ += bytes;
-    const auto steps = static_cast<std::uint32_t>(allBytes_ / kBlockBytes - before);
-    if (steps > 0) progress_.Step(steps);
+    ShowSteps(before, kBlockBytes);
+    return SendEnd::kDone;
+}
+
+SendEnd ClipSender::SendDecoded(JStreamAudioReadFile& reader, const ClipPlan& clip) {
+    constexpr std::uint32_t kFramesAtOnce = 10;  // a step of the progress display
+    const std::uint32_t outputFrame = kMp2FrameSamples * 2 * publication_.format.channels;
+    buffer_.resize(std::size_t{kFramesAtOnce} * outputFrame);
+    reader.OpenAt(clip.begin, {reader.FileFormat().sampleRate, publication_.format.channels});
+    // Each range belongs to the stretch of its place: a period is longer than a frame, so that only
+    // stretches behind the end of the sound have none.
+    for (std::size_t i = 0; i < clip.frames.size(); ++i) {
+        reader.SeekPeriod(clip.kept[i].begin);
+        for (std::uint32_t frame = clip.frames[i].first; frame < clip.frames[i].last;) {
+            const std::uint32_t count = std::min(kFramesAtOnce, clip.frames[i].last - frame);
+            if (progress_.IsCancelled()) return SendEnd::kCancelled;
+            if (const SendEnd end = PutDecoded(reader, count); end != SendEnd::kDone) return end;
+            frame += count;
+            const std::uint64_t before = allUnits_;
+            allUnits_ += count;
+            ShowSteps(before, kFramesAtOnce);
+        }
+    }
+    return SendEnd::kDone;
+}
+
+SendEnd ClipSender::PutDecoded(JStreamAudioReadFile& reader, std::uint32_t frames) {
+    const std::uint32_t bytes = frames * kMp2FrameSamples * 2 * publication_.format.channels;
+    reader.Get(std::span(buffer_).first(bytes));
+    if (!reader.IsOpen() || reader.IsDamaged()) return SendEnd::kUnreadable;
+    writer_.WriteSamples(buffer_.data(), bytes);
+    if (!writer_.IsOpen()) return SendEnd::kWriterFailed;
+    clipBytes_ += bytes;
     return SendEnd::kDone;
 }
 
 bool ClipSender::HoldsFrames(ByteSpan block) const {
     const Mp2Header expected = Mp2Header::ForSettings(s_.audio);
-    for (std::size_t at = 0; at < block.size(); at += format_.frameBytes) {
+    for (std::size_t at = 0; at < block.size(); at += publication_.format.frameBytes) {
         const Mp2Header header{{block[at], block[at + 1], block[at + 2], block[at + 3]}};
         const bool fits = header.IsLayer2() && header.BitrateIndex() == expected.BitrateIndex() &&
                           header.SamplingBits() == expected.SamplingBits() &&

@@ -6,8 +6,7 @@
 
 namespace orma {
 
-std::vector<NamedImage> NamedImages(const ImageList& images, const Text& baseName,
-                                    bool keepNames) {
+std::vector<NamedImage> NamedImages(const ImageList& images, const Text& baseName, bool keepNames) {
     std::vector<NamedImage> named;
     int number = 0;
     for (const ImageList::Image& image : images.Images()) {
@@ -48,8 +47,7 @@ bool ImageDelivery::Copy(JStreamFile& file) {
         left -= count;
         const std::uint64_t before = done_;
         done_ += count;
-        const auto steps =
-            static_cast<std::uint32_t>(done_ / kBlockBytes - before / kBlockBytes);
+        const auto steps = static_cast<std::uint32_t>(done_ / kBlockBytes - before / kBlockBytes);
         if (steps > 0) progress_.Step(steps);
         progress_.SetBytes(done_, total_);
     }

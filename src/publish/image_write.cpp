@@ -26,8 +26,8 @@ bool JStreamImageWritePubFTP::CloseNamed() {
     return RemoteSize(path_).value_or(bytes) == bytes;
 }
 
-JStreamImageWritePubEMAIL::JStreamImageWritePubEMAIL(const MailServices& services, MailDelivery delivery,
-                                                     MailMessage message)
+JStreamImageWritePubEMAIL::JStreamImageWritePubEMAIL(const MailServices& services,
+                                                     MailDelivery delivery, MailMessage message)
     : JStreamEMAIL(services), delivery_(std::move(delivery)), message_(std::move(message)) {}
 
 void JStreamImageWritePubEMAIL::OpenNamed(const Text& name) {

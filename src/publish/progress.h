@@ -15,6 +15,10 @@ class PublishProgress {
     virtual void SetRange(std::uint32_t steps) = 0;
     virtual void Step(std::uint32_t steps) = 0;
 
+    /// How far into the file being sent the job is, in bytes, and how many the file will have. What
+    /// a server held before a resumed attempt counts as done from its start.
+    virtual void SetBytes(std::uint64_t /*done*/, std::uint64_t /*total*/) {}
+
     /// True once the user asked to cancel.
     [[nodiscard]] virtual bool IsCancelled() = 0;
 };

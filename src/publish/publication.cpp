@@ -10,10 +10,6 @@ namespace {
 
 constexpr std::uint32_t kPublishedRate = 48000;  // Hz
 
-std::uint32_t DataBytes(const Publication& publication) {
-    return publication.TotalFrames() * publication.format.frameBytes;
-}
-
 }  // namespace
 
 std::uint32_t Publication::TotalPeriods() const {
@@ -24,27 +20,34 @@ std::uint32_t Publication::TotalPeriods() const {
 }
 
 std::uint32_t Publication::TotalFrames() const {
-    if (format.mp2) {
-        std::uint32_t frames = 0;
-        for (const ClipPlan& clip : clips)
-            frames += clip.FrameCount();
-        return frames;
+    std::uint32_t frames = 0;
+    std::uint64_t samples = 0;
+    for (const ClipPlan& clip : clips) {
+        frames += clip.FrameCount();
+        samples += clip.samples;
     }
-    const std::uint64_t samples =
-        std::uint64_t{TotalPeriods()} * kPublishedRate / PeriodsPerSecond(format.shift);
-    return static_cast<std::uint32_t>((samples + kMp2FrameSamples - 1) / kMp2FrameSamples);
+    if (storedFrames) return frames;
+    // The clips are one stream to the converter: n frames consume floor(n * 1152 * rate / 48000)
+    // samples, and the last one is filled up.
+    const std::uint64_t perFrame = std::uint64_t{kMp2FrameSamples} * format.recordingRate;
+    return static_cast<std::uint32_t>((samples * kPublishedRate + perFrame - 1) / perFrame);
+}
+
+std::uint64_t Publication::DataBytes() const {
+    const std::uint64_t frameBytes =
+        format.mp2 ? format.frameBytes : kMp2FrameSamples * 2U * format.channels;
+    return TotalFrames() * frameBytes;
 }
 
 std::uint64_t Publication::FileBytes() const {
-    const std::uint64_t frameBytes =
-        format.mp2 ? format.frameBytes : kMp2FrameSamples * 2U * format.channels;
     // Head and report: even a hundred clips with all their marks stay below.
     constexpr std::uint64_t kOtherBytes = 16U << 20;
-    return TotalFrames() * frameBytes + LevlChunk::BlockBytes(TotalPeriods()) + kOtherBytes;
+    return DataBytes() + LevlChunk::BlockBytes(TotalPeriods()) + kOtherBytes;
 }
 
 std::uint32_t Publication::ProgressSteps() const {
-    if (!format.mp2) return TotalPeriods();
+    if (!storedFrames) return TotalPeriods();
+    if (fast) return Mp2FrameOfPeriod(TotalPeriods() / 10, format.shift);
     const std::uint64_t frames = Mp2FrameOfPeriod(TotalPeriods(), format.shift);
     return static_cast<std::uint32_t>(frames * format.frameBytes >> 14);
 }
@@ -67,7 +70,7 @@ PublicationTemplates TemplatesOf(const Publication& publication, const std::stri
     templates.mpeg.headBitrate = format.bitrate;
     templates.mpeg.factSamples = publication.TotalFrames() * kMp2FrameSamples;
     templates.mpeg.frameSize = static_cast<std::uint16_t>(format.frameBytes);
-    templates.mpeg.dataSize = DataBytes(publication);
+    templates.mpeg.dataSize = publication.TotalFrames() * format.frameBytes;
 
     const std::uint32_t history = EvenLength(templates.codingHistory);
     const auto reportBytes = static_cast<std::uint32_t>(templates.qlty.report.size());

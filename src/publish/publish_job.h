@@ -7,69 +7,89 @@
 #include "audio/files/writer_slot.h"
 #include "platform/clock.h"
 #include "project/project.h"
-#include "publish/clip_sender.h"
+#include "publish/audio_delivery.h"
+#include "publish/dialogs/publish_dialogs.h"
+#include "publish/image_delivery.h"
 #include "publish/progress.h"
 #include "publish/publication.h"
+#include "publish/publish_outcome.h"
+#include "publish/publish_patience.h"
+#include "publish/publish_settings.h"
 
 namespace orma {
 
-/// What publishing takes from the settings, as plain values.
-struct PublishSettings {
-    bool publishToFile = false;  // the option that enables publications to files
-    Text publishExtension = u"wav";
-    OriginatorCodes originator;
-};
-
-/// What a job stands on; all outlive it. `writers` works on the audio state of `readers`.
+/// What a job stands on; all outlive it. `writers` works on the audio state of `readers`, and its
+/// context has the services of the network, whose patience is `patience`.
 struct PublishServices {
     ReaderServices readers;
     Clock& clock;
     WriterSlot& writers;
     Project& project;
     PublishProgress& progress;
+    PublishPatience& patience;
+    DialogServices state;  // the settings in use and what dialogs have chosen
+    PublishDialogs& dialogs;
 };
 
-/// How a job ended, for callers that must not claim more than was verified.
-enum class PublishOutcome {
-    kRefused,    // a check before the job failed
-    kPublished,  // delivered and confirmed
-    kCancelled,  // ended early by the user, who was told; nothing is left of it
-    kFailed,     // reported; nothing is left of it
-};
-
-/// Turns a clip list into one Broadcast-Wave file and delivers it: checks, preparation, then
-/// sending clip after clip. Runs to its end inside the call and reports to the progress listener.
-/// The audio state is the same afterwards as before. UI thread.
+/// Turns a clip list into one Broadcast-Wave file and delivers it, with images and the project's
+/// text: checks, preparation, the dialog, then sending. Runs to its end inside the call and reports
+/// to the progress listener. The audio state is the same afterwards as before. The settings are
+/// looked at when a job begins and after its dialog. UI thread.
 class PublishJob {
   public:
-    PublishJob(PublishServices services, PublishSettings settings);
+    explicit PublishJob(PublishServices services);
 
-    /// The menu command "Clip to File": the current recording with its selection. `busy`: recording
-    /// or playing, which refuses in silence, as the switched-off option does.
+    /// The menu commands. `busy`: recording or playing, which refuses. "Clip" publishes the current
+    /// recording with its selection, "Cliplist" the project's list. "to File" makes a file beside
+    /// the project, "Fast" goes without a dialog to the destination in use, as one channel at a bit
+    /// rate of its own, without images.
+    [[nodiscard]] PublishOutcome MenuPublishClip(bool busy);
+    [[nodiscard]] PublishOutcome MenuPublishCliplist(bool busy);
     [[nodiscard]] PublishOutcome MenuPublishClipToFile(bool busy);
-
-    /// The menu command "Cliplist to File". Refuses in silence while busy.
     [[nodiscard]] PublishOutcome MenuPublishCliplistToFile(bool busy);
+    [[nodiscard]] PublishOutcome MenuPublishFastClip(bool busy);
+    [[nodiscard]] PublishOutcome MenuPublishFastCliplist(bool busy);
 
-    /// Publishes a clip list to the file "pub_" + base name + extension in the project's folder. An
-    /// older file of that name is replaced by a complete new one or stays as it is. An empty list
-    /// ends at once (refused).
-    [[nodiscard]] PublishOutcome PublishToFile(const ClipList& clips, const Text& baseName);
+    /// The menu command "Image": images alone. Refuses in silence.
+    [[nodiscard]] PublishOutcome MenuPublishImage(bool busy);
+
+    /// Publishes a clip list under a base name: to the file "pub_" + base name + extension in the
+    /// project's folder, which replaces an older one only when it is complete, or to the
+    /// destination in use. An empty list ends at once (refused).
+    [[nodiscard]] PublishOutcome Publish(const ClipList& clips, const Text& baseName, bool toFile,
+                                         bool fast);
 
     /// The final path of the last publication to a file; empty when it was not published.
     [[nodiscard]] const Text& PublishedPath() const { return publishedPath_; }
 
   private:
+    enum class Mode { kNormal, kToFile, kFast };
+
+    [[nodiscard]] PublishOutcome PublishClip(Mode mode, bool busy);
+    [[nodiscard]] PublishOutcome PublishCliplist(Mode mode, bool busy);
+    [[nodiscard]] bool IsEnabled(Mode mode) const;
     [[nodiscard]] bool SampleRateFits(std::uint32_t sampleRate);
     void StoreCurrentRecording();
-    [[nodiscard]] std::optional<Publication> Prepare(const ClipList& clips);
+
+    [[nodiscard]] std::optional<Publication> Prepare(const ClipList& clips, bool toFile, bool fast);
     [[nodiscard]] bool ReadClips(const ClipList& clips, Publication& publication);
-    [[nodiscard]] PublishOutcome Send(const Publication& publication, const Text& baseName);
-    [[nodiscard]] SendEnd SendClips(const Publication& publication, JStreamAudioWrite& writer);
-    [[nodiscard]] PublishOutcome Outcome(SendEnd end);
+    [[nodiscard]] bool ChooseDestination(const Text& baseName, std::uint64_t audioBytes,
+                                         bool imagesOnly);
+    [[nodiscard]] bool DestinationFits();
+    [[nodiscard]] AudioDeliveryTerms FillContext(const Publication& publication,
+                                                 const Text& baseName, bool toFile);
+    [[nodiscard]] bool HasImages() const;
+    [[nodiscard]] PublishOutcome SendImages(const Text& baseName, bool keepNames);
+    [[nodiscard]] PublishOutcome SendCompanions(const Text& baseName);
+    [[nodiscard]] MailMessage Message(const Text& attachmentName) const;
+    [[nodiscard]] MailDelivery Delivery() const;
+
+    template <class Send>
+    [[nodiscard]] PublishOutcome WithImageWriter(Send send);
 
     PublishServices s_;
     PublishSettings settings_;
+    Mp2Bitrate outputBitrate_;
     Text publishedPath_;
 };
 

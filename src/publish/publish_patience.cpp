@@ -3,7 +3,11 @@
 namespace orma {
 
 bool PublishPatience::GoOn() {
-    if (!graceEnds_) return !progress_.IsCancelled();
+    if (!graceEnds_) {
+        if (!progress_.IsCancelled()) return true;
+        if (!transfer_) return false;
+        graceEnds_ = clock_.Ticks() + kGraceMs;
+    }
     return static_cast<std::int32_t>(*graceEnds_ - clock_.Ticks()) > 0;
 }
 

@@ -8,8 +8,9 @@
 
 namespace orma {
 
-/// The patience of a publish job: it ends when the user cancels. What a cancelled job then does to
-/// end its file properly gets a last grace, so that a dead server cannot hold the user. UI thread.
+/// The patience of a publish job: it ends when the user cancels, at once while nothing is under way
+/// yet. A transfer that began gets a last grace, in which the job ends the file properly; a dead
+/// server holds the user no longer than that. UI thread.
 class PublishPatience : public Patience {
   public:
     static constexpr std::uint32_t kGraceMs = 10000;
@@ -19,11 +20,11 @@ class PublishPatience : public Patience {
 
     [[nodiscard]] bool GoOn() override;
 
-    /// A new job: patience until the user cancels.
-    void Start() { graceEnds_.reset(); }
-
-    /// From now on patience lasts kGraceMs, whatever the user says.
-    void GrantGrace() { graceEnds_ = clock_.Ticks() + kGraceMs; }
+    /// From now on a Cancel counts at once; `transfer`: after the grace.
+    void Start(bool transfer = false) {
+        transfer_ = transfer;
+        graceEnds_.reset();
+    }
 
     /// Waits; false as soon as patience is over.
     [[nodiscard]] bool Wait(std::uint32_t milliseconds);
@@ -31,6 +32,7 @@ class PublishPatience : public Patience {
   private:
     PublishProgress& progress_;
     Clock& clock_;
+    bool transfer_ = false;
     std::optional<std::uint32_t> graceEnds_;  // ticks
 };
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -70,15 +71,10 @@ TakeAccount Workday::Record(Application& app, std::uint32_t periods, const Fault
 }
 
 PublishOutcome Workday::Publish(Application& app) {
-    PublishSettings settings = PublishSettingsOf(app.settings);
-    settings.publishToFile = true;
-    PublishJob job({.readers = {app.files, app.audio, app.decoder},
-                    .clock = app.ports.clock,
-                    .writers = app.writers,
-                    .project = app.project,
-                    .progress = app.progress},
-                   settings);
-    return job.MenuPublishCliplistToFile(false);
+    const std::uint8_t before = std::exchange(app.settings.PublishToFile, std::uint8_t{1});
+    const PublishOutcome outcome = PublishJob(app.Publishing()).MenuPublishCliplistToFile(false);
+    app.settings.PublishToFile = before;
+    return outcome;
 }
 
 void Workday::Prepare() {

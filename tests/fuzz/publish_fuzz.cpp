@@ -19,6 +19,12 @@ const MemoryBudget kMemoryBudget{.fixedBytes = 512 * 1024, .bytesPerInputByte = 
 
 namespace {
 
+class NoPublishDialogs : public PublishDialogs {
+  public:
+    [[nodiscard]] bool ShowEmailDialog(EmailDialog&) override { return false; }
+    [[nodiscard]] bool ShowFtpDialog(FtpDialog&) override { return false; }
+};
+
 /// Silence of so many buffer periods at 32 kbit/s: frames without any subband.
 Bytes Silence(std::size_t periods, unsigned shift) {
     constexpr std::size_t kFrameBytes = 96;
@@ -64,10 +70,20 @@ void TryInput(ByteSpan bytes) {
     clip.end = 0xFFFFFFFF;
     clips.Append(clip);
 
-    PublishSettings settings;
-    settings.publishToFile = true;
-    PublishJob job({readers, clock, writers, project, progress}, settings);
-    const PublishOutcome outcome = job.PublishToFile(clips, u"talk");
+    PublishPatience patience(progress, clock);
+    SettingsRecord settings;
+    PublishChoices choices;
+    NoPublishDialogs dialogs;
+    const Text programFolder = u"program/";
+    PublishJob job({readers,
+                    clock,
+                    writers,
+                    project,
+                    progress,
+                    patience,
+                    {settings, choices, files.services, programFolder},
+                    dialogs});
+    const PublishOutcome outcome = job.Publish(clips, u"talk", true, false);
     const Bytes* file = files.storage.Find(u"news/pub_talk.wav");
     Require((outcome == PublishOutcome::kPublished) == (file != nullptr), "whole or not there");
     Require(files.storage.Find(u"news/pub_talk.wav.tmp") == nullptr, "nothing is left over");

@@ -2,6 +2,7 @@
 
 #include "app/options.h"
 #include "fuzz/fuzz.h"
+#include "publish/publish_settings.h"
 #include "settings/settings_store.h"
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"

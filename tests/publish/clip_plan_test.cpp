@@ -80,10 +80,15 @@ TEST(ClipPlan, TrustsLevelsThatFitTheSound) {
 
 Publication Published(bool mp2, std::uint16_t channels) {
     Publication publication;
+    publication.storedFrames = mp2;
     publication.format = {mp2, channels, 44100, 64000, 192, 2};
     publication.recorded = {2009, 1, 1, 5, 9, 7, 3, 42};
-    publication.clips = {PlanClip(Clip(0, 10), Sheet(30), {29, 30, 63}, 2),
-                         PlanClip(Clip(0, 0), Sheet(30), {29, 30, 63}, 2)};
+    const StoredSound sound =
+        mp2 ? StoredSound{29, 30, 63}
+            : StoredSound{
+                  .length = 29, .periods = 30, .samples = 30 * 2205 + 7, .samplesPerPeriod = 2205};
+    publication.clips = {PlanClip(Clip(0, 10), Sheet(30), sound, 2),
+                         PlanClip(Clip(0, 0), Sheet(30), sound, 2)};
     return publication;
 }
 
@@ -108,10 +113,19 @@ TEST(Publication, SizesOfMp2CountEveryFrameThatIsSent) {
     EXPECT_EQ(publication.ProgressSteps(), 0U);
 }
 
-TEST(Publication, FramesOfPcmFollowFromTheLength) {
-    const Publication publication = Published(false, 2);
-    // 40 periods are 96000 samples of 48000 Hz: 83.3 frames of 1152.
+TEST(Publication, FramesOfPcmFollowFromItsSamples) {
+    Publication publication = Published(false, 2);
+    // 40 periods and the 7 samples behind the last: 88207 of 44100 Hz, 1058.4 of them a frame.
     EXPECT_EQ(publication.TotalFrames(), 84U);
+    publication.format.recordingRate = 48000;
+    EXPECT_EQ(publication.TotalFrames(), 77U);
+    publication.format.recordingRate = 44100;
+    publication.clips.pop_back();
+    publication.clips[0].samples = 5292;  // five frames to the sample
+    EXPECT_EQ(publication.TotalFrames(), 5U);
+    publication.clips[0].samples = 5293;
+    EXPECT_EQ(publication.TotalFrames(), 6U);
+    publication = Published(false, 2);
     EXPECT_EQ(TemplatesOf(publication, "", {}, 0).mpeg.factSamples, 84U * 1152);
     EXPECT_EQ(publication.ProgressSteps(), 40U);
 }
@@ -121,9 +135,11 @@ TEST(Publication, ReckonsLongOnesWithoutOverflow) {
     publication.format = {.mp2 = false, .channels = 2, .shift = 2};
     ClipPlan hours;
     hours.levels.resize(20U * 3600 * 30);  // 30 h
+    hours.samples = 44100ULL * 3600 * 30;
     publication.clips = {hours};
     EXPECT_EQ(publication.TotalFrames(), 4500000U);
     EXPECT_GT(publication.FileBytes(), std::uint64_t{4} << 30);
+    publication.storedFrames = true;
     publication.format = {.mp2 = true, .bitrate = 256000, .frameBytes = 768, .shift = 2};
     // 4500000 frames of 768 bytes in blocks of 16 KiB.
     EXPECT_EQ(publication.ProgressSteps(), 210937U);

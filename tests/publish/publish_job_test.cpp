@@ -243,15 +243,16 @@ TEST(PublishJob, RefusesWithTheTextOfTheCheckThatFailed) {
     PublishRig rig;
     rig.AddWav(u"talk00", Speech(30 * kPeriod44100, 44100, 1));
     PublishJob job = rig.Job();
-    PublishJob switchedOff({rig.readers, rig.clock, rig.writers, rig.project, rig.progress}, {});
 
     // In silence: busy, and a clip while the option is off.
     EXPECT_EQ(job.MenuPublishClipToFile(true), PublishOutcome::kRefused);
     EXPECT_EQ(job.MenuPublishCliplistToFile(true), PublishOutcome::kRefused);
-    EXPECT_EQ(switchedOff.MenuPublishClipToFile(false), PublishOutcome::kRefused);
+    rig.settings.PublishToFile = 0;
+    EXPECT_EQ(job.MenuPublishClipToFile(false), PublishOutcome::kRefused);
     EXPECT_THAT(rig.Boxes(), IsEmpty());
 
-    EXPECT_EQ(switchedOff.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
+    rig.settings.PublishToFile = 1;
     rig.audio.sampleRate = 96000;
     EXPECT_EQ(job.MenuPublishClipToFile(false), PublishOutcome::kRefused);
     EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
@@ -395,7 +396,7 @@ TEST(PublishJob, RefusesAListWhoseClipsAreCutAway) {
     rig.AddClip(u"talk00");
     EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
     EXPECT_THAT(rig.Boxes(), ElementsAre(u"Nothing recorded or selected"));
-    EXPECT_EQ(rig.Job().PublishToFile(ClipList(), u"talk"), PublishOutcome::kRefused);
+    EXPECT_EQ(rig.Job().Publish(ClipList(), u"talk", true, false), PublishOutcome::kRefused);
     ExpectNothingPublished(rig);
 }
 

@@ -28,6 +28,10 @@ std::vector<std::int16_t> Speech(std::size_t samples, std::uint32_t rate, unsign
 PublishRig::PublishRig() {
     project.SetPath(Path(), u"talk");
     clock.ticks = 0x00ABCDEF;
+    settings.PublishToFile = 1;
+    settings.OriginatorCountry = 0x04030201;
+    settings.OriginatorOrganisation = 0x08070605;
+    settings.OriginatorUser = 0x0C0B0A09;
 }
 
 void PublishRig::Date(const Text& fileName) {
@@ -102,10 +106,14 @@ void PublishRig::MakeCurrent(const Text& name, const LevelSheet& sheet) {
 }
 
 PublishJob PublishRig::Job() {
-    PublishSettings settings;
-    settings.publishToFile = true;
-    settings.originator = {0x04030201, 0x08070605, 0x0C0B0A09};
-    return {{readers, clock, writers, project, progress}, settings};
+    return PublishJob({readers,
+                       clock,
+                       writers,
+                       project,
+                       progress,
+                       patience,
+                       {settings, choices, services, programFolder},
+                       dialogs});
 }
 
 }  // namespace orma::test

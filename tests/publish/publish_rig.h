@@ -13,16 +13,44 @@ namespace orma::test {
 
 /// Records what a job shows and cancels at the n-th question (0: never).
 struct FakeProgress : PublishProgress {
-    void SetText(const Text& text) override { texts.push_back(text); }
+    void SetText(const Text& text) override {
+        texts.push_back(text);
+        if (onText) onText(text);
+    }
     void SetRange(std::uint32_t steps) override { range = steps; }
     void Step(std::uint32_t steps) override { stepped += steps; }
     bool IsCancelled() override { return cancelAt != 0 && ++asked >= cancelAt; }
 
+    void SetBytes(std::uint64_t done, std::uint64_t total) override { bytes = {done, total}; }
+
     std::vector<Text> texts;
+    std::function<void(const Text&)> onText;
+    std::pair<std::uint64_t, std::uint64_t> bytes;  // done and total
     std::uint32_t range = 0;
     std::uint32_t stepped = 0;
     std::uint32_t cancelAt = 0;
     std::uint32_t asked = 0;
+};
+
+/// Answers the publish dialogs as a test says, and notes which were shown.
+struct FakeDialogs : PublishDialogs {
+    bool ShowEmailDialog(EmailDialog& dialog) override {
+        shown.push_back(dialog.Resource().id);
+        if (onShow) onShow();
+        return start && dialog.Start(email);
+    }
+    bool ShowFtpDialog(FtpDialog& dialog) override {
+        shown.push_back(dialog.Resource().id);
+        if (onShow) onShow();
+        if (start) dialog.Start(ftp);
+        return start;
+    }
+
+    std::vector<int> shown;
+    std::function<void()> onShow;
+    bool start = true;
+    EmailFields email{.recipient = u"news@radio.example", .subject = u"Talk"};
+    FtpFields ftp;
 };
 
 /// Sound that changes from period to period: a tone of 440 Hz whose loudness goes up and down,
@@ -56,7 +84,7 @@ struct PublishRig {
     /// Makes a take the current recording, as opening it does.
     void MakeCurrent(const Text& name, const LevelSheet& sheet);
 
-    /// A job with publications to files enabled.
+    /// A job on the settings, which have publications to files enabled.
     [[nodiscard]] PublishJob Job();
 
     /// The texts of the boxes shown so far.
@@ -76,6 +104,11 @@ struct PublishRig {
     CurrentRecording recording;
     Project project{{readers, clock, clips, recording}};
     FakeProgress progress;
+    PublishPatience patience{progress, clock};
+    SettingsRecord settings;
+    PublishChoices choices;
+    FakeDialogs dialogs;
+    Text programFolder = Path();
 
   private:
     LevelSheet Levelled(const Text& name, const std::vector<std::int16_t>& samples,

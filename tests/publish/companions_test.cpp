@@ -1,0 +1,160 @@
+// Images and text, and what is checked before anything is sent.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "remote_rig.h"
+
+namespace orma::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct CompanionsTest : testing::Test {
+    CompanionsTest() {
+        rig.AddClips(true, 44100, 1);
+        rig.settings.ImagePublishing = 1;
+        image.resize(40000);
+        for (std::size_t i = 0; i < image.size(); ++i)
+            image[i] = static_cast<std::uint8_t>(i * 7);
+        WriteFileBytes(rig.Path(u"boat.jpg"), image);
+        WriteFileBytes(rig.Path(u"quay"), ByteSpan(image).first(5));
+        rig.dialogs.onShow = [this] {
+            rig.choices.images.Clear();
+            EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"boat.jpg")));
+            EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"quay")));
+            rig.choices.imagesAttached = true;
+        };
+    }
+
+    RemoteRig rig;
+    Bytes image;
+};
+
+TEST_F(CompanionsTest, FollowTheSoundByFtp) {
+    rig.settings.PublishText = 1;
+    rig.settings.UseProjectTextFile = 1;
+    rig.settings.ProjectTextFile = u"/desk/notes.nws";
+    rig.settings.FtpFolder = u"in";
+    ASSERT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kPublished);
+    EXPECT_EQ(rig.dialogs.shown, std::vector<int>{113});
+    EXPECT_EQ(rig.server.files.size(), 4U);
+    EXPECT_EQ(rig.server.files[u"in/talk_01.jpg"], image);
+    EXPECT_EQ(rig.server.files[u"in/talk_02"], Bytes(image.begin(), image.begin() + 5));
+    const Bytes& text = rig.server.files[u"in/talk.nws"];
+    EXPECT_EQ(std::string(text.begin(), text.end()), "Harbour");
+    EXPECT_THAT(rig.progress.texts,
+                ElementsAre(u"  Connecting...  ", u"  Publishing audio...  ",
+                            u"  Publishing image...  ", u"  Publishing text...  "));
+
+    // Fast: no dialog, no images, but the text.
+    rig.server.files.clear();
+    ASSERT_EQ(rig.Job().MenuPublishFastCliplist(false), PublishOutcome::kPublished);
+    EXPECT_EQ(rig.server.files.size(), 2U);
+    EXPECT_EQ(rig.dialogs.shown.size(), 1U);
+}
+
+TEST_F(CompanionsTest, AreMailsOfTheirOwn) {
+    rig.settings.PublishMethod = 2;
+    rig.ExpectMails(3);
+    ASSERT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kPublished);
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+    const std::vector<Bytes> attachments = rig.Attachments();
+    ASSERT_EQ(attachments.size(), 3U);
+    EXPECT_EQ(rig.Findings(attachments[0]), "");
+    EXPECT_EQ(attachments[1], image);
+    EXPECT_THAT(rig.tcp.Sent(), testing::HasSubstr("filename=\"talk_02\""));
+}
+
+TEST_F(CompanionsTest, GoAloneUnderTheirOwnNames) {
+    rig.dialogs.ftp.keepNames = true;
+    ASSERT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kPublished);
+    EXPECT_EQ(rig.dialogs.shown, std::vector<int>{123});
+    EXPECT_EQ(rig.server.files[u"boat.jpg"], image);
+    EXPECT_EQ(rig.server.files.size(), 2U);
+    // Nothing is selected: the images are all that there is.
+    rig.server.files.clear();
+    ASSERT_EQ(rig.Job().MenuPublishClip(false), PublishOutcome::kPublished);
+    EXPECT_EQ(rig.server.files[u"talk_01.jpg"], image);
+}
+
+TEST_F(CompanionsTest, AreNamedWhenTheyDoNotArrive) {
+    rig.progress.onText = [&](const Text& text) {
+        if (text == u"  Publishing image...  ") rig.server.breaksAfter = 20000;
+    };
+    EXPECT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kFailed);
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Connection lost", u"Not published:\ntalk_01.jpg"));
+    EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "") << "the sound is there";
+
+    rig.files.boxes.shown.clear();
+    rig.progress.onText = nullptr;
+    rig.server.confirmation.code = kFtpTimeout;
+    EXPECT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kFailed);
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Not published:\ntalk_01.jpg"));
+}
+
+TEST_F(CompanionsTest, OrNothingAtAllWhenTheDialogIsCancelled) {
+    rig.dialogs.start = false;
+    EXPECT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kRefused);
+    EXPECT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kRefused);
+    EXPECT_THAT(rig.server.log, IsEmpty());
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+}
+
+TEST(PublishChecks, RefuseWithTheirTexts) {
+    RemoteRig rig;
+    rig.audio.mp2 = true;
+    PublishJob job = rig.Job();
+    const auto refused = [](PublishOutcome outcome) { return outcome == PublishOutcome::kRefused; };
+    EXPECT_TRUE(refused(job.MenuPublishClip(true)));
+    EXPECT_TRUE(refused(job.MenuPublishFastClip(true)));
+    EXPECT_TRUE(refused(job.MenuPublishImage(true)));
+    EXPECT_TRUE(refused(job.MenuPublishImage(false)));  // images are off
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+    EXPECT_TRUE(refused(job.MenuPublishCliplist(true)));
+    EXPECT_TRUE(refused(job.MenuPublishFastCliplist(true)));
+    EXPECT_TRUE(refused(job.MenuPublishClip(false)));
+    EXPECT_TRUE(refused(job.MenuPublishFastClip(false)));
+    EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
+    rig.settings.FtpPublishing = 0;
+    EXPECT_TRUE(refused(job.MenuPublishClip(false)));  // in silence
+    EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
+    rig.settings.PublishMethod = 1;  // which needs no such option
+    EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"MenuPublishCliplist", u"MenuPublishCliplist",
+                                         u"Nothing recorded or selected",
+                                         u"Nothing recorded or selected", u"Nothing in cliplist",
+                                         u"MenuPublishCliplist", u"Nothing in cliplist"));
+
+    rig.files.boxes.shown.clear();
+    rig.AddClips(true, 44100, 1);
+    rig.settings.Recipient = u"nobody";
+    EXPECT_TRUE(refused(job.MenuPublishFastCliplist(false)));
+    rig.settings.PublishMethod = 0;
+    rig.settings.FtpServer.clear();
+    EXPECT_TRUE(refused(job.MenuPublishFastCliplist(false)));
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Illegal email-address", u"No FTP server is set up."));
+}
+
+TEST(PublishSettings, NeverLoseTheProtectionOfADestination) {
+    SettingsRecord settings;
+    settings.Ftp[2].Name = u"desk";
+    settings.Ftp[2].Server = u"srv";
+    settings.Ftp[2].Security = 2;
+    settings.FtpServer = u"srv";
+    EXPECT_EQ(FtpAccountInUse(settings).security, TransportSecurity::kImplicit);
+    settings.FtpServer = u"srv:990";
+    EXPECT_EQ(FtpAccountInUse(settings).security, TransportSecurity::kNone);
+    settings.CurrentFtpName = u"desk";
+    EXPECT_EQ(FtpAccountInUse(settings).security, TransportSecurity::kImplicit);
+    settings.Smtp[1].Server = u"mx";
+    settings.Smtp[1].Port = 587;
+    settings.Smtp[1].Security = 1;
+    settings.SmtpServer = u"mx";
+    EXPECT_EQ(SmtpAccountInUse(settings).security, TransportSecurity::kUpgrade);
+    EXPECT_EQ(SmtpAccountInUse(settings).port, 587);
+}
+
+}  // namespace
+}  // namespace orma::test

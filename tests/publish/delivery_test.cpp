@@ -1,0 +1,289 @@
+// What arrives at servers, through breaks and refusals.
+
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "remote_rig.h"
+
+namespace orma::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+const Text kConnecting = u"  Connecting...  ";
+
+PublishOutcome Cliplist(RemoteRig& rig) {
+    return rig.Job().MenuPublishCliplist(false);
+}
+
+TEST(Delivery, IsTheSameToFileByFtpAndByMail) {
+    for (const unsigned channels : {1U, 2U}) {
+        RemoteRig rig;
+        rig.AddClips(true, 44100, channels);
+        ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+        ASSERT_EQ(Cliplist(rig), PublishOutcome::kPublished);
+        rig.settings.PublishMethod = 2;
+        rig.ExpectMails(1);
+        ASSERT_EQ(Cliplist(rig), PublishOutcome::kPublished);
+        EXPECT_THAT(rig.Boxes(), IsEmpty());
+
+        const Bytes file = rig.File(u"pub_talk.wav");
+        EXPECT_EQ(rig.server.files[u"talk.wav"], file);
+        EXPECT_THAT(rig.Attachments(), ElementsAre(file));
+        EXPECT_EQ(rig.progress.bytes, std::pair(file.size(), file.size()));
+        EXPECT_EQ(rig.Findings(file), "");
+        EXPECT_THAT(rig.tcp.Sent(), testing::HasSubstr("filename=\"talk.wav\""));
+        EXPECT_THAT(rig.tcp.Sent(), testing::HasSubstr("\r\n\r\nHarbour\r\n"));
+        EXPECT_EQ(rig.dialogs.shown, std::vector<int>{107});
+    }
+}
+
+TEST(Delivery, SaysTheExactLengthBeforeTheSound) {
+    struct Case {
+        bool mp2;
+        std::uint32_t rate;
+        unsigned channels;
+        bool fast;
+    };
+    for (const Case& c :
+         {Case{false, 44100, 1, false}, Case{false, 44100, 2, false}, Case{false, 48000, 1, false},
+          Case{false, 48000, 2, true}, Case{false, 44100, 1, true}, Case{true, 48000, 1, true},
+          Case{true, 44100, 2, true}}) {
+        SCOPED_TRACE(testing::Message() << c.mp2 << ' ' << c.rate << ' ' << c.channels << c.fast);
+        RemoteRig rig;
+        rig.AddClips(c.mp2, c.rate, c.channels);
+        if (!c.mp2 && c.channels == 2) rig.audio.bitrate.SetMp2Bitrate(9, rig.files.report);
+        rig.settings.FastBitrateIndex = 4;
+        const Mp2Bitrate before = rig.audio.bitrate;
+        PublishJob job = rig.Job();
+        ASSERT_EQ(c.fast ? job.MenuPublishFastCliplist(false) : job.MenuPublishCliplist(false),
+                  PublishOutcome::kPublished);
+        EXPECT_THAT(rig.Boxes(), IsEmpty());
+        EXPECT_EQ(rig.audio.bitrate.Index(), before.Index());
+        EXPECT_EQ(rig.audio.stereo, c.mp2 && c.channels == 2);
+        const Bytes& file = rig.server.files[u"talk.wav"];
+        EXPECT_EQ(rig.Findings(file), "");
+        ASSERT_GT(file.size(), 1000U);
+        EXPECT_EQ(LoadLe<std::uint32_t>(&file[4]) + 8, file.size());
+        EXPECT_EQ(rig.progress.bytes, std::pair(file.size(), file.size()));
+        const std::string text(file.begin(), file.begin() + 800);
+        const bool mono = c.fast || c.channels == 1;
+        EXPECT_THAT(text, testing::HasSubstr(Format("A=MPEG1L2,F=48000,B=%u,W=16,M=%s",
+                                                    c.fast ? 80 : before.BitsPerSecond() / 1000,
+                                                    mono ? "mono" : "stereo")));
+    }
+}
+
+TEST(Delivery, ResumesExactlyWhereverItBreaks) {
+    std::mt19937 random(20090115);
+    for (const bool fast : {false, true}) {
+        RemoteRig rig;
+        rig.AddClips(true, 44100, 1);
+        PublishJob job = rig.Job();
+        const auto publish = [&] {
+            rig.clock.ticks = 0;
+            return fast ? job.MenuPublishFastCliplist(false) : job.MenuPublishCliplist(false);
+        };
+        ASSERT_EQ(publish(), PublishOutcome::kPublished);
+        const Bytes whole = rig.server.files[u"talk.wav"];
+        std::uniform_int_distribution<std::size_t> anywhere(0, whole.size() - 1);
+        int breaks = 0;
+        rig.progress.onText = [&](const Text& text) {
+            if (text != kConnecting || breaks-- <= 0) return;
+            rig.server.breaksAfter = anywhere(random) / 3;
+            rig.server.losesAtBreak = breaks % 2 == 0 ? anywhere(random) / 20 : 0;
+        };
+        for (int run = 0; run < (fast ? 6 : 30); ++run) {
+            rig.server.files.clear();
+            rig.settings.AutoResume = run % 2 == 0 ? 1 : 0;
+            if (run % 2 != 0) rig.files.boxes.answers.assign(12, BoxAnswer::kYes);
+            breaks = 1 + run % 3;
+            ASSERT_EQ(publish(), PublishOutcome::kPublished) << run;
+            ASSERT_TRUE(rig.server.files[u"talk.wav"] == whole) << run;
+            rig.files.boxes.answers.clear();
+        }
+    }
+}
+
+TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
+    struct Case {
+        const char* name;
+        std::function<void(RemoteRig&)> prepare;
+        PublishOutcome outcome;
+        std::vector<Text> boxes;
+        std::string last;  // a line of the server's log
+    };
+    const Text kLost = u"Connection lost";
+    const Text kResume = u"Resume publishing ?";
+    const Text kNotPossible = u"Resume not possible\non this server.";
+    const Text kSize =
+        u"The publication is not verified:\nthe server does not confirm\nthe size of the file.";
+    const auto broken = [](RemoteRig& rig) {
+        rig.server.breaksAfter = 9000;
+        rig.files.boxes.answers = {BoxAnswer::kOk, BoxAnswer::kYes};
+    };
+    const Case cases[] = {
+        {"the user does not want to go on",
+         [](RemoteRig& rig) { rig.server.breaksAfter = 9000; },
+         PublishOutcome::kFailed,
+         {kLost, kResume},
+         "CLOSE"},
+        {"no restart",
+         [&](RemoteRig& rig) {
+             broken(rig);
+             rig.server.takesRestart = false;
+         },
+         PublishOutcome::kFailed,
+         {kLost, kResume, kNotPossible},
+         "REST 9000"},
+        {"a restart that stores nothing",
+         [&](RemoteRig& rig) {
+             broken(rig);
+             rig.server.refusesRestartedStore = true;
+             rig.settings.AutoResume = 1;
+         },
+         PublishOutcome::kFailed,
+         {kNotPossible},
+         "REST 9000"},
+        {"no sizes: it went on, but who knows",
+         [&](RemoteRig& rig) {
+             broken(rig);
+             rig.server.knowsSize = false;
+         },
+         PublishOutcome::kUnverified,
+         {kLost, kResume, kSize},
+         "SIZE talk.wav"},
+        {"bytes that vanish unnoticed",
+         [](RemoteRig& rig) {
+             rig.server.breaksAfter = 9000;
+             rig.server.breaking = {};
+             rig.server.losesAtBreak = 5;
+         },
+         PublishOutcome::kUnverified,
+         {kSize},
+         "SIZE talk.wav"},
+        {"no connection later, without going on by itself",
+         [&](RemoteRig& rig) {
+             broken(rig);
+             rig.progress.onText = [&rig](const Text& text) {
+                 if (text != kConnecting) rig.server.connection.code = kFtpCannotConnect;
+             };
+         },
+         PublishOutcome::kFailed,
+         {kLost, kResume, u"Cannot connect"},
+         "CONNECT srv:21"},
+        {"never confirmed",
+         [](RemoteRig& rig) { rig.server.confirmation.code = kFtpTimeout; },
+         PublishOutcome::kFailed,
+         {kResume},
+         "CLOSE"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        RemoteRig rig;
+        rig.AddClips(true, 44100, 1);
+        c.prepare(rig);
+        EXPECT_EQ(Cliplist(rig), c.outcome);
+        EXPECT_EQ(rig.Boxes(), c.boxes);
+        EXPECT_THAT(rig.server.log, Contains(c.last));
+        EXPECT_EQ(rig.context.remote.ftp, &rig.ftp);
+    }
+}
+
+TEST(Delivery, OfPcmIsNotResumed) {
+    struct Case {
+        bool confirmed;
+        bool autoResume;
+        PublishOutcome outcome;
+        std::vector<Text> boxes;
+    };
+    for (const Case& c :
+         {Case{true, false, PublishOutcome::kFailed, {u"Connection lost"}},
+          Case{true, true, PublishOutcome::kFailed, {u"Publishing interrupted!"}},
+          Case{false,
+               false,
+               PublishOutcome::kUnverified,
+               {u"The publication is not verified:\nthe server does not confirm it."}}}) {
+        RemoteRig rig;
+        rig.AddClips(false, 44100, 1);
+        if (c.confirmed)
+            rig.server.breaksAfter = 9000;
+        else
+            rig.server.confirmation.code = kFtpTimeout;
+        rig.settings.AutoResume = c.autoResume ? 1 : 0;
+        EXPECT_EQ(Cliplist(rig), c.outcome);
+        EXPECT_EQ(rig.Boxes(), c.boxes);
+        EXPECT_THAT(rig.server.log, Not(Contains(testing::StartsWith("REST"))));
+    }
+}
+
+TEST(Delivery, WaitsForAServerThatIsAwayAndPacesItself) {
+    RemoteRig rig;
+    rig.AddClips(true, 44100, 1);
+    rig.settings.AutoResume = 1;
+    rig.server.connection.code = kFtpCannotConnect;
+    rig.server.failingConnections = 5;
+    rig.clock.ticks = 0;
+    EXPECT_EQ(Cliplist(rig), PublishOutcome::kPublished);
+    EXPECT_GE(rig.clock.ticks, 5000U) << "a second each, no hammering";
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+    EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "");
+
+    // Until the user has enough of it.
+    rig.server.failingConnections = FakeFtp::kNever;
+    rig.progress.cancelAt = rig.progress.asked + 100;
+    EXPECT_EQ(Cliplist(rig), PublishOutcome::kCancelled);
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Publishing was cancelled.\nNothing was published."));
+    rig.progress.cancelAt = 0;
+    rig.server.connection.code = kFtpCannotConnect;
+    rig.settings.AutoResume = 0;
+    rig.files.boxes.shown.clear();
+    EXPECT_EQ(Cliplist(rig), PublishOutcome::kFailed);
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Cannot connect", u"Resume publishing ?"));
+}
+
+TEST(Delivery, ThatIsCancelledEndsTheFileAndSendsNothingMore) {
+    for (const std::uint32_t method : {0U, 2U}) {
+        RemoteRig rig;
+        rig.AddClips(true, 44100, 1);
+        rig.settings.PublishMethod = method;
+        rig.settings.PublishText = 1;
+        rig.ExpectMails(1);
+        rig.progress.onText = [&](const Text& text) {
+            if (text == u"  Publishing audio...  ")
+                rig.progress.cancelAt = rig.progress.asked + (method == 0 ? 5 : 2);
+        };
+        EXPECT_EQ(Cliplist(rig), PublishOutcome::kCancelled);
+        EXPECT_THAT(rig.Boxes(),
+                    ElementsAre(u"Publishing was cancelled.\nThe publication is incomplete."));
+        const Bytes received = method == 0 ? rig.server.files[u"talk.wav"] : rig.Attachments()[0];
+        const std::string text(received.begin(), received.end());
+        EXPECT_THAT(text, testing::HasSubstr("qlty")) << "its end is written";
+        EXPECT_EQ(rig.server.files.size(), method == 0 ? 1U : 0U);
+    }
+}
+
+TEST(Delivery, OfBareFramesIsTheSoundAlone) {
+    for (const bool mp2 : {true, false}) {
+        RemoteRig rig;
+        rig.AddClips(mp2, 48000, 1);
+        rig.settings.BwfHeader = 0;
+        rig.settings.PublishExtension = u"mpg";
+        rig.settings.FtpFolder = u"news/in";
+        ASSERT_EQ(Cliplist(rig), PublishOutcome::kPublished);
+        const Bytes& file = rig.server.files[mp2 ? u"news/in/talk.mpg" : u"news/in/talk.mp2"];
+        ASSERT_GT(file.size(), 192U);
+        EXPECT_EQ(file.size() % 192, 0U);
+        for (std::size_t at = 0; at < file.size(); at += 192)
+            ASSERT_EQ(LoadLe<std::uint16_t>(&file[at]), 0xFDFF);
+        EXPECT_EQ(rig.progress.bytes, std::pair(file.size(), file.size()));
+    }
+}
+
+}  // namespace
+}  // namespace orma::test
