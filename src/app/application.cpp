@@ -49,8 +49,7 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
                             recording.currentCut},
               .transport = transport.State(),
               .listener = transport,
-              .externalRecorder = &externalRecorder}),
-      dialogs(frontEnd.dialogs != nullptr ? *frontEnd.dialogs : noDialogs) {
+              .externalRecorder = &externalRecorder}) {
     if (ports.network == nullptr) return;
     const NetworkPorts& network = *ports.network;
     ftp.emplace(FtpServices{.clients = network.ftp, .report = report, .patience = patience});
@@ -65,7 +64,7 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
     writerContext.remote.mail = &*mail;
 }
 
-PublishServices Application::Publishing() {
+PublishServices Application::Publishing(PublishDialogs& dialogs) {
     return {.readers = {files, audio, decoder},
             .clock = ports.clock,
             .writers = writers,

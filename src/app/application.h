@@ -33,18 +33,10 @@ struct Ports {
     const NetworkPorts* network = nullptr;  // null: nothing leaves this machine
 };
 
-/// What a front end listens and asks with; all outlive the application.
+/// What a front end listens with; both outlive the application.
 struct FrontEnd {
     TransportListener& transport;
     PublishProgress& progress;
-    PublishDialogs* dialogs = nullptr;  // null: there are none, what needs one is not published
-};
-
-/// Cancels every publish dialog.
-class NoPublishDialogs : public PublishDialogs {
-  public:
-    [[nodiscard]] bool ShowEmailDialog(EmailDialog&) override { return false; }
-    [[nodiscard]] bool ShowFtpDialog(FtpDialog&) override { return false; }
 };
 
 /// The whole state of the process: one instance of each subsystem, in the order of their
@@ -89,11 +81,9 @@ struct Application {
     Player player;
 
     PublishChoices publishChoices;
-    NoPublishDialogs noDialogs;  // where the front end has none
-    PublishDialogs& dialogs;
 
-    /// What a publish job stands on.
-    [[nodiscard]] PublishServices Publishing();
+    /// What a publish job stands on; `dialogs` outlive the job.
+    [[nodiscard]] PublishServices Publishing(PublishDialogs& dialogs);
 };
 
 }  // namespace orma

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iostream>
+
+#include "platform/posix/console.h"
 
 namespace orma::cli {
 
@@ -11,7 +14,13 @@ BoxAnswer ConsoleBoxes::Show(const MessageBox& box) {
     std::string text = ToUtf8(box.text);
     std::replace(text.begin(), text.end(), '\n', ' ');
     std::fprintf(stderr, "%s: %s\n", ToUtf8(box.title).c_str(), text.c_str());
-    return box.buttons == BoxButtons::kOk ? BoxAnswer::kOk : answer_;
+    if (box.buttons == BoxButtons::kOk) return BoxAnswer::kOk;
+    if (box.buttons != BoxButtons::kYesNo || !asks_ || !InputIsTerminal()) return answer_;
+    std::fputs("[y/N] ", stderr);
+    std::fflush(stderr);
+    std::string line;
+    std::getline(std::cin, line);
+    return line.starts_with('y') || line.starts_with('Y') ? BoxAnswer::kYes : BoxAnswer::kNo;
 }
 
 }  // namespace orma::cli

@@ -4,7 +4,8 @@
 
 namespace orma::cli {
 
-/// Boxes as lines on standard error. A question is answered by the given answer, never waited for.
+/// Boxes as lines on standard error. A question is answered by the given answer and never waited
+/// for, unless somebody at a terminal is to be asked.
 class ConsoleBoxes : public MessageBoxes {
   public:
     explicit ConsoleBoxes(BoxAnswer answerToQuestions = BoxAnswer::kNo)
@@ -15,11 +16,15 @@ class ConsoleBoxes : public MessageBoxes {
     /// What the user decided beforehand.
     void AnswerQuestionsWith(BoxAnswer answer) { answer_ = answer; }
 
+    /// Yes-or-no questions are asked at the terminal, if there is one: "y" is Yes, all else No.
+    void AskAtTerminal() { asks_ = true; }
+
     /// How many error boxes were shown: a command that reported one has not succeeded.
     [[nodiscard]] int Errors() const { return errors_; }
 
   private:
     BoxAnswer answer_;
+    bool asks_ = false;
     int errors_ = 0;
 };
 

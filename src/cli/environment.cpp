@@ -45,7 +45,8 @@ void Environment::Build(const Globals& globals, FrontEnd frontEnd) {
                                                .headset = *hardware_.headset,
                                                .externalRecorder = hardware_.recorder.get(),
                                                .spdif = hardware_.card.get(),
-                                               .desktop = &desktop_},
+                                               .desktop = &desktop_,
+                                               .network = &network_},
                                          frontEnd, folder);
 }
 

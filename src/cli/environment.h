@@ -9,11 +9,16 @@
 #include "cli/console_boxes.h"
 #include "cli/globals.h"
 #include "cli/hardware.h"
+#include "platform/curl/curl_ftp_clients.h"
+#include "platform/openssl/openssl_keyed_hash.h"
+#include "platform/openssl/openssl_tls.h"
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_event_loop.h"
 #include "platform/posix/posix_storage.h"
+#include "platform/posix/posix_tcp.h"
 #include "platform/posix/shell_commands.h"
 #include "platform/posix/signal_watch.h"
+#include "platform/posix/xdg_mail_outbox.h"
 
 namespace orma::cli {
 
@@ -58,6 +63,12 @@ class Environment {
     TransportListener quietTransport_;
     QuietProgress quietProgress_;
     Hardware hardware_;
+    CurlFtpClients ftp_;
+    PosixTcpConnections tcp_;
+    OpensslTlsConnections tls_;
+    OpensslKeyedHash hash_;
+    XdgMailOutbox outbox_;
+    NetworkPorts network_{ftp_, tcp_, tls_, hash_, outbox_};
     std::unique_ptr<Application> app_;
     std::FILE* trace_ = nullptr;
 };

@@ -1,3 +1,4 @@
+#include <map>
 #include <optional>
 
 #include <CLI/CLI.hpp>
@@ -6,11 +7,13 @@
 #include "app/start_up.h"
 #include "cli/commands.h"
 #include "cli/environment.h"
+#include "cli/option_dialogs.h"
 #include "cli/output.h"
 #include "cli/position.h"
 #include "cli/progress_line.h"
 #include "cli/project_path.h"
 #include "platform/posix/console.h"
+#include "stream/jstream_wr_ftp.h"
 
 namespace orma::cli {
 namespace {
@@ -21,26 +24,40 @@ struct PublishOptions {
     std::optional<std::int32_t> clip;  // from 1
     std::string take;
     std::string from;
-    std::vector<std::string> to;  // "file", and with --take the range's end
+    std::vector<std::string> to;  // the destination, and with --take the range's end
+    bool fast = false;
+    std::string onBreak;
+    DialogOptions dialogs;
 };
+
+enum class Destination : std::uint32_t { kFtp = 0, kOutbox = 1, kMail = 2, kFile };
+
+const std::map<std::string, Destination> kDestinations = {{"file", Destination::kFile},
+                                                          {"ftp", Destination::kFtp},
+                                                          {"mail", Destination::kMail},
+                                                          {"outbox", Destination::kOutbox}};
 
 /// Takes the destination and the range's end apart: both are told with --to.
 struct Targets {
     std::string end;
-    bool toFile = false;
+    std::optional<Destination> destination;
+
+    [[nodiscard]] bool ToFile() const { return destination == Destination::kFile; }
 };
 
 Targets TargetsOf(const PublishOptions& options) {
     Targets targets;
     for (const std::string& value : options.to) {
-        if (value == "file")
-            targets.toFile = true;
-        else if (targets.end.empty())
+        const auto known = kDestinations.find(value);
+        if (known != kDestinations.end() && !targets.destination)
+            targets.destination = known->second;
+        else if (known == kDestinations.end() && targets.end.empty())
             targets.end = value;
         else
-            throw UsageError("--to names one destination (file) and one end of the range");
+            throw UsageError("--to names one destination and one end of the range");
     }
-    if (!targets.toFile) throw UsageError("--to file names the destination");
+    if (!targets.destination)
+        throw UsageError("--to names the destination: file, ftp, mail or outbox");
     if (!targets.end.empty() && options.take.empty())
         throw UsageError("not a destination: --to " + targets.end);
     return targets;
@@ -75,12 +92,66 @@ void Select(const PublishOptions& options, Application& app) {
     recording.selectionEnd = end;
 }
 
-int Publish(const Globals& globals, const PublishOptions& options) {
+/// True when there is sound to publish, false for images alone; refused before anything is opened.
+bool HasSound(const PublishOptions& options, const Targets& targets) {
     const int choices =
         (options.cliplist ? 1 : 0) + (options.clip ? 1 : 0) + (options.take.empty() ? 0 : 1);
-    if (choices != 1) throw UsageError("choose one of --cliplist, --clip and --take");
-    (void)TargetsOf(options);  // refused before anything is opened
+    const bool images = !options.dialogs.images.empty();
+    if (choices > 1 || (choices == 0 && !images))
+        throw UsageError("choose one of --cliplist, --clip and --take");
+    if (images && (targets.ToFile() || options.fast))
+        throw UsageError("--image goes neither with --to file nor with --fast");
+    if (options.fast && (targets.ToFile() || choices == 0))
+        throw UsageError("--fast sends sound to ftp, mail or outbox");
+    return choices == 1;
+}
+
+/// What was asked for in so many words needs no option in the settings; nothing of it is saved.
+void Apply(const PublishOptions& options, const Targets& targets, Environment& environment) {
+    SettingsRecord& settings = environment.App().settings;
+    settings.PublishToFile = 1;
+    settings.FtpPublishing = 1;
+    settings.ImagePublishing = options.dialogs.images.empty() ? 0 : 1;
+    if (!targets.ToFile())
+        settings.PublishMethod = static_cast<std::uint32_t>(*targets.destination);
+    if (!targets.ToFile()) UseAccount(options.dialogs, settings);
+    if (!options.dialogs.recipient.empty())
+        settings.Recipient = FromUtf8(options.dialogs.recipient);
+    if (!options.dialogs.subject.empty()) settings.Subject = FromUtf8(options.dialogs.subject);
+    if (!options.onBreak.empty()) settings.AutoResume = options.onBreak == "resume" ? 1 : 0;
+    if (options.onBreak != "stop") environment.Boxes().AskAtTerminal();
+}
+
+/// Where the publication is now.
+Json Place(const Application& app, const PublishJob& job, const Targets& targets, bool sound) {
+    if (targets.ToFile()) return {{"published", ToJson(job.PublishedPath())}};
+    if (targets.destination != Destination::kFtp)
+        return {{"published", ToJson(app.publishChoices.recipient)}};
+    const FtpAccount& account = app.writerContext.remote.account;
+    if (!sound) return {{"published", ToJson(app.settings.FtpServer)}};
+    return {{"published", ToJson(account.server + u"/" +
+                                 RemotePath(account.folder, app.project.Name(),
+                                            app.writerContext.remote.extension))}};
+}
+
+PublishOutcome Run(PublishJob& job, const PublishOptions& options, const Targets& targets,
+                   bool sound) {
+    if (!sound) return job.MenuPublishImage(false);
+    if (targets.ToFile())
+        return options.cliplist ? job.MenuPublishCliplistToFile(false)
+                                : job.MenuPublishClipToFile(false);
+    if (options.fast)
+        return options.cliplist ? job.MenuPublishFastCliplist(false)
+                                : job.MenuPublishFastClip(false);
+    return options.cliplist ? job.MenuPublishCliplist(false) : job.MenuPublishClip(false);
+}
+
+int Publish(const Globals& globals, PublishOptions options) {
+    const Targets targets = TargetsOf(options);
+    const bool sound = HasSound(options, targets);
     const Text path = ProjectPath(options.project);
+    for (std::string& image : options.dialogs.images)  // before the program's folder is current
+        image = ToUtf8(CallerPath(image));
 
     ProgressLine progress(ErrorsAreTerminal());
     Environment environment(globals, progress);
@@ -90,13 +161,12 @@ int Publish(const Globals& globals, const PublishOptions& options) {
         throw std::runtime_error("the project does not exist: " + options.project);
     if (!OpenProject(app, path)) return kFailed;
     Select(options, app);
+    Apply(options, targets, environment);
 
-    app.settings.PublishToFile = 1;  // asked for in so many words
-    PublishJob job(app.Publishing());
-    const PublishOutcome outcome =
-        options.cliplist ? job.MenuPublishCliplistToFile(false) : job.MenuPublishClipToFile(false);
-    if (outcome != PublishOutcome::kPublished) return kFailed;
-    Print({{"published", ToJson(job.PublishedPath())}}, globals.json);
+    OptionDialogs dialogs(options.dialogs, app.settings);
+    PublishJob job(app.Publishing(dialogs));
+    if (Run(job, options, targets, sound) != PublishOutcome::kPublished) return kFailed;
+    Print(Place(app, job, targets, sound), globals.json);
     // The file is there; an error on the way (a level file that could not be written) still counts.
     return environment.Boxes().Errors() == 0 ? kOk : kFailed;
 }
@@ -115,10 +185,23 @@ void AddPublishCommand(CLI::App& app, const Globals& globals, Action& action) {
     command->add_option("--from", options->from, "Where the take begins: m:ss.hh, seconds or #N")
         ->needs(take);
     command
-        ->add_option("--to", options->to, "Where to: file; given twice, also where the take ends")
+        ->add_option("--to", options->to,
+                     "Where to: file, ftp, mail or outbox; given twice, also where the take ends")
         ->required()
         ->take_all();
-    command->footer("The file lies beside the project, its name begins with pub_.");
+    command->add_flag(
+        "--fast", options->fast,
+        "One channel at the bit rate for fast publications, to the stored destination");
+    AddDialogOptions(*command, options->dialogs);
+    command
+        ->add_option("--on-break", options->onBreak,
+                     "When an FTP connection breaks: ask at the terminal, resume, or stop")
+        ->check(CLI::IsMember({"ask", "resume", "stop"}));
+    command->footer(
+        "A file lies beside the project, its name begins with pub_. By FTP and mail it bears the\n"
+        "project's name; images are numbered after it. --image without a clip sends images alone.\n"
+        "An MP2 project's upload goes on where it broke off; a WAV project's cannot. Ctrl-C ends\n"
+        "the publication properly and says that it is incomplete.");
     command->callback([&globals, &action, options] {
         action = [&globals, options] { return Publish(globals, *options); };
     });

@@ -36,11 +36,4 @@ struct PublishSettings {
 /// The destinations in use with everything that publishing needs to know.
 [[nodiscard]] PublishSettings PublishSettingsOf(const SettingsRecord& settings);
 
-/// The FTP destination in use. Its protection is that of the table's entry of the same name, or
-/// else of the same server: a destination that is protected there is never used in clear.
-[[nodiscard]] FtpAccount FtpAccountInUse(const SettingsRecord& settings);
-
-/// The mail account in use; port and protection likewise.
-[[nodiscard]] SmtpAccount SmtpAccountInUse(const SettingsRecord& settings);
-
 }  // namespace orma

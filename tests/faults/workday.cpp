@@ -70,9 +70,22 @@ TakeAccount Workday::Record(Application& app, std::uint32_t periods, const Fault
     return take;
 }
 
+namespace {
+
+/// A publication to a file shows none.
+class NoDialogs : public PublishDialogs {
+  public:
+    [[nodiscard]] bool ShowEmailDialog(EmailDialog&) override { return false; }
+    [[nodiscard]] bool ShowFtpDialog(FtpDialog&) override { return false; }
+};
+
+}  // namespace
+
 PublishOutcome Workday::Publish(Application& app) {
     const std::uint8_t before = std::exchange(app.settings.PublishToFile, std::uint8_t{1});
-    const PublishOutcome outcome = PublishJob(app.Publishing()).MenuPublishCliplistToFile(false);
+    NoDialogs dialogs;
+    PublishJob job(app.Publishing(dialogs));
+    const PublishOutcome outcome = job.MenuPublishCliplistToFile(false);
     app.settings.PublishToFile = before;
     return outcome;
 }

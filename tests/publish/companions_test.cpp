@@ -137,24 +137,5 @@ TEST(PublishChecks, RefuseWithTheirTexts) {
     EXPECT_THAT(rig.Boxes(), ElementsAre(u"Illegal email-address", u"No FTP server is set up."));
 }
 
-TEST(PublishSettings, NeverLoseTheProtectionOfADestination) {
-    SettingsRecord settings;
-    settings.Ftp[2].Name = u"desk";
-    settings.Ftp[2].Server = u"srv";
-    settings.Ftp[2].Security = 2;
-    settings.FtpServer = u"srv";
-    EXPECT_EQ(FtpAccountInUse(settings).security, TransportSecurity::kImplicit);
-    settings.FtpServer = u"srv:990";
-    EXPECT_EQ(FtpAccountInUse(settings).security, TransportSecurity::kNone);
-    settings.CurrentFtpName = u"desk";
-    EXPECT_EQ(FtpAccountInUse(settings).security, TransportSecurity::kImplicit);
-    settings.Smtp[1].Server = u"mx";
-    settings.Smtp[1].Port = 587;
-    settings.Smtp[1].Security = 1;
-    settings.SmtpServer = u"mx";
-    EXPECT_EQ(SmtpAccountInUse(settings).security, TransportSecurity::kUpgrade);
-    EXPECT_EQ(SmtpAccountInUse(settings).port, 587);
-}
-
 }  // namespace
 }  // namespace orma::test

@@ -13,6 +13,10 @@ bool ErrorsAreTerminal() {
     return ::isatty(STDERR_FILENO) == 1;
 }
 
+bool InputIsTerminal() {
+    return ::isatty(STDIN_FILENO) == 1;
+}
+
 void CreateFilesForOwnerOnly() {
     (void)::umask(S_IRWXG | S_IRWXO);
 }

@@ -6,6 +6,9 @@ namespace orma {
 [[nodiscard]] bool OutputIsTerminal();
 [[nodiscard]] bool ErrorsAreTerminal();
 
+/// True when somebody sits at a terminal who can be asked.
+[[nodiscard]] bool InputIsTerminal();
+
 /// From now on this process creates files that their owner alone can read.
 void CreateFilesForOwnerOnly();
 
