@@ -67,6 +67,8 @@ Targets TargetsOf(const PublishOptions& options) {
 void Select(const PublishOptions& options, Application& app) {
     if (options.clip && !app.project.SelectClip(*options.clip - 1))
         throw std::runtime_error(Format("the project has no clip %d", *options.clip));
+    if (options.clip && app.recording.selectionStart >= app.recording.selectionEnd)
+        app.recording.selectionEnd = app.recording.length;  // a clip of the whole recording
     if (options.take.empty()) return;
     const Text file = app.project.Folder() + FromUtf8(options.take);
     const Text path = file + (app.audio.mp2 ? u".mp2" : u".wav");
