@@ -69,6 +69,8 @@ void Select(const PublishOptions& options, Application& app) {
         throw std::runtime_error(Format("the project has no clip %d", *options.clip));
     if (options.clip && app.recording.selectionStart >= app.recording.selectionEnd)
         app.recording.selectionEnd = app.recording.length;  // a clip of the whole recording
+    if (options.clip && app.recording.selectionStart >= app.recording.selectionEnd)
+        throw std::runtime_error(Format("clip %d has no sound", *options.clip));
     if (options.take.empty()) return;
     const Text file = app.project.Folder() + FromUtf8(options.take);
     const Text path = file + (app.audio.mp2 ? u".mp2" : u".wav");
