@@ -70,7 +70,8 @@ std::uint32_t JStreamAudioReadMP2File::Measure() {
 void JStreamAudioReadMP2File::OpenAt(std::uint32_t period, const PlaybackFormat& output) {
     if (!OpenMeasured()) return;
     output_ = output;
-    queue_.Start(kSampleRate, output.sampleRate, output.channels, kStep, kMp2FrameSamples);
+    queue_.Start(kSampleRate, output.sampleRate, output.channels, kStep, kMp2FrameSamples,
+                 kMp2FrameSamples);
     SeekPeriod(period);
     services_.audio.bitsPerSample = 16;
     format_.rateCode = output.sampleRate == kSampleRate ? 0 : 1;
@@ -86,12 +87,16 @@ void JStreamAudioReadMP2File::EndDecoder() {
     ownsDecoder_ = false;
 }
 
-void JStreamAudioReadMP2File::StartDecoder() {
+Mp2Header JStreamAudioReadMP2File::ReadHeader() {
     Mp2Header header;
     Read(header.bytes.data(), static_cast<std::uint32_t>(header.bytes.size()));
     atHeader_ = false;
+    return header;
+}
+
+void JStreamAudioReadMP2File::StartDecoder() {
     services_.decoder.Mp2DecoderFinish();
-    services_.decoder.Mp2DecoderStart(header);
+    services_.decoder.Mp2DecoderStart(ReadHeader());
     ownsDecoder_ = true;
 }
 
@@ -127,9 +132,7 @@ bool JStreamAudioReadMP2File::DecodeFrame() {
         MoveToFrame(frame_);
         StartDecoder();
     } else if (atHeader_) {
-        // The decoder holds a header already, and all of a file's are alike.
-        Skip(sizeof(Mp2Header));
-        atHeader_ = false;
+        decoder.GoOnAt(ReadHeader());
     }
     unsigned channels = 1;
     std::size_t samples = 0;
@@ -141,9 +144,7 @@ bool JStreamAudioReadMP2File::DecodeFrame() {
     }
     if (samples != kMp2FrameSamples) {
         damaged_ = true;
-        // Go on at the next frame's place, with the header that stands there.
-        MoveToFrame(frame_);
-        if (frame_ < frameCount_) StartDecoder();
+        MoveToFrame(frame_);  // damage: the next frame has its place and header all the same
         return false;
     }
     queue_.Append(std::span(decoded_).first(samples * channels), channels);

@@ -33,6 +33,7 @@ class JStreamAudioReadMP2File : public JStreamAudioReadFile {
     void Get(std::span<std::uint8_t> buffer) override;
 
   private:
+    [[nodiscard]] Mp2Header ReadHeader();
     void StartDecoder();
     void EndDecoder();
     void MoveToFrame(std::uint32_t frame);

@@ -3,14 +3,16 @@
 namespace orma {
 
 void ConversionQueue::Start(std::uint32_t fileRate, std::uint32_t outputRate,
-                            unsigned outputChannels, std::size_t step, std::size_t refill) {
+                            unsigned outputChannels, std::size_t step, std::size_t refill,
+                            std::size_t least) {
     fileRate_ = fileRate;
     outputRate_ = outputRate;
     channels_ = outputChannels;
     step_ = step;
+    least_ = least;
     Clear();
     // The converter may need one sample more at another phase than at the first.
-    held_.reserve((converter_.InputNeeded(step) + 1 + refill) * channels_);
+    held_.reserve((std::max(converter_.InputNeeded(step) + 1, least) + refill) * channels_);
     converted_.resize(step * channels_);
 }
 

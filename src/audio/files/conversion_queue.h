@@ -17,9 +17,10 @@ namespace orma {
 class ConversionQueue {
   public:
     /// Starts a stream with nothing held. Rates in Hz. `step` is the most samples per channel that
-    /// are converted at a time, `refill` the most that are appended at a time.
+    /// are converted at a time, `refill` the most that are appended at a time, `least` how many are
+    /// held at least before each step, also when it needs fewer.
     void Start(std::uint32_t fileRate, std::uint32_t outputRate, unsigned outputChannels,
-               std::size_t step, std::size_t refill);
+               std::size_t step, std::size_t refill, std::size_t least = 0);
 
     /// Drops what is held and starts the conversion afresh.
     void Clear();
@@ -39,7 +40,7 @@ class ConversionQueue {
         const std::size_t sampleBytes = channels_ * sizeof(std::int16_t);
         while (step_ > 0 && buffer.size() >= sampleBytes) {
             const std::size_t count = std::min(step_, buffer.size() / sampleBytes);
-            const std::size_t needed = converter_.InputNeeded(count);
+            const std::size_t needed = std::max(converter_.InputNeeded(count), least_);
             while (Held() < needed)
                 refill(needed - Held());
             const std::size_t used = converter_.Convert(
@@ -60,6 +61,7 @@ class ConversionQueue {
     std::uint32_t outputRate_ = 44100;
     unsigned channels_ = 1;
     std::size_t step_ = 0;
+    std::size_t least_ = 0;
     std::vector<std::int16_t> held_;
     std::vector<std::int16_t> converted_;
 };

@@ -70,7 +70,12 @@ Mp2Decoder::~Mp2Decoder() = default;
 void Mp2Decoder::Mp2DecoderStart(const Mp2Header& header) {
     if (IsActive()) return;
     state_ = std::make_unique<State>();
-    state_->Take(header, audio_.bitrate.FrameBytes());
+    logLines_ = 0;
+    GoOnAt(header);
+}
+
+void Mp2Decoder::GoOnAt(const Mp2Header& header) {
+    if (IsActive()) state_->Take(header, audio_.bitrate.FrameBytes());
 }
 
 std::span<std::uint8_t> Mp2Decoder::FrameSpace() {

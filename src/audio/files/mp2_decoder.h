@@ -14,8 +14,8 @@ namespace orma {
 /// Decodes one MPEG-1 Layer II frame at a time into 16-bit sound. The frame buffer holds the four
 /// header bytes, the frame's rest and the next frame's header, which a frame decoder needs to see.
 /// Only frames that a checked header describes reach the decoding library. Diagnostics, one line a
-/// frame that could not be decoded, are appended to "mp2dec.txt": the first 100 of a decoder's
-/// life, lest a file of garbage fill the disk. UI thread.
+/// frame that could not be decoded, are appended to "mp2dec.txt": the first 100 of each start, lest
+/// a file of garbage fill the disk. UI thread.
 class Mp2Decoder {
   public:
     /// `audio` supplies the bit rate of the setting; `diagnosticsPath` names "mp2dec.txt" in the
@@ -27,6 +27,10 @@ class Mp2Decoder {
 
     /// Starts at a frame whose header is given. Does nothing while active.
     void Mp2DecoderStart(const Mp2Header& header);
+
+    /// Goes on at another frame, whose header takes the place of the one that followed the last
+    /// frame; what the filters hold is kept. Does nothing while not active.
+    void GoOnAt(const Mp2Header& header);
 
     /// Where the caller puts FrameBytes() bytes: the frame's rest and the next frame's header
     /// (zeros behind the last frame). Empty while not active.

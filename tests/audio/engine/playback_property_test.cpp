@@ -2,15 +2,19 @@
 // queues and events.
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <map>
+#include <numbers>
+#include <numeric>
 #include <random>
 
 #include <gtest/gtest.h>
+#include <mad.h>
 
 #include "audio/engine/player.h"
 #include "audio/files/buffer_period.h"
 #include "audio/files/layer2_encoder.h"
-#include "audio/files/playback_converter.h"
 #include "audio/files/wav_bytes.h"
 #include "platform/virtual_audio/virtual_wave_system.h"
 #include "support/fake_event_loop.h"
@@ -54,6 +58,68 @@ VirtualAudioOptions OutputInto(const Text& path) {
     return options;
 }
 
+/// Another rate's samples by the definition: output n lies n * I / O samples into the sound, and is
+/// the sum of a window of samples, each with its weight, which add up to 65536 for each phase.
+class RateModel {
+  public:
+    RateModel(std::uint32_t rate, std::uint32_t outputRate)
+        : in_(rate / std::gcd(rate, outputRate)), out_(outputRate / std::gcd(rate, outputRate)) {
+        if (in_ == out_) return;
+        const double stretch = std::max(1.0, static_cast<double>(in_) / static_cast<double>(out_));
+        const auto reach = static_cast<std::size_t>(std::ceil(8 * stretch));
+        for (std::size_t phase = 0; phase < out_; ++phase) {
+            const double place = static_cast<double>(reach - 1) +
+                                 static_cast<double>(phase) / static_cast<double>(out_);
+            std::vector<double> weights;
+            for (std::size_t tap = 0; tap < 2 * reach; ++tap) {
+                const double t = (static_cast<double>(tap) - place) / stretch;
+                const double x = std::numbers::pi * t;
+                const double window = std::abs(t) < 8 ? std::pow(std::cos(x / 16), 2) : 0;
+                weights.push_back(x == 0 ? 1 : std::sin(x) / x * window);
+            }
+            const double sum = std::accumulate(weights.begin(), weights.end(), 0.0);
+            std::vector<std::int32_t>& row = rows_.emplace_back();
+            for (const double weight : weights)
+                row.push_back(static_cast<std::int32_t>(std::lround(weight / sum * 65536)));
+            row[static_cast<std::size_t>(std::lround(place))] +=
+                65536 - std::accumulate(row.begin(), row.end(), 0);
+        }
+    }
+
+    /// The sample per channel at which output n's window begins, and the one behind its end.
+    [[nodiscard]] std::size_t Begin(std::size_t n) const { return n * in_ / out_; }
+    [[nodiscard]] std::size_t End(std::size_t n) const {
+        return Begin(n) + (rows_.empty() ? 1 : rows_.front().size());
+    }
+
+    /// `count` samples per channel; silence behind the end of `in`.
+    [[nodiscard]] Samples Convert(const Samples& in, unsigned channels, std::size_t count) const {
+        Samples out;
+        for (std::size_t n = 0; n < count; ++n)
+            for (unsigned channel = 0; channel < channels; ++channel) {
+                const auto at = [&](std::size_t sample) {
+                    const std::size_t place = sample * channels + channel;
+                    return std::int64_t{place < in.size() ? in[place] : std::int16_t{0}};
+                };
+                if (rows_.empty()) {
+                    out.push_back(static_cast<std::int16_t>(at(n)));
+                    continue;
+                }
+                std::int64_t sum = 32768;
+                for (std::size_t tap = 0; tap < rows_.front().size(); ++tap)
+                    sum += rows_[n * in_ % out_][tap] * at(Begin(n) + tap);
+                out.push_back(
+                    static_cast<std::int16_t>(std::clamp<std::int64_t>(sum >> 16, -32768, 32767)));
+            }
+        return out;
+    }
+
+  private:
+    std::size_t in_;
+    std::size_t out_;
+    std::vector<std::vector<std::int32_t>> rows_;  // of each phase; none: the samples are copied
+};
+
 /// A take, and a player whose output goes into a file as fast as it can.
 class PlaybackProperty : public ::testing::Test {
   protected:
@@ -82,6 +148,10 @@ class PlaybackProperty : public ::testing::Test {
         return static_cast<std::uint32_t>(random_()) % below;
     }
 
+    const RateModel& Rates(std::uint32_t rate, std::uint32_t outputRate) {
+        return rates_.try_emplace({rate, outputRate}, rate, outputRate).first->second;
+    }
+
     /// The first place where two sounds differ, in words; empty when they are equal.
     static std::string Difference(const Samples& heard, const Samples& model) {
         if (heard.size() != model.size())
@@ -94,6 +164,7 @@ class PlaybackProperty : public ::testing::Test {
 
     TestFiles files_;
     std::mt19937 random_{20};
+    std::map<std::pair<std::uint32_t, std::uint32_t>, RateModel> rates_;
     AudioState audio_;
     Mp2Decoder decoder_{audio_, files_.storage, u""};
     FakeEventLoop loop_;
@@ -122,22 +193,13 @@ Samples OnChannels(const Samples& in, unsigned from, unsigned to) {
     return out;
 }
 
-/// Samples from `in` on converted in one go; silence behind the end.
-Samples Converted(Samples in, std::uint32_t rate, std::uint32_t outputRate, unsigned channels,
-                  std::size_t count) {
-    PlaybackConverter converter;
-    converter.Start(rate, outputRate);
-    in.resize(std::max(in.size(), converter.InputNeeded(count) * channels));
-    Samples out(count * channels);
-    (void)converter.Convert(in, channels, out);
-    return out;
-}
-
 TEST_F(PlaybackProperty, WavTakesOfEveryKindSoundLikeTheModel) {
     for (const unsigned bits : {16U, 24U, 32U})
         for (const unsigned channels : {1U, 2U})
             for (const std::uint32_t rate : {44100U, 48000U, 88200U, 96000U})
                 for (const bool recorder : {false, true}) {
+                    const std::uint32_t outputRate = recorder ? 48000 : 44100;
+                    const RateModel& converter = Rates(rate, outputRate);
                     audio_.externalRecorder = recorder;
                     audio_.resolutionShift = Random(3);
                     const std::uint32_t perSecond = PeriodsPerSecond(audio_.resolutionShift);
@@ -164,7 +226,6 @@ TEST_F(PlaybackProperty, WavTakesOfEveryKindSoundLikeTheModel) {
                     player_.SetRange({from, end});
                     const std::uint32_t stop = end == 0 ? length_ : std::min(end, length_);
 
-                    const std::uint32_t outputRate = recorder ? 48000 : 44100;
                     const auto outputs = static_cast<std::uint16_t>(1 + Random(2));
                     const Samples mapped = OnChannels(sound, channels, outputs);
                     Samples model;
@@ -173,8 +234,8 @@ TEST_F(PlaybackProperty, WavTakesOfEveryKindSoundLikeTheModel) {
                             std::size_t{stretch.begin} * periodFrames * outputs, mapped.size());
                         const Samples rest(mapped.begin() + static_cast<std::ptrdiff_t>(begin),
                                            mapped.end());
-                        const Samples part = Converted(
-                            rest, rate, outputRate, outputs,
+                        const Samples part = converter.Convert(
+                            rest, outputs,
                             std::size_t{stretch.end - stretch.begin} * outputRate / perSecond);
                         model.insert(model.end(), part.begin(), part.end());
                     }
@@ -185,101 +246,109 @@ TEST_F(PlaybackProperty, WavTakesOfEveryKindSoundLikeTheModel) {
                 }
 }
 
-/// Decodes the frames of a file in any order, as a decoder that is not restarted between them.
-class FrameModel {
+/// Decodes frames one by one with the bare library, whose filters are never restarted.
+class BareDecoder {
   public:
-    FrameModel(AudioState& audio, Storage& storage, const Bytes& file, unsigned channels)
-        : decoder_(audio, storage, u""),
-          frameBytes_(audio.bitrate.FrameBytes()),
-          file_(file),
-          channels_(channels) {}
+    BareDecoder() {
+        mad_stream_init(&stream_);
+        mad_frame_init(&frame_);
+        mad_synth_init(&synth_);
+    }
+    ~BareDecoder() {
+        mad_frame_finish(&frame_);
+        mad_stream_finish(&stream_);
+    }
+    BareDecoder(const BareDecoder&) = delete;
+    BareDecoder& operator=(const BareDecoder&) = delete;
 
-    void GoTo(std::size_t frame) { next_ = frame; }
-
-    /// Goes on until `count` samples per channel are there.
-    void DecodeUpTo(std::size_t count) {
-        while (sound.size() < count * channels_) {
-            const std::size_t at = next_++ * frameBytes_;
-            if (at >= file_.size()) {
-                sound.resize(sound.size() + std::size_t{kMp2FrameSamples} * channels_);
-                continue;
-            }
-            const Mp2Header header{{file_[at], file_[at + 1], file_[at + 2], file_[at + 3]}};
-            if (!decoder_.IsActive()) decoder_.Mp2DecoderStart(header);
-            const std::span<std::uint8_t> space = decoder_.FrameSpace();
-            std::copy_n(&file_[at + 4], frameBytes_ - 4, space.begin());
-            std::copy_n(header.bytes.begin(), 4, space.end() - 4);  // all headers are alike
-            Samples frame(2 * kMp2FrameSamples);
-            unsigned channels = 0;
-            ASSERT_EQ(decoder_.Mp2DecodeFrame(frame, channels), kMp2FrameSamples);
-            frame.resize(std::size_t{kMp2FrameSamples} * channels);
-            const Samples mapped = OnChannels(frame, channels, channels_);
-            sound.insert(sound.end(), mapped.begin(), mapped.end());
-        }
+    Samples Decode(ByteSpan bytes) {
+        Bytes space(bytes.begin(), bytes.end());
+        space.resize(space.size() + MAD_BUFFER_GUARD);
+        mad_stream_buffer(&stream_, space.data(), space.size());
+        EXPECT_EQ(mad_frame_decode(&frame_, &stream_), 0);
+        mad_synth_frame(&synth_, &frame_);
+        Samples samples;
+        for (std::size_t i = 0; i < synth_.pcm.length; ++i)
+            for (std::size_t channel = 0; channel < synth_.pcm.channels; ++channel)
+                samples.push_back(static_cast<std::int16_t>(
+                    std::clamp(synth_.pcm.samples[channel][i] + 4096, -(1 << 28), (1 << 28) - 1) >>
+                    13));
+        return samples;
     }
 
-    Samples sound;
-
   private:
-    Mp2Decoder decoder_;
-    std::size_t frameBytes_;
-    const Bytes& file_;
-    unsigned channels_;
-    std::size_t next_ = 0;
+    mad_stream stream_{};
+    mad_frame frame_{};
+    mad_synth synth_{};
 };
 
 TEST_F(PlaybackProperty, Mp2TakesSoundLikeTheModel) {
-    struct Format {
-        std::uint32_t bitrateIndex;
-        bool stereo;
-    };
-    const Format formats[] = {{0, false}, {3, false}, {9, false}, {3, true}, {7, true}, {11, true}};
+    constexpr std::size_t kFrame = 1152;
     audio_.mp2 = true;
-    for (int run = 0; run < 60; ++run) {
-        const Format& format = formats[run % std::size(formats)];
-        audio_.stereo = format.stereo;
-        audio_.bitrate.SetMp2Bitrate(format.bitrateIndex, files_.services.report);
-        audio_.externalRecorder = run % 4 == 3;
-        audio_.resolutionShift = Random(3);
+    int pairs = 0;
+    for (std::uint32_t run = 0; run < 3 * 24; ++run) {
+        audio_.stereo = run % 2 == 1;
+        audio_.bitrate.SetMp2Bitrate(run / 2 % 12, files_.services.report);
+        audio_.externalRecorder = Random(4) == 3;
+        audio_.resolutionShift = run / 24;
         if (!audio_.bitrate.IsLegalFor(audio_.stereo)) continue;
+        ++pairs;
         const std::uint32_t perSecond = PeriodsPerSecond(audio_.resolutionShift);
+        const std::size_t frameBytes = audio_.bitrate.BitsPerSecond() * 3 / 1000;
         const auto encoder = Layer2Encoder::Create(audio_.bitrate.BitsPerSecond(), audio_.stereo);
         ASSERT_TRUE(encoder);
         const std::size_t frames = 30 + Random(60);
         Bytes file;
         for (std::size_t frame = 0; frame < frames; ++frame) {
-            Samples noise(2 * kMp2FrameSamples);
+            Samples noise(2 * kFrame);
             for (std::int16_t& sample : noise)
                 sample = static_cast<std::int16_t>(static_cast<std::int16_t>(random_()) / 4);
-            const ByteSpan bytes = encoder->EncodeFrame(&noise[0], &noise[kMp2FrameSamples]);
+            const ByteSpan bytes = encoder->EncodeFrame(&noise[0], &noise[kFrame]);
             file.insert(file.end(), bytes.begin(), bytes.end());
         }
         WriteFileBytes(path_, file);
-        length_ = static_cast<std::uint32_t>(frames * kMp2FrameSamples * perSecond / 48000);
+        length_ = static_cast<std::uint32_t>(frames * kFrame * perSecond / 48000);
         MakeCuts();
         const std::uint32_t from = Random(3) == 0 ? 0 : Random(length_);
-        player_.SetRange({});
+        const std::uint32_t end = Random(2) == 0 ? 0 : from + 1 + Random(length_);
+        player_.SetRange({from, end});
 
+        // For each buffer, in steps of 1050 samples: frames are decoded while fewer than 1152
+        // samples wait, or fewer than the step's windows reach.
         const auto outputs = static_cast<std::uint16_t>(1 + Random(2));
         const std::uint32_t outputRate = audio_.externalRecorder ? 48000 : 44100;
-        PlaybackConverter converter;
-        converter.Start(48000, outputRate);
-        FrameModel model(audio_, files_.storage, file, outputs);
-        std::size_t count = 0;  // output samples per channel
-        for (const Stretch& stretch : Kept(sheet_.cuts, from, length_)) {
-            model.GoTo(Mp2FrameOfPeriod(stretch.begin, audio_.resolutionShift));
-            count += std::size_t{stretch.end - stretch.begin} * outputRate / perSecond;
-            model.DecodeUpTo(converter.InputNeeded(count));
+        const RateModel& converter = Rates(48000, outputRate);
+        BareDecoder decoder;
+        Samples sound;
+        std::size_t made = 0;  // samples per channel
+        for (const Stretch& stretch :
+             Kept(sheet_.cuts, from, end == 0 ? length_ : std::min(end, length_))) {
+            std::size_t next = stretch.begin * 125 / (3 * perSecond);
+            for (std::uint32_t period = stretch.begin; period < stretch.end; ++period)
+                for (std::size_t left = outputRate / perSecond, step = 0; left > 0; left -= step) {
+                    step = std::min<std::size_t>(left, 1050);
+                    const std::size_t wanted =
+                        std::max(converter.Begin(made) + kFrame, converter.End(made + step - 1));
+                    for (; sound.size() < wanted * outputs; ++next) {
+                        const Samples frame =
+                            next < frames ? decoder.Decode({&file[next * frameBytes], frameBytes})
+                                          : Samples(kFrame * audio_.Channels());
+                        const Samples mapped = OnChannels(frame, audio_.Channels(), outputs);
+                        sound.insert(sound.end(), mapped.begin(), mapped.end());
+                    }
+                    made += step;
+                }
         }
-        const Samples expected = Converted(model.sound, 48000, outputRate, outputs, count);
         std::string cuts;
         for (const RemovedRange& cut : sheet_.cuts)
-            cuts += orma::Format(" %u-%u", cut.begin, cut.end);
-        EXPECT_EQ(Difference(Play(outputs, from), expected), "")
+            cuts += Format(" %u-%u", cut.begin, cut.end);
+        EXPECT_EQ(Difference(Play(outputs, from), converter.Convert(sound, outputs, made)), "")
             << audio_.bitrate.BitsPerSecond() << " bit/s, " << audio_.Channels() << " channels to "
             << outputs << " at " << outputRate << " Hz, shift " << audio_.resolutionShift
-            << ", from " << from << " of " << length_ << ", " << frames << " frames, cuts" << cuts;
+            << ", from " << from << " to " << end << " of " << length_ << ", " << frames
+            << " frames, cuts" << cuts;
     }
+    EXPECT_EQ(pairs, 3 * 18);
 }
 
 }  // namespace
