@@ -6,6 +6,7 @@
 
 #include "app/start_up.h"
 #include "audio/files/mp2_header.h"
+#include "audio/files/riff_walk.h"
 #include "audio/files/vu_file.h"
 #include "cli/environment.h"
 #include "cli/position.h"
@@ -29,14 +30,25 @@ bool HoldsClipOf(const ProjectRecord& record, const Text& take) {
                                [&](const ClipEntry& clip) { return clip.name == take; });
 }
 
-/// The format of a lone take: of its first bytes and its level file.
+/// The header of an MP2 file's first frame, which in RIFF stands where `data` begins.
+Mp2Header FirstHeader(Application& app, const Text& path) {
+    JStreamFile file(app.files, path, true);
+    Mp2Header header;
+    const auto read = [&] {
+        file.Read(header.bytes.data(), static_cast<std::uint32_t>(header.bytes.size()));
+    };
+    read();
+    if (!IsTag(header.bytes.data(), "RIFF")) return header;
+    file.SetPosition(static_cast<std::int32_t>(WalkRiff(file).dataOffset));
+    read();
+    return header;
+}
+
+/// The format of a lone take: of its first frame and its level file.
 void AdoptFormat(Application& app, const Text& path) {
     AudioState& audio = app.audio;
     audio.mp2 = SplitPath(path).extension == u".mp2";
-    Mp2Header header;
-    JStreamFile file(app.files, path, true);
-    file.Read(header.bytes.data(), static_cast<std::uint32_t>(header.bytes.size()));
-    if (audio.mp2) audio.stereo = header.Mode() != 3;
+    if (audio.mp2) audio.stereo = FirstHeader(app, path).Mode() != 3;
     const Text levels = WithExtension(path, u".jvu");
     if (!app.ports.storage.Exists(levels)) return;
     if (const auto sheet = ReadVuFile(app.files, levels))

@@ -4,10 +4,10 @@
 #include <CLI/CLI.hpp>
 
 #include "app/start_up.h"
-#include "audio/files/mp2_header.h"
 #include "base/path.h"
 #include "cli/commands.h"
 #include "cli/environment.h"
+#include "cli/open_take.h"
 #include "cli/output.h"
 #include "cli/play_session.h"
 #include "cli/position.h"
@@ -42,23 +42,12 @@ Part PartOf(const PlayOptions& options, std::uint32_t periodsPerSecond) {
     return part;
 }
 
-/// A take says by its name and its first frame what a project would: format and channel mode.
-void AdoptTakeFormat(Application& app, const Text& path, bool mp2) {
-    app.audio.mp2 = mp2;
-    if (!mp2) return;
-    JStreamFile file(app.files, path, true);
-    Mp2Header header;
-    file.Read(header.bytes.data(), static_cast<std::uint32_t>(header.bytes.size()));
-    app.audio.stereo = header.Mode() != 3;
-}
-
 /// Plays a range of a single take.
 bool StartTake(Application& app, const Text& path, const PlayOptions& options) {
-    const PathParts parts = SplitPath(path);
-    if (parts.extension != u".wav" && parts.extension != u".mp2")
+    const Text extension = SplitPath(path).extension;
+    if (extension != u".wav" && extension != u".mp2")
         throw UsageError("not a project (.opr) or take (.wav, .mp2): " + options.path);
-    AdoptTakeFormat(app, path, parts.extension == u".mp2");
-    if (!app.project.OpenRecording(path)) return false;
+    OpenTake(app, path);
     const std::uint32_t length = app.recording.length;
     const Part part = PartOf(options, app.audio.PeriodsPerSecond());
     if (part.from >= length)
@@ -87,7 +76,7 @@ int Play(const Globals& globals, const PlayOptions& options) {
     Environment environment(globals, session, [&session] { session.Stop(); });
     Application& app = environment.App();
     LoadSettings(app);
-    if (!app.ports.storage.Exists(path))
+    if (isProject && !app.ports.storage.Exists(path))
         throw std::runtime_error("the file does not exist: " + options.path);
     if (isProject && !OpenProject(app, path)) return kFailed;
 

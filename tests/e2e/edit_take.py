@@ -120,6 +120,19 @@ def lone_file(desk):
     desk.run("save-selection", lone, "0", "2", desk.path("half.wav"))
     equal(samples(desk.path("half.wav")), samples(lone)[:40 * PERIOD * 2], "half of it")
 
+    # In RIFF, the channel mode is that of the first frame, not of the bytes "RIFF".
+    desk.record("dock.opr", "--mp2", "--bitrate", "64", "--mono", "--seconds", "3")
+    frames = desk.path("dock00.mp2").read_bytes()
+    wrapped = desk.path("wrapped.mp2")
+    wrapped.write_bytes(struct.pack("<4sI4s4sI", b"RIFF", len(frames) + 12, b"WAVE", b"data",
+                                    len(frames)) + frames)
+    desk.run("mark", wrapped, "add", "1")
+    heard = []
+    for take in (desk.path("dock00.mp2"), wrapped):
+        desk.run("play", take, "--to", "2", audio=f"virtual:out={desk.path('out.wav')},pace=fast")
+        heard.append(samples(desk.path("out.wav")))
+    check(len(heard[0]) == 40 * PERIOD and heard[0] == heard[1], "what is heard of a wrapped take")
+
 
 def main():
     with Desk() as desk:
