@@ -135,8 +135,16 @@ TEST_F(AlsaOnPulse, CapturesADigitalInputBitByBit) {
     const auto speech = Ramp(44100);
     WriteSoundFile(file, 1, 44100, speech);
 
-    AlsaSpdifCard card({.pcm = "digital", .rate = 44100});
     SpdifCard::Answer answer{};
+    AlsaSpdifCard unknown({.pcm = "digital"});
+    ASSERT_TRUE(unknown.Open());
+    ASSERT_TRUE(unknown.Control(SpdifControl::kReadRate, Bytes{0, 0}, answer));
+    EXPECT_EQ(SpdifRateOfCode(answer[0]), 0u) << "a rate that neither signal nor device tells";
+    ASSERT_TRUE(unknown.Control(SpdifControl::kReadStatus, Bytes{0, 0}, answer));
+    EXPECT_NE(answer[0], 0);
+    unknown.Close();
+
+    AlsaSpdifCard card({.pcm = "digital", .rate = 44100});
     const auto ring = SpdifRingBlock{}.Encode();
     ASSERT_TRUE(card.Open());
     EXPECT_FALSE(card.Open()) << "it is open";
@@ -144,6 +152,8 @@ TEST_F(AlsaOnPulse, CapturesADigitalInputBitByBit) {
     ASSERT_TRUE(card.Control(SpdifControl::kSelectInput, Bytes{0, 0}, answer));
     ASSERT_TRUE(card.Control(SpdifControl::kReadRate, Bytes{0, 0}, answer));
     EXPECT_EQ(SpdifRateOfCode(answer[0]), 44100u);
+    ASSERT_TRUE(card.Control(SpdifControl::kReadStatus, Bytes{0, 0}, answer));
+    EXPECT_EQ(answer[0], 0);
 
     std::vector<std::int16_t> left;
     std::uint32_t read = 0;

@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <system_error>
 #include <thread>
 
@@ -17,7 +18,6 @@ namespace orma {
 namespace {
 
 constexpr std::uint32_t kBacklogSeconds = 10;
-constexpr std::uint32_t kDefaultRate = 48000;
 constexpr unsigned kBufferMicroseconds = 500'000;
 constexpr unsigned kPeriodMicroseconds = 20'000;
 constexpr int kWaitMs = 100;
@@ -47,34 +47,34 @@ struct CloseControl {
     void operator()(snd_hctl_t* control) const { snd_hctl_close(control); }
 };
 
-/// The rate that the receiver reads in the signal, Hz; 0 when the card does not tell.
-std::uint32_t RateOfChannelStatus(snd_pcm_t* pcm) {
+/// The rate that the receiver reads in the signal now, Hz, 0 while it reads none; nothing for a
+/// device that never tells.
+std::optional<std::uint32_t> RateOfChannelStatus(snd_pcm_t* pcm) {
     snd_pcm_info_t* info = nullptr;
     snd_pcm_info_alloca(&info);
-    if (snd_pcm_info(pcm, info) < 0 || snd_pcm_info_get_card(info) < 0) return 0;
+    if (snd_pcm_info(pcm, info) < 0 || snd_pcm_info_get_card(info) < 0) return std::nullopt;
     const std::string name = "hw:" + std::to_string(snd_pcm_info_get_card(info));
     snd_hctl_t* opened = nullptr;
-    if (snd_hctl_open(&opened, name.c_str(), SND_CTL_READONLY) < 0) return 0;
+    if (snd_hctl_open(&opened, name.c_str(), SND_CTL_READONLY) < 0) return std::nullopt;
     const std::unique_ptr<snd_hctl_t, CloseControl> control(opened);
-    if (snd_hctl_load(opened) < 0) return 0;
+    if (snd_hctl_load(opened) < 0) return std::nullopt;
     snd_ctl_elem_id_t* id = nullptr;
     snd_ctl_elem_id_alloca(&id);
     snd_ctl_elem_id_set_interface(id, SND_CTL_ELEM_IFACE_PCM);
     snd_ctl_elem_id_set_name(id, "IEC958 Capture Default");
     snd_ctl_elem_id_set_device(id, snd_pcm_info_get_device(info));
     snd_hctl_elem_t* element = snd_hctl_find_elem(opened, id);
+    if (element == nullptr) return std::nullopt;
     snd_ctl_elem_value_t* value = nullptr;
     snd_ctl_elem_value_alloca(&value);
-    if (element == nullptr || snd_hctl_elem_read(element, value) < 0) return 0;
+    if (snd_hctl_elem_read(element, value) < 0) return 0;
     snd_aes_iec958_t status{};
     snd_ctl_elem_value_get_iec958(value, &status);
     return DigitalRateOfStatus({status.status, sizeof status.status});
 }
 
-/// Sets the device up for stereo at one rate; false when it takes none of the layouts.
-bool SetUp(snd_pcm_t* pcm, std::uint32_t& rate, DigitalLayout& layout) {
-    snd_pcm_hw_params_t* params = nullptr;
-    snd_pcm_hw_params_alloca(&params);
+/// Narrows `params` down to stereo in one of the layouts; false when the device takes none.
+bool TakeLayout(snd_pcm_t* pcm, snd_pcm_hw_params_t* params, DigitalLayout& layout) {
     if (snd_pcm_hw_params_any(pcm, params) < 0 ||
         snd_pcm_hw_params_set_access(pcm, params, SND_PCM_ACCESS_RW_INTERLEAVED) < 0 ||
         snd_pcm_hw_params_set_channels(pcm, params, 2) < 0)
@@ -84,14 +84,31 @@ bool SetUp(snd_pcm_t* pcm, std::uint32_t& rate, DigitalLayout& layout) {
     });
     if (fits == kLayouts.end()) return false;
     layout = fits->layout;
+    return true;
+}
+
+/// Whether the device takes stereo at all, and the only rate that it has, Hz, else 0.
+bool Ask(snd_pcm_t* pcm, std::uint32_t& onlyRate) {
+    snd_pcm_hw_params_t* params = nullptr;
+    snd_pcm_hw_params_alloca(&params);
+    DigitalLayout layout{};
     unsigned low = 0;
     unsigned high = 0;
-    if (rate == 0 && snd_pcm_hw_params_get_rate_min(params, &low, nullptr) == 0 &&
-        snd_pcm_hw_params_get_rate_max(params, &high, nullptr) == 0)
-        rate = low == high ? low : kDefaultRate;
+    if (!TakeLayout(pcm, params, layout)) return false;
+    const bool one = snd_pcm_hw_params_get_rate_min(params, &low, nullptr) == 0 &&
+                     snd_pcm_hw_params_get_rate_max(params, &high, nullptr) == 0 && low == high;
+    onlyRate = one ? low : 0;
+    return true;
+}
+
+/// Sets the device up for stereo at one rate.
+bool SetUp(snd_pcm_t* pcm, std::uint32_t rate, DigitalLayout& layout) {
+    snd_pcm_hw_params_t* params = nullptr;
+    snd_pcm_hw_params_alloca(&params);
     unsigned buffer = kBufferMicroseconds;
     unsigned period = kPeriodMicroseconds;
-    return snd_pcm_hw_params_set_rate(pcm, params, rate, 0) == 0 &&
+    return TakeLayout(pcm, params, layout) &&
+           snd_pcm_hw_params_set_rate(pcm, params, rate, 0) == 0 &&
            snd_pcm_hw_params_set_buffer_time_near(pcm, params, &buffer, nullptr) == 0 &&
            snd_pcm_hw_params_set_period_time_near(pcm, params, &period, nullptr) == 0 &&
            snd_pcm_hw_params(pcm, params) == 0;
@@ -102,23 +119,27 @@ bool SetUp(snd_pcm_t* pcm, std::uint32_t& rate, DigitalLayout& layout) {
 /// The open device and its thread.
 struct AlsaSpdifCard::Capture {
     std::unique_ptr<snd_pcm_t, ClosePcm> pcm;
-    DigitalLayout layout;
-    std::uint32_t rate;  // Hz
-    SoundRing backlog;
+    std::uint32_t fixedRate;  // Hz, of a device that does not tell; 0: unknown
+    std::uint32_t rate = 0;   // Hz, of what is captured; 0: nothing is
+    DigitalLayout layout{};
+    std::unique_ptr<SoundRing> backlog;
     std::atomic<bool> running = false;
     std::atomic<std::uint64_t> lostFrames = 0;
     std::thread thread;
 
-    Capture(std::unique_ptr<snd_pcm_t, ClosePcm> opened, DigitalLayout samples, std::uint32_t hz)
-        : pcm(std::move(opened)),
-          layout(samples),
-          rate(hz),
-          backlog(std::size_t{kBacklogSeconds} * hz * kFrameBytes) {}
+    Capture(std::unique_ptr<snd_pcm_t, ClosePcm> opened, std::uint32_t hz)
+        : pcm(std::move(opened)), fixedRate(hz) {}
     ~Capture() { Stop(); }
 
-    bool Start() {
+    bool Start(std::uint32_t hz) {
         Stop();
-        if (snd_pcm_prepare(pcm.get()) < 0 || snd_pcm_start(pcm.get()) < 0) return false;
+        if (!SetUp(pcm.get(), hz, layout) || snd_pcm_prepare(pcm.get()) < 0 ||
+            snd_pcm_start(pcm.get()) < 0) {
+            Trace("alsa: digital input takes no stereo at %u Hz", hz);
+            return false;
+        }
+        Trace("alsa: digital input at %u Hz", hz);
+        backlog = std::make_unique<SoundRing>(std::size_t{kBacklogSeconds} * hz * kFrameBytes);
         lostFrames = 0;
         running = true;
         try {
@@ -126,6 +147,7 @@ struct AlsaSpdifCard::Capture {
         } catch (const std::system_error&) {
             running = false;
         }
+        rate = running ? hz : 0;
         return running;
     }
 
@@ -133,6 +155,7 @@ struct AlsaSpdifCard::Capture {
         running = false;
         if (thread.joinable()) thread.join();
         snd_pcm_drop(pcm.get());
+        rate = 0;
     }
 
     void Run() {
@@ -143,9 +166,7 @@ struct AlsaSpdifCard::Capture {
             snd_pcm_sframes_t got = snd_pcm_readi(pcm.get(), chunk.data(), kChunkFrames);
             if (got == -EAGAIN) got = snd_pcm_wait(pcm.get(), kWaitMs) < 0 ? -EPIPE : 0;
             if (got < 0) {
-                if (snd_pcm_recover(pcm.get(), static_cast<int>(got), 1) < 0 ||
-                    snd_pcm_start(pcm.get()) < 0)
-                    return;
+                if (!Recover(static_cast<int>(got))) break;
                 // The driver does not tell how much it lost: one frame stands for each report.
                 lostFrames.fetch_add(1, std::memory_order_relaxed);
                 continue;
@@ -153,10 +174,18 @@ struct AlsaSpdifCard::Capture {
             const auto count = static_cast<std::size_t>(got);
             PackDigitalSamples(layout, ByteSpan(chunk).first(count * deviceFrame), frames);
             const std::size_t kept =
-                backlog.Write(ByteSpan(frames).first(count * kFrameBytes), kFrameBytes);
+                backlog->Write(ByteSpan(frames).first(count * kFrameBytes), kFrameBytes);
             if (kept < count * kFrameBytes)
                 lostFrames.fetch_add(count - kept / kFrameBytes, std::memory_order_relaxed);
         }
+        running = false;
+    }
+
+    /// Capture runs again. A device that was interrupted or suspended may never have stopped, and
+    /// one that runs refuses to be started.
+    bool Recover(int error) {
+        if (snd_pcm_recover(pcm.get(), error, 1) < 0) return false;
+        return snd_pcm_state(pcm.get()) != SND_PCM_STATE_PREPARED || snd_pcm_start(pcm.get()) == 0;
     }
 };
 
@@ -179,16 +208,15 @@ bool AlsaSpdifCard::Open() {
         return false;
     }
     std::unique_ptr<snd_pcm_t, ClosePcm> owned(pcm);
-    std::uint32_t rate = options_.rate != 0 ? options_.rate : RateOfChannelStatus(pcm);
-    DigitalLayout layout{};
-    if (!SetUp(pcm, rate, layout)) {
-        Trace("alsa: digital input %s takes no stereo at %u Hz", name.c_str(), rate);
+    std::uint32_t onlyRate = 0;
+    if (!Ask(pcm, onlyRate)) {
+        Trace("alsa: digital input %s takes no stereo", name.c_str());
         return false;
     }
-    Trace("alsa: digital input %s at %u Hz", name.c_str(), rate);
+    Trace("alsa: digital input %s", name.c_str());
     ring_.resize(kRingBytes);
     register_ = 0;
-    capture_ = std::make_unique<Capture>(std::move(owned), layout, rate);
+    capture_ = std::make_unique<Capture>(std::move(owned), onlyRate);
     return true;
 }
 
@@ -212,11 +240,12 @@ bool AlsaSpdifCard::Control(SpdifControl code, ByteSpan input, Answer& answer) {
             return true;
         }
         case SpdifControl::kSelectInput:
-            return capture_->Start();
+            return true;
         case SpdifControl::kReadRate:
-            answer[0] = SpdifCodeOfRate(capture_->rate);
+            answer[0] = SpdifCodeOfRate(LockedRate());
             return true;
         case SpdifControl::kReadStatus:
+            answer[0] = capture_->running ? 0 : 1;
             return true;
         case SpdifControl::kStop:
             capture_->Stop();
@@ -225,15 +254,25 @@ bool AlsaSpdifCard::Control(SpdifControl code, ByteSpan input, Answer& answer) {
     return false;
 }
 
+/// Looks at the signal again, for a receiver locks after it was opened, and captures at the rate
+/// that is found.
+std::uint32_t AlsaSpdifCard::LockedRate() {
+    std::uint32_t rate = options_.rate;
+    if (rate == 0) rate = RateOfChannelStatus(capture_->pcm.get()).value_or(capture_->fixedRate);
+    const bool captured = capture_->running && capture_->rate == rate;
+    if (!captured && (rate == 0 || !capture_->Start(rate))) capture_->Stop();
+    return capture_->rate;
+}
+
 std::uint32_t AlsaSpdifCard::WritePosition() {
-    if (!capture_) return writePosition_;
+    if (!capture_ || !capture_->backlog) return writePosition_;
     // A frame stays free: a full ring would look like an empty one.
     const std::uint32_t used = (writePosition_ + kRingBytes - readPosition_) % kRingBytes;
     const std::size_t room = (kRingBytes - used) / kFrameBytes * kFrameBytes - kFrameBytes;
-    std::size_t bytes = std::min(room, capture_->backlog.Available());
+    std::size_t bytes = std::min(room, capture_->backlog->Available());
     while (bytes > 0) {
         const std::size_t piece = std::min<std::size_t>(bytes, kRingBytes - writePosition_);
-        (void)capture_->backlog.Read(std::span(ring_).subspan(writePosition_, piece));
+        (void)capture_->backlog->Read(std::span(ring_).subspan(writePosition_, piece));
         writePosition_ = static_cast<std::uint32_t>((writePosition_ + piece) % kRingBytes);
         bytes -= piece;
     }
