@@ -6,6 +6,7 @@
 #include "platform/sound_files.h"
 #include "platform/virtual_audio/virtual_wave_system.h"
 #include "platform/wave_in_contract.h"
+#include "platform/wave_out_user.h"
 #include "support/fake_event_loop.h"
 #include "support/temp_folder.h"
 
@@ -98,11 +99,12 @@ TEST_F(SimulatedCardTest, CapturesOnlyOnceItIsSetUp) {
     EXPECT_FALSE(Send(SpdifControl::kReadRate));
 }
 
-TEST(SimulatedRecorder, PlaysItsFileAt48000HzThroughItsGain) {
+TEST(SimulatedRecorder, HearsAt48000HzThroughItsGainAndPlaysThroughItsVolume) {
     TempFolder folder;
     FakeEventLoop loop;
     VirtualAudioOptions options;
     options.inputFile = folder.Path(u"in.wav");
+    options.outputFile = folder.Path(u"out.wav");
     options.pace = Pace::kFast;
     WriteSoundFile(options.inputFile, 1, 48000, Samples(4800, 1000));
     SimulatedRecorder recorder({});
@@ -126,6 +128,20 @@ TEST(SimulatedRecorder, PlaysItsFileAt48000HzThroughItsGain) {
     user.Begin(*device);
     loop.RunPending();
     EXPECT_EQ(AsSamples(user.heard), Samples(2400, 1995));
+
+    code = {127};  // +6 dB
+    ASSERT_EQ(recorder.Send(RecorderLine::kOutput, kRecorderDriverMessage, RecorderMessage::kVolume,
+                            code),
+              WaveResult::kOk);
+    for (const Text& output : {name, Text()}) {
+        WaveOutUser listener(Samples(4 * 480, -1000), 480);
+        std::unique_ptr<WaveOutDevice> playing;
+        ASSERT_EQ(waves.OpenOutput(output, Pcm16(1, 48000), listener, playing), WaveResult::kOk);
+        listener.Begin(*playing);
+        loop.RunPending();
+        playing.reset();
+        EXPECT_EQ(ReadSoundFile(options.outputFile), Samples(4 * 480, -1995));
+    }
 }
 
 }  // namespace

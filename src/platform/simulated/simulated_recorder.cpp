@@ -57,4 +57,8 @@ double SimulatedRecorder::Gain() const {
     return std::pow(10.0, (gainCode_ * 0.5 - 96) / 20);
 }
 
+double SimulatedRecorder::Volume() const {
+    return std::pow(10.0, (volumeCode_ - 121.0) / 20);
+}
+
 }  // namespace orma

@@ -27,8 +27,9 @@ class SimulatedRecorder : public ExternalRecorder {
     [[nodiscard]] std::uint32_t VolumeCode() const { return volumeCode_; }
     [[nodiscard]] const RecorderConfiguration& Configuration() const { return configuration_; }
 
-    /// The amplitude that the gain means, 1 = unchanged.
+    /// The amplitudes that gain and volume mean, 1 = unchanged.
     [[nodiscard]] double Gain() const;
+    [[nodiscard]] double Volume() const;
 
   private:
     std::uint16_t version_;

@@ -6,6 +6,15 @@
 namespace orma {
 namespace {
 
+/// Multiplies 16-bit samples, clipped.
+void Scale(std::span<std::uint8_t> samples, double factor) {
+    for (std::size_t at = 0; at + 2 <= samples.size() && factor != 1; at += 2) {
+        const double sample = LoadLe<std::int16_t>(&samples[at]) * factor;
+        StoreLe(&samples[at],
+                static_cast<std::int16_t>(std::clamp(std::round(sample), -32768.0, 32767.0)));
+    }
+}
+
 /// An input whose samples pass the recorder's gain on their way to the user.
 class GainedInput : public WaveInDevice, private WaveInEvents {
   public:
@@ -27,12 +36,7 @@ class GainedInput : public WaveInDevice, private WaveInEvents {
 
   private:
     void OnWaveInData(WaveHeader& header) override {
-        const double gain = recorder_.Gain();
-        for (std::uint32_t at = 0; at + 2 <= header.bytesRecorded && gain != 1; at += 2) {
-            const double sample = LoadLe<std::int16_t>(header.data + at) * gain;
-            StoreLe(header.data + at,
-                    static_cast<std::int16_t>(std::clamp(std::round(sample), -32768.0, 32767.0)));
-        }
+        Scale({header.data, header.bytesRecorded}, recorder_.Gain());
         events_.OnWaveInData(header);
     }
     void OnWaveInLost(WaveLoss reason) override { events_.OnWaveInLost(reason); }
@@ -40,6 +44,28 @@ class GainedInput : public WaveInDevice, private WaveInEvents {
     const SimulatedRecorder& recorder_;
     WaveInEvents& events_;
     std::unique_ptr<WaveInDevice> device_;
+};
+
+/// An output whose samples pass the recorder's volume on their way to the listener.
+class ScaledOutput : public WaveOutDevice {
+  public:
+    ScaledOutput(const SimulatedRecorder& recorder, std::unique_ptr<WaveOutDevice> device)
+        : recorder_(recorder), device_(std::move(device)) {}
+
+    WaveResult Prepare(WaveHeader& header) override { return device_->Prepare(header); }
+    WaveResult Unprepare(WaveHeader& header) override { return device_->Unprepare(header); }
+    WaveResult Write(WaveHeader& header) override {
+        Scale({header.data, header.bufferLength}, recorder_.Volume());
+        return device_->Write(header);
+    }
+    WaveResult Pause() override { return device_->Pause(); }
+    WaveResult Restart() override { return device_->Restart(); }
+    WaveResult Reset() override { return device_->Reset(); }
+    WaveResult Close() override { return device_->Close(); }
+
+  private:
+    const SimulatedRecorder& recorder_;
+    std::unique_ptr<WaveOutDevice> device_;
 };
 
 }  // namespace
@@ -71,8 +97,13 @@ WaveResult SimulatedRecorderWaves::OpenInput(const Text& name, const WaveFormat&
 WaveResult SimulatedRecorderWaves::OpenOutput(const Text& name, const WaveFormat& format,
                                               WaveOutEvents& events,
                                               std::unique_ptr<WaveOutDevice>& device) {
-    const Text actual = name == SimulatedRecorder::kName ? Text() : name;
-    return system_->OpenOutput(actual, format, events, device);
+    if (!name.empty() && name != SimulatedRecorder::kName)
+        return system_->OpenOutput(name, format, events, device);
+    std::unique_ptr<WaveOutDevice> own;
+    const WaveResult result = system_->OpenOutput(u"", format, events, own);
+    if (result == WaveResult::kOk)
+        device = std::make_unique<ScaledOutput>(recorder_, std::move(own));
+    return result;
 }
 
 }  // namespace orma

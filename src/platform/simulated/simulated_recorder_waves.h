@@ -9,7 +9,9 @@ namespace orma {
 
 /// The wave devices of a simulated recorder: the input of another sound system, at 48000 Hz and
 /// under the recorder's name, made louder or softer by the recorder's gain; the outputs of that
-/// system, and the recorder's own beside them, which plays through the default one. UI thread.
+/// system, and the recorder's own beside them, which plays through the default one, made louder or
+/// softer by the recorder's volume. As any is opened where none is named, so is the recorder's own.
+/// Samples are scaled in the buffers themselves. UI thread.
 class SimulatedRecorderWaves : public WaveSystem {
   public:
     /// The recorder outlives this system.

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "audio/engine/engine_fixture.h"
+#include "platform/simulated/simulated_recorder.h"
 
 namespace orma::test {
 namespace {
@@ -59,27 +60,34 @@ TEST_F(ExternalRecorderTest, GetsItsCodesThroughTheLineThatIsOpen) {
     EXPECT_EQ(control.VolumeCode(), 123);
 }
 
-TEST_F(ExternalRecorderTest, ClampsItsCodesAndShowsThemInDecibels) {
+TEST_F(ExternalRecorderTest, ClampsItsCodesSendsThemAndShowsThemInDecibels) {
+    SimulatedRecorder device({});
+    ExternalRecorderControl simulated(&device, report);
+    ASSERT_EQ(simulated.FindExternalRecorder(), 1 << 8 | 2);
+    simulated.LineOpened(RecorderLine::kInput);
     struct Row {
         std::int32_t gainStep, volumeStep;
+        std::uint32_t gainCode, volumeCode;
         Text gain, volume;
         std::uint32_t gainBar, volumeBar;
     };
-    for (const Row& row :
-         {Row{2000, 2000, u"+31dB", u"  +6dB", 65536, 65536},
-          Row{2, 1, u"+31dB", u"  +6dB", 65536, 65536},
-          Row{-62, -6, u"+0dB", u"  +0dB", 33792, 40960}, Row{-66, -10, u"-33dB", u"  -10dB", 0, 0},
-          Row{-2, -1, u"-33dB", u"  -10dB", 0, 0}}) {
-        control.SetRecorderGain(row.gainStep);
-        control.SetRecorderVolume(row.volumeStep);
-        EXPECT_EQ(control.GainText(), row.gain);
-        EXPECT_EQ(control.VolumeText(), row.volume);
-        EXPECT_EQ(control.GainBar(), row.gainBar);
-        EXPECT_EQ(control.VolumeBar(), row.volumeBar);
+    for (const Row& row : {Row{2000, 2000, 254, 127, u"+31dB", u"  +6dB", 65536, 65536},
+                           Row{2, 1, 254, 127, u"+31dB", u"  +6dB", 65536, 65536},
+                           Row{-62, -6, 192, 121, u"+0dB", u"  +0dB", 33792, 40960},
+                           Row{-66, -10, 126, 111, u"-33dB", u"  -10dB", 0, 0},
+                           Row{-2, -1, 126, 111, u"-33dB", u"  -10dB", 0, 0}}) {
+        simulated.SetRecorderGain(row.gainStep);
+        simulated.SetRecorderVolume(row.volumeStep);
+        EXPECT_EQ(device.GainCode(), row.gainCode);
+        EXPECT_EQ(device.VolumeCode(), row.volumeCode);
+        EXPECT_EQ(simulated.GainText(), row.gain);
+        EXPECT_EQ(simulated.VolumeText(), row.volume);
+        EXPECT_EQ(simulated.GainBar(), row.gainBar);
+        EXPECT_EQ(simulated.VolumeBar(), row.volumeBar);
     }
-    control.Load({.gainCode = 255, .volumeCode = 3});
-    EXPECT_EQ(control.GainCode(), 254);
-    EXPECT_EQ(control.VolumeCode(), 111);
+    simulated.Load({.gainCode = 255, .volumeCode = 3});
+    EXPECT_EQ(simulated.GainCode(), 254);
+    EXPECT_EQ(simulated.VolumeCode(), 111);
 }
 
 TEST_F(ExternalRecorderTest, ReportsAFailedMessageAndKeepsTheCode) {

@@ -4,6 +4,9 @@
 
 #include "audio/engine/engine_fixture.h"
 #include "audio/engine/spdif_format.h"
+#include "audio/files/wav_bytes.h"
+#include "platform/simulated/simulated_card.h"
+#include "support/temp_folder.h"
 
 namespace orma::test {
 namespace {
@@ -223,15 +226,29 @@ TEST_F(PDAudioInTest, FillsBuffersInOrderRoundTheEndOfTheRing) {
 }
 
 TEST_F(PDAudioInTest, RefusesTheSeventeenthBufferUntilAPlaceIsFree) {
-    ASSERT_EQ(Start(false, 2), SpdifResult::kCapturing);
+    TempFolder folder;
+    Bytes sound(3 * 14400);
+    for (std::size_t at = 0; at < sound.size(); ++at)
+        sound[at] = static_cast<std::uint8_t>(at * at / 7);
+    const WavFields fields{.channels = 2, .sampleRate = 48000, .bits = 24, .blockAlign = 6};
+    WriteFileBytes(folder.Path(u"in.wav"), WavBytes(fields, sound));
+    SimulatedCard playing({.file = folder.Path(u"in.wav"), .fast = true});  // 50 ms at each look
+    PDAudioIn simulated(&playing, loop, clock, report);
+    ASSERT_EQ(simulated.PDAudioStart(false, 2, 2, listener_, format_), SpdifResult::kCapturing);
+    ASSERT_EQ(format_.bufferLength, 14400u);
+    const auto add = [&] {
+        memory_.emplace_back(14400, std::uint8_t{0xAA});
+        headers_.push_back({memory_.back().data(), 14400, 0, 0});
+        return simulated.PDAudioInAddBuffer(headers_.back());
+    };
     for (int place = 0; place < 16; ++place)
-        ASSERT_TRUE(Add(30));
-    EXPECT_FALSE(Add(30));
-    psi_.Make(10);
+        ASSERT_TRUE(add());
+    EXPECT_FALSE(add());
     Pass(10);
-    EXPECT_TRUE(Add(30));
-    EXPECT_FALSE(Add(30));
-    EXPECT_EQ(listener_.users, std::vector<std::uint32_t>{0});
+    EXPECT_TRUE(add());
+    EXPECT_FALSE(add());
+    Pass(20);
+    EXPECT_EQ(listener_.heard, sound);
 }
 
 TEST_F(PDAudioInTest, KeepsWhatWaitsInTheRingWhenItStops) {
