@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "audio/files/level_tables.h"
 #include "project/mark_search.h"
 #include "project/recording_access.h"
 
@@ -165,7 +166,14 @@ void Transport::MoveTo(std::int32_t position) {
     // Picked while something plays, a place has the end that it would have had from the start.
     if (state_ == TransportState::kPlaying)
         s_.player.SetRange(RangeAt(static_cast<std::uint32_t>(std::max(position, 0))));
+    Place(position);
+}
+
+// The player tells no place outside the recording; the screens follow to its ends all the same.
+void Transport::Place(std::int32_t position) {
     s_.player.WavRestartPlaying(position);
+    const std::uint32_t place = s_.player.DisplayPosition();
+    if (s_.recording.cursor != place) OnPosition(place, kQuietLevel);
 }
 
 void Transport::Wind(TransportState direction, bool lit) {
@@ -248,7 +256,7 @@ void Transport::PlayingEnded(std::uint32_t position) {
 // place becomes the end that was reached.
 void Transport::OnPlayedOut() {
     const auto end = static_cast<std::int32_t>(s_.player.End());
-    s_.player.WavRestartPlaying(std::min(s_.player.Position(), end));
+    Place(std::min(s_.player.Position(), end));
     PlayingEnded(s_.recording.cursor);
     s_.listener.OnPlayedOut();
 }

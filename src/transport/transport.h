@@ -109,6 +109,7 @@ class Transport : public RecorderListener, public PlayerListener {
     void Wind(TransportState direction, bool lit);
     void WindFromCursor(TransportState direction);
     void Nudge(const EdgeMove& move);
+    void Place(std::int32_t position);
     void GoToStopPlace();
     void GoToMark(bool forward);
     void PlayingEnded(std::uint32_t position);

@@ -84,8 +84,8 @@ class Player : private WaveOutEvents {
     /// Stops and closes the device. When the device cannot be reset (reported), it stays open.
     void WavExitPlaying();
 
-    /// Moves the place, also while playing. Outside 0..length - 1 it becomes 0 or the length, and
-    /// playing ends.
+    /// Moves the place, also while playing. Outside 0..length - 1 it becomes 0 or the length,
+    /// playing ends, and OnPlaceMoved is not told.
     void WavRestartPlaying(std::int32_t position);
 
     /// Handles a buffer or the end marker that came back.
@@ -145,7 +145,7 @@ class Player : private WaveOutEvents {
     void EndAt(std::uint32_t position);
     void SeekReader();
     void TellPosition(std::uint32_t levelAt);
-    void ChooseCutAt(std::uint32_t position);
+    void ChooseCutAt(std::int64_t position);
     [[nodiscard]] std::uint32_t BehindCuts(std::uint32_t position) const;
     [[nodiscard]] std::int64_t WoundPast(std::int64_t target, bool forward) const;
     [[nodiscard]] bool IsWinding() const;

@@ -93,27 +93,25 @@ void Player::JumpWinding(bool forward) {
 void Player::EndAt(std::uint32_t position) {
     position_ = static_cast<std::int32_t>(position);
     display_ = position;
-    EndPlaying();
+    if (playing_) EndPlaying();
 }
 
 void Player::WavRestartPlaying(std::int32_t position) {
     const std::uint32_t length = s_.recording.length;
-    const auto place = static_cast<std::uint32_t>(std::max(position, 0));
-    ChooseCutAt(place);
-    const bool inside = position >= 0 && place < length;
-    position_ = static_cast<std::int32_t>(std::min(place, length));
-    display_ = static_cast<std::uint32_t>(position_);
-    s_.listener.OnPlaceMoved(display_);
-    if (!playing_) return;
-    if (!inside) {
-        EndPlaying();
+    ChooseCutAt(position);
+    if (position < 0 || position >= std::int64_t{length}) {
+        EndAt(position < 0 ? 0 : length);
         return;
     }
+    position_ = position;
+    display_ = static_cast<std::uint32_t>(position);
+    s_.listener.OnPlaceMoved(display_);
+    if (!playing_) return;
     SeekReader();
     if (s_.transport != TransportState::kDragging && device_ != nullptr) silence_ = kBuffers;
 }
 
-void Player::ChooseCutAt(std::uint32_t position) {
+void Player::ChooseCutAt(std::int64_t position) {
     const std::vector<RemovedRange>& cuts = s_.recording.sheet.cuts;
     for (std::size_t i = 0; i < cuts.size(); ++i) {
         const auto index = static_cast<std::int32_t>(i);
@@ -153,13 +151,14 @@ std::uint32_t Player::BehindCuts(std::uint32_t position) const {
     return position;
 }
 
-// A target in a cut, its end included, moves to that end, or back to a second before its start.
+// A target in a cut, its end included, also of an empty one, moves to that end, or back to a second
+// before its start.
 std::int64_t Player::WoundPast(std::int64_t target, bool forward) const {
     if (target < 0) return target;
     if (forward) return BehindCuts(static_cast<std::uint32_t>(target));
     const std::vector<RemovedRange>& cuts = s_.recording.sheet.cuts;
     const auto touches = [&](const RemovedRange& cut) {
-        return cut.begin < cut.end && cut.begin <= target && target <= cut.end;
+        return cut.begin <= target && target <= cut.end;
     };
     for (auto cut = cuts.begin(); (cut = std::ranges::find_if(cuts, touches)) != cuts.end();)
         target = std::int64_t{cut->begin} - Second();

@@ -141,6 +141,7 @@ class PlaybackProperty : public ::testing::Test {
             const std::uint32_t end = std::min(begin + Random(1 + length_ / 4), length_);
             sheet_.cuts.push_back({begin, end, 0});
             if (Random(3) == 0) sheet_.cuts.push_back({end, std::min(end + 1, length_), 0});
+            if (Random(3) == 0) sheet_.cuts.push_back({begin, begin, 0});
         }
     }
 
@@ -244,6 +245,58 @@ TEST_F(PlaybackProperty, WavTakesOfEveryKindSoundLikeTheModel) {
                         << outputRate << " Hz, shift " << audio_.resolutionShift << ", from "
                         << from << " to " << stop << " of " << length_;
                 }
+}
+
+TEST_F(PlaybackProperty, WindingSoundsLikeTheModel) {
+    for (std::uint32_t run = 0; run < 120; ++run) {
+        const bool forward = run % 2 == 0;
+        transport_ = forward ? TransportState::kFastForward : TransportState::kRewind;
+        audio_.resolutionShift = run / 2 % 3;
+        const int second = 5 << audio_.resolutionShift;
+        const auto periodSamples = 44100 / static_cast<std::uint32_t>(second);
+        length_ = 4 + Random(8 * static_cast<std::uint32_t>(second));
+        const int length = static_cast<int>(length_);
+        Bytes data;
+        for (std::uint32_t period = 0; period < length_; ++period)
+            for (std::uint32_t i = 0; i < periodSamples; ++i)
+                data.insert(data.end(), {static_cast<std::uint8_t>(period), 0});
+        WriteFileBytes(path_, WavBytes({}, data));
+        MakeCuts();
+        const std::uint32_t from = Random(length_);
+        player_.SetRange({from, from + Random(length_)});  // winding pays no heed to it
+
+        // A jump of a second, then second / 5 - 1 periods as they follow.
+        std::vector<int> model;
+        int place = static_cast<int>(from);
+        const auto cutAt = [&](int period, bool atEnd) {
+            return std::ranges::find_if(sheet_.cuts, [&](const RemovedRange& cut) {
+                return static_cast<int>(cut.begin) <= period &&
+                       period < static_cast<int>(cut.end) + (atEnd ? 1 : 0);
+            });
+        };
+        for (int buffer = 0; place >= 0 && place < length; ++buffer) {
+            const bool jumps = buffer % (second / 5) == 0;
+            if (jumps) place += forward ? second : -second;
+            const bool back = jumps && !forward;
+            for (auto cut = cutAt(place, back); cut != sheet_.cuts.end(); cut = cutAt(place, back))
+                place = back ? static_cast<int>(cut->begin) - second : static_cast<int>(cut->end);
+            if (place >= 0 && place < length) model.push_back(place++);
+        }
+        std::vector<int> heard;
+        const Samples sound = Play(1, from);
+        for (std::size_t at = 0; at < sound.size(); at += periodSamples) {
+            heard.push_back(sound[at]);
+            EXPECT_EQ(sound[at + periodSamples - 1], sound[at]);
+        }
+        std::string cuts;
+        for (const RemovedRange& cut : sheet_.cuts)
+            cuts += Format(" %u-%u", cut.begin, cut.end);
+        EXPECT_EQ(heard, model) << (forward ? "forward" : "back") << ", " << second
+                                << " periods a second, from " << from << " of " << length_
+                                << ", cuts" << cuts;
+        EXPECT_GE(player_.Position(), place < 0 ? 0 : length);
+        EXPECT_LE(player_.Position(), place < 0 ? 0 : length + 1);
+    }
 }
 
 /// Decodes frames one by one with the bare library, whose filters are never restarted.

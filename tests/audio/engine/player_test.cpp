@@ -153,8 +153,12 @@ TEST_F(PlayerTest, AMovedPlaceIsHeardBehindTheQueueAndChoosesTheCutAtItsEdge) {
     FinishAll();
     EXPECT_EQ(player.Position(), 100);
     EXPECT_EQ(Told("played out"), 1U);
+    currentCut = -1;
+    sheet.cuts = {{0, 5, 0}};
     player.WavRestartPlaying(-1);
     EXPECT_EQ(player.Position(), 0);
+    EXPECT_EQ(currentCut, -1) << "outside is at no edge";
+    EXPECT_EQ(Told("place 100") + Told("place 0"), 0U);
 }
 
 TEST_F(PlayerTest, APauseKeepsTheDeviceAndTheNextStartWaitsForItsBuffers) {
