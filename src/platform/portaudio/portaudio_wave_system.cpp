@@ -115,10 +115,10 @@ WaveResult PortAudioWaveSystem::SetOutputVolume(std::uint16_t left, std::uint16_
 }
 
 void PortAudioWaveSystem::PumpAll() {
-    pumped_ = open_;
-    for (PortAudioDevice* device : pumped_)
-        // The handler of one may have closed another.
-        if (std::find(open_.begin(), open_.end(), device) != open_.end()) device->Pump();
+    // A handler may open and close devices, and let events through that come back here. Backwards,
+    // none is left out whatever goes meanwhile; one may be looked at twice.
+    for (std::size_t i = open_.size(); i-- > 0;)
+        if (i < open_.size()) open_[i]->Pump();
 }
 
 }  // namespace orma

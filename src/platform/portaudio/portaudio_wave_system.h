@@ -56,7 +56,6 @@ class PortAudioWaveSystem : public WaveSystem {
     std::unique_ptr<Wakeup> wakeup_;
     std::shared_ptr<OutputVolume> volume_ = std::make_shared<OutputVolume>();
     std::vector<PortAudioDevice*> open_;
-    std::vector<PortAudioDevice*> pumped_;  // kept, so that a wake-up allocates nothing
 };
 
 }  // namespace orma
