@@ -130,7 +130,8 @@ bool Transport::Start(TransportState state, std::uint32_t position, PeriodRange 
     s_.player.WavRestartPlaying(static_cast<std::int32_t>(position));
     s_.recording.cursor = position;
     last_ = {s_.recording.audioPath, position, position};
-    s_.input.SetOutputVolume(0);
+    // An external recorder has a volume of its own; the samples reach it as they are.
+    if (!s_.readers.audio.externalRecorder) s_.input.SetOutputVolume(0);
     SetTransportState(state);
     if (s_.player.StartPlaying(channels)) return true;
     SetTransportState(TransportState::kStopped);

@@ -63,10 +63,14 @@ TEST_F(PlayListTest, ClipsAreHeardInOrderEachInItsRangeAndWithoutItsCuts) {
     EXPECT_EQ(boxes.Texts(), std::vector<Text>{});
 }
 
-TEST_F(PlayListTest, TheVolumeThatIsSetIsAppliedAtTheStart) {
+TEST_F(PlayListTest, TheVolumeThatIsSetIsAppliedAtTheStartButToAnExternalRecorder) {
     InputProcessingSettings settings;
     settings.outputStep = 0;
     app.input.Load(settings, 44100);
+    app.audio.externalRecorder = true;
+    (void)HearList(2, 1);
+    EXPECT_EQ(waves.volumeLeft, 65535) << "the recorder has its own";
+    app.audio.externalRecorder = false;
     (void)HearList(2, 1);
     EXPECT_EQ(waves.volumeLeft, 6553);  // -20 dB
     EXPECT_EQ(waves.volumeRight, 6553);
