@@ -15,6 +15,8 @@ struct FtpAccount {
     bool passive = false;
     TransportSecurity security = TransportSecurity::kNone;
     Text caFile{};  // PEM file of trusted issuers; empty: those of the system
+
+    friend bool operator==(const FtpAccount&, const FtpAccount&) = default;
 };
 
 /// What FTP sessions and streams need; all outlive them.

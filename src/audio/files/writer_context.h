@@ -37,6 +37,13 @@ struct RemoteDestination {
     MailMessage message;
 };
 
+/// Where recordings go while they are made.
+struct LiveDestination {
+    const FtpServices* ftp = nullptr;  // null: nowhere. Their operations do not block; they outlive
+                                       // the writers
+    FtpAccount account{};              // counts from the next start of the recorder on
+};
+
 /// What all writers share: there is one writer at a time and one of each of these. Plain state,
 /// UI thread.
 struct WriterContext {
@@ -50,6 +57,7 @@ struct WriterContext {
     WavHeader wavTemplate{};         // its block align is what takes get
     PublicationTemplates publication{};
     RemoteDestination remote{};
+    LiveDestination live{};
 
     PcmStaging staging{};
     TakeJournal journal{};  // of the take being written

@@ -6,7 +6,9 @@
 #include "audio/files/audio_write_bwf_wav_file.h"
 #include "audio/files/audio_write_ftp.h"
 #include "audio/files/audio_write_mp2_file.h"
+#include "audio/files/audio_write_mp2_ftp.h"
 #include "audio/files/audio_write_wav_file.h"
+#include "audio/files/audio_write_wav_ftp.h"
 
 namespace orma {
 
@@ -28,6 +30,12 @@ std::unique_ptr<JStreamAudioWrite> WriterSlot::Make(WriterKind kind) {
         case WriterKind::kFtp:
             if (remote.ftp == nullptr) return nullptr;
             return std::make_unique<JStreamAudioWriteFTP>(context_);
+        case WriterKind::kWavFtp:
+            if (context_.live.ftp == nullptr) return nullptr;
+            return std::make_unique<JStreamAudioWriteWavFTP>(context_);
+        case WriterKind::kMp2Ftp:
+            if (context_.live.ftp == nullptr) return nullptr;
+            return std::make_unique<JStreamAudioWriteMP2FTP>(context_);
         case WriterKind::kBwfFtp:
             if (remote.ftp == nullptr) return nullptr;
             return std::make_unique<JStreamAudioWriteBWFFTP>(context_);
