@@ -50,6 +50,10 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
               .transport = transport.State(),
               .listener = transport,
               .externalRecorder = &externalRecorder}) {
+    if (ports.liveFtp != nullptr) {
+        liveUploads.emplace(*ports.liveFtp, ports.loop, report);
+        writerContext.live.ftp = &liveUploads->Services();
+    }
     if (ports.network == nullptr) return;
     const NetworkPorts& network = *ports.network;
     ftp.emplace(FtpServices{.clients = network.ftp, .report = report, .patience = patience});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/live_uploads.h"
 #include "audio/engine/pdaudio_in.h"
 #include "platform/event_loop.h"
 #include "platform/mail_outbox.h"
@@ -31,6 +32,8 @@ struct Ports {
     SpdifCard* spdif = nullptr;
     DesktopHelpers* desktop = nullptr;
     const NetworkPorts* network = nullptr;  // null: nothing leaves this machine
+    FtpClients* liveFtp = nullptr;  // of uploads while recording, used in threads of their own;
+                                    // null: there are none
 };
 
 /// What a front end listens with; both outlive the application.
@@ -58,6 +61,7 @@ struct Application {
     std::uint32_t mailBytesSent = 0;  // over any socket
     std::optional<FtpServices> ftp;   // none without a network
     std::optional<MailServices> mail;
+    std::optional<LiveUploads> liveUploads;  // none without liveFtp
 
     AudioState audio;
     Mp2Pipeline encoder;

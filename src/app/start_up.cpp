@@ -2,6 +2,7 @@
 
 #include "app/options.h"
 #include "base/path.h"
+#include "publish/dialogs/current_accounts.h"
 
 namespace orma {
 namespace {
@@ -91,6 +92,7 @@ void LoadSettings(Application& app) {
     (void)app.settingsStore.LoadConfiguration();
     ApplyAudioSettings(app.settings, app.audio, app.report);
     app.writerContext.publishExtension = app.settings.PublishExtension;
+    app.writerContext.live.account = CurrentFtpAccount(app.settings);
     app.input.Load(InputSettingsOf(app.settings), app.audio.sampleRate);
     ChooseInput(app);
     app.player.SetOutputDevice(app.settings.AudioOutputDevice);

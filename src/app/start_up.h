@@ -35,6 +35,8 @@ void TellRecovered(Application& app);
 
 /// Ends the application in its order: project, devices, user state. False when something could not
 /// be saved (reported).
+/// Uploads that accompanied recordings go on behind it: whoever wants them whole waits for
+/// Application::liveUploads before the application is destroyed, which gives them up.
 bool ShutDown(Application& app);
 
 }  // namespace orma

@@ -46,7 +46,8 @@ void Environment::Build(const Globals& globals, FrontEnd frontEnd) {
                                                .externalRecorder = hardware_.recorder.get(),
                                                .spdif = hardware_.card.get(),
                                                .desktop = &desktop_,
-                                               .network = &network_},
+                                               .network = &network_,
+                                               .liveFtp = &liveFtp_},
                                          frontEnd, folder);
 }
 

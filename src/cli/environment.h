@@ -52,6 +52,10 @@ class Environment {
         [[nodiscard]] bool IsCancelled() override { return false; }
     };
 
+    /// A recording goes on through stalls of at least a minute; its queue holds two.
+    static constexpr FtpLimits kLiveLimits{
+        .connectMs = 90'000, .replyMs = 120'000, .stallMs = 120'000};
+
     void Build(const Globals& globals, FrontEnd frontEnd);
 
     ConsoleBoxes boxes_;
@@ -69,6 +73,7 @@ class Environment {
     OpensslKeyedHash hash_;
     XdgMailOutbox outbox_;
     NetworkPorts network_{ftp_, tcp_, tls_, hash_, outbox_};
+    CurlFtpClients liveFtp_{kLiveLimits};
     std::unique_ptr<Application> app_;
     std::FILE* trace_ = nullptr;
 };

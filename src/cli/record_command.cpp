@@ -12,6 +12,7 @@
 #include "cli/position.h"
 #include "cli/project_path.h"
 #include "cli/record_session.h"
+#include "cli/upload_wait.h"
 #include "platform/posix/console.h"
 
 namespace orma::cli {
@@ -112,6 +113,9 @@ Json Summary(Application& app, const RecordSession& session) {
     summary["marks"] = app.recording.sheet.marks.size();
     summary["lost samples"] = app.recorder.LostFrames();
     summary["input lost"] = session.InputWasLost();
+    if (const auto& upload = app.liveUploads->Last())
+        summary["upload"] = {
+            {"path", ToJson(upload->path)}, {"bytes", upload->bytes}, {"whole", upload->IsWhole()}};
     return summary;
 }
 
@@ -134,8 +138,13 @@ int Record(const Globals& globals, const RecordOptions& options) {
     if (options.seconds.empty() && fast) throw UsageError("--seconds is needed with pace=fast");
 
     RecordSession session(OutputIsTerminal() && !globals.json);
-    Environment environment(globals, session, [&session] { session.Stop(); });
+    std::optional<UploadWait> uploadWait;
+    Environment environment(globals, session, [&session, &uploadWait] {
+        session.Stop();
+        if (uploadWait) uploadWait->Interrupt();
+    });
     Application& app = environment.App();
+    uploadWait.emplace(*app.liveUploads, environment.Loop(), ErrorsAreTerminal());
     LoadSettings(app);
     if (!Prepare(options, path, app)) return kFailed;
 
@@ -151,6 +160,7 @@ int Record(const Globals& globals, const RecordOptions& options) {
     const bool started = RunTake(environment, options.gainDb);
     const bool kept = app.clips.Count() > clipsBefore;
     const bool saved = ShutDown(app);
+    uploadWait->Run();
     if (!started) return kFailed;
     if (!kept) {
         std::fprintf(stderr, "orma: no take was kept: it was shorter than one second\n");
@@ -178,7 +188,7 @@ void AddRecordCommand(CLI::App& app, const Globals& globals, Action& action) {
     command->add_option("--gain", options->gainDb,
                         "Input gain in dB: 0 to 40, of an external recorder -33 to 31");
     command->add_option("--set", options->equalizerSet, "Equaliser set by its name");
-    command->footer("Ctrl-C stops the take and keeps it.");
+    command->footer("Ctrl-C stops the take and keeps it; behind it, it gives up its upload.");
     command->callback([&globals, &action, options] {
         action = [&globals, options] { return Record(globals, *options); };
     });

@@ -107,10 +107,12 @@ def lost_microphone(desk):
 
 
 def no_upload(desk):
-    """A project that records straight to a server that is not there: the local take is kept."""
+    """A project that records straight to a server that nobody named: the local take is kept, and the
+    user hears of it."""
     desk.run("settings", "set", "LiveFtpAllowed=1", "LiveFtpNewProjects=1")
     for kind in ("wav", "mp2"):
-        desk.record(f"live_{kind}.opr", f"--{kind}", "--seconds", "2")
+        done = desk.record(f"live_{kind}.opr", f"--{kind}", "--seconds", "2", expect=1)
+        says(done, "No FTP server")
         take = desk.json("show", desk.path(f"live_{kind}00.{kind}"))
         equal(take["length in periods"], 40, f"the local {kind} take")
 

@@ -1,0 +1,151 @@
+#!/usr/bin/env python3
+"""Recordings that are uploaded while they are made, to a real server that stalls, dies or refuses.
+
+ORMA_STALL_SECONDS: how long the server stands still in the middle of a take (3).
+"""
+
+import os
+import signal
+import subprocess
+import sys
+import time
+
+from orma_e2e import ORMA, ROOT, SPEECH, Desk, check, equal
+
+sys.path.insert(0, str(ROOT / "tests"))
+from servers import ftp_servers  # noqa: E402
+
+STALL = float(os.environ.get("ORMA_STALL_SECONDS", "3"))
+
+
+def configure(desk, account, **changes):
+    values = {"LiveFtpAllowed": 1, "LiveFtpNewProjects": 1, "FtpPassive": 1,
+              "FtpServer": f"{account.host}:{account.port}", "FtpUser": account.user,
+              "FtpPassword": account.password, "FtpFolder": account.folder} | changes
+    desk.run("settings", "set", *(f"{name}={value}" for name, value in values.items()))
+
+
+class Recording:
+    """A take at real pace in a process of its own, so that things can happen meanwhile."""
+
+    def __init__(self, desk, project, *options):
+        self.desk = desk
+        command = [ORMA, "--home", desk.home, "--audio", f"virtual:in={SPEECH},pace=real",
+                   "record", desk.path(project), *options]
+        self.process = subprocess.Popen([str(c) for c in command], stdout=subprocess.PIPE,
+                                        stderr=subprocess.PIPE, text=True)
+
+    def end(self, expect, within):
+        out, err = self.process.communicate(timeout=within)
+        equal(self.process.returncode, expect, f"exit code ({out}{err})")
+        return err
+
+    def wait_for(self, condition, what, within=20):
+        limit = time.monotonic() + within
+        while not condition():
+            check(time.monotonic() < limit and self.process.poll() is None, f"waited for {what}")
+            time.sleep(0.02)
+
+
+def references(desk, seconds):
+    """The same sound, and two seconds more, as a WAV and an MP2 take without any network."""
+    desk.run("settings", "set", "LiveFtpAllowed=0")
+    takes = {}
+    for kind in ("wav", "mp2"):
+        desk.record(f"plain_{kind}.opr", f"--{kind}", "--seconds", str(seconds + 2))
+        takes[kind] = desk.path(f"plain_{kind}00.{kind}").read_bytes()
+    return takes
+
+
+def same_sound(path, kind, plain, seconds=None):
+    """Byte for byte that of the plain take, but for the last period, which the stop has cut short.
+    In MP2 at 64 kbit/s that is three frames and what the converter spreads."""
+    take = path.read_bytes()
+    head, second, end = (44, 88200, 4410) if kind == "wav" else (0, 8000, 5 * 192)
+    length = len(take) - head
+    if seconds:
+        check(seconds * second <= length <= seconds * second + end, f"{path.name}: {length} bytes")
+    check(length > end and len(take) <= len(plain), f"{path.name}: {length} bytes")
+    check(take[head:-end] == plain[head:len(take) - end], f"{path.name} is not the sound")
+    return take
+
+
+def stalled_server(desk):
+    """The server stands still in the middle of a take; both takes are whole in the end."""
+    seconds = STALL + 4
+    plain = references(desk, seconds)
+    for kind, server_kind in (("wav", ftp_servers.Vsftpd), ("mp2", ftp_servers.Proftpd)):
+        with server_kind() as server:
+            configure(desk, server.account())
+            remote = server.root / f"{kind}00.mp2"
+            take = Recording(desk, f"{kind}.opr", f"--{kind}", "--seconds", str(seconds))
+            take.wait_for(lambda: remote.exists() and remote.stat().st_size > 0, "the upload")
+            server.freeze()
+            time.sleep(STALL)
+            server.thaw()
+            take.end(0, within=60 + STALL)
+            local = same_sound(desk.path(f"{kind}00.{kind}"), kind, plain[kind], seconds)
+            sent = same_sound(remote, "mp2", plain["mp2"], seconds)
+            check(kind == "wav" or sent == local, "the remote file is the local one")
+
+
+def server_gone(desk):
+    """A server that dies ends the take, which is kept up to there and opens like any other."""
+    plain = references(desk, 20)
+    for kind in ("wav", "mp2"):
+        with ftp_servers.Proftpd() as server:
+            configure(desk, server.account())
+            remote = server.root / f"{kind}00.mp2"
+            take = Recording(desk, f"{kind}.opr", f"--{kind}", "--seconds", "20")
+            take.wait_for(lambda: remote.exists() and remote.stat().st_size > 12000, "the upload")
+            server.kill()
+            error = take.end(1, within=30)
+            check("The upload is not whole" in error, f"the user is told: {error}")
+        same_sound(desk.path(f"{kind}00.{kind}"), kind, plain[kind])
+        clips = desk.json("project", "show", desk.path(f"{kind}.opr"))["clips"]
+        equal(len(clips), 1, "clips of the kept take")
+
+
+def refused_log_in(desk):
+    """No upload begins: the whole take is recorded, and the user is told."""
+    plain = references(desk, 4)
+    with ftp_servers.Proftpd() as server:
+        configure(desk, server.account(), FtpPassword="wrong")
+        take = Recording(desk, "wav.opr", "--wav", "--seconds", "4")
+        error = take.end(1, within=60)
+        check("530" in error and "wrong" not in error, f"the server's words: {error}")
+        check("The take is not uploaded" in error, f"the user is told: {error}")
+    same_sound(desk.path("wav00.wav"), "wav", plain["wav"], 4)
+
+
+def given_up(desk):
+    """Ctrl-C while the rest is uploaded gives up the upload and never the take."""
+    plain = references(desk, 3)
+    with ftp_servers.Vsftpd() as server:
+        configure(desk, server.account())
+        take = Recording(desk, "mp2.opr", "--mp2", "--seconds", "3")
+        remote = server.root / "mp200.mp2"
+        take.wait_for(lambda: remote.exists(), "the upload")
+        server.freeze()
+        level_file = desk.path("mp200.jvu")
+        take.wait_for(lambda: level_file.exists() and not desk.path("mp200.rec").exists(),
+                      "the end of the take")
+        time.sleep(1)
+        check(take.process.poll() is None, "the upload is waited for")
+        take.process.send_signal(signal.SIGINT)
+        error = take.end(1, within=10)
+        check("given up" in error, f"the user is told: {error}")
+        server.thaw()
+    same_sound(desk.path("mp200.mp2"), "mp2", plain["mp2"], 3)
+
+
+def main():
+    days = (stalled_server, server_gone, refused_log_in, given_up)
+    for day in days if len(sys.argv) < 2 else [d for d in days if d.__name__ in sys.argv[1:]]:
+        with Desk() as desk:
+            day(desk)
+        print(f"survived: {day.__name__}")
+
+
+if __name__ == "__main__":
+    main()
