@@ -39,8 +39,8 @@ void DrawMeterScale(QPainter& painter, const Palette& palette, const QRectF& bar
     const QFont font = Type(9, QFont::DemiBold);
     for (const Tick& tick : kTicks) {
         const double y = bar.y() + tick.row;
-        painter.fillRect(QRectF(bar.x() - 4, y, 3, 1), palette.textDim);
-        DrawLine(painter, tick.numeral, font, {bar.x() - 6, y + 4}, Qt::AlignRight,
+        painter.fillRect(QRectF(bar.x() - 4, y, 2, 1), palette.textDim);
+        DrawLine(painter, tick.numeral, font, {bar.x() - 5, y + 4}, Qt::AlignRight,
                  palette.textDim);
     }
 }

@@ -81,8 +81,8 @@ QImage DrawStatusLamp(const Palette& palette, const QSize& size, const QRectF& f
 
 QImage DrawBarKey(const Palette& palette, int size, Glyph glyph, int scale) {
     Canvas canvas(QRect(0, 0, size, size), scale, palette.panel);
-    DrawPanelKey(canvas.Painter(), palette, QRectF(0, 0, size, size), glyph, size * 0.6,
-                 KeyState::Up);
+    DrawPanelKey(canvas.Painter(), palette, QRectF(0, 0, size, size), glyph,
+                 size * (size < 14 ? 0.7 : 0.6), KeyState::Up);
     return canvas.Take();
 }
 

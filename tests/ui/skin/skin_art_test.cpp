@@ -211,6 +211,25 @@ TEST_P(SkinArtTest, TextBoxesVanishIntoTheDisplay) {
     }
 }
 
+TEST_P(SkinArtTest, NudgeKeysChangeOnlyWhatIsRestoredAfterThem) {
+    const Bitmap page = Slot(494);
+    for (int slot = 515; slot <= 518; ++slot) {
+        const ElementRect& key = layout_[slot < 517 ? EditRewind : EditFastForward];
+        const Bitmap bitmap = Slot(slot);
+        int beyond = 0;
+        int within = 0;
+        for (int y = 0; y < bitmap.Height(); ++y) {
+            for (int x = 0; x < bitmap.Width(); ++x) {
+                const bool changed =
+                    bitmap.At(x, y) != page.At(key.x * scale_ + x, key.y * scale_ + y);
+                (x < key.w * scale_ && y < key.h * scale_ ? within : beyond) += changed;
+            }
+        }
+        EXPECT_EQ(beyond, 0) << slot;
+        EXPECT_GT(within, 0) << slot;
+    }
+}
+
 TEST_P(SkinArtTest, KeepsItsElementsInTheWindowAndTheEditorsOffTheRecorder) {
     const auto contains = [&](Element outer, Element inner) {
         const ElementRect& out = layout_[outer];
