@@ -20,13 +20,17 @@ struct InternetText {
     const char16_t* text;
 };
 
-constexpr std::array<InternetText, 6> kInternetTexts = {{
+constexpr std::array<InternetText, 10> kInternetTexts = {{
     {12002, u"Timeout"},
     {12007, u"Servername not resolved"},
     {12013, u"Incorrect username"},
     {12014, u"Incorrect username or password"},
     {12029, u"Cannot connect"},
     {12031, u"Connection lost"},
+    {12037, u"Certificate of the server\nis expired."},
+    {12038, u"Certificate is for\nanother server name."},
+    {12045, u"Certificate of the server\nis not trusted."},
+    {12157, u"No TLS connection\nwith the server."},
 }};
 
 /// The beginning of a report: the operation's name and the code.

@@ -28,15 +28,18 @@ TEST_F(ErrorReporterTest, ShowsAnErrorInAnErrorBoxWithOneButton) {
 }
 
 TEST_F(ErrorReporterTest, NamesOperationNumberAndTextOrAFixedInternetTextAlone) {
-    for (const SystemError code :
-         {2U, 11999U, 12000U, 12174U, 12175U, 12002U, 12007U, 12013U, 12014U, 12029U, 12031U})
+    for (const SystemError code : {2U, 11999U, 12000U, 12174U, 12175U, 12002U, 12007U, 12013U,
+                                   12014U, 12029U, 12031U, 12037U, 12038U, 12045U, 12157U})
         files.report.ReportSystemFailure(u"CreateFile", code);
-    EXPECT_THAT(
-        files.boxes.Texts(),
-        ElementsAre(u"CreateFile 2 No such file or directory", u"CreateFile 11999",
-                    u"CreateFile 12000", u"CreateFile 12174", u"CreateFile 12175", u"Timeout",
-                    u"Servername not resolved", u"Incorrect username",
-                    u"Incorrect username or password", u"Cannot connect", u"Connection lost"));
+    EXPECT_THAT(files.boxes.Texts(),
+                ElementsAre(u"CreateFile 2 No such file or directory", u"CreateFile 11999",
+                            u"CreateFile 12000", u"CreateFile 12174", u"CreateFile 12175",
+                            u"Timeout", u"Servername not resolved", u"Incorrect username",
+                            u"Incorrect username or password", u"Cannot connect",
+                            u"Connection lost", u"Certificate of the server\nis expired.",
+                            u"Certificate is for\nanother server name.",
+                            u"Certificate of the server\nis not trusted.",
+                            u"No TLS connection\nwith the server."));
     EXPECT_EQ(trace.lines[0], "CreateFile 2 No such file or directory");
 }
 

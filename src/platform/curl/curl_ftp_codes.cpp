@@ -5,12 +5,16 @@
 namespace orma {
 namespace {
 
+// X509_V_ERR_UNSPECIFIED. libcurl begins with it, compares the names first and asks for the verdict
+// on the chain only then; a bad chain ends the handshake before all that.
+constexpr long kNotAsked = 1;
+
 // X509_V_ERR_CERT_NOT_YET_VALID and X509_V_ERR_CERT_HAS_EXPIRED.
 constexpr long kNotYetValid = 9;
 constexpr long kExpired = 10;
 
 FtpCode CertificateCode(long verifyResult) {
-    if (verifyResult == 0) return kFtpCertificateName;  // the chain is fine
+    if (verifyResult == 0 || verifyResult == kNotAsked) return kFtpCertificateName;
     if (verifyResult == kNotYetValid || verifyResult == kExpired) return kFtpCertificateDate;
     return kFtpCertificateIssuer;
 }
@@ -57,7 +61,9 @@ FtpResult Refusal(const FtpReply& reply, std::string_view secret) {
 
 FtpResult FailureOf(int curlCode, long verifyResult, const FtpReply& reply,
                     std::string_view secret) {
-    if (reply.Number() >= 400) return Refusal(reply, secret);
+    // A server without TLS answers anything at all; what matters is that there is none.
+    const bool noTls = curlCode == CURLE_USE_SSL_FAILED;
+    if (reply.Number() >= 400 && !noTls) return Refusal(reply, secret);
     const FtpCode code = CodeOf(curlCode, verifyResult);
     if (code != kFtpRefused) return {code, 0, {}};
     return reply.Complete() ? Refusal(reply, secret) : FtpResult{kFtpConnectionLost, 0, {}};
