@@ -83,6 +83,10 @@ void JStreamFTP::CloseFile() {
     closeResult_ = session_->Client().CloseFile();
 }
 
+void JStreamFTP::ReportUnconfirmed() {
+    Fail(u"InternetWriteFile", closeResult_);
+}
+
 void JStreamFTP::CloseAll() {
     CloseFile();
     if (session_ == nullptr) return;

@@ -52,6 +52,10 @@ class JStreamFTP : public JStream {
     /// reason: then nothing is reported, and LastResult tells why.
     [[nodiscard]] bool SendResumeOffset(std::uint32_t offset);
 
+    /// Reports what the closing of a written file failed with, as "InternetWriteFile": the quota
+    /// that was full, for one. A caller that gave the file up has nothing to report.
+    void ReportUnconfirmed();
+
     /// Size in bytes of a remote file, none where the server cannot tell; closes an open file, and
     /// fails (LastResult) without a report.
     [[nodiscard]] std::optional<std::uint64_t> RemoteSize(const Text& path);

@@ -180,7 +180,7 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
         {"never confirmed",
          [](RemoteRig& rig) { rig.server.confirmation.code = kFtpTimeout; },
          PublishOutcome::kFailed,
-         {kResume},
+         {u"Timeout", kResume},
          "CLOSE"},
     };
     for (const Case& c : cases) {
@@ -208,7 +208,8 @@ TEST(Delivery, OfPcmIsNotResumed) {
           Case{false,
                false,
                PublishOutcome::kUnverified,
-               {u"The publication is not verified:\nthe server does not confirm it."}}}) {
+               {u"Timeout",
+                u"The publication is not verified:\nthe server does not confirm it."}}}) {
         RemoteRig rig;
         rig.AddClips(false, 44100, 1);
         if (c.confirmed)

@@ -136,6 +136,8 @@ void JStreamAudioWriteBWFFTP::Close() {
         const std::optional<std::uint64_t> size = PublishedSize(name_);
         context_.committed = !blind_ && size.value_or(position_) == position_;
         context_.unverified = !context_.committed;
+    } else if (whole) {
+        ReportUnconfirmed();
     }
     CloseAll();
 }
