@@ -20,7 +20,9 @@ BoxAnswer ConsoleBoxes::Show(const MessageBox& box) {
     std::fflush(stderr);
     std::string line;
     std::getline(std::cin, line);
-    return line.starts_with('y') || line.starts_with('Y') ? BoxAnswer::kYes : BoxAnswer::kNo;
+    if (!line.starts_with('y') && !line.starts_with('Y')) return BoxAnswer::kNo;
+    errors_ = 0;
+    return BoxAnswer::kYes;
 }
 
 }  // namespace orma::cli

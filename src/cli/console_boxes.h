@@ -19,7 +19,8 @@ class ConsoleBoxes : public MessageBoxes {
     /// Yes-or-no questions are asked at the terminal, if there is one: "y" is Yes, all else No.
     void AskAtTerminal() { asks_ = true; }
 
-    /// How many error boxes were shown: a command that reported one has not succeeded.
+    /// How many error boxes were shown: a command that reported one has not succeeded. Those before
+    /// a Yes of the user at the terminal do not count, for he saw them and made it go on.
     [[nodiscard]] int Errors() const { return errors_; }
 
   private:
