@@ -5,7 +5,7 @@
         message = server.wait_for_messages(1)[0]
 
 Log-in is by CRAM-MD5 or LOGIN as reporter, secret; `mechanisms` narrows that, `log_in=False` takes
-mail without. Only reporter@localhost is known; other recipients are refused.
+mail without. Only reporter@desk.localhost is known; other recipients are refused.
 """
 
 import email
@@ -22,7 +22,7 @@ from .process import GID, HOST, UID, Server, ServerFailed
 class MailServer(Server):
     user = "reporter"
     password = "secret"
-    recipient = "reporter@localhost"
+    recipient = "reporter@desk.localhost"
 
     def __init__(self, certificate=None, log_in=True, mechanisms=("CRAM-MD5", "LOGIN"), **options):
         super().__init__(**options)
@@ -139,7 +139,7 @@ class Postfix(MailServer):
             "setgid_group": "postdrop", "default_privs": "other", "inet_interfaces": HOST,
             "inet_protocols": "ipv4", "myhostname": "localhost", "mydestination": "",
             "mynetworks": "", "alias_maps": "", "alias_database": "",
-            "virtual_mailbox_domains": "localhost", "virtual_mailbox_base": self.home,
+            "virtual_mailbox_domains": "desk.localhost", "virtual_mailbox_base": self.home,
             "virtual_mailbox_maps": f"inline:{{ {self.recipient}=mail/ }}",
             "virtual_uid_maps": f"static:{UID}", "virtual_gid_maps": f"static:{GID}",
             "virtual_minimum_uid": "1", "virtual_mailbox_limit": "0", "message_size_limit": "0",
