@@ -184,20 +184,21 @@ TEST_F(FtpStreamTest, ReportsEachFailureUnderItsNameOrNotAtAll) {
 
 TEST_F(FtpStreamTest, UsesABorrowedSessionAndLeavesItAttached) {
     FtpSession session(services, account);
-    stream.Attach(session);
-    stream.OpenRemoteFile(u"a", false);
+    JStreamFTP borrower(services);
+    borrower.Attach(session);
+    borrower.OpenRemoteFile(u"a", false);
     EXPECT_TRUE(session.transferOpen);
-    stream.CloseFile();
+    borrower.CloseFile();
     EXPECT_FALSE(session.transferOpen);
     EXPECT_TRUE(session.IsConnected());
-    stream.OpenRemoteFile(u"b", false);
+    borrower.OpenRemoteFile(u"b", false);
     server.confirmation = kLost;
-    stream.CloseAll();
-    EXPECT_EQ(stream.Status(), std::uint32_t{JStream::kGood}) << "closing leaves good alone";
-    EXPECT_EQ(stream.CloseResult().code, kFtpConnectionLost);
+    borrower.CloseAll();
+    EXPECT_EQ(borrower.Status(), std::uint32_t{JStream::kGood}) << "closing leaves good alone";
+    EXPECT_EQ(borrower.CloseResult().code, kFtpConnectionLost);
     EXPECT_FALSE(session.IsConnected());
     session.Connect(account);
-    EXPECT_TRUE(stream.IsConnected());
+    EXPECT_TRUE(borrower.IsConnected());
 }
 
 TEST_F(FtpStreamTest, TestsTheConnectionInSilence) {
