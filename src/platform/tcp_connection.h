@@ -19,6 +19,7 @@ struct NetworkResult {
         kTimedOut,  // nothing came in time
         kClosed,    // the other side ended the connection
         kGivenUp,   // Patience was at its end
+        kNoSocket,  // the system has none to give; `error` says why
         kFailed,    // anything else; `error` may tell
     };
     End end = End::kDone;

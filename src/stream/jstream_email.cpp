@@ -29,6 +29,8 @@ Text TextOf(SmtpOpenResult result) {
             return u"Certificate of the server\nis not trusted.";
         case SmtpOpenResult::kHandshake:
             return u"No TLS connection\nwith the server.";
+        case SmtpOpenResult::kNoLogIn:
+            return u"Server offers no log-in\nthat is known here.";
         default:
             return u"Unspecified error";
     }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kReplyBytes = 512;         // what one read takes, with a zero at its end
 constexpr std::size_t kLongestReply = 8 * 1024;  // of several lines, read whole
-constexpr std::chrono::seconds kWholeReplyTime{10};
+constexpr std::chrono::milliseconds kWholeReplyTime{JStreamSocket::kReadMilliseconds};
 
 struct Refusal {
     const char* code;
@@ -51,6 +51,23 @@ std::size_t EndOfReply(std::string_view text) {
         if (end - line < 4 || text[line + 3] != '-') return end + 1;
         line = end + 1;
     }
+}
+
+/// The last line of the first complete reply, without its line end; empty while none is there. Its
+/// code is the reply's.
+std::string_view LastLine(std::string_view text) {
+    const std::size_t end = EndOfReply(text);
+    if (end == std::string_view::npos) return {};
+    text = text.substr(0, end - 1);
+    const std::size_t before = text.rfind('\n');
+    return before == std::string_view::npos ? text : text.substr(before + 1);
+}
+
+/// The challenge in a reply that was read whole: the word behind the code, however long.
+std::string ChallengeOf(std::string_view line) {
+    line.remove_prefix(std::min<std::size_t>(line.size(), 4));
+    const std::size_t begin = std::min(line.find_first_not_of(" \t\r"), line.size());
+    return std::string(line.substr(begin, line.find_first_of(" \t\r", begin) - begin));
 }
 
 /// True when a line of the text is a single dot, which ends a message wherever it stands
@@ -128,9 +145,10 @@ SmtpOpenResult JStreamsmtp::Converse(const SmtpAccount& account) {
         if (!Greet(isPlain)) return SmtpOpenResult::kRefused;
     }
     if (account.authenticate) {
-        if (!LogIn(account)) {
+        const SmtpOpenResult loggedIn = LogIn(account);
+        if (loggedIn != SmtpOpenResult::kOk) {
             Trace("smtp: logging in ERROR");
-            return SmtpOpenResult::kLogInRefused;
+            return loggedIn;
         }
         Trace("smtp: logging in OK");
     } else {
@@ -175,19 +193,33 @@ bool JStreamsmtp::Offers(std::string_view keyword, std::string_view value) const
     return false;
 }
 
-bool JStreamsmtp::LogIn(const SmtpAccount& account) {
+SmtpOpenResult JStreamsmtp::LogIn(const SmtpAccount& account) {
     const std::string user = ToWindows1252(account.user);
     const std::string password = ToWindows1252(account.password);
-    // Under protection the server has said what it understands. In clear text CRAM-MD5 is always
-    // tried first, and only a refusal of name or password, 535, leads to LOGIN.
-    if (!wholeReplies_ || Offers("AUTH", "CRAM-MD5")) {
-        SendLine("AUTH CRAM-MD5");
-        ReadReply();
-        AnswerChallenge(user, password);
-        ReadReply();
-        if (ReplyHas("235")) return true;
-        if (!ReplyHas("535")) return false;
+    bool accepted = false;
+    if (wholeReplies_) {
+        // Asked now, while the greeting is the last reply.
+        const bool challenge = Offers("AUTH", "CRAM-MD5");
+        const bool login = Offers("AUTH", "LOGIN");
+        if (!challenge && !login) return SmtpOpenResult::kNoLogIn;
+        accepted = LogInAsOffered(user, password, challenge, login);
+    } else {
+        accepted = LogInUnasked(user, password);
     }
+    return accepted ? SmtpOpenResult::kOk : SmtpOpenResult::kLogInRefused;
+}
+
+/// In clear text CRAM-MD5 is always tried first, and only a refusal of name or password, 535, leads
+/// to LOGIN, where the prompts are not looked at.
+bool JStreamsmtp::LogInUnasked(const std::string& user, const std::string& password) {
+    SendLine("AUTH CRAM-MD5");
+    ReadReply();
+    std::array<char, 64> word{};
+    (void)std::sscanf(reply_.c_str(), "%*d %63s", word.data());
+    AnswerChallenge(word.data(), user, password);
+    ReadReply();
+    if (ReplyHas("235")) return true;
+    if (!ReplyHas("535")) return false;
     SendLine("AUTH LOGIN");
     (void)Expect("334");
     SendLine("%s", Base64(user).c_str());
@@ -196,11 +228,31 @@ bool JStreamsmtp::LogIn(const SmtpAccount& account) {
     return Expect("235");
 }
 
-void JStreamsmtp::AnswerChallenge(const std::string& user, const std::string& password) {
-    std::array<char, 64> word{};
-    (void)std::sscanf(reply_.c_str(), "%*d %63s", word.data());
-    Trace("greet: %s", Printable(word.data()).c_str());
-    const std::string challenge = FromBase64(word.data());
+/// Name and password go only to a server that asks for them.
+bool JStreamsmtp::LogInAsOffered(const std::string& user, const std::string& password,
+                                 bool challenge, bool login) {
+    if (challenge) {
+        SendLine("AUTH CRAM-MD5");
+        if (Expect("334")) {
+            AnswerChallenge(ChallengeOf(LastLine(reply_)), user, password);
+            if (Expect("235")) return true;
+            if (!ReplyHas("535")) return false;
+        }
+        if (!socket_.Has(kGood)) return false;
+    }
+    if (!login) return false;
+    SendLine("AUTH LOGIN");
+    if (!Expect("334")) return false;
+    SendLine("%s", Base64(user).c_str());
+    if (!Expect("334")) return false;
+    SendLine("%s", Base64(password).c_str());
+    return Expect("235");
+}
+
+void JStreamsmtp::AnswerChallenge(const std::string& word, const std::string& user,
+                                  const std::string& password) {
+    Trace("greet: %s", Printable(word).c_str());
+    const std::string challenge = FromBase64(word);
     std::array<std::uint8_t, 16> digest{};
     if (!services_.hash.HmacMd5(AsBytes(password), AsBytes(challenge), digest))
         Trace("smtp: no MD5 on this system");
@@ -321,19 +373,22 @@ void JStreamsmtp::SendRaw(const char* format, ...) {
 }
 
 void JStreamsmtp::ReadReply() {
-    const auto start = std::chrono::steady_clock::now();
+    using std::chrono::steady_clock;
+    const auto deadline = steady_clock::now() + kWholeReplyTime;
+    auto left = kWholeReplyTime;
     reply_.clear();
     do {
         std::array<char, kReplyBytes> piece{};
-        socket_.Read(piece.data(), kReplyBytes - 1);
+        socket_.ReadWithin(piece.data(), kReplyBytes - 1, static_cast<unsigned>(left.count()));
         reply_ += piece.data();
+        left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now());
     } while (wholeReplies_ && socket_.Has(kGood) && reply_.size() < kLongestReply &&
-             EndOfReply(reply_) == std::string::npos &&
-             std::chrono::steady_clock::now() - start < kWholeReplyTime);
+             EndOfReply(reply_) == std::string::npos && left.count() > 0);
 }
 
 bool JStreamsmtp::ReplyHas(std::string_view code) const {
-    return reply_.find(code) != std::string::npos;
+    return wholeReplies_ ? LastLine(reply_).starts_with(code)
+                         : reply_.find(code) != std::string::npos;
 }
 
 bool JStreamsmtp::Expect(std::string_view code) {

@@ -24,12 +24,14 @@ enum class SmtpOpenResult : int {
     kUntrusted = 10,
     kHandshake = 11,
     kGivenUp = 12,  // Patience was at its end
+    kNoLogIn = 13,  // TLS, and the server lists no log-in that is known here
 };
 
 /// A mail server and the SMTP dialogue with it (RFC 5321), and the attachment of the one message
 /// under way. Writable (good, open, not reading) while a message takes its attachment. Each reply
 /// is awaited for at most 10 s and is whatever one read yields; a code counts wherever it stands in
-/// it. With TLS, where the wire is our own choice, replies are read whole. UI thread, blocking.
+/// it. With TLS, where the wire is our own choice, replies are read whole, in 10 s altogether, and
+/// the code of the last line is the reply's. UI thread, blocking.
 class JStreamsmtp : public JStream {
   public:
     /// `services` outlive the stream.
@@ -37,7 +39,8 @@ class JStreamsmtp : public JStream {
 
     /// Connects and greets, protected and with log-in as the account says. Clear text: port,
     /// "HELO", and with log-in CRAM-MD5, then LOGIN when the server answers 535. TLS: "EHLO"; a
-    /// mechanism that the server does not list is not tried.
+    /// mechanism that the server does not list is not tried, and LOGIN tells name and password only
+    /// to a server that asks for them.
     [[nodiscard]] SmtpOpenResult Open(const SmtpAccount& account);
 
     /// Begins a message: envelope, header, text and the attachment's head. 0, 1 when that fails, or
@@ -64,11 +67,15 @@ class JStreamsmtp : public JStream {
     [[nodiscard]] SmtpOpenResult Converse(const SmtpAccount& account);
     [[nodiscard]] bool Greet(bool isPlain);
     [[nodiscard]] SmtpOpenResult Upgrade(const SmtpAccount& account);
-    [[nodiscard]] bool LogIn(const SmtpAccount& account);
+    [[nodiscard]] SmtpOpenResult LogIn(const SmtpAccount& account);
+    [[nodiscard]] bool LogInUnasked(const std::string& user, const std::string& password);
+    [[nodiscard]] bool LogInAsOffered(const std::string& user, const std::string& password,
+                                      bool challenge, bool login);
 
     /// True when the server's greeting, the last reply, lists an extension, with a certain value.
     [[nodiscard]] bool Offers(std::string_view keyword, std::string_view value = {}) const;
-    void AnswerChallenge(const std::string& user, const std::string& password);
+    void AnswerChallenge(const std::string& word, const std::string& user,
+                         const std::string& password);
 
     /// What the reply to the recipient means, as StartMessage returns it.
     [[nodiscard]] int RefusedRecipient();
@@ -81,7 +88,7 @@ class JStreamsmtp : public JStream {
     void ReadReply();
     [[nodiscard]] bool ReplyHas(std::string_view code) const;
 
-    /// Reads a reply; true when it holds the code.
+    /// Reads a reply; true when it has the code.
     [[nodiscard]] bool Expect(std::string_view code);
 
     const MailServices& services_;

@@ -7,7 +7,6 @@
 namespace orma {
 namespace {
 
-constexpr unsigned kReadMilliseconds = 10'000;
 constexpr unsigned kHandshakeMilliseconds = 30'000;
 
 bool IsName(const std::string& host) {
@@ -42,7 +41,10 @@ int JStreamSocket::Connect(const Text& host, int port) {
     const NetworkResult connected = services_.tcp.Connect(
         address_, static_cast<std::uint16_t>(port), services_.patience, connection_);
     if (!Note(connected)) {
-        Trace("socket: connect error %1d", static_cast<int>(connected.error));
+        if (connected.end == NetworkResult::End::kNoSocket)
+            Trace("socket: error socket");
+        else
+            Trace("socket: connect error %1d", static_cast<int>(connected.error));
         Close();
         return 1;
     }
@@ -72,10 +74,13 @@ void JStreamSocket::Close() {
 }
 
 void JStreamSocket::Read(void* buffer, std::uint32_t count) {
+    ReadWithin(buffer, count, kReadMilliseconds);
+}
+
+void JStreamSocket::ReadWithin(void* buffer, std::uint32_t count, unsigned milliseconds) {
     auto* const bytes = static_cast<std::uint8_t*>(buffer);
     std::size_t got = 0;
-    const bool read =
-        IsOpen() && Note(connection_->Receive({bytes, count}, got, kReadMilliseconds));
+    const bool read = IsOpen() && Note(connection_->Receive({bytes, count}, got, milliseconds));
     if (read) return;
     std::memset(bytes, 0, count);
     status &= ~std::uint32_t{kGood};

@@ -11,6 +11,8 @@ namespace orma {
 /// A blocking TCP client with a read time-out of 10 s, IPv4. One thread at a time.
 class JStreamSocket : public JStream {
   public:
+    static constexpr unsigned kReadMilliseconds = 10'000;
+
     /// `services` outlive the stream.
     explicit JStreamSocket(const MailServices& services) : services_(services) {}
 
@@ -27,6 +29,9 @@ class JStreamSocket : public JStream {
     /// What one receive yields. Without bytes in time, at an error and at the end of the
     /// connection the whole buffer is zeros and `good` is cleared.
     void Read(void* buffer, std::uint32_t count) override;
+
+    /// Read that waits at most `milliseconds`.
+    void ReadWithin(void* buffer, std::uint32_t count, unsigned milliseconds);
 
     /// Counts the bytes as sent and sends them all; an error clears `good`.
     void Write(const void* buffer, std::uint32_t count) override;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "base/trace_lines.h"
+#include "stream/base64_encoder.h"
 #include "support/mail_desk.h"
 
 namespace orma {
@@ -138,9 +139,14 @@ TEST_F(JStreamEmailTest, TellsWhyThereIsNoConnection) {
         EXPECT_EQ(desk.boxes.shown.back().title, u"Info");
         EXPECT_EQ(desk.boxes.shown.back().icon, BoxIcon::kError);
     }
-    desk.tcp.connect = {NetworkResult::End::kFailed, 111};
-    EXPECT_FALSE(Open());
-    EXPECT_EQ(desk.boxes.shown.back().text, u"Server not found.");
+    for (const auto& [end, line] : {std::pair{NetworkResult::End::kFailed, "connect error 111"},
+                                    std::pair{NetworkResult::End::kNoSocket, "error socket"}}) {
+        const test::TraceLines trace;
+        desk.tcp.connect = {end, 111};
+        EXPECT_FALSE(Open());
+        EXPECT_EQ(desk.boxes.shown.back().text, u"Server not found.");
+        EXPECT_THAT(trace.lines, ElementsAre(std::string("socket: ") + line));
+    }
 }
 
 TEST_F(JStreamEmailTest, ANameIsLookedUpADottedAddressBackwards) {
@@ -289,6 +295,64 @@ TEST_F(JStreamEmailTest, ImplicitTlsBeginsWithTheFirstByte) {
     desk.tcp.replies = kPlainServer;
     EXPECT_TRUE(Send());
     EXPECT_THAT(desk.tcp.Sent(), testing::StartsWith("<TLS>EHLO localdomain\r\nMAIL"));
+}
+
+TEST_F(JStreamEmailTest, WithTlsTheCodeOfTheLastLineIsTheReplys) {
+    delivery.account.security = TransportSecurity::kImplicit;
+    const std::size_t confirmation = 5;
+    for (const char* refusal :
+         {"554 rejected by mx250\r\n", "250-so far\r\n554 no\r\n", "250-\r\n", "250 cut off"}) {
+        desk.tcp.replies = kPlainServer;
+        desk.tcp.replies[confirmation] = refusal;
+        desk.tcp.replies.resize(confirmation + 1);
+        EXPECT_FALSE(Send()) << refusal;
+    }
+    desk.tcp.replies = kPlainServer;
+    desk.tcp.replies[3] = "554-250\r\n554 see mx550\r\n";
+    EXPECT_FALSE(Open());
+    EXPECT_EQ(desk.boxes.shown.back().text, u"recipient error");
+    desk.tcp.replies = kPlainServer;
+    desk.tcp.replies[confirmation] = "250-all of\r\n250 it\r\n";
+    EXPECT_TRUE(Send());
+}
+
+TEST_F(JStreamEmailTest, WithTlsNothingIsToldToAServerThatDidNotAskForIt) {
+    AskForLogIn();
+    delivery.account.security = TransportSecurity::kImplicit;
+    struct Case {
+        std::string offers;
+        std::deque<std::string> answers;
+        std::vector<std::string> said;
+        Text text = u"Wrong username\nor password.";
+    };
+    for (const Case& c : std::vector<Case>{
+             {"AUTH PLAIN XOAUTH2", {}, {}, u"Server offers no log-in\nthat is known here."},
+             {"AUTH LOGIN", {"502 no\r\n"}, {"AUTH LOGIN\r\n"}},
+             {"AUTH LOGIN", {"334 x\r\n", "535 no\r\n"}, {"AUTH LOGIN\r\n", "dGlt\r\n"}},
+             {"AUTH CRAM-MD5", {"504 no\r\n"}, {"AUTH CRAM-MD5\r\n"}},
+             {"AUTH CRAM-MD5 LOGIN",
+              {"504 no\r\n", "454 no\r\n"},
+              {"AUTH CRAM-MD5\r\n", "AUTH LOGIN\r\n"}}}) {
+        desk.tcp.replies = {"220 x\r\n", "250-x\r\n250 " + c.offers + "\r\n"};
+        desk.tcp.replies.insert(desk.tcp.replies.end(), c.answers.begin(), c.answers.end());
+        desk.tcp.sends.clear();
+        EXPECT_FALSE(Open());
+        EXPECT_EQ(desk.boxes.shown.back().text, c.text);
+        std::vector<std::string> said = {"<TLS>", "EHLO localdomain\r\n"};
+        said.insert(said.end(), c.said.begin(), c.said.end());
+        said.emplace_back("quit\r\n");
+        EXPECT_EQ(desk.tcp.sends, said);
+    }
+    // A challenge of any length is answered whole.
+    const std::string challenge(90, 'c');
+    desk.tcp.replies = {"220 x\r\n", "250 AUTH CRAM-MD5\r\n", "334 " + Base64(challenge) + "\r\n"};
+    EXPECT_FALSE(Open());
+    std::array<std::uint8_t, 16> digest{};
+    ASSERT_TRUE(desk.hash.HmacMd5(AsBytes("tanstaaftanstaaf"), AsBytes(challenge), digest));
+    std::string answer = "tim ";
+    for (const std::uint8_t byte : digest)
+        answer += Format("%02x", byte);
+    EXPECT_THAT(desk.tcp.sends, Contains(Base64(answer) + "\r\n"));
 }
 
 TEST_F(JStreamEmailTest, TheOutboxHoldsTheSameMessageAndReplacesNoOlderOne) {

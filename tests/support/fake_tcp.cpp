@@ -21,6 +21,7 @@ class FakeConnection : public TcpConnection {
         if (reply.empty()) return server_.silence;
         got = std::min(reply.size(), into.size());
         std::copy_n(reply.begin(), got, into.begin());
+        server_.heard[server_.sends.size()].append(reply, 0, got);
         if (got < reply.size()) server_.replies.push_front(reply.substr(got));
         return {};
     }

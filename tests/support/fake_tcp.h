@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,8 +27,9 @@ class FakeTcp : public TcpConnections {
     [[nodiscard]] std::string Sent() const;
 
     std::deque<std::string> replies;
-    std::vector<std::string> sends;    // one for each send; "<TLS>" where TLS began
-    std::vector<std::string> lookUps;  // "name x", "address x"
+    std::vector<std::string> sends;            // one for each send; "<TLS>" where TLS began
+    std::map<std::size_t, std::string> heard;  // what was received when so much had been sent
+    std::vector<std::string> lookUps;          // "name x", "address x"
     std::uint16_t port = 0;
     NetworkResult find;     // what looking up yields
     NetworkResult connect;  // what connecting yields

@@ -12,7 +12,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "base/trace.h"
 #include "platform/posix/host_lookup.h"
 
 namespace orma {
@@ -122,11 +121,7 @@ NetworkResult PosixTcpConnections::Connect(const Ipv4Address& address, std::uint
                                            Patience& patience,
                                            std::unique_ptr<TcpConnection>& connection) {
     Socket socket(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (socket.Number() < 0) {
-        const NetworkResult failure = LastError();
-        Trace("socket: error socket");
-        return failure;
-    }
+    if (socket.Number() < 0) return {End::kNoSocket, static_cast<SystemError>(errno)};
     // A dialogue of short lines would otherwise wait for the other side's delayed acknowledgements.
     const int yes = 1;
     (void)::setsockopt(socket.Number(), IPPROTO_TCP, TCP_NODELAY, &yes, sizeof(yes));
