@@ -58,6 +58,43 @@ void WriteSetting(JStreamFile& stream, const Setting& setting) {
         setting.value);
 }
 
+/// The places of mail accounts 0 and 1 in the configuration; those of 0 are also the account in
+/// use.
+SmtpDestination Place0(const SettingsRecord& r) {
+    return {.Server = r.SmtpServer,
+            .User = r.SmtpUser,
+            .Password = r.SmtpPassword,
+            .Auth = r.SmtpAuth,
+            .Name = {}};
+}
+
+SmtpDestination Place1(const SettingsRecord& r) {
+    return {.Server = r.Smtp1Server,
+            .User = r.Smtp1User,
+            .Password = r.Smtp1Password,
+            .Auth = r.Smtp1Auth,
+            .Name = {}};
+}
+
+bool SameAccess(const SmtpDestination& a, const SmtpDestination& b) {
+    return a.Server == b.Server && a.User == b.User && a.Password == b.Password && a.Auth == b.Auth;
+}
+
+void CopyAccess(const SmtpDestination& from, SmtpDestination& to) {
+    to.Server = from.Server;
+    to.User = from.User;
+    to.Password = from.Password;
+    to.Auth = from.Auth;
+}
+
+/// True when a dialog brought another account than 0 into use.
+bool HasChosenAccount(const SettingsRecord& r) {
+    return std::any_of(r.Smtp.begin() + 1, r.Smtp.end(), [&](const SmtpDestination& entry) {
+        const Text& name = entry.Name.empty() ? entry.Server : entry.Name;
+        return name == r.CurrentSmtpName && SameAccess(entry, Place0(r));
+    });
+}
+
 }  // namespace
 
 SettingsStore::SettingsStore(FileServices services, const Text& programFolder,
@@ -143,10 +180,9 @@ void SettingsStore::DeriveFields(std::uint32_t version) {
     }
     SmtpDestination& first = r.Smtp[0];
     SmtpDestination& second = r.Smtp[1];
-    first = {r.SmtpServer, r.SmtpUser, r.SmtpPassword, r.SmtpAuth,
-             first.Name,   first.Port, first.Security};
-    second = {r.Smtp1Server, r.Smtp1User, r.Smtp1Password, r.Smtp1Auth,
-              second.Name,   second.Port, second.Security};
+    CopyAccess(Place0(r), first);
+    CopyAccess(Place1(r), second);
+    RememberAccounts();
     for (std::size_t i = 0; i < r.Smtp.size(); ++i) {
         SmtpDestination& account = r.Smtp[i];
         filledAccountNames_[i].clear();
@@ -158,8 +194,36 @@ bool SettingsStore::SaveUserState() {
     return Save(SettingsFile::kUserState, record_);
 }
 
+void SettingsStore::RememberAccounts() {
+    knownAccounts_ = {record_.Smtp[0], record_.Smtp[1]};
+    knownPlaces_ = {Place0(record_), Place1(record_)};
+}
+
+/// Brings the table up to date with what was edited in the places.
+void SettingsStore::TakeOverPlaces() {
+    const std::array<SmtpDestination, 2> places = {Place0(record_), Place1(record_)};
+    const std::array<bool, 2> chosen = {HasChosenAccount(record_), false};
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const bool placeEdited = !SameAccess(places[i], knownPlaces_[i]) && !chosen[i];
+        const bool entryEdited = !SameAccess(record_.Smtp[i], knownAccounts_[i]);
+        if (placeEdited && !entryEdited) CopyAccess(places[i], record_.Smtp[i]);
+    }
+    RememberAccounts();
+}
+
 bool SettingsStore::SaveConfiguration() {
+    TakeOverPlaces();
     SettingsRecord stored = record_;
+    const SmtpDestination& first = stored.Smtp[0];
+    stored.SmtpServer = first.Server;
+    stored.SmtpUser = first.User;
+    stored.SmtpPassword = first.Password;
+    stored.SmtpAuth = first.Auth;
+    const SmtpDestination& second = stored.Smtp[1];
+    stored.Smtp1Server = second.Server;
+    stored.Smtp1User = second.User;
+    stored.Smtp1Password = second.Password;
+    stored.Smtp1Auth = second.Auth;
     for (std::size_t i = 0; i < stored.Smtp.size(); ++i) {
         // A name that the server text lent stays lent: it follows a change of the server.
         if (stored.Smtp[i].Name == filledAccountNames_[i]) stored.Smtp[i].Name.clear();

@@ -46,7 +46,10 @@ class SettingsStore {
     /// offsets (files up to version 50); then the remembered user state applies.
     [[nodiscard]] bool LoadConfiguration();
 
-    /// Writes "OrmaIni.sup", all fields; as SaveUserState otherwise.
+    /// Writes "OrmaIni.sup", all fields; as SaveUserState otherwise. Mail accounts 0 and 1 are
+    /// stored as the table has them: what was edited in their places instead (the mail server in
+    /// use, Smtp1...) goes to the table first, but an account that a dialog brought into use is no
+    /// edit of account 0.
     [[nodiscard]] bool SaveConfiguration();
 
     /// Where a file is.
@@ -58,6 +61,8 @@ class SettingsStore {
     [[nodiscard]] bool KeepForeignFile(SettingsFile file);
     void DeriveFields(std::uint32_t version);
     void ApplyUserState();
+    void RememberAccounts();
+    void TakeOverPlaces();
 
     FileServices services_;
     SettingsRecord& record_;
@@ -66,6 +71,8 @@ class SettingsStore {
     std::optional<Text> storedFtpName_;       // what the user state holds and the
     std::optional<Text> storedPresetName_;    // configuration must not override
     std::array<Text, 5> filledAccountNames_;  // given at load, not stored
+    std::array<SmtpDestination, 2> knownAccounts_;  // as last loaded or saved: accounts 0 and 1
+    std::array<SmtpDestination, 2> knownPlaces_;    // and their places
 };
 
 }  // namespace orma

@@ -230,6 +230,34 @@ TEST_F(ConfigurationTest, AnAccountWithoutANameFollowsItsServer) {
     EXPECT_EQ(record.Smtp[1].Name, u"new.example");
 }
 
+TEST_F(ConfigurationTest, AnAccountBroughtIntoUseDoesNotReplaceAccount0AndNoEditIsLost) {
+    const auto saved = [&] {
+        EXPECT_TRUE(store.SaveConfiguration());
+        SettingsRecord again;
+        EXPECT_FALSE(SettingsStore(files.services, files.folder.Path(), again).LoadConfiguration());
+        return ToUtf8(again.Smtp[0].Server + u" " + again.Smtp[0].Password + u" " +
+                      again.Smtp[1].Server);
+    };
+    record.SmtpServer = u"a";
+    record.SmtpPassword = u"pa";
+    record.Smtp1Server = u"b";
+    EXPECT_EQ(saved(), "a pa b");
+    ASSERT_FALSE(store.LoadConfiguration());
+    record.CurrentSmtpName = record.SmtpServer = u"b";  // as a dialog does
+    record.SmtpPassword.clear();
+    EXPECT_EQ(saved(), "a pa b");
+    EXPECT_EQ(record.SmtpServer, u"b") << "it stays in use";
+    record.Smtp[0].Password = u"new";
+    record.Smtp[1].Server = u"c";
+    EXPECT_EQ(saved(), "a new c");
+    EXPECT_EQ(saved(), "a new c");
+    record.SmtpServer = u"d";
+    record.SmtpPassword = u"pd";
+    record.Smtp1Server = u"e";
+    EXPECT_EQ(saved(), "d pd e");
+    EXPECT_EQ(saved(), "d pd e");
+}
+
 TEST_F(ConfigurationTest, InVersionTwoTheHeaderOptionDecidesTheExtension) {
     Bytes file = NumberedFile(2);
     file.back() = 1;
