@@ -13,19 +13,38 @@ TransportSecurity Security(std::uint32_t number) {
     return number == 2 ? TransportSecurity::kImplicit : TransportSecurity::kUpgrade;
 }
 
-/// The entry behind the choice of that name; null without one.
-template <class Table>
-auto* EntryNamed(const Table& table, const AccountChoices& choices, const Text& name) {
-    const auto line = choices.Find(name);
-    return line ? &table[*choices.lines[*line].entry] : nullptr;
+/// The entry of that name in a "Server" box; null without one. Several may bear the name of one
+/// server: the first of those that are most like the settings in use, as `likeness` numbers it.
+template <class Table, class Likeness>
+auto* EntryNamed(const Table& table, const AccountChoices& choices, const Text& name,
+                 const Likeness& likeness) {
+    const typename Table::value_type* best = nullptr;
+    for (const AccountChoice& line : choices.lines) {
+        if (!line.entry || line.name != name) continue;
+        const auto& entry = table[*line.entry];
+        if (best == nullptr || likeness(entry) > likeness(*best)) best = &entry;
+    }
+    return best;
 }
 
-/// The first entry of a server; null without one.
+/// A server text without its port, in small letters: host names know no case (RFC 4343).
+Text HostOf(const Text& server) {
+    Text host = server.substr(0, server.rfind(u':'));
+    for (char16_t& unit : host)
+        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit + (u'a' - u'A'));
+    return host;
+}
+
+/// The first entry of a host that asks for protection, else the first of that host; null without.
 template <class Table>
-auto* EntryOfServer(const Table& table, const Text& server) {
-    const auto found = std::find_if(table.begin(), table.end(),
-                                    [&](const auto& entry) { return entry.Server == server; });
-    return server.empty() || found == table.end() ? nullptr : &*found;
+auto* EntryOfHost(const Table& table, const Text& server) {
+    const typename Table::value_type* found = nullptr;
+    for (const auto& entry : table) {
+        if (server.empty() || HostOf(entry.Server) != HostOf(server)) continue;
+        if (entry.Security != 0) return &entry;
+        if (found == nullptr) found = &entry;
+    }
+    return found;
 }
 
 FtpAccount AccountOf(const FtpDestination& entry, const SettingsRecord& settings) {
@@ -62,11 +81,14 @@ SmtpAccount SmtpAccountOf(const SettingsRecord& settings, std::size_t entry) {
 }
 
 FtpAccount CurrentFtpAccount(const SettingsRecord& settings) {
+    const auto likeness = [&](const FtpDestination& entry) {
+        return entry.Server == settings.FtpServer && entry.User == settings.FtpUser;
+    };
     const FtpDestination* entry =
-        EntryNamed(settings.Ftp, FtpChoices(settings), settings.CurrentFtpName);
+        EntryNamed(settings.Ftp, FtpChoices(settings), settings.CurrentFtpName, likeness);
     if (settings.FtpServer.empty()) return entry ? AccountOf(*entry, settings) : FtpAccount{};
-    if (!entry || (entry->Server != settings.FtpServer && entry->Security == 0))
-        entry = EntryOfServer(settings.Ftp, settings.FtpServer);
+    if (!entry || (HostOf(entry->Server) != HostOf(settings.FtpServer) && entry->Security == 0))
+        entry = EntryOfHost(settings.Ftp, settings.FtpServer);
     const FtpDestination inUse{.Server = settings.FtpServer,
                                .User = settings.FtpUser,
                                .Password = settings.FtpPassword,
@@ -78,10 +100,16 @@ FtpAccount CurrentFtpAccount(const SettingsRecord& settings) {
 }
 
 SmtpAccount CurrentSmtpAccount(const SettingsRecord& settings) {
+    const auto likeness = [&](const SmtpDestination& entry) {
+        const bool same = entry.Server == settings.SmtpServer && entry.User == settings.SmtpUser &&
+                          entry.Auth == settings.SmtpAuth;
+        if (!same) return 0;
+        return entry.Password == settings.SmtpPassword ? 2 : 1;
+    };
     if (const SmtpDestination* entry =
-            EntryNamed(settings.Smtp, SmtpChoices(settings), settings.CurrentSmtpName))
+            EntryNamed(settings.Smtp, SmtpChoices(settings), settings.CurrentSmtpName, likeness))
         return AccountOf(*entry, settings);
-    const SmtpDestination* entry = EntryOfServer(settings.Smtp, settings.SmtpServer);
+    const SmtpDestination* entry = EntryOfHost(settings.Smtp, settings.SmtpServer);
     SmtpDestination inUse = entry ? *entry : SmtpDestination{};
     inUse.Server = settings.SmtpServer;
     inUse.User = settings.SmtpUser;

@@ -79,11 +79,15 @@ TEST(CurrentAccountsTest, ProtectionThatAnEntryAsksForIsNotLostByAForeignName) {
     settings.Ftp[0] = Ftp(u"open", u"plain");
     settings.Ftp[1] = Ftp(u"safe", u"secret", 2);
     settings.Ftp[2] = Ftp(u"odd", u"future", 7);
+    settings.Ftp[3] = Ftp(u"both", u"both");
+    settings.Ftp[4] = Ftp(u"both safe", u"both:2121", 1);
     for (const Case& c : {Case{u"plain", u"open", TransportSecurity::kNone},
                           Case{u"secret", u"open", TransportSecurity::kImplicit},
                           Case{u"secret", u"", TransportSecurity::kImplicit},
                           Case{u"plain", u"safe", TransportSecurity::kImplicit},
                           Case{u"future", u"odd", TransportSecurity::kUpgrade},
+                          Case{u"SECRET:990", u"gone", TransportSecurity::kImplicit},
+                          Case{u"both:21", u"gone", TransportSecurity::kUpgrade},
                           Case{u"unknown", u"gone", TransportSecurity::kNone}}) {
         settings.FtpServer = c.server;
         settings.CurrentFtpName = c.name;
@@ -116,6 +120,23 @@ TEST(CurrentAccountsTest, TheNameInUseDecidesTheMailAccountElseTheSettingsInUse)
     EXPECT_TRUE(desk.authenticate);
     settings.Smtp[1].Port = 0;
     EXPECT_EQ(CurrentSmtpAccount(settings).port, 25);
+    settings.CurrentSmtpName = u"gone";
+    settings.SmtpServer = u"Second";
+    EXPECT_EQ(CurrentSmtpAccount(settings).security, TransportSecurity::kImplicit);
+}
+
+TEST(CurrentAccountsTest, AccountsThatShareTheNameOfTheirServerAreKeptApart) {
+    SettingsRecord settings;
+    settings.Smtp[0] = {u"mx", u"", u"", 0, u"", 25, 0};
+    settings.Smtp[1] = {u"mx", u"tim", u"p1", 1, u"", 587, 1};
+    settings.Smtp[2] = {u"mx", u"tim", u"p2", 1, u"", 465, 2};
+    for (std::size_t i = 0; i < 3; ++i) {
+        UseSmtpEntry(settings, i);
+        const SmtpAccount account = CurrentSmtpAccount(settings);
+        EXPECT_EQ(account.password, settings.Smtp[i].Password);
+        EXPECT_EQ(account.port, static_cast<int>(settings.Smtp[i].Port));
+        EXPECT_EQ(static_cast<std::uint32_t>(account.security), settings.Smtp[i].Security);
+    }
 }
 
 }  // namespace
