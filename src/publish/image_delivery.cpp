@@ -1,19 +1,35 @@
 #include "publish/image_delivery.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/path.h"
 
 namespace orma {
+namespace {
+
+/// Files of one name would replace each other; on many servers case makes no difference.
+bool HasName(const std::vector<NamedImage>& images, const Text& name) {
+    const auto small = [](char16_t unit) {
+        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+    };
+    return std::ranges::any_of(images, [&](const NamedImage& image) {
+        return std::ranges::equal(image.name, name, {}, small, small);
+    });
+}
+
+}  // namespace
 
 std::vector<NamedImage> NamedImages(const ImageList& images, const Text& baseName, bool keepNames) {
     std::vector<NamedImage> named;
     int number = 0;
     for (const ImageList::Image& image : images.Images()) {
         const PathParts parts = SplitPath(image.path);
-        ++number;
-        named.push_back({image, (keepNames ? parts.name : baseName + FormatText("_%.2d", number)) +
-                                    parts.extension});
+        const Text stem = keepNames ? parts.name : baseName + FormatText("_%.2d", ++number);
+        Text name = stem + parts.extension;
+        for (int copy = 2; HasName(named, name); ++copy)
+            name = stem + FormatText("_%.2d", copy) + parts.extension;
+        named.push_back({image, std::move(name)});
     }
     return named;
 }
@@ -29,14 +45,16 @@ PublishOutcome ImageDelivery::SendImages(const std::vector<NamedImage>& images) 
         JStreamFile file(files_, image.image.path, true);
         if (!file.IsOpen()) return Failed(image.name);
         writer_.OpenNamed(image.name);
-        const bool whole = writer_.IsGood() && Copy(file) && writer_.CloseNamed();
+        const bool whole =
+            writer_.IsGood() && Copy(file, image.image.bytes) && writer_.CloseNamed();
         if (!whole) return Failed(image.name);
     }
     return PublishOutcome::kPublished;
 }
 
-bool ImageDelivery::Copy(JStreamFile& file) {
+bool ImageDelivery::Copy(JStreamFile& file, std::uint64_t bytes) {
     Bytes block(kBlockBytes);
+    const std::uint64_t start = done_;
     for (std::uint32_t left = file.GetSize(); left > 0;) {
         if (!patience_.GoOn()) return false;
         const std::uint32_t count = std::min(left, kBlockBytes);
@@ -51,7 +69,7 @@ bool ImageDelivery::Copy(JStreamFile& file) {
         if (steps > 0) progress_.Step(steps);
         progress_.SetBytes(done_, total_);
     }
-    return file.IsOpen();
+    return file.IsOpen() && done_ - start == bytes;
 }
 
 PublishOutcome ImageDelivery::SendText(const Text& name, const std::string& text) {

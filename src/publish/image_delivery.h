@@ -16,7 +16,7 @@ struct NamedImage {
 };
 
 /// Names for the images: "<base name>_01" and so on with each one's extension, or its own file name
-/// when `keepNames`.
+/// when `keepNames`; of several with one name the second becomes "<name>_02" and so on.
 [[nodiscard]] std::vector<NamedImage> NamedImages(const ImageList& images, const Text& baseName,
                                                   bool keepNames);
 
@@ -36,7 +36,8 @@ class ImageDelivery {
   private:
     static constexpr std::uint32_t kBlockBytes = 16384;
 
-    [[nodiscard]] bool Copy(JStreamFile& file);
+    /// False also when the file does not have the `bytes` that it was chosen with.
+    [[nodiscard]] bool Copy(JStreamFile& file, std::uint64_t bytes);
     [[nodiscard]] PublishOutcome Failed(const Text& name);
 
     FileServices files_;

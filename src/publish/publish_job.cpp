@@ -111,6 +111,8 @@ PublishOutcome PublishJob::PublishCliplist(Mode mode, bool busy) {
 PublishOutcome PublishJob::MenuPublishImage(bool busy) {
     settings_ = PublishSettingsOf(s_.state.settings);
     if (busy || !settings_.imagePublishing) return PublishOutcome::kRefused;
+    if (!SampleRateFits(s_.readers.audio.sampleRate)) return PublishOutcome::kRefused;
+    StoreCurrentRecording();
     if (!ChooseDestination(s_.project.Name(), 0, true) || !HasImages())
         return PublishOutcome::kRefused;
     return SendImages(s_.project.Name(), settings_.keepImageNames);

@@ -50,7 +50,8 @@ class PublishJob {
     [[nodiscard]] PublishOutcome MenuPublishFastClip(bool busy);
     [[nodiscard]] PublishOutcome MenuPublishFastCliplist(bool busy);
 
-    /// The menu command "Image": images alone. Refuses in silence.
+    /// The menu command "Image": images alone. Checks and stores the current recording as the
+    /// others do; refuses in silence otherwise.
     [[nodiscard]] PublishOutcome MenuPublishImage(bool busy);
 
     /// Publishes a clip list under a base name: to the file "pub_" + base name + extension in the

@@ -1,5 +1,7 @@
 // Images and text, and what is checked before anything is sent.
 
+#include <filesystem>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -79,6 +81,33 @@ TEST_F(CompanionsTest, GoAloneUnderTheirOwnNames) {
     EXPECT_EQ(rig.server.files[u"talk_01.jpg"], image);
 }
 
+TEST_F(CompanionsTest, OfOneNameDoNotReplaceEachOther) {
+    std::filesystem::create_directory(rig.files.folder.Native(u"b"));
+    WriteFileBytes(rig.Path(u"b/BOAT.jpg"), ByteSpan(image).first(9));
+    rig.dialogs.onShow = [&] {
+        EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"boat.jpg")));
+        EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"b/BOAT.jpg")));
+    };
+    rig.dialogs.ftp.keepNames = true;
+    ASSERT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kPublished);
+    EXPECT_EQ(rig.server.files[u"boat.jpg"], image);
+    EXPECT_EQ(rig.server.files[u"BOAT_02.jpg"].size(), 9U);
+}
+
+TEST_F(CompanionsTest, OfFourGigabytesAreRefusedAndChangedOnesNotSent) {
+    const Text path = rig.Path(u"film.mp4");
+    WriteFileBytes(path, {});
+    std::filesystem::resize_file(rig.files.folder.Native(u"film.mp4"), std::uint64_t{1} << 32);
+    EXPECT_FALSE(rig.choices.images.Add(rig.files.services, path));
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Too large to send (4 GB):\n" + path));
+    const auto choose = rig.dialogs.onShow;
+    rig.dialogs.onShow = [&] {
+        choose();
+        WriteFileBytes(rig.Path(u"boat.jpg"), ByteSpan(image).first(7));
+    };
+    EXPECT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kFailed);
+}
+
 TEST_F(CompanionsTest, AreNamedWhenTheyDoNotArrive) {
     rig.progress.onText = [&](const Text& text) {
         if (text == u"  Publishing image...  ") rig.server.breaksAfter = 20000;
@@ -111,6 +140,14 @@ TEST(PublishChecks, RefuseWithTheirTexts) {
     EXPECT_TRUE(refused(job.MenuPublishFastClip(true)));
     EXPECT_TRUE(refused(job.MenuPublishImage(true)));
     EXPECT_TRUE(refused(job.MenuPublishImage(false)));  // images are off
+    rig.settings.ImagePublishing = 1;
+    rig.audio.sampleRate = 96000;
+    EXPECT_TRUE(refused(job.MenuPublishImage(false)));
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Sample-rate= 96 KHz.\nYou can not publish at\n"
+                                         u"sample-rates higher than 48 KHz."));
+    rig.files.boxes.shown.clear();
+    rig.settings.ImagePublishing = 0;
+    rig.audio.sampleRate = 44100;
     EXPECT_THAT(rig.Boxes(), IsEmpty());
     EXPECT_TRUE(refused(job.MenuPublishCliplist(true)));
     EXPECT_TRUE(refused(job.MenuPublishFastCliplist(true)));

@@ -1,15 +1,23 @@
 #include "publish/dialogs/image_list.h"
 
+#include <limits>
+
 namespace orma {
 namespace {
 
-/// Takes the size of a file that can be opened; false when it cannot (reported).
+/// Takes the size of a file that can be opened and sent; false when it cannot (reported).
 bool Measure(FileServices files, ImageList::Image& image) {
     std::unique_ptr<StorageFile> file;
     SystemError error = files.storage.Open(image.path, {}, file);
     if (error == 0) error = file->Size(image.bytes);
-    if (error != 0) files.report.ReportSystemFailure(u"Cannot open file : " + image.path, error);
-    return error == 0;
+    if (error != 0) {
+        files.report.ReportSystemFailure(u"Cannot open file : " + image.path, error);
+        return false;
+    }
+    // Streams count in 32 bits.
+    if (image.bytes <= std::numeric_limits<std::uint32_t>::max()) return true;
+    files.report.ShowError(u"Too large to send (4 GB):\n" + image.path);
+    return false;
 }
 
 }  // namespace

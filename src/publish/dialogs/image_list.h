@@ -19,8 +19,8 @@ class ImageList {
         std::uint64_t bytes = 0;
     };
 
-    /// Adds a file at the end. False, and an unchanged list, when it cannot be read or the list is
-    /// full (reported).
+    /// Adds a file at the end. False, and an unchanged list, when it cannot be read, has more than
+    /// 2^32-1 bytes, or the list is full (reported).
     [[nodiscard]] bool Add(FileServices files, const Text& path);
 
     /// Removes one; a place behind the end is nothing to do.
@@ -28,7 +28,7 @@ class ImageList {
     void Clear() { images_.clear(); }
 
     /// Measures the files again, as they may have changed since they were chosen. One that can no
-    /// longer be read leaves the list, and a box names it.
+    /// longer be sent leaves the list, and a box names it.
     void Refresh(FileServices files);
 
     [[nodiscard]] const std::vector<Image>& Images() const { return images_; }
