@@ -63,7 +63,8 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
                               .outbox = network.outbox,
                               .files = files,
                               .patience = patience,
-                              .bytesSent = mailBytesSent});
+                              .bytesSent = mailBytesSent,
+                              .posted = &posted});
     writerContext.remote.ftp = &*ftp;
     writerContext.remote.mail = &*mail;
 }

@@ -58,8 +58,9 @@ struct Application {
 
     PublishProgress& progress;
     PublishPatience patience;
-    std::uint32_t mailBytesSent = 0;  // over any socket
-    std::optional<FtpServices> ftp;   // none without a network
+    std::uint32_t mailBytesSent = 0;    // over any socket
+    std::vector<PostedMessage> posted;  // via the outbox
+    std::optional<FtpServices> ftp;     // none without a network
     std::optional<MailServices> mail;
     std::optional<LiveUploads> liveUploads;  // none without liveFtp
 

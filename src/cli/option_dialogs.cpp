@@ -51,10 +51,10 @@ bool OptionDialogs::AddImages(DialogImages& images) {
 bool OptionDialogs::ShowEmailDialog(EmailDialog& dialog) {
     if (!AddImages(dialog.Images())) return false;
     EmailFields fields = dialog.Initial();
-    if (!options_.recipient.empty())
-        fields.recipient = FromUtf8(options_.recipient);
-    else if (!settings_.Recipient.empty())
-        fields.recipient = settings_.Recipient;
+    // Not what a window would offer: nobody sees it, and the mail would go to whoever was last.
+    fields.server.reset();
+    fields.recipient =
+        options_.recipient.empty() ? settings_.Recipient : FromUtf8(options_.recipient);
     if (!options_.subject.empty()) fields.subject = FromUtf8(options_.subject);
     fields.keepNames |= options_.keepNames;
     return dialog.Start(fields);
@@ -63,6 +63,7 @@ bool OptionDialogs::ShowEmailDialog(EmailDialog& dialog) {
 bool OptionDialogs::ShowFtpDialog(FtpDialog& dialog) {
     if (!AddImages(dialog.Images())) return false;
     FtpFields fields = dialog.Initial();
+    fields.server.reset();  // the destination in use, which --account has chosen by now
     fields.keepNames |= options_.keepNames;
     dialog.Start(fields);
     return true;

@@ -28,7 +28,8 @@ void AddDialogOptions(CLI::App& command, DialogOptions& options);
 /// account is offered.
 void UseAccount(const DialogOptions& options, SettingsRecord& settings);
 
-/// Answers the publish dialogs from options, in place of windows. What the dialog refuses goes to
+/// Answers the publish dialogs from options, in place of windows; the account stays the one in
+/// use, and without a recipient the mail dialog refuses. What the dialog refuses goes to
 /// its boxes and counts as Cancel.
 class OptionDialogs : public PublishDialogs {
   public:

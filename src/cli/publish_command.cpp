@@ -13,6 +13,7 @@
 #include "cli/progress_line.h"
 #include "cli/project_path.h"
 #include "platform/posix/console.h"
+#include "publish/dialogs/current_accounts.h"
 #include "stream/jstream_wr_ftp.h"
 
 namespace orma::cli {
@@ -126,13 +127,32 @@ void Apply(const PublishOptions& options, const Targets& targets, Environment& e
     if (options.onBreak != "stop") environment.Boxes().AskAtTerminal();
 }
 
+/// Nothing is published before the user, or the mail program, has sent it.
+Json Posted(const Application& app) {
+    Json messages = Json::array();
+    for (const PostedMessage& message : app.posted)
+        messages.push_back({{"message", ToJson(message.path)},
+                            {"state", message.handedOver ? "handed to the mail program, unsent"
+                                                         : "lies in the outbox, unsent"}});
+    return {{"recipient", ToJson(app.publishChoices.recipient)}, {"outbox", messages}};
+}
+
+/// A file without a byte was not meant to be sent; one that cannot be read is reported later.
+void RequireContent(Storage& storage, const std::string& image) {
+    std::unique_ptr<StorageFile> file;
+    std::uint64_t bytes = 1;
+    if (storage.Open(FromUtf8(image), {}, file) == 0 && file->Size(bytes) == 0 && bytes == 0)
+        throw std::runtime_error("the image is empty: " + image);
+}
+
 /// Where the publication is now.
 Json Place(const Application& app, const PublishJob& job, const Targets& targets, bool sound) {
     if (targets.ToFile()) return {{"published", ToJson(job.PublishedPath())}};
+    if (targets.destination == Destination::kOutbox) return Posted(app);
     if (targets.destination != Destination::kFtp)
         return {{"published", ToJson(app.publishChoices.recipient)}};
+    if (!sound) return {{"published", ToJson(CurrentFtpAccount(app.settings).server)}};
     const FtpAccount& account = app.writerContext.remote.account;
-    if (!sound) return {{"published", ToJson(app.settings.FtpServer)}};
     return {{"published", ToJson(account.server + u"/" +
                                  RemotePath(account.folder, app.project.Name(),
                                             app.writerContext.remote.extension))}};
@@ -164,6 +184,8 @@ int Publish(const Globals& globals, PublishOptions options) {
     if (!app.ports.storage.Exists(path))
         throw std::runtime_error("the project does not exist: " + options.project);
     if (!OpenProject(app, path)) return kFailed;
+    for (const std::string& image : options.dialogs.images)
+        RequireContent(app.ports.storage, image);
     Select(options, app);
     Apply(options, targets, environment);
 

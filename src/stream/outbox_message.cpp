@@ -8,12 +8,25 @@
 namespace orma {
 namespace {
 
-/// A name that no file of the folder has: "name.ext", else "name (2).ext" and so on.
+/// A name that no file of the folder has, also none under way: "name.ext", else "name (2).ext" and
+/// so on.
 Text FreePath(Storage& storage, const Text& folder, const Text& name) {
     const PathParts parts = SplitPath(name);
     Text path = folder + name;
-    for (int number = 2; storage.Exists(path); ++number)
+    for (int number = 2; storage.Exists(path) || storage.Exists(path + u".tmp"); ++number)
         path = folder + parts.name + FormatText(" (%d)", number) + parts.extension;
+    return path;
+}
+
+/// Begins a file of a name that is free. Another process may have thought so too: who has the
+/// temporary file in turn looks again, for the other one may be done.
+Text OpenNew(FileServices services, const Text& folder, const Text& name,
+             std::optional<FileReplacement>& file) {
+    Text path;
+    do {
+        path = FreePath(services.storage, folder, name);
+        file.emplace(services, path);
+    } while (file->Stream().IsOpen() && services.storage.Exists(path));
     return path;
 }
 
@@ -36,12 +49,9 @@ OutboxMessage::OutboxMessage(const MailServices& services, const Text& folder,
         return;
     }
     const Text name = FileName(message.attachmentName);
-    messagePath_ = FreePath(storage, AsFolder(folder), name + u".eml");
-    file_.emplace(services.files, messagePath_);
-    if (services.outbox.HasMailProgram()) {
-        attachmentPath_ = FreePath(storage, AsFolder(folder), name);
-        attachment_.emplace(services.files, attachmentPath_);
-    }
+    messagePath_ = OpenNew(services.files, AsFolder(folder), name + u".eml", file_);
+    if (services.outbox.HasMailProgram())
+        attachmentPath_ = OpenNew(services.files, AsFolder(folder), name, attachment_);
     mime_.emplace(file_->Stream());
     mime_->Start(message);
 }
@@ -61,13 +71,15 @@ bool OutboxMessage::Commit() {
     if (!IsGood()) return false;
     mime_->Finish();
     if (!file_->Commit()) return false;
-    if (HandOver()) {
-        (void)services_.files.storage.Delete(messagePath_);  // one too many harms nobody
-        return true;
-    }
-    services_.files.report.Boxes().Show({.text = u"The message lies in\n" + messagePath_,
-                                         .title = u"Info",
-                                         .icon = BoxIcon::kInformation});
+    // A mail program may drop the attachment, and its user the window: the message stays.
+    const bool handedOver = HandOver();
+    if (services_.posted != nullptr) services_.posted->push_back({messagePath_, handedOver});
+    const Text text =
+        handedOver ? u"Handed to the mail program.\nShould the attachment be missing there,\n"
+                     u"the message lies in\n"
+                   : u"The message lies in\n";
+    services_.files.report.Boxes().Show(
+        {.text = text + messagePath_, .title = u"Info", .icon = BoxIcon::kInformation});
     return true;
 }
 

@@ -20,9 +20,9 @@ class OutboxMessage {
     /// The next bytes of the attachment.
     void Attach(ByteSpan bytes);
 
-    /// Completes the message and hands it over. Of the two files one stays: the attachment when the
-    /// mail program took it, otherwise the message, and a box says where. False when it is not
-    /// whole on the medium (reported).
+    /// Completes the message and hands it over. The message stays, and a box says where; the
+    /// attachment's file stays when the mail program took it. False when the message is not whole
+    /// on the medium (reported).
     [[nodiscard]] bool Commit();
 
     [[nodiscard]] bool IsGood();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "base/text.h"
 #include "platform/keyed_hash.h"
@@ -41,6 +42,12 @@ struct MailDelivery {
     Text outboxFolder = u"";  // for the outbox: absolute; made when missing
 };
 
+/// A message that went via the outbox.
+struct PostedMessage {
+    Text path;                // of its ".eml" file
+    bool handedOver = false;  // to the mail program; otherwise it only lies there
+};
+
 /// What all mail needs; everything outlives the streams.
 struct MailServices {
     TcpConnections& tcp;
@@ -50,6 +57,7 @@ struct MailServices {
     FileServices files;
     Patience& patience;
     std::uint32_t& bytesSent;  // counts what goes over any socket; never reset here
+    std::vector<PostedMessage>* posted = nullptr;  // grows; null: nobody asks
 };
 
 }  // namespace orma

@@ -26,6 +26,9 @@ struct OptionDialogsTest : testing::Test {
 
 TEST_F(OptionDialogsTest, AnswerTheMailDialogAndPassItsChecks) {
     settings.PublishMethod = 2;
+    test::WriteFileBytes(files.folder.Path(u"emails.txt"), AsBytes("last@radio.org\n"));
+    EXPECT_FALSE(ShowEmail()) << "nobody is written to unasked";
+    EXPECT_EQ(files.boxes.shown.back().text, u"Illegal email-address");
     settings.Recipient = u"desk@radio.org";
     EXPECT_TRUE(ShowEmail());
     EXPECT_EQ(choices.recipient, u"desk@radio.org");
@@ -44,6 +47,17 @@ TEST_F(OptionDialogsTest, AnswerTheMailDialogAndPassItsChecks) {
     EXPECT_TRUE(choices.imagesAttached);
     options.images = {ToUtf8(files.folder.Path(u"missing.jpg"))};
     EXPECT_FALSE(ShowEmail()) << "nothing is sent without an image that was asked for";
+}
+
+TEST_F(OptionDialogsTest, ADestinationInUseThatTheTableDoesNotHaveStaysInUse) {
+    settings.ServerChoice = 1;
+    settings.Ftp[0].Name = settings.Ftp[0].Server = u"first";
+    settings.CurrentFtpName = u"gone";
+    settings.FtpServer = u"mine";
+    OptionDialogs dialogs(options, settings);
+    FtpDialog dialog(services, *FindDialogResource(115));
+    EXPECT_TRUE(dialogs.ShowFtpDialog(dialog));
+    EXPECT_EQ(settings.FtpServer, u"mine");
 }
 
 TEST_F(OptionDialogsTest, AnAccountIsChosenByItsNameInTheTableOfTheMethod) {

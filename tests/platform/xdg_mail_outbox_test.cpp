@@ -16,9 +16,10 @@ struct XdgMailOutboxTest : testing::Test {
     XdgMailOutboxTest() { ::setenv("PATH", folder.Native().c_str(), 1); }
     ~XdgMailOutboxTest() override { ::setenv("PATH", path.c_str(), 1); }
 
-    /// Installs a mail tool with these shell commands.
+    /// Installs a mail tool with these shell commands that, as the real one, refuses empty words.
     void Install(const std::string& commands) {
-        const std::string script = "#!/bin/sh\n" + commands + "\n";
+        const std::string script =
+            "#!/bin/sh\nfor word; do [ -n \"$word\" ] || exit 1; done\n" + commands + "\n";
         test::WriteFileBytes(folder.Path(u"xdg-email"), AsBytes(script));
         std::filesystem::permissions(folder.Native(u"xdg-email"),
                                      std::filesystem::perms::owner_all);
@@ -42,6 +43,9 @@ TEST_F(XdgMailOutboxTest, HandsEveryTextOverAsItIs) {
     EXPECT_EQ(std::string(words.begin(), words.end()),
               "--utf8|--subject|$(Talk)|--body|two\nlines \xe2\x82\xac|--attach|/a b/talk.wav|"
               "desk@x.org|");
+    letter.subject.clear();
+    letter.body.clear();
+    EXPECT_TRUE(outbox.HandOver(letter, patience)) << "neither is needed";
 }
 
 TEST_F(XdgMailOutboxTest, AToolThatFailsDidNotTakeItOneThatStaysDid) {

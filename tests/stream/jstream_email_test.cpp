@@ -378,8 +378,8 @@ TEST_F(JStreamEmailTest, AMailProgramGetsTheAttachmentAsAFile) {
     desk.outbox.isThere = true;
     message.body = "caf\xe9";
     EXPECT_TRUE(Send());
-    EXPECT_THAT(InOutbox(), ElementsAre(u"talk.wav"));
-    EXPECT_THAT(desk.boxes.shown, IsEmpty());
+    EXPECT_THAT(InOutbox(), ElementsAre(u"talk.wav", u"talk.wav.eml"));
+    EXPECT_TRUE(desk.boxes.shown.at(0).text.ends_with(u"outbox/talk.wav.eml"));
     const OutboxLetter letter = desk.outbox.letters.at(0);
     EXPECT_EQ(letter.recipient, u"desk@x.org");
     EXPECT_EQ(letter.subject, u"Talk");
@@ -388,9 +388,23 @@ TEST_F(JStreamEmailTest, AMailProgramGetsTheAttachmentAsAFile) {
 
     desk.outbox.accepts = false;
     EXPECT_TRUE(Send());
-    EXPECT_THAT(InOutbox(), ElementsAre(u"talk.wav", u"talk.wav.eml"));
-    EXPECT_EQ(desk.boxes.shown.at(0).text,
-              u"The message lies in\n" + desk.folder.Path(u"outbox/talk.wav.eml"));
+    EXPECT_THAT(InOutbox(), ElementsAre(u"talk.wav", u"talk.wav (2).eml", u"talk.wav.eml"));
+    EXPECT_EQ(desk.boxes.shown.at(1).text,
+              u"The message lies in\n" + desk.folder.Path(u"outbox/talk.wav (2).eml"));
+    ASSERT_EQ(desk.posted.size(), 2U);
+    EXPECT_TRUE(desk.posted[0].handedOver);
+    EXPECT_FALSE(desk.posted[1].handedOver);
+    EXPECT_EQ(desk.posted[1].path, desk.folder.Path(u"outbox/talk.wav (2).eml"));
+}
+
+TEST_F(JStreamEmailTest, TwoWhoWriteToTheOutboxAtOnceKeepBothMessages) {
+    UseOutbox();
+    JStreamEMAIL other(desk.mail);
+    ASSERT_TRUE(Open());
+    ASSERT_TRUE(other.OpenMail(delivery, message));
+    EXPECT_TRUE(mail.CloseMail());
+    EXPECT_TRUE(other.CloseMail());
+    EXPECT_THAT(InOutbox(), ElementsAre(u"talk.wav (2).eml", u"talk.wav.eml"));
 }
 
 }  // namespace

@@ -29,7 +29,8 @@ struct MailDesk : TestFiles {
     FakeOutbox outbox;
     FakePatience patience;
     std::uint32_t bytesSent = 0;
-    MailServices mail{tcp, tls, hash, outbox, services, patience, bytesSent};
+    std::vector<PostedMessage> posted;
+    MailServices mail{tcp, tls, hash, outbox, services, patience, bytesSent, &posted};
 };
 
 }  // namespace orma::test

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -58,9 +59,17 @@ bool XdgMailOutbox::HasMailProgram() {
 bool XdgMailOutbox::HandOver(const OutboxLetter& letter, Patience& patience) {
     std::erase_if(running_, [](pid_t child) { return ::waitpid(child, nullptr, WNOHANG) != 0; });
 
-    const pid_t child =
-        Start({kTool, "--utf8", "--subject", ToUtf8(letter.subject), "--body", ToUtf8(letter.body),
-               "--attach", ToUtf8(letter.attachmentPath), ToUtf8(letter.recipient)});
+    std::vector<std::string> words = {kTool, "--utf8"};
+    const auto add = [&](const char* option, const Text& value) {
+        if (value.empty()) return;  // the tool takes an empty value for a missing one
+        words.emplace_back(option);
+        words.push_back(ToUtf8(value));
+    };
+    add("--subject", letter.subject);
+    add("--body", letter.body);
+    add("--attach", letter.attachmentPath);
+    words.push_back(ToUtf8(letter.recipient));
+    const pid_t child = Start(std::move(words));
     if (child == 0) return false;
     for (int slice = 0; slice < kSlices; ++slice) {
         int status = 0;
