@@ -66,7 +66,7 @@ SendEnd ClipSender::SendPcm(JStreamAudioReadFile& reader, const ClipPlan& clip) 
     // The file's own rate: the writer alone converts. It takes the rate from the audio state,
     // which measuring the file has set.
     const PublicationFormat& format = publication_.format;
-    const PlaybackFormat output{reader.FileFormat().sampleRate, format.channels};
+    const PlaybackFormat output = FormatToRead(reader);
     buffer_.resize(output.BufferBytes(format.shift));
     reader.OpenAt(clip.begin, output);
     for (const PeriodRange& stretch : clip.kept) {
@@ -74,7 +74,7 @@ SendEnd ClipSender::SendPcm(JStreamAudioReadFile& reader, const ClipPlan& clip) 
         reader.SeekPeriod(stretch.begin);
         for (std::uint32_t period = stretch.begin; period < stretch.end || withTail; ++period) {
             const std::uint32_t bytes =
-                OutputBytesOfPeriod(reader.FileFormat(), period, format.channels);
+                OutputBytesOfPeriod(reader.FileFormat(), period, output.channels);
             if (bytes == 0 && withTail) break;
             if (progress_.IsCancelled()) return SendEnd::kCancelled;
             if (const SendEnd end = PutPeriod(reader, bytes); end != SendEnd::kDone) return end;
@@ -89,10 +89,32 @@ SendEnd ClipSender::PutPeriod(JStreamAudioReadFile& reader, std::uint32_t bytes)
     if (bytes == 0 || bytes > buffer_.size()) return SendEnd::kUnreadable;
     reader.Get(buffer_);
     if (!reader.IsOpen()) return SendEnd::kUnreadable;
+    return PutSamples(bytes);
+}
+
+/// A fast publication reads both channels of a stereo recording: a voice on either must be heard.
+PlaybackFormat ClipSender::FormatToRead(const JStreamAudioReadFile& reader) {
+    const AudioFileFormat& file = reader.FileFormat();
+    readChannels_ = publication_.fast ? file.channels : publication_.format.channels;
+    return {file.sampleRate, readChannels_};
+}
+
+SendEnd ClipSender::PutSamples(std::uint32_t bytes) {
+    if (readChannels_ > publication_.format.channels) bytes = MixToMono(bytes);
     writer_.WriteSamples(buffer_.data(), bytes);
     if (!writer_.IsOpen()) return SendEnd::kWriterFailed;
     clipBytes_ += bytes;
     return SendEnd::kDone;
+}
+
+/// (left + right) / 2, which cannot overflow, rounded toward zero. The bytes that are left.
+std::uint32_t ClipSender::MixToMono(std::uint32_t bytes) {
+    for (std::uint32_t at = 0; at + 4 <= bytes; at += 4) {
+        const int left = LoadLe<std::int16_t>(&buffer_[at]);
+        const int right = LoadLe<std::int16_t>(&buffer_[at + 2]);
+        StoreLe(&buffer_[at / 2], static_cast<std::int16_t>((left + right) / 2));
+    }
+    return bytes / 2;
 }
 
 SendEnd ClipSender::SendFrames(JStreamAudioReadFile& reader, const ClipPlan& clip) {
@@ -128,9 +150,9 @@ SendEnd ClipSender::PutFrames(JStreamAudioReadFile& reader, std::uint32_t frames
 
 SendEnd ClipSender::SendDecoded(JStreamAudioReadFile& reader, const ClipPlan& clip) {
     constexpr std::uint32_t kFramesAtOnce = 10;  // a step of the progress display
-    const std::uint32_t outputFrame = kMp2FrameSamples * 2 * publication_.format.channels;
-    buffer_.resize(std::size_t{kFramesAtOnce} * outputFrame);
-    reader.OpenAt(clip.begin, {reader.FileFormat().sampleRate, publication_.format.channels});
+    const PlaybackFormat output = FormatToRead(reader);
+    buffer_.resize(std::size_t{kFramesAtOnce} * kMp2FrameSamples * 2 * output.channels);
+    reader.OpenAt(clip.begin, output);
     // Each range belongs to the stretch of its place: a period is longer than a frame, so that only
     // stretches behind the end of the sound have none.
     for (std::size_t i = 0; i < clip.frames.size(); ++i) {
@@ -149,13 +171,10 @@ SendEnd ClipSender::SendDecoded(JStreamAudioReadFile& reader, const ClipPlan& cl
 }
 
 SendEnd ClipSender::PutDecoded(JStreamAudioReadFile& reader, std::uint32_t frames) {
-    const std::uint32_t bytes = frames * kMp2FrameSamples * 2 * publication_.format.channels;
+    const std::uint32_t bytes = frames * kMp2FrameSamples * 2 * readChannels_;
     reader.Get(std::span(buffer_).first(bytes));
     if (!reader.IsOpen() || reader.IsDamaged()) return SendEnd::kUnreadable;
-    writer_.WriteSamples(buffer_.data(), bytes);
-    if (!writer_.IsOpen()) return SendEnd::kWriterFailed;
-    clipBytes_ += bytes;
-    return SendEnd::kDone;
+    return PutSamples(bytes);
 }
 
 bool ClipSender::HoldsFrames(ByteSpan block) const {

@@ -21,7 +21,8 @@ enum class SendEnd {
 };
 
 /// Sends the sound of clips to a writer: PCM period by period through the WAV reader, stored MP2
-/// frames unchanged, or decoded for a fast publication. Polls for cancel, steps the progress
+/// frames unchanged, or decoded for a fast publication, which mixes stereo into one
+/// channel. Polls for cancel, steps the progress
 /// display and tells it the bytes. All references outlive it. UI thread.
 class ClipSender {
   public:
@@ -42,6 +43,9 @@ class ClipSender {
     [[nodiscard]] SendEnd SendDecoded(JStreamAudioReadFile& reader, const ClipPlan& clip);
     [[nodiscard]] SendEnd PutDecoded(JStreamAudioReadFile& reader, std::uint32_t frames);
     [[nodiscard]] SendEnd PutPeriod(JStreamAudioReadFile& reader, std::uint32_t bytes);
+    [[nodiscard]] PlaybackFormat FormatToRead(const JStreamAudioReadFile& reader);
+    [[nodiscard]] SendEnd PutSamples(std::uint32_t bytes);
+    [[nodiscard]] std::uint32_t MixToMono(std::uint32_t bytes);
     [[nodiscard]] SendEnd PutFrames(JStreamAudioReadFile& reader, std::uint32_t frames);
     [[nodiscard]] bool HoldsFrames(ByteSpan block) const;
     void ShowSteps(std::uint64_t before, std::uint64_t unitsPerStep);
@@ -54,8 +58,9 @@ class ClipSender {
     std::uint64_t totalBytes_;
     PublishProgress& progress_;
     Bytes buffer_;
-    std::uint64_t clipBytes_ = 0;  // of the clip being sent, handed to the writer
-    std::uint64_t allUnits_ = 0;   // of all clips so far: bytes, or frames that were decoded
+    std::uint16_t readChannels_ = 1;  // of the samples in the buffer
+    std::uint64_t clipBytes_ = 0;     // of the clip being sent, handed to the writer
+    std::uint64_t allUnits_ = 0;      // of all clips so far: bytes, or frames that were decoded
 };
 
 }  // namespace orma
