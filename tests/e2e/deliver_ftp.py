@@ -1,0 +1,236 @@
+#!/usr/bin/env python3
+"""Publications to four real FTP servers, through breaks and refusals: what is stored is the
+published file to the byte, or the user is told plainly why not.
+
+ORMA_SEED repeats the cuts of a run; names of steps as arguments run these alone."""
+
+import os
+import pty
+import random
+
+from delivery import (SEED, Reporter, certificates, ftp_servers, run_all, scenarios, scripted,
+                      without_ticks)
+from orma_e2e import check, equal, speech_at, tool
+
+ASKED = "\nPublishing interrupted!: Resume publishing ?"
+NOT_VERIFIED = ("Error: The publication is not verified: the server does not confirm the size of "
+                "the file.")
+REFUSED_OFFSET = "Error: Resume not possible on this server."
+
+# What each server says, in the program's words.
+WRONG_PASSWORD = {"Vsftpd": "530 Login incorrect.", "PureFtpd": "530 Login authentication failed",
+                  "Proftpd": "530 Login incorrect.", "Pyftpdlib": "530 Authentication failed."}
+FULL_DISK = {"Vsftpd": "451 Failure writing to local file.",
+             "PureFtpd": "451-Error during write to file 451-Transfer aborted 451 ",
+             "Proftpd": "451 Transfer aborted. Input/output error",
+             "Pyftpdlib": "426 None; transfer aborted."}
+MISSING_FOLDER = {"Vsftpd": "553 Could not create file.",
+                  "PureFtpd": "553 Can't open that file: No such file or directory",
+                  "Proftpd": "550 {root}/no/such/folder/talk.wav: No such file or directory",
+                  "Pyftpdlib": "550 No such file or directory."}
+READ_ONLY = {"Vsftpd": "553 Could not create file.",
+             "PureFtpd": "553 Can't open that file: Permission denied",
+             "Proftpd": "550 {root}/talk.wav: Permission denied",
+             "Pyftpdlib": "550 Permission denied."}
+
+
+class Published:
+    """`publish` for the scenarios, with the remote file looked at and removed afterwards."""
+
+    def __init__(self, reporter, server):
+        self.reporter, self.server = reporter, server
+        self.stored = server.root / "talk.wav"
+        self.random = random.Random(f"{SEED} {type(server).__name__}")
+
+    def somewhere(self):
+        return self.random.randint(1, self.reporter.size)
+
+    def whole(self, scenario, *arguments, options=(), **settings):
+        """Through that accident the file arrives."""
+        what = f"{type(self.server).__name__}, {scenario.__name__} {arguments}"
+        said = scenario(self.server, lambda account: self.reporter.publish(
+            account, *options, **settings), *arguments)
+        equal(said, "", what)
+        self.reporter.check_arrived(self.stored, what)
+        self.stored.unlink()
+
+    def ended_early(self):
+        """The data ends as if it were complete. Where all that was to come was under way already,
+        the server confirms what it has, and then its size tells."""
+        said = scenarios.end_data(self.server, lambda account: self.reporter.publish(
+            account, "--on-break", "resume", expect=None), self.somewhere())
+        if said:
+            equal(said, NOT_VERIFIED, f"{type(self.server).__name__}, ended early")
+        else:
+            self.reporter.check_arrived(self.stored, "ended early")
+        self.stored.unlink()
+
+    def refused(self, said, scenario, *arguments, options=("--on-break", "stop")):
+        """Through that accident nothing else is claimed; what is said begins and ends so."""
+        what = f"{type(self.server).__name__}, {scenario.__name__} {arguments}"
+        got = scenario(self.server, lambda account: self.reporter.publish(
+            account, *options, expect=1), *arguments)
+        said = said.replace("{root}", str(self.server.root))
+        check(got.startswith(said) and got.endswith(ASKED), f"{what}: {got!r}, expected {said!r}")
+        self.stored.unlink(missing_ok=True)
+
+
+def no_accident(server, publish):
+    return publish(server.account())
+
+
+def longer_one_before(server, publish):
+    """A longer file of that name lies there from yesterday."""
+    (server.root / "talk.wav").write_bytes(b"yesterday" * 500_000)
+    server.own()
+    return publish(server.account())
+
+
+def breaks_and_refusals(kind):
+    name, resume = kind.__name__, ("--on-break", "resume")
+    with Reporter() as reporter, kind() as server:
+        job = Published(reporter, server)
+        job.whole(no_accident)
+        job.whole(longer_one_before)
+        for scenario in (scenarios.cut_data, scenarios.drop_control, scenarios.drop_all,
+                         scenarios.kill_and_restart):
+            job.whole(scenario, job.somewhere(), options=resume)
+        job.whole(scenarios.freeze, job.somewhere(), 1.5, options=resume)
+        job.whole(scenarios.full_disk, reporter.size // 3, 2, options=resume)
+        job.refused(f"Error: InternetWriteFile 12003 {FULL_DISK[name]}", scenarios.full_disk,
+                    reporter.size // 3)
+        connect, open_file = "Error: InternetConnect 12003 ", "Error: FtpOpenFile 12003 "
+        job.refused(connect + WRONG_PASSWORD[name], scenarios.wrong_password)
+        job.refused(open_file + MISSING_FOLDER[name], scenarios.missing_folder)
+        job.refused(open_file + READ_ONLY[name], scenarios.read_only)
+        equal(os.listdir(server.root), [], "what refused publications left behind")
+        job.ended_early()
+
+
+def refused_offsets():
+    with Reporter() as reporter:
+        for scenario, kinds in ((scenarios.refuse_rest, (ftp_servers.Vsftpd, ftp_servers.Pyftpdlib)),
+                                (scenarios.rest_then_stor_refused, (ftp_servers.Proftpd,))):
+            for kind in kinds:
+                said = scenario(kind, lambda account: reporter.publish(
+                    account, "--on-break", "resume", expect=1), reporter.size // 2)
+                equal(said, REFUSED_OFFSET, f"{kind.__name__}, {scenario.__name__}")
+
+
+def question():
+    """At a terminal the user is asked, and his Yes makes the file whole."""
+    with Reporter() as reporter, ftp_servers.Vsftpd() as server:
+        for answer, code in ((b"y\n", 0), (b"n\n", 1)):
+            terminal, shell = pty.openpty()
+            os.write(terminal, answer)
+
+            def publish(account):
+                reporter.use(account)
+                job = reporter.start("publish", reporter.project, "--cliplist", "--to", "ftp",
+                                     stdin=shell)
+                said = job.communicate(timeout=60)[1]
+                equal(job.returncode, code, f"exit code, {said}")
+                return said
+
+            said = scenarios.cut_data(server, publish, reporter.size // 2)
+            os.close(terminal)
+            os.close(shell)
+            check(said.startswith("Error: ") and said.strip().endswith(ASKED + "\n[y/N]"),
+                  f"the question: {said!r}")
+            stored = server.root / "talk.wav"
+            if code == 0:
+                reporter.check_arrived(stored, "after a Yes")
+            else:
+                check(stored.stat().st_size < reporter.size, "a No, yet the file is whole")
+
+
+def other_ways():
+    """Active data connections, a folder, companions, sound that is encoded on the way."""
+    with Reporter() as reporter, ftp_servers.Pyftpdlib() as server:
+        (server.root / "news").mkdir()
+        server.own()
+        picture = reporter.path("quay.jpg")
+        picture.write_bytes(random.Random(SEED).randbytes(70_001))
+        said = reporter.publish(server.account(folder="news"), "--image", picture, FtpPassive=0)
+        equal(said, "", "active, with an image")
+        reporter.check_arrived(server.root / "news/talk.wav", "active")
+        equal((server.root / "news/talk_01.jpg").read_bytes(), picture.read_bytes(), "the image")
+        fast = reporter.publish(server.account(), "--fast")
+        equal(fast, "", "a fast publication")
+        reporter.run("verify", server.root / "talk.wav")
+    with Reporter(wav=True) as reporter, ftp_servers.Vsftpd() as server:
+        stored = server.root / "talk.wav"
+        equal(reporter.publish(server.account(), seconds=60), "", "a WAV project")
+        reporter.run("verify", stored)
+        half = stored.stat().st_size // 2
+        said = scenarios.cut_data(server, lambda account: reporter.publish(
+            account, "--on-break", "resume", expect=1), half)
+        equal(said, "Error: Publishing interrupted!", "a WAV project cannot go on")
+        said = scenarios.cut_data(server, lambda account: reporter.publish(
+            account, "--on-break", "stop", expect=1), half)
+        check(said.startswith("Error: InternetWriteFile 12003 426 "), f"why it broke: {said!r}")
+
+
+def unconfirmed():
+    """What the server does not confirm is not called published."""
+    with Reporter(seconds=6) as reporter:
+        for replies, said in (
+                ({"stored": b"250-in its\r\n250 own way\r\n"}, ""),
+                ({"SIZE": b"500 what?\r\n"}, ""),
+                ({"SIZE": b"213 1000\r\n"}, NOT_VERIFIED),
+                ({"stored": b"225 the connection is open\r\n"}, "Error: Connection lost" + ASKED),
+                ({"stored": scripted.drop}, "Error: Connection lost" + ASKED),
+                ({"stored": b"552 quota\r\n"},
+                 "Error: InternetWriteFile 12003 552 quota" + ASKED)):
+            with scripted.ScriptedFtp(replies) as server:
+                account = ftp_servers.Account("127.0.0.1", server.port, "any", "secret", "")
+                equal(reporter.publish(account, "--on-break", "stop", expect=1 if said else 0),
+                      said, f"{replies}")
+                check(without_ticks(bytes(server.files["talk.wav"])) == reporter.wanted, "the bytes")
+
+
+def protected(kind, certs):
+    with Reporter() as reporter:
+        for mode, security in (("explicit", 1), ("implicit", 2)):
+            what = f"{kind.__name__} {mode}"
+            tls = {"security": security, "ca": certs.ca}
+            with kind(tls=mode, certificate=certs.good) as server:
+                here, stored = server.account(host="localhost"), server.root / "talk.wav"
+                equal(reporter.publish(here, **tls), "", what)
+                reporter.check_arrived(stored, what)
+                stored.unlink()
+                said = scenarios.full_disk(server, lambda _: reporter.publish(
+                    here, "--on-break", "resume", **tls), reporter.size // 2, 2)
+                equal(said, "", f"{what}, a disk that was full")
+                reporter.check_arrived(stored, f"{what}, resumed")
+                equal(reporter.publish(here, security=security, expect=1),
+                      "Error: Certificate of the server is not trusted." + ASKED, what)
+            for certificate, text in ((certs.wrong_host, "Certificate is for another server name."),
+                                      (certs.expired, "Certificate of the server is expired.")):
+                with kind(tls=mode, certificate=certificate) as server:
+                    equal(reporter.publish(server.account(host="localhost"), expect=1, **tls),
+                          f"Error: {text}{ASKED}", what)
+                    equal(os.listdir(server.root), [], "what was sent all the same")
+            with kind() as server:
+                equal(reporter.publish(server.account(host="localhost"), expect=1, **tls),
+                      "Error: No TLS connection with the server." + ASKED, f"{what}, no TLS")
+            with scripted.ScriptedFtp() as server:
+                account = ftp_servers.Account("localhost", server.port, "any", "secret", "")
+                equal(reporter.publish(account, expect=1, **tls),
+                      "Error: No TLS connection with the server." + ASKED, f"{what}, no TLS")
+                check(server.said and not any("USER" in s or "PASS" in s for s in server.said),
+                      f"what went in clear text: {server.said}")
+
+
+def main():
+    with Reporter(seconds=3) as folder:
+        certs = certificates.Certificates(folder.path("certificates"))
+        run_all([(kind.__name__, breaks_and_refusals, kind) for kind in ftp_servers.FTP_SERVERS] +
+                [("offsets", refused_offsets), ("question", question), ("ways", other_ways),
+                 ("unconfirmed", unconfirmed)] +
+                [(f"{kind.__name__} TLS", protected, kind, certs)
+                 for kind in (ftp_servers.Vsftpd, ftp_servers.Proftpd)])
+
+
+if __name__ == "__main__":
+    main()

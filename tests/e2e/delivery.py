@@ -1,0 +1,126 @@
+"""What the delivery tests share: a reporter with an MP2 project, who publishes to servers.
+
+The published file is the same by FTP, by mail and to file but for the two tick bytes of the
+identifier, so the publication to file is the measure of the others.
+"""
+
+import os
+import random
+import subprocess
+import sys
+import tempfile
+import threading
+import traceback
+from concurrent.futures import ThreadPoolExecutor, as_completed
+
+from orma_e2e import ORMA, ROOT, Desk, check, chunks, equal
+
+sys.path.insert(0, str(ROOT / "tests"))
+from servers import certificates, ftp_servers, mail_servers, proxies, scenarios, scripted  # noqa: E402, F401
+
+SEED = int(os.environ.get("ORMA_SEED", random.SystemRandom().randrange(1 << 32)))
+TICKS = (24, 26)  # bytes of the identifier
+IDENTIFIER_AT = 348  # in the bext chunk
+MOST_MEMORY = 120  # MB
+
+
+def without_ticks(path_or_bytes):
+    """A published file with its tick bytes zeroed."""
+    if isinstance(path_or_bytes, bytes):
+        with tempfile.NamedTemporaryFile(suffix=".wav") as file:
+            file.write(path_or_bytes)
+            file.flush()
+            return without_ticks(file.name)
+    name, start, _ = chunks(path_or_bytes)[0]
+    equal(name, "bext", "first chunk")
+    data = bytearray(open(path_or_bytes, "rb").read())
+    first, end = (start + IDENTIFIER_AT + at for at in TICKS)
+    data[first:end] = bytes(end - first)
+    return bytes(data)
+
+
+class Reporter(Desk):
+    """A desk with the project talk: two takes, three clips, a text."""
+
+    def __init__(self, seconds=40, bitrate=256, wav=False):
+        self.seconds, self.bitrate, self.wav = seconds, bitrate, wav
+
+    def __enter__(self):
+        super().__enter__()
+        kind = ["--wav", "--mono"] if self.wav else ["--mp2", "--stereo", "--bitrate", self.bitrate]
+        self.record("talk.opr", *kind, "--seconds", self.seconds * 2 // 3, "--mark", "0:02")
+        self.record("talk.opr", "--seconds", self.seconds - self.seconds * 2 // 3)
+        self.project = self.path("talk.opr")
+        self.run("publish", self.project, "--cliplist", "--to", "file")
+        self.file = self.path("pub_talk.wav")
+        self.wanted = without_ticks(self.file)
+        self.size = len(self.wanted)
+        return self
+
+    def use(self, account, security=0, ca="", **more):
+        """Makes an FTP account of the servers the destination in use."""
+        values = {"FtpServer": f"{account.host}:{account.port}", "FtpUser": account.user,
+                  "FtpPassword": account.password, "FtpFolder": account.folder, "FtpPassive": 1,
+                  "CurrentFtpName": "studio", "Ftp[0].Name": "studio", "CaFile": ca,
+                  "Ftp[0].Server": f"{account.host}:{account.port}", "Ftp[0].Security": security,
+                  **more}
+        self.run("settings", "set", *(f"{name}={value}" for name, value in values.items()))
+
+    def use_mail(self, host, port, user="", password="", security=0, ca="", **more):
+        """Makes a mail account the one in use; with a user it logs in."""
+        values = {"Smtp[0].Name": "desk", "CurrentSmtpName": "desk", "SmtpServer": host,
+                  "SmtpUser": user, "SmtpPassword": password, "SmtpAuth": 1 if user else 0,
+                  "Smtp[0].Port": port, "Smtp[0].Security": security, "CaFile": ca, **more}
+        self.run("settings", "set", *(f"{name}={value}" for name, value in values.items()))
+
+    def start(self, *arguments, **options):
+        return subprocess.Popen([ORMA, "--home", str(self.home), *map(str, arguments)],
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                                stdin=options.pop("stdin", subprocess.DEVNULL), **options)
+
+    def publish(self, account=None, *options, to="ftp", expect=0, seconds=120, environment=None,
+                **settings):
+        """Publishes the clip list and returns what was said on standard error; a job that does not
+        end within `seconds`, or grows beyond any reason, is a fault."""
+        if account:
+            self.use(account, **settings)
+        job = self.start("publish", self.project, "--cliplist", "--to", to, *options,
+                         env=environment)
+        late = threading.Timer(seconds, job.kill)
+        late.start()
+        said = job.stderr.read()
+        _, status, usage = os.wait4(job.pid, 0)
+        job.returncode = os.waitstatus_to_exitcode(status)
+        job.stdout.close()
+        job.stderr.close()
+        check(late.is_alive(), f"the job did not end within {seconds} s; it said:\n{said}")
+        late.cancel()
+        if expect is not None:
+            equal(job.returncode, expect, f"exit code, {said!r}")
+        check(usage.ru_maxrss / 1024 < MOST_MEMORY, f"the job took {usage.ru_maxrss} KB")
+        check("secret" not in said, f"the password was shown:\n{said}")
+        return said.strip()
+
+    def check_arrived(self, path, what):
+        """The stored file is the published one, and the program itself finds it sound."""
+        got = path.read_bytes()
+        if len(got) != self.size:
+            check(False, f"{what}: {len(got)} bytes are stored, {self.size} were published")
+        check(without_ticks(path) == self.wanted, f"{what}: other bytes are stored")
+        self.run("verify", path)
+
+
+def run_all(steps, workers=6):
+    """Runs (name, function, arguments...) side by side; exits with 1 if one fails."""
+    print(f"seed {SEED}", flush=True)
+    failed = False
+    with ThreadPoolExecutor(workers) as pool:
+        running = {pool.submit(step[1], *step[2:]): step[0] for step in steps
+                   if len(sys.argv) < 2 or step[0] in sys.argv[1:]}
+        for step in as_completed(running):
+            error = step.exception()
+            print(f"{running[step]}: {'whole' if error is None else 'FAILED'}", flush=True)
+            if error is not None:
+                failed = True
+                traceback.print_exception(error)
+    sys.exit(1 if failed or not running else 0)
