@@ -206,9 +206,10 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
              rig.server.breaksAfter = 9000;
              rig.server.breaking = {};
              rig.server.losesAtBreak = 5;
+             rig.files.boxes.answers = {BoxAnswer::kYes};
          },
-         PublishOutcome::kUnverified,
-         {kSize},
+         PublishOutcome::kPublished,
+         {kResume},
          "SIZE talk.wav"},
         {"no connection later, without going on by itself",
          [&](RemoteRig& rig) {
@@ -233,6 +234,9 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
         c.prepare(rig);
         EXPECT_EQ(Cliplist(rig), c.outcome);
         EXPECT_EQ(rig.Boxes(), c.boxes);
+        if (c.outcome == PublishOutcome::kPublished) {
+            EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "");
+        }
         EXPECT_THAT(rig.server.log, Contains(c.last));
         EXPECT_EQ(rig.context.remote.ftp, &rig.ftp);
     }

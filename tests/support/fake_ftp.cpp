@@ -63,6 +63,7 @@ class FakeFtpClient : public FtpClient {
         position_ = offset;
         if (!reading_) server_.files[path].resize(offset);  // a gap becomes zeros, as on real ones
         failure_ = {};
+        deaf_ = false;
         open_ = true;
         return {};
     }
@@ -81,12 +82,14 @@ class FakeFtpClient : public FtpClient {
         if (!open_ || reading_) return kWrong;
         if (!failure_.Ok()) return failure_;
         if (!patience_.GoOn()) return failure_ = {kFtpCancelled, 0, {}};
+        if (deaf_) return {};
         Bytes& file = server_.files[path_];
         if (from.size() > server_.breaksAfter) {
             file.insert(file.end(), from.begin(),
                         from.begin() + static_cast<std::ptrdiff_t>(server_.breaksAfter));
             file.resize(file.size() - std::min(file.size(), server_.losesAtBreak));
             server_.breaksAfter = FakeFtp::kNever;
+            deaf_ = server_.breaking.Ok();
             return failure_ = server_.breaking;
         }
         if (server_.breaksAfter != FakeFtp::kNever) server_.breaksAfter -= from.size();
@@ -114,6 +117,7 @@ class FakeFtpClient : public FtpClient {
     Text path_;
     std::size_t position_ = 0;
     FtpResult failure_;
+    bool deaf_ = false;
 };
 
 }  // namespace

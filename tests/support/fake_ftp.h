@@ -31,7 +31,7 @@ class FakeFtp : public FtpClients {
     FtpResult opening;                   // what opening a file says
     bool refusesRestartedStore = false;  // accepts REST and then refuses STOR, as some do
     std::size_t breaksAfter = kNever;  // the upload fails with the write that exceeds so many bytes
-    FtpResult breaking{kFtpConnectionLost, 0, {}};
+    FtpResult breaking{kFtpConnectionLost, 0, {}};  // if none, nothing arrives and nobody notices
     std::size_t losesAtBreak = 0;  // bytes at the end of completed writes that never arrived
     bool knowsSize = true;         // has SIZE
     FtpResult confirmation;        // what CloseFile says after an upload

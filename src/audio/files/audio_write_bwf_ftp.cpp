@@ -133,9 +133,12 @@ void JStreamAudioWriteBWFFTP::Close() {
     finished_ = false;
     CloseFile();
     if (whole && CloseResult().Ok()) {
-        const std::optional<std::uint64_t> size = PublishedSize(name_);
-        context_.committed = !blind_ && size.value_or(position_) == position_;
-        context_.unverified = !context_.committed;
+        const std::uint64_t stored = PublishedSize(name_).value_or(position_);
+        context_.committed = !blind_ && stored == position_;
+        // Bytes under way were lost, and the server took the broken end for a good one. As long as
+        // its file grows that is an interruption like any other.
+        const bool cutShort = !blind_ && stored < position_ && stored > held_;
+        context_.unverified = !context_.committed && !cutShort;
     } else if (whole) {
         ReportUnconfirmed();
     }
