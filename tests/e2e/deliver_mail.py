@@ -144,6 +144,17 @@ def odd_replies():
                 equal(said, text, f"{way} at {step}")
 
 
+def unsafe_upgrade():
+    """What stands behind the reply to STARTTLS was put there by somebody else."""
+    with Reporter(seconds=3) as reporter, scripted.ScriptedSmtp(
+            {"STARTTLS": b"220 go on\r\n250-desk\r\n250 AUTH LOGIN\r\n"},
+            extensions=("STARTTLS",)) as server:
+        reporter.use_mail("localhost", server.port, "reporter", "secret", STARTTLS)
+        equal(send(reporter, expect=1),
+              "Info: Clear text after STARTTLS: connection not safe.", "an unsafe upgrade")
+        check(not any("AUTH" in line for line in server.said), f"what followed: {server.said}")
+
+
 def broken_mails():
     """A mail that breaks off within its attachment reaches nobody, and the user knows."""
     with Reporter(seconds=60) as reporter:
@@ -202,7 +213,8 @@ def main():
                 [("companions", companions, mail_servers.Exim),
                  ("Exim protection", refused_protection, mail_servers.Exim, certs),
                  ("Postfix protection", refused_protection, mail_servers.Postfix, certs),
-                 ("odd replies", odd_replies), ("broken", broken_mails), ("outbox", outbox)], workers=14)
+                 ("odd replies", odd_replies), ("broken", broken_mails),
+                 ("upgrade", unsafe_upgrade), ("outbox", outbox)], workers=14)
 
 
 if __name__ == "__main__":
