@@ -7,9 +7,12 @@ ORMA_SEED repeats the cuts of a run; names of steps as arguments run these alone
 import os
 import pty
 import random
+import signal
+import threading
+import time
 
-from delivery import (SEED, Reporter, certificates, ftp_servers, run_all, scenarios, scripted,
-                      without_ticks)
+from delivery import (SEED, Reporter, certificates, ftp_servers, proxies, run_all, scenarios,
+                      scripted, without_ticks)
 from orma_e2e import check, equal, speech_at, tool
 
 ASKED = "\nPublishing interrupted!: Resume publishing ?"
@@ -79,6 +82,8 @@ def breaks_and_refusals(kind):
     name, resume = kind.__name__, ("--on-break", "resume")
     with Reporter() as reporter, kind() as server:
         job = Published(reporter, server)
+        reporter.use(server.account())
+        equal(reporter.json("test-connection")["reachable"], True, f"{name}, connection test")
         job.whole(no_accident)
         job.whole(longer_one_before)
         for scenario in (scenarios.cut_data, scenarios.end_data, scenarios.drop_control,
@@ -159,6 +164,38 @@ def other_ways():
         check(said.startswith("Error: InternetWriteFile 12003 426 "), f"why it broke: {said!r}")
 
 
+def broken_image():
+    """The sound is there; an image that breaks off is named, and so is its reason."""
+    with Reporter() as reporter, ftp_servers.Proftpd() as server:
+        picture = reporter.path("quay.jpg")
+        picture.write_bytes(bytes(3_000_000))
+        said = scenarios.cut_data(server, lambda account: reporter.publish(
+            account, "--image", picture, expect=1), reporter.size + 1_000_000)
+        equal(said, "Error: InternetWriteFile 12003 426 Transfer aborted. Data connection closed\n"
+                    "Error: Not published: talk_01.jpg", "an image that broke off")
+        reporter.check_arrived(server.root / "talk.wav", "before a broken image")
+
+
+def cancelled():
+    """Ctrl-C is heard also while a frozen server is waited for, and its upload given up."""
+    with Reporter(seconds=300) as reporter, ftp_servers.PureFtpd() as server, \
+            proxies.FtpProxy(server) as proxy:
+        reporter.use(server.account(proxy.port))
+        frozen = threading.Event()
+        proxy.when(500_000, lambda: (proxy.freeze(), frozen.set()))
+        job = reporter.start("publish", reporter.project, "--cliplist", "--to", "ftp",
+                             "--on-break", "resume")
+        check(frozen.wait(60), "the upload never began")
+        time.sleep(1)
+        job.send_signal(signal.SIGINT)
+        began = time.monotonic()
+        said = job.communicate(timeout=60)[1]
+        check(time.monotonic() - began < 25, "a cancelled job went on")
+        equal((job.returncode, said.strip()),
+              (1, "Info: Publishing was cancelled. The publication is incomplete."), "Ctrl-C")
+        proxy.thaw()
+
+
 def unconfirmed():
     """What the server does not confirm is not called published."""
     with Reporter(seconds=6) as reporter:
@@ -217,7 +254,7 @@ def main():
         certs = certificates.Certificates(folder.path("certificates"))
         run_all([(kind.__name__, breaks_and_refusals, kind) for kind in ftp_servers.FTP_SERVERS] +
                 [("offsets", refused_offsets), ("question", question), ("ways", other_ways),
-                 ("unconfirmed", unconfirmed)] +
+                 ("unconfirmed", unconfirmed), ("image", broken_image), ("cancel", cancelled)] +
                 [(f"{kind.__name__} TLS", protected, kind, certs)
                  for kind in (ftp_servers.Vsftpd, ftp_servers.Proftpd)])
 

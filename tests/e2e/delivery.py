@@ -4,6 +4,7 @@ The published file is the same by FTP, by mail and to file but for the two tick 
 identifier, so the publication to file is the measure of the others.
 """
 
+import base64
 import os
 import random
 import subprocess
@@ -20,6 +21,7 @@ from servers import certificates, ftp_servers, mail_servers, proxies, scenarios,
 SEED = int(os.environ.get("ORMA_SEED", random.SystemRandom().randrange(1 << 32)))
 TICKS = (24, 26)  # bytes of the identifier
 IDENTIFIER_AT = 348  # in the bext chunk
+SECRETS = ("secret", base64.b64encode(b"secret").decode())
 MOST_MEMORY = 60_000_000  # bytes of data, everything but code
 
 
@@ -75,7 +77,8 @@ class Reporter(Desk):
     def start(self, *arguments, stdin=subprocess.DEVNULL, environment=None):
         """Starts the program, with memory for its work and no more."""
         return subprocess.Popen(["/usr/bin/prlimit", f"--data={MOST_MEMORY}", ORMA, "--home",
-                                 str(self.home), *map(str, arguments)], stdin=stdin,
+                                 str(self.home), "--trace", str(self.path("trace")),
+                                 *map(str, arguments)], stdin=stdin,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
                                 env=environment)
 
@@ -94,7 +97,10 @@ class Reporter(Desk):
             fail(f"the job did not end within {seconds} s; it said:\n{job.communicate()[1]}")
         check(job.returncode in (0, 1) if expect is None else job.returncode == expect,
               f"exit code {job.returncode}, expected {expect}; {said!r}")
-        check("secret" not in said, f"the password was shown:\n{said}")
+        told = said + self.path("trace").read_text(errors="replace")
+        self.path("trace").unlink()
+        for form in SECRETS:
+            check(form not in told, f"the password was told: {told}")
         return said.strip()
 
     def check_arrived(self, path, what):
