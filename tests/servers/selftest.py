@@ -148,7 +148,8 @@ def ftp_with_tls(kind, certs, folder):
 
 def message():
     made = EmailMessage()
-    made["Subject"], made["From"], made["To"] = "a take", "desk@localhost", "reporter@localhost"
+    made["Subject"], made["From"] = "a take", "desk@localhost"
+    made["To"] = mail_servers.MailServer.recipient
     made.set_content("See the attachment.")
     made.add_attachment(BYTES, maintype="audio", subtype="wav", filename="take.wav")
     return made
