@@ -85,8 +85,9 @@ class FtpClient {
     /// before that file is opened, which fails without touching the file if it is then refused.
     [[nodiscard]] virtual FtpResult Restart(std::uint64_t offset) = 0;
 
-    /// Size of a remote file in bytes; none, with success, where the server cannot tell or has no
-    /// such file. Not while a file is open.
+    /// Size of a remote file in bytes, 0 when there is no such file (550); none, with success,
+    /// where the server cannot tell sizes. One that cannot tell now (4xx) is kFtpRefused. Not while
+    /// a file is open.
     [[nodiscard]] virtual FtpResult RemoteSize(const Text& path,
                                                std::optional<std::uint64_t>& bytes) = 0;
 

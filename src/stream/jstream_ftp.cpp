@@ -87,6 +87,13 @@ void JStreamFTP::ReportUnconfirmed() {
     Fail(u"InternetWriteFile", closeResult_);
 }
 
+void JStreamFTP::Abandon() {
+    if (fileOpen_) closeResult_ = {kFtpConnectionLost, 0, {}};
+    fileOpen_ = false;
+    status &= ~kOpen;
+    CloseAll();
+}
+
 void JStreamFTP::CloseAll() {
     CloseFile();
     if (session_ == nullptr) return;

@@ -48,6 +48,10 @@ class JStreamFTP : public JStream {
     /// Ends the file and the connection. A borrowed session stays attached, closed.
     void CloseAll();
 
+    /// Breaks off: an open file is not ended, so that the server does not take a piece for the
+    /// whole, and the connection goes with it.
+    void Abandon();
+
     /// Announces that the next file goes on at `offset` bytes. True when refused, for whatever
     /// reason: then nothing is reported, and LastResult tells why.
     [[nodiscard]] bool SendResumeOffset(std::uint32_t offset);
@@ -56,8 +60,8 @@ class JStreamFTP : public JStream {
     /// that was full, for one. A caller that gave the file up has nothing to report.
     void ReportUnconfirmed();
 
-    /// Size in bytes of a remote file, none where the server cannot tell; closes an open file, and
-    /// fails (LastResult) without a report.
+    /// Size in bytes of a remote file, 0 when there is none; nothing where the server cannot tell.
+    /// Closes an open file, and fails (LastResult) without a report.
     [[nodiscard]] std::optional<std::uint64_t> RemoteSize(const Text& path);
 
     /// How the last file was closed: success only when the server confirmed it whole;

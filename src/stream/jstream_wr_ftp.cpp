@@ -28,7 +28,9 @@ JStreamWrFTP::ResumeAnswer JStreamWrFTP::ResumeOpen(const Text& baseName, std::u
     if (!EnsureConnected()) return kNoConnection;
     CloseFile();
     if (SendResumeOffset(offset)) {
-        if (LastResult().code == kFtpRefused) return kOffsetRefused;
+        constexpr int kGoingAway = 421;  // no answer to the question
+        const FtpResult& result = LastResult();
+        if (result.code == kFtpRefused && result.replyNumber != kGoingAway) return kOffsetRefused;
         CloseAll();
         return kNoConnection;
     }

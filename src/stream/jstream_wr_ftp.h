@@ -33,8 +33,8 @@ class JStreamWrFTP : public JStreamFTP {
     /// IsOpen. A stream that is writable already is left as it is.
     [[nodiscard]] ResumeAnswer ResumeOpen(const Text& baseName, std::uint32_t offset);
 
-    /// Size in bytes on the server of the file of this base name; connects if it must. None where
-    /// it cannot be had.
+    /// Size in bytes on the server of the file of this base name, 0 when there is none; connects if
+    /// it must. Nothing where it cannot be had.
     [[nodiscard]] std::optional<std::uint64_t> PublishedSize(const Text& baseName);
 
   private:

@@ -175,7 +175,7 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
          [](RemoteRig& rig) { rig.server.breaksAfter = 9000; },
          PublishOutcome::kFailed,
          {kLost, kResume},
-         "CLOSE"},
+         "QUIT"},
         {"no restart",
          [&](RemoteRig& rig) {
              broken(rig);
@@ -187,12 +187,39 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
         {"a restart that stores nothing",
          [&](RemoteRig& rig) {
              broken(rig);
-             rig.server.refusesRestartedStore = true;
+             rig.server.restartedStore = {kFtpRefused, 451, u"451 No."};
              rig.settings.AutoResume = 1;
          },
          PublishOutcome::kFailed,
          {kNotPossible},
          "REST 9000"},
+        {"a store that the disk has no room for",
+         [&](RemoteRig& rig) {
+             broken(rig);
+             rig.server.restartedStore = {kFtpRefused, 552, u"552 Full."};
+         },
+         PublishOutcome::kFailed,
+         {kLost, kResume, u"FtpOpenFile 12003 552 Full.", kResume},
+         "REST 9000"},
+        {"a file that the dead session still holds",
+         [&](RemoteRig& rig) {
+             broken(rig);
+             rig.server.restartedStore = {kFtpRefused, 450, u"450 Busy."};
+             rig.server.refusedRestartedStores = 3;
+             rig.settings.AutoResume = 1;
+         },
+         PublishOutcome::kPublished,
+         {},
+         "REST 9000"},
+        {"sizes that it does not tell any more",
+         [&](RemoteRig& rig) {
+             rig.progress.onText = [&rig](const Text& text) {
+                 if (text != kConnecting) rig.server.knowsSize = false;
+             };
+         },
+         PublishOutcome::kUnverified,
+         {kSize},
+         "SIZE talk.wav"},
         {"no sizes: it went on, but who knows",
          [&](RemoteRig& rig) {
              broken(rig);
@@ -239,6 +266,36 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
         }
         EXPECT_THAT(rig.server.log, Contains(c.last));
         EXPECT_EQ(rig.context.remote.ftp, &rig.ftp);
+    }
+}
+
+TEST(Delivery, BeginsAnewWhereTheServersFileIsNotThePieceThatWasSent) {
+    RemoteRig rig;
+    rig.AddClips(true, 44100, 1);
+    rig.settings.AutoResume = 1;
+    const auto publish = [&] {
+        rig.clock.ticks = 0;
+        return Cliplist(rig);
+    };
+    ASSERT_EQ(publish(), PublishOutcome::kPublished);
+    const Bytes whole = rig.server.files[u"talk.wav"];
+    const std::vector<std::function<void()>> afterTheBreak = {
+        [&] { rig.server.files.erase(u"talk.wav"); },                 // it drops what broke off
+        [&] { rig.server.files[u"talk.wav"].resize(whole.size()); },  // it has more than was sent
+        [] {},  // it shows what was there before
+    };
+    for (const auto& meddle : afterTheBreak) {
+        rig.server.files[u"talk.wav"] = Bytes(5000, 'o');
+        rig.server.breaksAfter = 9000;
+        rig.server.hidesUploads = &meddle == &afterTheBreak.back();
+        rig.server.log.clear();
+        bool first = true;
+        rig.progress.onText = [&](const Text& text) {
+            if (text == kConnecting && !std::exchange(first, false)) meddle();
+        };
+        EXPECT_EQ(publish(), PublishOutcome::kPublished) << testing::PrintToString(rig.server.log);
+        EXPECT_TRUE(rig.server.files[u"talk.wav"] == whole);
+        EXPECT_THAT(rig.server.log, Not(Contains(testing::StartsWith("REST"))));
     }
 }
 
@@ -314,6 +371,32 @@ TEST(Delivery, ThatIsCancelledEndsTheFileAndSendsNothingMore) {
         EXPECT_THAT(text, testing::HasSubstr("qlty")) << "its end is written";
         EXPECT_EQ(rig.server.files.size(), method == 0 ? 1U : 0U);
     }
+}
+
+TEST(Delivery, ThatStopsInTheMiddleLeavesNothingThatLooksWhole) {
+    RemoteRig cancelled;
+    cancelled.AddClips(true, 44100, 1);
+    cancelled.settings.AutoResume = 1;
+    cancelled.server.breaksAfter = 9000;
+    int attempts = 0;
+    cancelled.progress.onText = [&](const Text& text) {
+        if (text == u"  Publishing audio...  " && ++attempts == 2)
+            cancelled.progress.cancelAt = cancelled.progress.asked + 1;
+    };
+    EXPECT_EQ(Cliplist(cancelled), PublishOutcome::kCancelled);
+    EXPECT_EQ(cancelled.server.files[u"talk.wav"].size(), 9000U) << "no end in the middle of it";
+    EXPECT_THAT(cancelled.Boxes(),
+                ElementsAre(u"Publishing was cancelled.\nThe publication is incomplete."));
+    EXPECT_THAT(cancelled.server.log, Not(Contains("CLOSE")));
+
+    RemoteRig unreadable;
+    unreadable.AddClips(true, 44100, 1);
+    Bytes take = unreadable.File(u"talk00.mp2");
+    take[take.size() / 192 / 2 * 192] = 0;
+    WriteFileBytes(unreadable.Path(u"talk00.mp2"), take);
+    EXPECT_EQ(Cliplist(unreadable), PublishOutcome::kFailed);
+    EXPECT_FALSE(unreadable.server.files[u"talk.wav"].empty());
+    EXPECT_THAT(unreadable.server.log, Not(Contains("CLOSE")));
 }
 
 TEST(Delivery, OfBareFramesIsTheSoundAlone) {

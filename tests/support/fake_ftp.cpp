@@ -45,7 +45,8 @@ class FakeFtpClient : public FtpClient {
         bytes.reset();
         if (!connected_ || open_) return kWrong;
         server_.log.push_back("SIZE " + ToUtf8(path));
-        if (server_.knowsSize && server_.files.contains(path)) bytes = server_.files[path].size();
+        if (!server_.knowsSize) return {};
+        bytes = server_.files.contains(path) ? server_.files[path].size() : 0;
         return {};
     }
 
@@ -57,11 +58,15 @@ class FakeFtpClient : public FtpClient {
         if (!server_.opening.Ok()) return server_.opening;
         if (reading_ && !server_.files.contains(path))
             return {kFtpRefused, 550, u"550 Failed to open file."};
-        if (!reading_ && offset > 0 && server_.refusesRestartedStore)
-            return {kFtpRefused, 451, u"451 Append/Restart not permitted, try again"};
-        path_ = path;
+        if (!reading_ && offset > 0 && !server_.restartedStore.Ok() &&
+            server_.refusedRestartedStores > 0) {
+            if (server_.refusedRestartedStores != FakeFtp::kNever) --server_.refusedRestartedStores;
+            return server_.restartedStore;
+        }
+        finalPath_ = path;
+        path_ = !reading_ && offset == 0 && server_.hidesUploads ? path + u".part" : path;
         position_ = offset;
-        if (!reading_) server_.files[path].resize(offset);  // a gap becomes zeros, as on real ones
+        if (!reading_) server_.files[path_].resize(offset);  // a gap becomes zeros, as on real ones
         failure_ = {};
         deaf_ = false;
         open_ = true;
@@ -102,7 +107,10 @@ class FakeFtpClient : public FtpClient {
         open_ = false;
         server_.log.emplace_back("CLOSE");
         if (reading_) return {};
-        return failure_.Ok() ? server_.confirmation : failure_;
+        if (!failure_.Ok()) return failure_;
+        if (path_ != finalPath_ && server_.confirmation.Ok())
+            server_.files[finalPath_] = std::move(server_.files.extract(path_).mapped());
+        return server_.confirmation;
     }
 
   private:
@@ -114,6 +122,7 @@ class FakeFtpClient : public FtpClient {
     bool open_ = false;
     bool reading_ = false;
     std::uint64_t restart_ = 0;
+    Text finalPath_;
     Text path_;
     std::size_t position_ = 0;
     FtpResult failure_;

@@ -28,8 +28,10 @@ class FakeFtp : public FtpClients {
     std::size_t failingConnections = kNever;  // how many of them, where `connection` is a failure
     bool takesRestart = true;                 // 350 to REST
     FtpResult restart{kFtpRefused, 502, u"502 Command not implemented."};  // otherwise
-    FtpResult opening;                   // what opening a file says
-    bool refusesRestartedStore = false;  // accepts REST and then refuses STOR, as some do
+    FtpResult opening;         // what opening a file says
+    FtpResult restartedStore;  // what a server that accepts REST says to the STOR behind it
+    std::size_t refusedRestartedStores = kNever;  // to how many, where that is a failure
+    bool hidesUploads = false;         // a new file comes to stand under its name when it is whole
     std::size_t breaksAfter = kNever;  // the upload fails with the write that exceeds so many bytes
     FtpResult breaking{kFtpConnectionLost, 0, {}};  // if none, nothing arrives and nobody notices
     std::size_t losesAtBreak = 0;  // bytes at the end of completed writes that never arrived

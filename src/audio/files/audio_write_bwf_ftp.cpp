@@ -1,6 +1,7 @@
 #include "audio/files/audio_write_bwf_ftp.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 #include "audio/files/bwf_output.h"
@@ -9,10 +10,11 @@
 namespace orma {
 namespace {
 
-/// A refusal that asking again will not change: a permanent one (5xx), or 451, which servers give
-/// that do not allow files to be continued.
-bool RefusesForGood(const FtpResult& result) {
-    return result.code == kFtpRefused && (result.replyNumber >= 500 || result.replyNumber == 451);
+/// The replies to a store at an offset of servers that do not continue files. A full disk, a wrong
+/// name or a file that is busy are reasons of their own.
+bool KnowsNoRestart(const FtpResult& result) {
+    constexpr std::array kReplies = {451, 501, 502, 504, 550};
+    return result.code == kFtpRefused && std::ranges::count(kReplies, result.replyNumber) > 0;
 }
 
 }  // namespace
@@ -37,9 +39,24 @@ void JStreamAudioWriteBWFFTP::OpenRemote(const Text& name) {
     context_.committed = false;
     context_.unverified = false;
     handed_ = 0;
+    older_.reset();
     CloseFile();
     SetDestination(context_.remote.account, context_.remote.extension);
-    OpenForWriting(name);
+    OpenAnew();
+}
+
+/// Opens the file at its beginning. What stands there before is an earlier publication.
+void JStreamAudioWriteBWFFTP::OpenAnew() {
+    if (!EnsureConnected()) return;
+    if (!older_) older_ = PublishedSize(name_);
+    OpenForWriting(name_);
+}
+
+/// How many of this publication's first bytes the server has. A size that was there before is the
+/// earlier publication's: some servers show a new file only when it is whole, others drop what
+/// broke off. One that nobody has asked for before, or beyond what was sent, means nothing.
+std::uint64_t JStreamAudioWriteBWFFTP::Held(std::uint64_t size) const {
+    return older_ && size != *older_ && size <= handed_ ? size : 0;
 }
 
 void JStreamAudioWriteBWFFTP::Open(const Text& name) {
@@ -56,24 +73,26 @@ int JStreamAudioWriteBWFFTP::Resume(const Text& name, std::uint32_t offset) {
     CloseFile();
     Connect();
     if (!IsConnected()) return kNoConnection;
-    std::uint64_t held = offset;
+    std::uint64_t held = 0;
     blind_ = false;
     if (offset > 0) {
         const std::optional<std::uint64_t> size = PublishedSize(name);
         // Not to be taken for a server that cannot tell: nobody knows what it holds.
         if (!size && !LastResult().Ok()) return kNoConnection;
-        // What of a failed write arrived is right as well.
-        if (size) held = std::min(*size, std::max(held, handed_));
-        blind_ = !size;
+        if (size)
+            held = Held(*size);
+        else if (!older_)  // it never could
+            held = offset;
+        blind_ = !size && held > 0;
     }
     if (held == 0) {
-        OpenForWriting(name);
+        OpenAnew();
     } else if (const ResumeAnswer answer = ResumeOpen(name, static_cast<std::uint32_t>(held));
                answer != kResumed) {
         return answer;
     }
     // Some servers agree to an offset and then refuse to store there.
-    if (held > 0 && !IsOpen() && RefusesForGood(LastResult())) return kOffsetRefused;
+    if (held > 0 && !IsOpen() && KnowsNoRestart(LastResult())) return kOffsetRefused;
     Trace("Resuming at %llu", static_cast<unsigned long long>(held));
     Begin(held);
     return kResumed;
@@ -98,7 +117,7 @@ void JStreamAudioWriteBWFFTP::Write(const void* buffer, std::uint32_t count) {
         std::clamp<std::uint64_t>(held_, position_, position_ + count) - position_);
     position_ += count;
     if (held == count || !IsOpen()) return;
-    handed_ = position_;
+    handed_ = std::max(handed_, position_);
     JStreamWrFTP::Write(static_cast<const std::uint8_t*>(buffer) + held, count - held);
     context_.bytesSent = held_ + BytesWritten();
 }
@@ -121,6 +140,8 @@ void JStreamAudioWriteBWFFTP::ResendLast() {
 }
 
 void JStreamAudioWriteBWFFTP::Finish() {
+    // Cancelled while passing over what the server has: an end from here would be cut into it.
+    if (position_ < held_) return;
     FlushFeed();
     if (!IsOpen()) return;
     if (context_.remote.broadcastWave) (void)WriteTrailingChunks(*this, context_);
@@ -131,15 +152,20 @@ void JStreamAudioWriteBWFFTP::Close() {
     ReleaseFeed();
     const bool whole = finished_ && IsOpen();
     finished_ = false;
+    if (!whole) {
+        Abandon();
+        return;
+    }
     CloseFile();
-    if (whole && CloseResult().Ok()) {
-        const std::uint64_t stored = PublishedSize(name_).value_or(position_);
-        context_.committed = !blind_ && stored == position_;
+    if (CloseResult().Ok()) {
+        const std::optional<std::uint64_t> size = PublishedSize(name_);
+        const bool fits = size ? *size == position_ : LastResult().Ok() && !older_;
+        context_.committed = fits && !blind_;
         // Bytes under way were lost, and the server took the broken end for a good one. As long as
         // its file grows that is an interruption like any other.
-        const bool cutShort = !blind_ && stored < position_ && stored > held_;
+        const bool cutShort = !blind_ && size && *size < position_ && Held(*size) > held_;
         context_.unverified = !context_.committed && !cutShort;
-    } else if (whole) {
+    } else {
         ReportUnconfirmed();
     }
     CloseAll();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "audio/files/audio_write.h"
 #include "audio/files/wr_mp2.h"
 #include "stream/jstream_wr_ftp.h"
@@ -23,9 +25,10 @@ class JStreamAudioWriteBWFFTP : public JStreamAudioWrite, public JStreamWrFTP, p
     void OpenRemote(const Text& name) override;
 
     /// Reopens the remote file where it broke off: where the server's file ends, for bytes that
-    /// were sent need not have arrived, or at `offset` where the server cannot tell sizes. At 0 the
-    /// file is opened afresh. 1: the server cannot go on at an offset; 2: no connection. After 0
-    /// the open itself shows in IsOpen, and the job sends everything from its first byte.
+    /// were sent need not have arrived, or at `offset` where the server cannot tell sizes. At 0, or
+    /// where the server's file is not the piece that was sent, the file is opened afresh. 1: the
+    /// server cannot go on at an offset; 2: no connection. After 0 the open itself shows in IsOpen,
+    /// and the job sends everything from its first byte.
     [[nodiscard]] int Resume(const Text& name, std::uint32_t offset) override;
     [[nodiscard]] int Reconnect(std::uint32_t offset) override { return Resume(name_, offset); }
     void ResendLast() override;
@@ -33,8 +36,9 @@ class JStreamAudioWriteBWFFTP : public JStreamAudioWrite, public JStreamWrFTP, p
     void Finish() override;
 
     /// Ends the transfer and disconnects. A finished publication that the server has confirmed is
-    /// committed when its size there is right; where the server cannot tell sizes, unless it was
-    /// resumed. Otherwise it is unverified. What is not finished stays as far as it got.
+    /// committed when its size there is right; where the server never could tell sizes, unless it
+    /// was resumed. Otherwise it is unverified. What is not finished breaks off, so that nobody
+    /// takes it for whole, and stays as far as it got.
     void Close() override;
 
     void ReleaseEncoder() override { ReleaseFeed(); }
@@ -45,14 +49,17 @@ class JStreamAudioWriteBWFFTP : public JStreamAudioWrite, public JStreamWrFTP, p
     void Write(const void* buffer, std::uint32_t count) override;
 
   private:
+    void OpenAnew();
+    [[nodiscard]] std::uint64_t Held(std::uint64_t size) const;
     void Begin(std::uint64_t held);
 
     WriterContext& context_;
     Text name_;
-    std::uint64_t held_ = 0;      // bytes at the file's start that are not sent again
-    std::uint64_t position_ = 0;  // bytes of the file so far, sent or held
-    std::uint64_t handed_ = 0;    // bytes up to the last write, completed or not
-    bool blind_ = false;          // resumed where the server could not tell what it held
+    std::uint64_t held_ = 0;              // bytes at the file's start that are not sent again
+    std::uint64_t position_ = 0;          // bytes of the file so far, sent or held
+    std::uint64_t handed_ = 0;            // bytes up to the farthest write, completed or not
+    std::optional<std::uint64_t> older_;  // size of what stood under the name before, where told
+    bool blind_ = false;                  // resumed where the server could not tell what it held
     bool finished_ = false;
     Bytes last_;  // the last block of sound
 };

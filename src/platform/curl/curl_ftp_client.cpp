@@ -42,6 +42,13 @@ bool FitsInCommand(const Text& text) {
     return text.find_first_of(std::u16string_view(u"\r\n\0", 3)) == Text::npos;
 }
 
+std::optional<std::uint64_t> NumberIn(std::string_view digits) {
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (error != std::errc() || end == digits.data()) return {};
+    return number;
+}
+
 // The path as one word of a URL; its own first slash must not be taken for the URL's.
 std::string Escaped(std::string_view path) {
     std::string escaped = "/";
@@ -120,13 +127,7 @@ std::size_t CurlFtpClient::OnReply(std::string_view line) {
         // libcurl would take any friendly word for consent and store at the wrong place.
         if (kind_ != Kind::kCommands && reply_.Number() != 350) return 0;
     }
-    if (verb_ == "SIZE" && reply_.Number() == 213) {
-        const std::string_view digits = reply_.LastLine();
-        std::uint64_t bytes = 0;
-        const auto [end, error] =
-            std::from_chars(digits.data(), digits.data() + digits.size(), bytes);
-        if (error == std::errc() && end != digits.data()) size_ = bytes;
-    }
+    if (verb_ == "SIZE") sizeReply_ = reply_;
     if (began_ && reply_.Number() < 200) inOrder_ = true;
     return line.size();
 }
@@ -235,7 +236,7 @@ bool CurlFtpClient::Begin(const Task& task) {
     reply_.Clear();
     restReply_.Clear();
     replyBytes_ = 0;
-    size_.reset();
+    sizeReply_.Clear();
     pending_ = {};
     into_ = {};
     surplus_.clear();
@@ -474,8 +475,13 @@ FtpResult CurlFtpClient::RemoteSize(const Text& path, std::optional<std::uint64_
     if (!FitsInCommand(path)) return {};
     // Servers refuse the size of a file in text mode, in which a log-in begins.
     FtpResult result = Exchange({.commands = {"*TYPE I", "*SIZE " + ToUtf8(path)}});
-    if (result.Ok()) bytes = size_;
-    return result;
+    if (!result.Ok()) return result;
+    constexpr int kSize = 213;
+    constexpr int kNoSuchFile = 550;
+    const int number = sizeReply_.Number();
+    if (number == kSize) bytes = NumberIn(sizeReply_.LastLine());
+    if (number == kNoSuchFile) bytes = 0;
+    return number >= 400 && number < 500 ? Refusal(sizeReply_, password_) : result;
 }
 
 FtpResult CurlFtpClient::OpenFile(const Text& path, Access access) {

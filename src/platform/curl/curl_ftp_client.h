@@ -101,7 +101,7 @@ class CurlFtpClient : public FtpClient {
     FtpReply reply_;    // to it
     std::size_t replyBytes_ = 0;
     FtpReply restReply_;
-    std::optional<std::uint64_t> size_;
+    FtpReply sizeReply_;
     ByteSpan pending_;              // of Write
     bool hungry_ = false;           // all that was written is in the system's hands
     bool ending_ = false;           // no more will be written
