@@ -25,18 +25,16 @@ bool AudioDelivery::CanResume() const {
 }
 
 PublishOutcome AudioDelivery::Run(const Text& baseName) {
-    ErrorReporter& report = s_.readers.files.report;
     s_.writers.SelectWriter(terms_.writer);
     if (s_.writers.Current() == nullptr) {
-        report.ShowError(u"There is no network.");
+        s_.readers.files.report.ShowError(u"There is no network.");
         return PublishOutcome::kFailed;
     }
-    report.SilenceInternetFailures(terms_.autoResume);
+    Context().bytesSent = 0;
     s_.patience.Start();
     const PublishOutcome outcome = Attempts(baseName);
     Writer().ReleaseEncoder();
     Context().publication = {};  // its chunks are as long as the sound
-    report.SilenceInternetFailures(false);
     return outcome;
 }
 

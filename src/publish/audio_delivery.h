@@ -24,7 +24,7 @@ struct AudioDeliveryTerms {
     WriterKind writer = WriterKind::kBwfMp2File;
     Mp2Bitrate bitrate;            // what the writer encodes with
     std::uint64_t totalBytes = 0;  // of the published file
-    bool autoResume = false;       // go on after a break without asking, in silence
+    bool autoResume = false;       // go on after a break without asking
 };
 
 /// Sends the sound of a publication through the writer, whose context has been filled in: one
@@ -47,7 +47,6 @@ class AudioDelivery {
     AudioDelivery(AudioDeliveryServices services, const Publication& publication,
                   AudioDeliveryTerms terms);
 
-    /// Internet failures are silent meanwhile when it resumes by itself.
     [[nodiscard]] PublishOutcome Run(const Text& baseName);
 
   private:

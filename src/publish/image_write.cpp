@@ -22,8 +22,15 @@ bool JStreamImageWritePubFTP::CloseNamed() {
     const bool whole = IsOpen();
     const std::uint64_t bytes = BytesWritten();
     CloseFile();
-    if (!whole || !CloseResult().Ok()) return false;
-    return RemoteSize(path_).value_or(bytes) == bytes;
+    if (!whole) return false;
+    if (!CloseResult().Ok()) {
+        ReportUnconfirmed();
+        return false;
+    }
+    const std::optional<std::uint64_t> size = RemoteSize(path_);
+    if (!size) return LastResult().Ok() && !tellsSizes_;
+    tellsSizes_ = true;
+    return *size == bytes;
 }
 
 JStreamImageWritePubEMAIL::JStreamImageWritePubEMAIL(const MailServices& services,

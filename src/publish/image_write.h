@@ -37,11 +37,12 @@ class JStreamImageWritePubFTP : public JStreamImageWrite, public JStreamFTP {
 
     /// True when the server confirmed the file and, where it can tell, has its size.
     [[nodiscard]] bool CloseNamed() override;
-    void Abort() override { CloseAll(); }
+    void Abort() override { Abandon(); }
 
   private:
     FtpAccount account_;
     Text path_;
+    bool tellsSizes_ = false;  // it told one
 };
 
 /// Files as attachments, each of a mail of its own.

@@ -25,6 +25,20 @@ std::uint64_t TotalBytes(const Publication& publication, const PublicationTempla
     return otherBytes - MpegFormatBlock::kBytes + PcmFormatBlock::kBytes + soundBytes;
 }
 
+/// Nobody reads boxes of a job that goes on by itself; its own words at the end are enough.
+class InternetSilence {
+  public:
+    InternetSilence(ErrorReporter& report, bool silent) : report_(report) {
+        report_.SilenceInternetFailures(silent);
+    }
+    ~InternetSilence() { report_.SilenceInternetFailures(false); }
+    InternetSilence(const InternetSilence&) = delete;
+    InternetSilence& operator=(const InternetSilence&) = delete;
+
+  private:
+    ErrorReporter& report_;
+};
+
 }  // namespace
 
 PublishJob::PublishJob(PublishServices services) : s_(services) {}
@@ -64,7 +78,7 @@ PublishOutcome PublishJob::PublishClip(Mode mode, bool busy) {
     if (busy || !IsEnabled(mode)) return PublishOutcome::kRefused;
     const CurrentRecording& recording = s_.project.Recording();
     const bool selected = recording.selectionStart < recording.selectionEnd;
-    if (!selected && !(mode == Mode::kNormal && settings_.imagePublishing)) {
+    if (!selected && (mode == Mode::kToFile || !settings_.imagePublishing)) {
         s_.readers.files.report.ShowError(u"Nothing recorded or selected");
         return PublishOutcome::kRefused;
     }
@@ -73,8 +87,10 @@ PublishOutcome PublishJob::PublishClip(Mode mode, bool busy) {
     if (!selected) {
         // There is no sound to send; the images may be all that is wanted.
         const Text& baseName = s_.project.Name();
-        if (!ChooseDestination(baseName, 0, false)) return PublishOutcome::kRefused;
-        if (HasImages() && s_.state.choices.imagesAttached) return SendCompanions(baseName);
+        const bool withImages = mode == Mode::kNormal;
+        if (withImages && !ChooseDestination(baseName, 0, false)) return PublishOutcome::kRefused;
+        if (withImages && HasImages() && s_.state.choices.imagesAttached)
+            return SendCompanions(baseName);
         s_.readers.files.report.ShowError(u"Nothing recorded or selected");
         return PublishOutcome::kRefused;
     }
@@ -98,7 +114,7 @@ PublishOutcome PublishJob::PublishCliplist(Mode mode, bool busy) {
         report.ShowError(u"MenuPublishCliplist");
         return PublishOutcome::kRefused;
     }
-    if (s_.project.Clips().Empty() && !(mode == Mode::kNormal && settings_.imagePublishing)) {
+    if (s_.project.Clips().Empty() && (mode == Mode::kToFile || !settings_.imagePublishing)) {
         report.ShowError(u"Nothing in cliplist");
         return PublishOutcome::kRefused;
     }
@@ -157,6 +173,7 @@ PublishOutcome PublishJob::Publish(const ClipList& clips, const Text& baseName, 
     }
 
     const AudioDeliveryTerms terms = FillContext(*publication, baseName, toFile);
+    const InternetSilence silence(s_.readers.files.report, terms.autoResume);
     AudioDelivery delivery({s_.readers, s_.writers, s_.progress, s_.patience}, *publication, terms);
     const PublishOutcome outcome = delivery.Run(baseName);
     publishedPath_ = s_.writers.Context().publishedPath;

@@ -118,9 +118,21 @@ TEST_F(CompanionsTest, AreNamedWhenTheyDoNotArrive) {
 
     rig.files.boxes.shown.clear();
     rig.progress.onText = nullptr;
-    rig.server.confirmation.code = kFtpTimeout;
+    rig.server.confirmation = {kFtpRefused, 552, u"552 Full."};
     EXPECT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kFailed);
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Not published:\ntalk_01.jpg"));
+    EXPECT_THAT(rig.Boxes(),
+                ElementsAre(u"InternetWriteFile 12003 552 Full.", u"Not published:\ntalk_01.jpg"));
+
+    // The silence of a job that goes on by itself lasts until its end.
+    rig.files.boxes.shown.clear();
+    rig.server.confirmation = {};
+    rig.settings.AutoResume = 1;
+    rig.progress.onText = [&](const Text& text) {
+        if (text == u"  Publishing image...  ") rig.server.opening = {kFtpRefused, 553, u"553 No."};
+    };
+    EXPECT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kFailed);
+    rig.files.report.ReportInternetFailure(u"x", kFtpTimeout, u"");
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Not published:\ntalk_01.jpg", u"Timeout"));
 }
 
 TEST_F(CompanionsTest, OrNothingAtAllWhenTheDialogIsCancelled) {
@@ -157,6 +169,9 @@ TEST(PublishChecks, RefuseWithTheirTexts) {
     rig.settings.FtpPublishing = 0;
     EXPECT_TRUE(refused(job.MenuPublishClip(false)));  // in silence
     EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
+    rig.settings.ImagePublishing = 1;
+    EXPECT_TRUE(refused(job.MenuPublishFastCliplist(false)));  // in silence: images need no clip
+    rig.settings.ImagePublishing = 0;
     rig.settings.PublishMethod = 1;  // which needs no such option
     EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
     EXPECT_THAT(rig.Boxes(), ElementsAre(u"MenuPublishCliplist", u"MenuPublishCliplist",
