@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
 
 #include "platform/posix/console.h"
 
@@ -18,8 +17,7 @@ BoxAnswer ConsoleBoxes::Show(const MessageBox& box) {
     if (box.buttons != BoxButtons::kYesNo || !asks_ || !InputIsTerminal()) return answer_;
     std::fputs("[y/N] ", stderr);
     std::fflush(stderr);
-    std::string line;
-    std::getline(std::cin, line);
+    const std::string line = ReadAnswer();
     if (!line.starts_with('y') && !line.starts_with('Y')) return BoxAnswer::kNo;
     errors_ = 0;
     return BoxAnswer::kYes;

@@ -7,38 +7,47 @@
 #include "cli/environment.h"
 #include "cli/option_dialogs.h"
 #include "cli/output.h"
-#include "platform/curl/curl_ftp_clients.h"
 #include "publish/dialogs/current_accounts.h"
-#include "stream/ftp_session.h"
+#include "stream/connection_test.h"
+#include "stream/jstream_smtp.h"
 
 namespace orma::cli {
 namespace {
 
-/// Ctrl-C ends the program: nothing is under way that would have to be put in order.
-class UntilAnswered : public Patience {
-    [[nodiscard]] bool GoOn() override { return true; }
-};
+bool MailServerAnswers(Application& app, const SmtpAccount& account) {
+    JStreamsmtp smtp(*app.mail);
+    if (smtp.Open(account) == SmtpOpenResult::kOk) {
+        smtp.Disconnect();
+        return true;
+    }
+    app.report.ShowError(u"No log-in at the mail server.");
+    return false;
+}
 
 /// Logs in and out again; why that fails goes to the boxes.
-int TestFtp(const Globals& globals, const std::string& accountName) {
+int TestDestination(const Globals& globals, const std::string& accountName) {
     Environment environment(globals);
     Application& app = environment.App();
     LoadSettings(app);
-    app.settings.PublishMethod = 0;  // FTP destinations are what is tested
+    SettingsRecord& settings = app.settings;
+    if (!accountName.empty()) settings.PublishMethod = 0;  // the name is that of an FTP destination
     DialogOptions options;
     options.account = accountName;
-    UseAccount(options, app.settings);
-    const FtpAccount account = CurrentFtpAccount(app.settings);
-    if (account.server.empty()) throw std::runtime_error("no FTP destination is in use");
+    UseAccount(options, settings);
+    const bool mail = settings.PublishMethod != 0;
+    const FtpAccount account = CurrentFtpAccount(settings);
+    const SmtpAccount mailAccount = CurrentSmtpAccount(settings);
+    if (mail && mailAccount.server.empty()) throw std::runtime_error("no mail server is in use");
+    if (!mail && account.server.empty()) throw std::runtime_error("no FTP destination is in use");
 
-    CurlFtpClients clients;
-    UntilAnswered patience;
-    const FtpSession session({clients, app.report, patience}, account);
-    Print({{"name", ToJson(app.settings.CurrentFtpName)},
-           {"server", ToJson(account.server)},
-           {"reachable", session.IsConnected()}},
+    const bool reachable =
+        TestConnection(static_cast<int>(settings.PublishMethod), account, *app.ftp,
+                       [&] { return MailServerAnswers(app, mailAccount); }, {.silent = false});
+    Print({{"name", ToJson(mail ? settings.CurrentSmtpName : settings.CurrentFtpName)},
+           {"server", ToJson(mail ? mailAccount.server : account.server)},
+           {"reachable", reachable}},
           globals.json);
-    return session.IsConnected() ? kOk : kFailed;
+    return reachable ? kOk : kFailed;
 }
 
 }  // namespace
@@ -46,11 +55,13 @@ int TestFtp(const Globals& globals, const std::string& accountName) {
 void AddTestConnectionCommand(CLI::App& app, const Globals& globals, Action& action) {
     auto account = std::make_shared<std::string>();
     CLI::App* command = app.add_subcommand(
-        "test-connection", "Try to log in to an FTP destination; exit code 1 when that fails");
-    command->add_option("--account", *account, "The destination's name; else the one in use")
+        "test-connection",
+        "Try to log in at the FTP destination or mail server in use; exit code 1 when that fails");
+    command
+        ->add_option("--account", *account, "The name of an FTP destination; else what is in use")
         ->type_name("NAME");
     command->callback([&globals, &action, account] {
-        action = [&globals, account] { return TestFtp(globals, *account); };
+        action = [&globals, account] { return TestDestination(globals, *account); };
     });
 }
 

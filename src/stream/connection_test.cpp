@@ -1,13 +1,11 @@
 #include "stream/connection_test.h"
 
-#include "stream/ftp_session.h"
-
 namespace orma {
 
 bool TestConnection(int publishMethod, const FtpAccount& account, FtpServices services,
-                    const ReachesHost& reachesHost, const WebAddress& web) {
-    if (publishMethod != 0) return reachesHost(web.host, web.port);
-    return FtpSession(services, account, {.silent = true}).IsConnected();
+                    const std::function<bool()>& mailServerAnswers, FtpManner manner) {
+    if (publishMethod != 0) return mailServerAnswers();
+    return FtpSession(services, account, manner).IsConnected();
 }
 
 }  // namespace orma

@@ -112,8 +112,7 @@ void Drive::Run(const std::string& line) {
         stream_.OpenWriterSession(account_);
         Say(stream_.IsConnected() ? "connected" : "not connected", stream_.LastResult());
     } else if (verb == "test") {
-        std::cout << "test: "
-                  << TestConnection(0, account_, services_, [](const Text&, int) { return false; });
+        std::cout << "test: " << TestConnection(0, account_, services_, [] { return false; });
     } else if (verb == "disconnect") {
         stream_.CloseAll();
         Say("disconnect", stream_.CloseResult());
