@@ -89,6 +89,7 @@ def breaks_and_refusals(kind):
         for scenario in (scenarios.cut_data, scenarios.end_data, scenarios.drop_control,
                          scenarios.drop_all, scenarios.kill_and_restart):
             job.whole(scenario, job.somewhere(), options=resume)
+        job.whole(scenarios.drop_control, reporter.size - 50, options=resume)  # inside the last chunk
         job.whole(scenarios.freeze, job.somewhere(), 1.5, options=resume)
         job.whole(scenarios.full_disk, reporter.size // 3, 2, options=resume)
         job.refused(f"Error: InternetWriteFile 12003 {FULL_DISK[name]}", scenarios.full_disk,

@@ -141,7 +141,7 @@ void JStreamAudioWriteBWFFTP::ResendLast() {
 
 void JStreamAudioWriteBWFFTP::Finish() {
     // Cancelled while passing over what the server has: an end from here would be cut into it.
-    if (position_ < held_) return;
+    if (context_.cancelled && position_ < held_) return;
     FlushFeed();
     if (!IsOpen()) return;
     if (context_.remote.broadcastWave) (void)WriteTrailingChunks(*this, context_);
