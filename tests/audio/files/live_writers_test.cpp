@@ -144,7 +144,6 @@ TEST_P(LiveWriters, DeadLinkEndsTheTakeWhichIsComplete) {
 TEST_P(LiveWriters, ServerThatNeverTookTheFileUpLeavesTheTakeAlone) {
     unhurried = true;
     line.server.connection = {kFtpRefused, 530, u"530 Login incorrect."};
-    line.server.failingConnections = 2;  // of Connect and of Open
     line.server.opening = {kFtpRefused, 550, u"550 No such folder."};
     for (const Text name : {u"a00", u"a01"}) {
         JStreamAudioWrite& writer = Start(name);
@@ -153,6 +152,7 @@ TEST_P(LiveWriters, ServerThatNeverTookTheFileUpLeavesTheTakeAlone) {
         writer.Close();
         ASSERT_TRUE(Ended());
         ExpectWholeTake(name, 60);
+        line.server.connection = {};  // the next one is let in, and refused at the file
     }
     ASSERT_EQ(heard.outcomes.size(), 2U);
     for (const UploadOutcome& outcome : heard.outcomes) {
