@@ -1,18 +1,9 @@
 #pragma once
 
-#include <cstdint>
-
 #include "platform/storage.h"
+#include "ui/paint/colour.h"
 
 namespace orma {
-
-struct Colour {
-    std::uint8_t red = 0;
-    std::uint8_t green = 0;
-    std::uint8_t blue = 0;
-
-    bool operator==(const Colour&) const = default;
-};
 
 /// The colours of what a skin's bitmaps leave to the program to draw.
 struct SkinColours {

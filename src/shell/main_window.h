@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/text.h"
+#include "shell/menu.h"
+#include "ui/paint/geometry.h"
+
+namespace orma {
+
+/// The toolkit's window as the shell drives it. One client area with one image, a menu bar above
+/// it. UI thread.
+class MainWindow {
+  public:
+    virtual ~MainWindow() = default;
+
+    /// Creates the window with this client area below its menu bar, not resizable, not yet shown.
+    /// False when there can be none.
+    [[nodiscard]] virtual bool Create(const Text& title, Size client) = 0;
+    virtual void Show() = 0;
+
+    /// Comes to the front of the desktop.
+    virtual void Raise() = 0;
+
+    /// Closes and forgets the window; nothing when there is none.
+    virtual void Destroy() = 0;
+
+    /// Shows this menu bar in place of the one before.
+    virtual void SetMenuBar(const MenuBar& bar) = 0;
+
+    /// The window's image has changed there; the next frame shows it.
+    virtual void Update(const Rect& changed) = 0;
+
+    /// The pointer's events keep coming, wherever it is, until it is released.
+    virtual void CapturePointer(bool on) = 0;
+
+    virtual void ShowWaitCursor(bool on) = 0;
+
+    /// A screen reader says it; nothing else happens.
+    virtual void Announce(const Text& text) = 0;
+
+    /// The width and height of the display, pixels.
+    [[nodiscard]] virtual Size Display() = 0;
+};
+
+}  // namespace orma

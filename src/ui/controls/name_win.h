@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ui/controls/win.h"
+
+namespace orma {
+
+/// The current recording's name, centred at the top of its rectangle.
+class NameWin : public Win {
+  public:
+    NameWin(const Scene& scene, Element element, Font font);
+
+    /// Repaints when it is another one.
+    void SetName(const Text& name);
+    void PresetName(const Text& name) { name_ = name; }
+
+    void Paint() override;
+    [[nodiscard]] Text Value() const override { return name_; }
+
+  private:
+    Font font_;
+    Text name_;
+};
+
+}  // namespace orma

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ui/controls/win.h"
+
+namespace orma {
+
+enum class TextAlignment : std::uint8_t { kLeft, kRight, kCentre };
+
+/// What stands behind a text.
+enum class TextGround : std::uint8_t {
+    kPanel,    // the skin's text background, over the whole rectangle
+    kNothing,  // the letters alone
+    kPage,     // the rectangle is restored from the normal page first
+};
+
+/// A line of text in the skin's text colour. An empty text paints nothing.
+class StaticTextWin : public Win {
+  public:
+    StaticTextWin(const Scene& scene, const Rect& rect, Font font, TextGround ground,
+                  TextAlignment alignment = TextAlignment::kLeft);
+
+    /// Repaints when the text is another one; a text that became empty leaves the normal page.
+    void SetText(const Text& text);
+
+    /// Only remembers it, for the next Paint.
+    void PresetText(const Text& text) { text_ = text; }
+
+    void Paint() override;
+    [[nodiscard]] Text Value() const override { return text_; }
+
+  private:
+    Font font_;
+    TextGround ground_;
+    TextAlignment alignment_;
+    Text text_;
+};
+
+}  // namespace orma
