@@ -19,6 +19,7 @@ constexpr std::int64_t kFrameSteps = kMp2FrameSamples / kStepSamples;
 /// How far a value may lie from the peak of the published sound.
 struct Tolerance {
     double factor = 1;  // linear, up and down
+    double mix = 1;     // more of it, up: the sound may be the mean of two channels
     int above = 0;      // of 255, added: how much larger the value may be
     int below = 0;
     std::int64_t reach = 0;     // steps of 2 ms at both ends of a period that a neighbour may own
@@ -33,12 +34,12 @@ struct Tolerance {
 /// were missing); a value too small is found there all the same.
 Tolerance ToleranceOf(const PublicationFormat& format, std::int64_t periodSteps) {
     constexpr std::uint32_t kFullBand = 56000;  // bit/s a channel
-    if (!format.mp2) return {1.12, 2, 2, 2, 0, 2};
+    if (!format.mp2) return {1.12, 1, 2, 2, 2, 0, 2};
     // Stretches begin and end on frames. The filter banks delay by 481 samples.
     const std::int64_t reach = std::min(kFrameSteps + 1, periodSteps / 3);
     if (format.bitrate / format.channels < kFullBand)
-        return {1.6, 70, 4, reach, 5, 2 * kFrameSteps + 2};
-    return {1.3, 4, 4, reach, 5, 2 * kFrameSteps + 2};
+        return {1.6, 1, 70, 4, reach, 5, 2 * kFrameSteps + 2};
+    return {1.3, 1, 4, 4, reach, 5, 2 * kFrameSteps + 2};
 }
 
 /// The published value of a sample peak, 0..255.
@@ -50,12 +51,12 @@ int ValueOf(std::uint32_t peak) {
 class LevelFollower {
   public:
     /// `joins` ascending; `farthest` in steps.
-    LevelFollower(const LevlChunk& levl, const SoundPeaks& peaks, const PublicationFormat& format,
+    LevelFollower(const LevlChunk& levl, const SoundPeaks& peaks, const Tolerance& tolerance,
                   std::span<const std::uint32_t> joins, std::int64_t farthest)
         : levl_(levl),
           peaks_(peaks),
           period_(levl.blockSize / kStepSamples),
-          tolerance_(ToleranceOf(format, period_)),
+          tolerance_(tolerance),
           joins_(joins),
           farthest_(farthest),
           offset_(tolerance_.delay) {}
@@ -116,7 +117,7 @@ class LevelFollower {
         const std::int64_t begin = Start(index, offset) - tolerance_.reach;
         const std::int64_t end = begin + period_ + 2 * tolerance_.reach;
         const int most = ValueOf(Largest(peaks_.absolute, begin, end));
-        return levl_.peaks[index] > most * tolerance_.factor + tolerance_.above;
+        return levl_.peaks[index] > most * tolerance_.factor * tolerance_.mix + tolerance_.above;
     }
 
     [[nodiscard]] bool TooSmallAt(std::size_t index, std::int64_t offset) const {
@@ -153,13 +154,43 @@ struct Misfit {
     int sound = 0;
 };
 
+/// What a comparison found.
+struct Misfits {
+    std::vector<Misfit> wrong;      // faults
+    std::vector<Misfit> exceeding;  // larger than the sound, as cuts may leave them
+};
+
+/// Compares every value with the sound. `joins` ascending; `farthest` in steps.
+Misfits Compare(const LevlChunk& levl, const SoundPeaks& peaks, const Tolerance& tolerance,
+                bool framed, std::span<const std::uint32_t> joins, std::int64_t farthest) {
+    // Enough to see what is wrong; each costs a search.
+    constexpr std::size_t kMaxWrong = 20;
+    // What the stop of a recording cut short has the level that its buffer held before.
+    const auto endsClip = [&](std::size_t index) {
+        return index + 1 == levl.peaks.size() || std::ranges::binary_search(joins, index + 1);
+    };
+    LevelFollower follower(levl, peaks, tolerance, joins, farthest);
+    const std::size_t fewCuts = 2 + levl.peaks.size() / 50;
+    Misfits found;
+    for (std::size_t i = 0; i < levl.peaks.size(); ++i) {
+        if (found.wrong.size() == kMaxWrong || found.exceeding.size() == fewCuts + kMaxWrong) break;
+        if (follower.Fits(i) || endsClip(i)) continue;
+        // A cut ends on the lower frame: what it takes of the last period may be its loudest part.
+        const bool mayBeCut = framed && follower.Exceeds(i);
+        (mayBeCut ? found.exceeding : found.wrong).push_back({i, follower.Value(i)});
+    }
+    if (found.exceeding.size() > fewCuts) {
+        found.exceeding.resize(std::min(found.exceeding.size(), kMaxWrong));
+        found.wrong.insert(found.wrong.end(), found.exceeding.begin(), found.exceeding.end());
+    }
+    return found;
+}
+
 }  // namespace
 
 void CheckLevels(const LevlChunk& levl, const FileChunk& chunk, const SoundFacts& sound,
                  const PublicationFormat& format, std::vector<std::uint32_t> joins,
                  VerifyNotes& notes) {
-    // Enough to see what is wrong; each costs a search.
-    constexpr std::size_t kMaxWrong = 20;
     // Each clip may add what is stored behind its last period, each stretch between cuts may gain
     // or lose a frame: a hundred cuts, a few frames.
     constexpr std::int64_t kCutFrames = 8;
@@ -176,37 +207,35 @@ void CheckLevels(const LevlChunk& levl, const FileChunk& chunk, const SoundFacts
     }
 
     std::ranges::sort(joins);
-    // What the stop of a recording cut short has the level that its buffer held before.
-    const auto endsClip = [&](std::size_t index) {
-        return index + 1 == levl.peaks.size() || std::ranges::binary_search(joins, index + 1);
+    const auto compare = [&](double mix) {
+        Tolerance tolerance = ToleranceOf(format, levl.blockSize / kStepSamples);
+        tolerance.mix = mix;
+        return Compare(levl, sound.peaks, tolerance, format.mp2, joins, slack / kStepSamples);
     };
-    LevelFollower follower(levl, sound.peaks, format, joins, slack / kStepSamples);
-    const std::size_t fewCuts = 2 + levl.peaks.size() / 50;
-    std::vector<Misfit> wrong;
-    std::vector<Misfit> exceeding;
-    for (std::size_t i = 0; i < levl.peaks.size(); ++i) {
-        if (wrong.size() == kMaxWrong || exceeding.size() == fewCuts + kMaxWrong) break;
-        if (follower.Fits(i) || endsClip(i)) continue;
-        // A cut ends on the lower frame: what it takes of the last period may be its loudest part.
-        const bool mayBeCut = format.mp2 && follower.Exceeds(i);
-        (mayBeCut ? exceeding : wrong).push_back({i, follower.Value(i)});
+    Misfits found = compare(1);
+    if (!found.wrong.empty() && format.channels == 1) {
+        // The levels are the recording's, of its louder channel. A fast publication of a stereo
+        // recording sends the mean of both, which is half as loud where only one speaks.
+        constexpr double kOneOfTwo = 2;
+        if (Misfits mixed = compare(kOneOfTwo); mixed.wrong.empty()) {
+            notes.Fact(
+                "'levl' is up to twice as loud as the sound, as that of a stereo recording "
+                "published in one channel");
+            found = std::move(mixed);
+        }
     }
-    if (exceeding.size() > fewCuts) {
-        exceeding.resize(std::min(exceeding.size(), kMaxWrong));
-        wrong.insert(wrong.end(), exceeding.begin(), exceeding.end());
-    }
-    for (const Misfit& misfit : wrong)
+    for (const Misfit& misfit : found.wrong)
         notes.Find(chunk.offset + LevlChunk::kHeadBytes + misfit.index,
                    Format("value %zu of 'levl' is %u, the sound has %d", misfit.index,
                           levl.peaks[misfit.index], misfit.sound));
-    if (!wrong.empty()) return;
-    if (exceeding.empty())
+    if (!found.wrong.empty()) return;
+    if (found.exceeding.empty())
         notes.Fact(Format("all %zu values of 'levl' fit the sound", levl.peaks.size()));
     else
         notes.Fact(
             Format("'levl' fits the sound; %zu of %zu values are larger, as cuts may leave "
                    "them, the first is value %zu",
-                   exceeding.size(), levl.peaks.size(), exceeding.front().index));
+                   found.exceeding.size(), levl.peaks.size(), found.exceeding.front().index));
 }
 
 }  // namespace orma

@@ -1,7 +1,6 @@
 // What arrives at servers, through breaks and refusals.
 
 #include <random>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -69,11 +68,7 @@ TEST(Delivery, SaysTheExactLengthBeforeTheSound) {
         EXPECT_EQ(rig.audio.bitrate.Index(), before.Index());
         EXPECT_EQ(rig.audio.stereo, c.mp2 && c.channels == 2);
         const Bytes& file = rig.server.files[u"talk.wav"];
-        // The levels are the recording's; both channels mixed may be softer than the louder one.
-        std::istringstream findings(rig.Findings(file));
-        for (std::string line; std::getline(findings, line);)
-            EXPECT_TRUE(c.fast && c.channels == 2 && line.find("'levl'") != std::string::npos)
-                << line;
+        EXPECT_EQ(rig.Findings(file), "");
         ASSERT_GT(file.size(), 1000U);
         EXPECT_EQ(LoadLe<std::uint32_t>(&file[4]) + 8, file.size());
         EXPECT_EQ(rig.progress.bytes, std::pair(file.size(), file.size()));
