@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <vector>
 
 #include "platform/storage.h"
@@ -66,9 +65,7 @@ class Skin {
     [[nodiscard]] Rect RectOf(Element element) const;
 
     /// A length in design pixels, scaled and truncated.
-    [[nodiscard]] int Scaled(int designPixels) const {
-        return static_cast<int>(static_cast<float>(designPixels) * scale_);
-    }
+    [[nodiscard]] int Scaled(int designPixels) const;
 
     [[nodiscard]] Font FontOf(SkinFont font, bool turned = false) const;
 
@@ -76,6 +73,8 @@ class Skin {
     [[nodiscard]] const Picture& Bitmap(int number);
 
   private:
+    /// Sets scale and page.
+    void FitInto(Size client);
     [[nodiscard]] Picture Load(int number);
 
     Storage& storage_;
