@@ -12,10 +12,10 @@ namespace orma {
 
 enum class FontWeight : std::uint8_t { kMedium, kSemiBold };
 
-/// A font of the product's family. Digits are all as wide as "0", so that running numbers stand
-/// still.
+/// A font of the product's family. Digits, and the blanks that pad them, are all as wide as "0", so
+/// that running numbers stand still.
 struct Font {
-    int height = 12;  // of the line, window pixels
+    int height = 12;  // of the em, window pixels; a line is a fifth higher
     FontWeight weight = FontWeight::kMedium;
     bool turned = false;  // by 180 degrees
 
@@ -33,7 +33,7 @@ class Ink {
 
     /// Draws one line of text. `origin` is the upper left corner of its line box; with a turned
     /// font the text starts there and runs to the left, its line box lying above it: the lower
-    /// right corner.
+    /// right corner, just outside of its last pixel.
     virtual void DrawText(Picture& target, const Rect& clip, Point origin, const Text& text,
                           const Font& font, Colour colour) = 0;
 
