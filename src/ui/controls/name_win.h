@@ -4,7 +4,8 @@
 
 namespace orma {
 
-/// The current recording's name, centred at the top of its rectangle.
+/// The current recording's name, centred at the top of its rectangle. Opaque behind its letters
+/// alone: in some layouts the rectangle reaches over meter and graph.
 class NameWin : public Win {
   public:
     NameWin(const Scene& scene, Element element, Font font);
@@ -17,6 +18,11 @@ class NameWin : public Win {
     [[nodiscard]] Text Value() const override { return name_; }
 
   private:
+    [[nodiscard]] Point Origin() const;
+
+    /// What the name covers of the rectangle.
+    [[nodiscard]] Rect Covered() const;
+
     Font font_;
     Text name_;
 };

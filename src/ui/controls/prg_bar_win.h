@@ -9,7 +9,8 @@ class PrgBarWin : public Win {
   public:
     PrgBarWin(const Scene& scene, Element element) : Win(scene, element) {}
 
-    /// `done` of `range` (0: nothing is filled); repaints what changed.
+    /// `done` of `range` (0: nothing is filled; more than the range: all is); repaints what
+    /// changed.
     void SetProgress(std::uint32_t done, std::uint32_t range);
 
     void Paint() override;
@@ -17,6 +18,7 @@ class PrgBarWin : public Win {
 
   private:
     int filled_ = 0;  // window pixels
+    unsigned percent_ = 0;
 };
 
 }  // namespace orma

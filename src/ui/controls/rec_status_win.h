@@ -11,7 +11,7 @@ class RecStatusWin : public Win {
   public:
     RecStatusWin(const Scene& scene, Element element);
 
-    /// Repaints when the state is another one. A state without a lamp shows none.
+    /// Repaints when the state is another one. A state without a bitmap leaves the normal page.
     void SetState(int state);
     void PresetState(int state) { state_ = state; }
 

@@ -5,6 +5,8 @@
 namespace orma {
 
 /// The running time: of the tape ("  1m:01s.70", in hundredths), or of the day ("09h:05m:00s").
+/// Always opaque over its whole rectangle, in which the editor has keys on the same page. A time of
+/// the day is never cut off: it moves the rectangle's far edge.
 class RecTimeWin : public Win {
   public:
     enum class Mode : std::uint8_t { kElapsed, kClock };

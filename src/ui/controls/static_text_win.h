@@ -1,10 +1,9 @@
 #pragma once
 
+#include "ui/controls/text_place.h"
 #include "ui/controls/win.h"
 
 namespace orma {
-
-enum class TextAlignment : std::uint8_t { kLeft, kRight, kCentre };
 
 /// What stands behind a text.
 enum class TextGround : std::uint8_t {
@@ -19,7 +18,8 @@ class StaticTextWin : public Win {
     StaticTextWin(const Scene& scene, const Rect& rect, Font font, TextGround ground,
                   TextAlignment alignment = TextAlignment::kLeft);
 
-    /// Repaints when the text is another one; a text that became empty leaves the normal page.
+    /// Repaints when the text is another one; a text that became empty leaves the normal page, and
+    /// so do letters that stand on nothing.
     void SetText(const Text& text);
 
     /// Only remembers it, for the next Paint.

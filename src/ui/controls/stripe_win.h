@@ -15,7 +15,7 @@ class StripeWin : public Win {
     StripeWin(const Scene& scene, Element element, Element middle,
               std::function<void(int steps)> turn);
 
-    /// 0 to 65536; repaints.
+    /// 0 to 65536; repaints when it is another one.
     void KnobSetValue(std::int32_t value);
     void PresetValue(std::int32_t value) { value_ = value; }
 

@@ -11,7 +11,7 @@ class ToggleButtonWin : public Win {
   public:
     ToggleButtonWin(const Scene& scene, Element element, std::function<void(bool lit)> handler);
 
-    /// Shows that look at once.
+    /// Shows that look at once when it is another one.
     void SetState(bool lit);
 
     /// Only remembers it, for the next Paint.

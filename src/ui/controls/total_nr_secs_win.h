@@ -4,10 +4,11 @@
 
 namespace orma {
 
-/// "%3dm:%02ds.%02d" of so many buffer periods.
+/// "%3dm:%02ds.%02d" of so many buffer periods: minutes, seconds, hundredths cut off. Of no rate it
+/// is no time.
 [[nodiscard]] Text TotalText(std::uint32_t periods, std::uint32_t periodsPerSecond);
 
-/// The length of the recording, right-aligned.
+/// The length of the recording, right-aligned, opaque over its rectangle.
 class TotalNrSecsWin : public Win {
   public:
     TotalNrSecsWin(const Scene& scene, Element element, Font font);

@@ -15,17 +15,20 @@ class VuWin : public Win {
     /// All dark, and at rest.
     void VuInit();
 
-    /// Shows a level byte: 0 (full) to 79 (silence). Once a buffer.
-    void VuUpdate(std::uint8_t level);
+    /// The same while its screen is not shown.
+    void PresetInit();
+
+    /// Shows a level byte: 0 (full) to 79 (silence), more is no level. Once a buffer.
+    void VuUpdate(std::uint8_t level) { Advance(level, true); }
 
     /// The same while its screen is not shown: follows without drawing.
-    void Follow(std::uint8_t level);
+    void Follow(std::uint8_t level) { Advance(level, false); }
 
     void SetResolutionShift(unsigned shift);
 
     void Paint() override;
 
-    /// The level in dB below full scale, to the nearest whole one: "-12 dB".
+    /// The level that the bar shows, to the nearest dB: "-12 dB"; "-49 dB or less" at its end.
     [[nodiscard]] Text Value() const override;
 
     [[nodiscard]] int BarOffset() const { return bar_; }
@@ -36,15 +39,23 @@ class VuWin : public Win {
     static constexpr int kMarker = 3;
     static constexpr int kLamp = 8;
 
-    void Lit(int from, int to) const;  // rows, counted from the top of the element
-    void Dark(int from, int to) const;
+    void Advance(std::uint8_t level, bool draw);
+
+    /// Copies rows [from, to) of a page, counted from the element's top (mirrored: upwards from its
+    /// bottom; the lamp's are negative) and never beyond the meter's end.
+    void CopyRows(const Picture& page, int from, int to) const;
+
+    [[nodiscard]] std::uint32_t HoldTime() const { return 5U << shift_; }
+    [[nodiscard]] int Height() const { return scene_.skin.Scaled(kHeight); }
+    [[nodiscard]] int Marker() const { return scene_.skin.Scaled(kMarker); }
+    [[nodiscard]] int Lamp() const { return scene_.skin.Scaled(kLamp); }
 
     unsigned shift_;
     bool mirrored_;
-    std::int32_t smoothed_ = 79 << 8;  // level times 256
-    int bar_ = 0;                      // window pixels from the top
-    int peak_ = 0;
-    std::uint32_t hold_ = 0;  // updates
+    std::int32_t smoothed_ = 0;  // level times 256
+    int bar_ = 0;                // window pixels from the top
+    int peak_ = 0;               // never below the bar
+    std::uint32_t hold_ = 0;     // updates that the peak is still held
 };
 
 }  // namespace orma

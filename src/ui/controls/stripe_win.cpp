@@ -1,0 +1,59 @@
+#include "ui/controls/stripe_win.h"
+
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace orma {
+namespace {
+
+constexpr double kFullCircle = 6.2831853;
+constexpr double kLength = 5.0;  // of the pointer, design pixels
+constexpr int kLineWidth = 2;
+constexpr int kStepPixels = 8;
+
+}  // namespace
+
+StripeWin::StripeWin(const Scene& scene, Element element, Element middle,
+                     std::function<void(int)> turn)
+    : Win(scene, element), turn_(std::move(turn)) {
+    const ElementRect& within = scene.skin.Design(middle);
+    centre_ = {rect_.x + scene.skin.Scaled(within.x), rect_.y + scene.skin.Scaled(within.y)};
+}
+
+void StripeWin::KnobSetValue(std::int32_t value) {
+    if (value == value_) return;
+    value_ = value;
+    scene_.canvas.CopyFromPage(NormalPage(), rect_);
+    Paint();
+}
+
+void StripeWin::Paint() {
+    scene_.canvas.Copy(scene_.skin.Bitmap(519), {0, 0, rect_.w, rect_.h}, {rect_.x, rect_.y});
+
+    const int degrees = 240 - static_cast<int>(std::int64_t{value_} * 300 / 65536) +
+                        (scene_.skin.UpsideDown() ? 180 : 0);
+    const double radians = degrees * kFullCircle / 360.0;
+    const double length = kLength * static_cast<double>(scene_.skin.Scale());
+    const Point end{static_cast<int>(centre_.x + std::cos(radians) * length + 0.5),
+                    static_cast<int>(centre_.y - std::sin(radians) * length - 0.5)};
+    const std::array<Point, 2> line = {centre_, end};
+    scene_.canvas.DrawLine(rect_, line, kLineWidth, Colour{0, 0, 0});
+}
+
+void StripeWin::Drag() {
+    const Point& offset = scene_.pointer.offset;
+    const int moved = offset.x - offset.y - dragged_;
+    int steps = 0;
+    if (moved > kStepPixels) {
+        steps = moved >> 3;
+    } else if (moved <= -kStepPixels) {
+        steps =
+            (moved >> 3) + 1;  // one step back towards rest: it takes 9 pixels to turn either way
+    }
+    if (steps == 0) return;
+    dragged_ += steps * kStepPixels;
+    turn_(scene_.skin.UpsideDown() ? -steps : steps);
+}
+
+}  // namespace orma
