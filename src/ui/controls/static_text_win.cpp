@@ -17,15 +17,14 @@ void StaticTextWin::SetText(const Text& text) {
 
 void StaticTextWin::Paint() {
     if (text_.empty()) return;
-    const SkinColours& colours = scene_.skin.Colours();
     if (ground_ == TextGround::kPanel) {
-        scene_.canvas.Fill(rect_, colours.textBackground);
+        scene_.canvas.Fill(rect_, scene_.skin.Colours().textBackground);
     } else if (ground_ == TextGround::kPage) {
         scene_.canvas.CopyFromPage(NormalPage(), rect_);
     }
     const int width = scene_.canvas.Measure(text_, font_).width;
     scene_.canvas.DrawText(rect_, TextOrigin(rect_, width, font_, alignment_), text_, font_,
-                           colours.text);
+                           TextColour());
 }
 
 }  // namespace orma

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "ui/controls/text_place.h"
 #include "ui/controls/win.h"
 
@@ -12,7 +14,7 @@ enum class TextGround : std::uint8_t {
     kPage,     // the rectangle is restored from the normal page first
 };
 
-/// A line of text in the skin's text colour. An empty text paints nothing.
+/// A line of text in the skin's text colour, or in one of its own. An empty text paints nothing.
 class StaticTextWin : public Win {
   public:
     StaticTextWin(const Scene& scene, const Rect& rect, Font font, TextGround ground,
@@ -25,13 +27,19 @@ class StaticTextWin : public Win {
     /// Only remembers it, for the next Paint.
     void PresetText(const Text& text) { text_ = text; }
 
+    /// A colour of its own, from the next Paint on: a warning's.
+    void SetColour(Colour colour) { colour_ = colour; }
+
     void Paint() override;
     [[nodiscard]] Text Value() const override { return text_; }
 
   private:
+    [[nodiscard]] Colour TextColour() const { return colour_.value_or(scene_.skin.Colours().text); }
+
     Font font_;
     TextGround ground_;
     TextAlignment alignment_;
+    std::optional<Colour> colour_;
     Text text_;
 };
 
