@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/text.h"
+#include "platform/wave.h"
+
+namespace orma {
+
+/// What the reporter must know of the sound that comes in, as one line of words, and never in a
+/// box: a take may run. Overload, lost sound and lost devices stay until they are acknowledged;
+/// silence goes away with the first sound. UI thread.
+class InputWarnings {
+  public:
+    static constexpr std::uint32_t kSilentSeconds = 5;
+
+    /// `digital`: the input is a digital line and no microphone.
+    explicit InputWarnings(bool digital = false) : digital_(digital) {}
+
+    // Those that answer tell whether the line has changed.
+
+    /// The level byte of a buffer that came in.
+    bool Hear(std::uint8_t level, std::uint32_t periodsPerSecond);
+
+    /// Sample frames that the device has lost since it was opened. What it lost before saving began
+    /// is in no take.
+    bool FramesLost(std::uint64_t frames);
+
+    void TakeBegins(std::uint64_t framesLost) { seenFrames_ = framesLost; }
+
+    bool InputLost(WaveLoss reason) { return Lost(LostDevice::kInput, reason); }
+    bool OutputLost(WaveLoss reason) { return Lost(LostDevice::kOutput, reason); }
+
+    /// Capture ended: there is no silence any more.
+    void CaptureEnded() {
+        silentPeriods_ = 0;
+        silent_ = false;
+    }
+
+    /// The user has seen them.
+    void Acknowledge();
+
+    /// The most urgent one; empty: nothing is wrong.
+    [[nodiscard]] Text Line() const;
+
+  private:
+    enum class LostDevice : std::uint8_t { kNone, kInput, kOutput };
+
+    bool Lost(LostDevice device, WaveLoss reason);
+
+    bool digital_;
+    bool overload_ = false;
+    bool silent_ = false;
+    bool framesLost_ = false;
+    std::uint64_t seenFrames_ = 0;
+    std::uint32_t silentPeriods_ = 0;
+    LostDevice lost_ = LostDevice::kNone;
+    WaveLoss reason_ = WaveLoss::kVanished;
+};
+
+}  // namespace orma

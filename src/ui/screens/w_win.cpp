@@ -1,0 +1,36 @@
+#include "ui/screens/w_win.h"
+
+namespace orma {
+
+WWin::WWin(ScreenIndex index, const Scene& scene, ScreenHost& host)
+    : Win(ownScene_, Rect{0, 0, scene.skin.Page().width, scene.skin.Page().height}),
+      index_(index),
+      ownScene_(scene),
+      host_(host) {}
+
+void WWin::Paint() {
+    ownScene_.canvas.CopyFromPage(NormalPage(), Bounds());
+    for (const auto& control : controls_)
+        if (control) control->Paint();
+}
+
+Win* WWin::HitTest(Point at) {
+    for (const auto& control : controls_) {
+        if (!control) continue;
+        if (Win* const taker = control->HitTest(at)) return taker;
+    }
+    return nullptr;
+}
+
+void WWin::Entered() {
+    entered_ = true;
+    host_.TickScreen(index_, true);
+    host_.Invalidate();
+}
+
+void WWin::Left() {
+    entered_ = false;
+    host_.TickScreen(index_, false);
+}
+
+}  // namespace orma
