@@ -100,7 +100,6 @@ void RecordWWin::Tick() {
 void RecordWWin::Entered() {
     Refresh();
     WWin::Entered();
-    if (IsReady()) meter_->VuInit();
     ShowTime();
 }
 
@@ -130,17 +129,16 @@ void RecordWWin::OnTransportState(TransportState state, const LitButtons& lit) {
     Light(lit);
     ShowWarning(false);
     ShowTime();
-    if (!IsEntered()) return;
-    if (state == TransportState::kStopped) meter_->VuInit();
-    Host().UpdateMenus();
+    if (state == TransportState::kStopped) RestMeter();
+    if (IsEntered()) Host().UpdateMenus();
 }
 
 void RecordWWin::Light(const LitButtons& lit) {
     const auto put = [this](ToggleButtonWin* button, bool on) {
-        if (!IsEntered())
-            button->PresetState(on);
-        else if (button->IsOn() != on)
+        if (IsEntered())
             button->SetState(on);
+        else
+            button->PresetState(on);
     };
     put(stop_, lit.stop);
     put(play_, lit.play);
@@ -223,6 +221,13 @@ void RecordWWin::ShowLevel(std::uint8_t level) {
         meter_->VuUpdate(level);
     else
         meter_->Follow(level);
+}
+
+void RecordWWin::RestMeter() {
+    if (IsEntered())
+        meter_->VuInit();
+    else
+        meter_->PresetInit();
 }
 
 void RecordWWin::ShowName() {

@@ -100,6 +100,7 @@ class RecordWWin : public WWin {
     void ShowTime();
     void ShowName();
     void ShowLevel(std::uint8_t level);
+    void RestMeter();
     void ShowMaxTime();
     void ShowBattery();
     void ShowGain();

@@ -1,0 +1,97 @@
+#include "ui/screens/progress_w_win.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace orma {
+namespace {
+
+/// A size as people read it: "512 KB", "12.3 MB".
+Text SizeText(std::uint64_t bytes) {
+    constexpr std::uint64_t kMega = 1000000;
+    if (bytes < kMega) return FormatText("%u KB", static_cast<unsigned>((bytes + 999) / 1000));
+    return FormatText("%.1f MB", static_cast<double>(bytes) / kMega);
+}
+
+}  // namespace
+
+ProgressWWin::ProgressWWin(const Scene& scene, ScreenHost& host, std::function<void()> letPointerIn)
+    : WWin(ScreenIndex::kProgress, scene, host), letPointerIn_(std::move(letPointerIn)) {
+    cancel_ = Add(
+        std::make_unique<PushButtonWin>(OwnScene(), Element::ProgressCancel, [this] { Cancel(); }));
+    cancel_->SetLabel({ControlRole::kButton,
+                       u"Cancel",
+                       u"Break off; what has arrived by then is incomplete",
+                       {}});
+    bar_ = Add(std::make_unique<PrgBarWin>(OwnScene(), Element::ProgressBar));
+    bar_->SetLabel({ControlRole::kProgress, u"Progress", u"How much of it is done", {}});
+    text_ = AddLine(0, SkinFont::kName, u"Publishing", u"What is being done");
+    bytes_ = AddLine(1, SkinFont::kText, u"Sent", u"How much of the file is written or sent");
+}
+
+StaticTextWin* ProgressWWin::AddLine(int index, SkinFont font, const char16_t* name,
+                                     const char16_t* hint) {
+    const Skin& skin = OwnScene().skin;
+    Rect rect = skin.RectOf(Element::ProgressText);
+    rect.y += skin.Scaled(index * kLinePitch);
+    StaticTextWin* const line = Add(
+        std::make_unique<StaticTextWin>(OwnScene(), rect, skin.FontOf(font), TextGround::kPage));
+    line->SetLabel({ControlRole::kText, name, hint, {}});
+    return line;
+}
+
+void ProgressWWin::Entered() {
+    cancelled_ = false;
+    done_ = 0;
+    range_ = 0;
+    text_->PresetText({});
+    bytes_->PresetText({});
+    WWin::Entered();
+    ShowBar();
+}
+
+void ProgressWWin::Cancel() {
+    if (std::exchange(cancelled_, true)) return;
+    Put(*text_, u"  Cancelling...  ");
+    Host().Announce(u"Cancelling");
+}
+
+// The job's next steps do not take the answer to the button away.
+void ProgressWWin::SetText(const Text& text) {
+    Put(*bytes_, {});
+    if (!cancelled_) Put(*text_, text);
+}
+
+void ProgressWWin::SetRange(std::uint32_t steps) {
+    range_ = steps;
+    done_ = 0;
+    ShowBar();
+}
+
+void ProgressWWin::Step(std::uint32_t steps) {
+    done_ += std::min(steps, range_ - std::min(done_, range_));
+    ShowBar();
+}
+
+void ProgressWWin::SetBytes(std::uint64_t done, std::uint64_t total) {
+    Put(*bytes_, SizeText(done) + u" of " + SizeText(total));
+}
+
+bool ProgressWWin::IsCancelled() {
+    if (letPointerIn_) letPointerIn_();
+    return cancelled_;
+}
+
+void ProgressWWin::ShowBar() {
+    if (IsEntered()) bar_->SetProgress(done_, range_);
+}
+
+void ProgressWWin::Put(StaticTextWin& line, const Text& text) const {
+    if (IsEntered())
+        line.SetText(text);
+    else
+        line.PresetText(text);
+}
+
+}  // namespace orma

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "publish/progress.h"
+#include "ui/controls/prg_bar_win.h"
+#include "ui/controls/push_button_win.h"
+#include "ui/controls/static_text_win.h"
+#include "ui/screens/w_win.h"
+
+namespace orma {
+
+/// The progress of a publish job, which blocks the window until its end: what it does, how far it
+/// is, and a button to cancel it. It starts anew whenever it is entered. UI thread.
+class ProgressWWin : public WWin, public PublishProgress {
+  public:
+    /// `letPointerIn` is called from within the job by IsCancelled: it shows what was painted and
+    /// passes on what the left pointer button has done since, and nothing else.
+    ProgressWWin(const Scene& scene, ScreenHost& host, std::function<void()> letPointerIn);
+
+    void Entered() override;
+
+    /// What the Cancel button does.
+    void Cancel();
+
+    // PublishProgress
+    void SetText(const Text& text) override;
+    void SetRange(std::uint32_t steps) override;
+    void Step(std::uint32_t steps) override;
+    void SetBytes(std::uint64_t done, std::uint64_t total) override;
+    [[nodiscard]] bool IsCancelled() override;
+
+  private:
+    static constexpr int kLinePitch = 26;  // design pixels
+
+    [[nodiscard]] StaticTextWin* AddLine(int index, SkinFont font, const char16_t* name,
+                                         const char16_t* hint);
+    void Put(StaticTextWin& line, const Text& text) const;
+    void ShowBar();
+
+    std::function<void()> letPointerIn_;
+    bool cancelled_ = false;
+    std::uint32_t done_ = 0;  // steps
+    std::uint32_t range_ = 0;
+    PushButtonWin* cancel_ = nullptr;
+    PrgBarWin* bar_ = nullptr;
+    StaticTextWin* text_ = nullptr;
+    StaticTextWin* bytes_ = nullptr;
+};
+
+}  // namespace orma
