@@ -13,17 +13,17 @@ namespace orma {
 
 /// What the About screen tells; what is unknown is left out.
 struct AboutInfo {
-    std::optional<std::uint64_t> freeMemory;  // bytes
-    bool memoryIsShort = false;               // too little to work with
-    std::optional<int> processorLoad;         // percent
-    std::optional<int> battery;               // percent
+    std::optional<std::uint64_t> freeMemory{};  // bytes
+    bool memoryIsShort = false;                 // too little to work with
+    std::optional<int> processorLoad{};         // percent
+    std::optional<int> battery{};               // percent
 
-    Text projectLocation;
+    Text projectLocation{};
     bool mp2 = false;
     bool stereo = false;
     std::uint32_t bitrate = 0;  // kbit/s, of MP2
     bool equalizerOn = false;
-    Text equalizerSet;
+    Text equalizerSet{};
     std::uint32_t secondsLeft = 0;  // that can be recorded
 };
 

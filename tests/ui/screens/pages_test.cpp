@@ -1,0 +1,151 @@
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "ui/screens/about_w_win.h"
+#include "ui/screens/fake_host.h"
+#include "ui/screens/progress_w_win.h"
+#include "ui/support/screen_rig.h"
+
+namespace orma::test {
+namespace {
+
+/// What stands on a screen, line by line as it is drawn.
+std::vector<Text> Drawn(ScreenRig& rig, WWin& screen) {
+    rig.ink.Forget();
+    screen.Paint();
+    return rig.ink.Texts();
+}
+
+TEST(AboutWWinTest, BothPagesTellWhatIsKnown) {
+    ScreenRig rig({.pages = {498, 499}});
+    FakeHost host;
+    AboutInfo info{.freeMemory = 123456 * 1024ULL,
+                   .processorLoad = 7,
+                   .battery = 83,
+                   .projectLocation = u"/home/anna/news/",
+                   .mp2 = true,
+                   .stereo = true,
+                   .bitrate = 192,
+                   .equalizerOn = true,
+                   .equalizerSet = u"mic_int",
+                   .secondsLeft = 2 * 3600 + 14 * 60 + 5};
+    AboutWWin screen(rig.scene, host, {3, 1, 4}, [&] { return info; });
+    screen.Entered();
+    EXPECT_EQ(host.told, "+4 paint ");
+    const Text version = u"Orma Edit V3.1R4 (c) 2003-2006";
+    EXPECT_EQ(Drawn(rig, screen),
+              (std::vector<Text>{u"Orma Edit", u"Main memory", u" 123456 ", u"Processor-load",
+                                 u"7%", version, u"Battery", u"83%"}));
+    EXPECT_TRUE(screen.Controls()[0]->IsOn());
+
+    const Rect button = rig.skin.RectOf(Element::AboutProject);
+    rig.PressAt(screen, {button.x + 2, button.y + 2});
+    EXPECT_FALSE(screen.Controls()[0]->IsOn());
+    EXPECT_TRUE(screen.Controls()[1]->IsOn());
+    EXPECT_EQ(
+        Drawn(rig, screen),
+        (std::vector<Text>{u"Orma Edit", u"At: /home/anna/news/", u"Recording format",
+                           u"mp2 stereo", version, u"MP2 bitrate (kbit/s)", u"192", u"Input EQ",
+                           u"mic_int", u"Available recording time", u"02:14:05"}));
+
+    info = {.freeMemory = 9 * 1024, .memoryIsShort = true, .projectLocation = u"/"};
+    for (int i = 0; i < 50; ++i)
+        screen.Tick();
+    const std::vector<Text> wav = Drawn(rig, screen);
+    EXPECT_NE(std::find(wav.begin(), wav.end(), u"wav mono"), wav.end()) << "asked anew";
+    EXPECT_NE(std::find(wav.begin(), wav.end(), u"(Off)"), wav.end());
+    screen.OnKey(Key::kLeft);
+    EXPECT_EQ(Drawn(rig, screen),
+              (std::vector<Text>{u"Orma Edit", u"Main memory", u"      9*", version}));
+}
+
+TEST(AboutWWinTest, NothingIsPaintedWhileNothingChanges) {
+    ScreenRig rig({.pages = {498, 499}});
+    FakeHost host;
+    int battery = 50;
+    AboutWWin screen(rig.scene, host, {}, [&] { return AboutInfo{.battery = battery}; });
+    screen.Entered();
+    screen.Paint();
+    rig.TakeChanges();
+    for (int i = 0; i < 200; ++i)
+        screen.Tick();
+    EXPECT_TRUE(rig.TakeChanges().empty());
+    battery = 49;
+    for (int i = 0; i < 50; ++i)
+        screen.Tick();
+    EXPECT_FALSE(rig.TakeChanges().empty());
+}
+
+/// The progress screen, with a reporter who may press the left button while a job asks.
+struct ProgressDesk {
+    ScreenRig rig{{.pages = {492, 493}}};
+    FakeHost host;
+    std::function<void()> pointer;
+    ProgressWWin screen{rig.scene, host, [this] {
+                            if (pointer) pointer();
+                        }};
+
+    ProgressDesk() {
+        screen.Entered();
+        screen.Paint();
+        rig.TakeChanges();
+    }
+
+    [[nodiscard]] int BarWidth() {
+        const Rect bar = rig.skin.RectOf(Element::ProgressBar);
+        int width = 0;
+        for (int x = bar.x; x < bar.Right(); ++x)
+            width += rig.IsLit(x, bar.y) ? 1 : 0;
+        return width;
+    }
+};
+
+TEST(ProgressWWinTest, TextsBarAndBytesAreShownWhileTheJobRuns) {
+    ProgressDesk desk;
+    const Rect bar = desk.rig.skin.RectOf(Element::ProgressBar);
+    desk.screen.SetText(u"  Publishing audio...  ");
+    desk.screen.SetRange(5);
+    EXPECT_EQ(desk.BarWidth(), 0);
+    desk.screen.Step(1);
+    EXPECT_EQ(desk.BarWidth(), bar.w / 5);
+    desk.screen.Step(7);
+    EXPECT_EQ(desk.BarWidth(), bar.w) << "never beyond its end";
+    desk.screen.SetBytes(900'001, 12'340'000);
+    EXPECT_EQ(desk.rig.ink.Texts(),
+              (std::vector<Text>{u"  Publishing audio...  ", u"901 KB of 12.3 MB"}));
+    ASSERT_EQ(desk.rig.ink.texts.size(), 2U);
+    EXPECT_EQ(desk.rig.ink.texts[1].origin.y - desk.rig.ink.texts[0].origin.y, 26);
+    desk.screen.SetRange(3);
+    EXPECT_EQ(desk.BarWidth(), 0) << "the next part of the job";
+
+    desk.screen.Left();
+    desk.screen.Entered();
+    EXPECT_EQ(Drawn(desk.rig, desk.screen), std::vector<Text>{}) << "the next job starts anew";
+}
+
+TEST(ProgressWWinTest, CancelIsPressedFromWithinTheJob) {
+    ProgressDesk desk;
+    EXPECT_FALSE(desk.screen.IsCancelled());
+    desk.screen.SetText(u"  Connecting...  ");
+    const Rect button = desk.rig.skin.RectOf(Element::ProgressCancel);
+    desk.pointer = [&] {
+        desk.rig.PressAt(desk.screen, {button.x + 2, button.y + 2});
+        EXPECT_TRUE(desk.rig.IsLitExactly(button));
+        desk.rig.Release();
+        EXPECT_TRUE(desk.rig.IsDark(button.x, button.y));
+    };
+    EXPECT_TRUE(desk.screen.IsCancelled());
+    desk.pointer = nullptr;
+    desk.screen.SetText(u"  Publishing audio...  ");
+    EXPECT_EQ(Drawn(desk.rig, desk.screen), (std::vector<Text>{u"  Cancelling...  "}));
+    EXPECT_TRUE(desk.screen.IsCancelled());
+    EXPECT_EQ(desk.host.announced, (std::vector<Text>{u"Cancelling"}));
+
+    desk.screen.Left();
+    desk.screen.Entered();
+    EXPECT_FALSE(desk.screen.IsCancelled());
+}
+
+}  // namespace
+}  // namespace orma::test
