@@ -32,31 +32,36 @@ void RecordWWin::MakeButtons() {
     struct Button {
         Element element;
         ToggleButtonWin* RecordWWin::*place;
-        void (Transport::*handler)(bool);
+        void (*press)(Transport& transport, bool lit);
         const char16_t* name;
         const char16_t* hint;
         const char16_t* digit;
     };
     const Button buttons[] = {
-        {Element::Stop, &RecordWWin::stop_, &Transport::Stop, u"Stop",
+        {Element::Stop, &RecordWWin::stop_,
+         [](Transport& transport, bool lit) { transport.Stop(lit); }, u"Stop",
          u"Stop; when stopped, go to where playing began or ended", u"7"},
-        {Element::Play, &RecordWWin::play_, &Transport::Play, u"Play",
+        {Element::Play, &RecordWWin::play_,
+         [](Transport& transport, bool lit) { transport.Play(lit); }, u"Play",
          u"Play; when the recorder is ready, start recording", u"8"},
-        {Element::Record, &RecordWWin::record_, &Transport::Record, u"Record",
+        {Element::Record, &RecordWWin::record_,
+         [](Transport& transport, bool lit) { transport.Record(lit); }, u"Record",
          u"Get ready to record; while recording, set a mark", u"9"},
-        {Element::Rewind, &RecordWWin::rewind_, &Transport::Rewind, u"Rewind",
-         u"Go back, a second at a time", u"2"},
-        {Element::FastForward, &RecordWWin::fastForward_, &Transport::FastForward, u"Fast forward",
-         u"Go ahead, a second at a time", u"5"},
+        {Element::Rewind, &RecordWWin::rewind_,
+         [](Transport& transport, bool lit) { transport.Rewind(lit); }, u"Rewind",
+         u"Wind back; on an edge of a cut or selection, move the edge back", u"2"},
+        {Element::FastForward, &RecordWWin::fastForward_,
+         [](Transport& transport, bool lit) { transport.FastForward(lit); }, u"Fast forward",
+         u"Wind ahead; on an edge of a cut or selection, move the edge ahead", u"5"},
     };
     for (const Button& button : buttons) {
         const bool acknowledges =
             button.element == Element::Stop || button.element == Element::Record;
-        const auto handler = button.handler;
+        const auto press = button.press;
         auto control = std::make_unique<ToggleButtonWin>(OwnScene(), button.element,
-                                                         [this, handler, acknowledges](bool lit) {
+                                                         [this, press, acknowledges](bool lit) {
                                                              if (acknowledges) Acknowledge();
-                                                             (s_.transport.*handler)(lit);
+                                                             press(s_.transport, lit);
                                                          });
         control->SetLabel({ControlRole::kToggle, button.name, button.hint, Shortcut(button.digit)});
         this->*button.place = Add(std::move(control));
@@ -119,15 +124,15 @@ void RecordWWin::MakeVolume() {
 void RecordWWin::MakeMarkButtons() {
     struct Button {
         Element element;
-        void (Transport::*handler)();
+        void (*press)(Transport& transport);
         const char16_t* name;
         const char16_t* hint;
         const char16_t* digit;
     };
     const Button buttons[] = {
-        {Element::BackMark, &Transport::BackMark, u"Previous mark",
+        {Element::BackMark, [](Transport& transport) { transport.BackMark(); }, u"Previous mark",
          u"Go back to the mark before, or to the beginning", u"1"},
-        {Element::ForwardMark, &Transport::ForwardMark, u"Next mark",
+        {Element::ForwardMark, [](Transport& transport) { transport.ForwardMark(); }, u"Next mark",
          u"Go ahead to the next mark, or to the end", u"3"},
     };
     for (const Button& button : buttons) {
@@ -135,9 +140,9 @@ void RecordWWin::MakeMarkButtons() {
             Add(std::unique_ptr<PushButtonWin>());
             continue;
         }
-        const auto handler = button.handler;
+        const auto press = button.press;
         PushButtonWin* const control = Add(std::make_unique<PushButtonWin>(
-            OwnScene(), button.element, [this, handler] { (s_.transport.*handler)(); }));
+            OwnScene(), button.element, [this, press] { press(s_.transport); }));
         control->SetLabel({ControlRole::kButton, button.name, button.hint, Shortcut(button.digit)});
     }
 }
