@@ -8,8 +8,11 @@ namespace orma {
 
 AboutWWin::AboutWWin(const Scene& scene, ScreenHost& host, ProductVersion version,
                      std::function<AboutInfo()> ask)
-    : WWin(ScreenIndex::kAbout, scene, host), ask_(std::move(ask)) {
+    : WWin(ScreenIndex::kAbout, scene, host),
+      ask_(std::move(ask)),
+      font_(scene.skin.FontOf(SkinFont::kText)) {
     const Skin& skin = OwnScene().skin;
+    font_.height = skin.Scaled(kFontHeight);  // the longest lines fill the display
     MakeButton(device_, Element::AboutDevice, Page::kDevice, u"Device",
                u"Memory, processor and battery of this machine");
     MakeButton(project_, Element::AboutProject, Page::kProject, u"Project",
@@ -21,9 +24,8 @@ AboutWWin::AboutWWin(const Scene& scene, ScreenHost& host, ProductVersion versio
     name->SetLabel({ControlRole::kText, u"Program", u"The name of this program", {}});
     for (int i = 0; i < kRequiredLines; ++i)
         MakeLine(i);
-    StaticTextWin* const text =
-        Add(std::make_unique<StaticTextWin>(OwnScene(), skin.RectOf(Element::AboutVersion),
-                                            skin.FontOf(SkinFont::kText), TextGround::kPage));
+    StaticTextWin* const text = Add(std::make_unique<StaticTextWin>(
+        OwnScene(), skin.RectOf(Element::AboutVersion), font_, TextGround::kPage));
     text->PresetText(FormatText("Orma Edit V%d.%dR%d (c) 2003-2006", version.major, version.minor,
                                 version.release));
     text->SetLabel({ControlRole::kText, u"Version", u"Tell it when you ask for help", {}});
@@ -43,11 +45,11 @@ void AboutWWin::MakeLine(int index) {
     const Skin& skin = OwnScene().skin;
     Rect rect = skin.RectOf(Element::AboutWindowText);
     rect.y += skin.Scaled(index * kLinePitch);
-    const Font font = skin.FontOf(SkinFont::kText);
+    rect.h = skin.Scaled(kLinePitch);
     labels_.push_back(
-        Add(std::make_unique<StaticTextWin>(OwnScene(), rect, font, TextGround::kPage)));
+        Add(std::make_unique<StaticTextWin>(OwnScene(), rect, font_, TextGround::kPage)));
     values_.push_back(Add(std::make_unique<StaticTextWin>(
-        OwnScene(), rect, font, TextGround::kNothing, TextAlignment::kRight)));
+        OwnScene(), rect, font_, TextGround::kNothing, TextAlignment::kRight)));
 }
 
 void AboutWWin::Entered() {
@@ -72,7 +74,7 @@ void AboutWWin::Choose(Page page) {
     Gather();
 }
 
-// Lines overlap in part, so the screen is painted as a whole; that happens when a number changed.
+// A label and its value share a line, so the screen is painted as a whole: only when one changed.
 void AboutWWin::Gather() {
     const AboutInfo info = ask_();
     std::vector<Line> lines = page_ == Page::kDevice ? DeviceLines(info) : ProjectLines(info);
@@ -87,6 +89,19 @@ void AboutWWin::Gather() {
         labels_[i]->SetLabel({role, line.label, line.value, {}});
     }
     if (IsEntered()) Paint();
+}
+
+// Of a folder that is too long, the end tells most.
+Text AboutWWin::Location(Text folder) const {
+    const auto fits = [this](const Text& text) {
+        return OwnScene().canvas.Measure(text, font_).width <= labels_.front()->Bounds().w;
+    };
+    Text line = u"At: " + folder;
+    while (!fits(line) && !folder.empty()) {
+        folder.erase(0, 1);
+        line = u"At: ..." + folder;
+    }
+    return line;
 }
 
 std::vector<AboutWWin::Line> AboutWWin::DeviceLines(const AboutInfo& info) const {
@@ -105,7 +120,7 @@ std::vector<AboutWWin::Line> AboutWWin::DeviceLines(const AboutInfo& info) const
 
 std::vector<AboutWWin::Line> AboutWWin::ProjectLines(const AboutInfo& info) const {
     std::vector<Line> lines;
-    lines.push_back({u"At: " + info.projectLocation, {}});
+    lines.push_back({Location(info.projectLocation), {}});
     lines.push_back({u"Recording format",
                      Text(info.mp2 ? u"mp2" : u"wav") + (info.stereo ? u" stereo" : u" mono")});
     lines.push_back({u"MP2 bitrate (kbit/s)", FormatText("%u", info.bitrate)});

@@ -59,7 +59,8 @@ class AboutWWin : public WWin {
 
     static constexpr int kLines = 5;
     static constexpr int kRequiredLines = 2;  // stand in the table before the version
-    static constexpr int kLinePitch = 15;     // design pixels
+    static constexpr int kLinePitch = 15;     // design pixels, as is:
+    static constexpr int kFontHeight = 11;
     static constexpr std::uint32_t kTicksOfRefresh = 50;
 
     void MakeButton(ToggleButtonWin*& place, Element element, Page page, const char16_t* name,
@@ -67,10 +68,12 @@ class AboutWWin : public WWin {
     void MakeLine(int index);
     void Choose(Page page);
     void Gather();
+    [[nodiscard]] Text Location(Text folder) const;
     [[nodiscard]] std::vector<Line> DeviceLines(const AboutInfo& info) const;
     [[nodiscard]] std::vector<Line> ProjectLines(const AboutInfo& info) const;
 
     std::function<AboutInfo()> ask_;
+    Font font_;
     Page page_ = Page::kDevice;
     std::uint32_t ticks_ = 0;
     std::vector<Line> shown_;

@@ -42,9 +42,14 @@ Text InputWarnings::Line() const {
         return stalled ? u"Microphone stalled" : u"Microphone lost";
     }
     if (framesLost_) return u"Some sound was lost";
-    if (silent_) return digital_ ? u"No sound from the input" : u"No sound from the microphone";
+    if (SilenceIsFirst())
+        return digital_ ? u"No sound from the input" : u"No sound from the microphone";
     if (overload_) return u"Too loud: overload";
     return {};
+}
+
+Text InputWarnings::ShortLine() const {
+    return SilenceIsFirst() ? Text{u"No sound"} : Line();
 }
 
 }  // namespace orma

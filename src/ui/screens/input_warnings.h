@@ -43,10 +43,17 @@ class InputWarnings {
     /// The most urgent one; empty: nothing is wrong.
     [[nodiscard]] Text Line() const;
 
+    /// The same for a narrow display.
+    [[nodiscard]] Text ShortLine() const;
+
   private:
     enum class LostDevice : std::uint8_t { kNone, kInput, kOutput };
 
     bool Lost(LostDevice device, WaveLoss reason);
+
+    [[nodiscard]] bool SilenceIsFirst() const {
+        return silent_ && !framesLost_ && lost_ == LostDevice::kNone;
+    }
 
     bool digital_;
     bool overload_ = false;

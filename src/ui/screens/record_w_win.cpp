@@ -212,7 +212,7 @@ void RecordWWin::ShowWarning(bool isNew) {
     const Text line = warnings_.Line();
     if (isNew && !line.empty()) Host().Announce(line);
     if (!line.empty()) Put(maxTime_, {});
-    Put(warning_, line);
+    Put(warning_, warning_->Fits(line) ? line : warnings_.ShortLine());
     if (line.empty() && maxTime_ != nullptr && maxTime_->Value().empty()) ShowMaxTime();
 }
 

@@ -55,6 +55,9 @@ TEST(AboutWWinTest, BothPagesTellWhatIsKnown) {
     const std::vector<Text> wav = Drawn(rig, screen);
     EXPECT_NE(std::find(wav.begin(), wav.end(), u"wav mono"), wav.end()) << "asked anew";
     EXPECT_NE(std::find(wav.begin(), wav.end(), u"(Off)"), wav.end());
+    info.projectLocation = u"/media/card/2026/november/mayor and harbour/";
+    screen.OnKey(Key::kRight);
+    EXPECT_EQ(Drawn(rig, screen)[1], u"At: ...2026/november/mayor and harbour/") << "the end of it";
     screen.OnKey(Key::kLeft);
     EXPECT_EQ(Drawn(rig, screen),
               (std::vector<Text>{u"Orma Edit", u"Main memory", u"      9*", version}));

@@ -264,6 +264,12 @@ TEST(RecordWWinTest, SilenceOfFiveSecondsIsToldUntilThereIsSound) {
     digital.screen->PressRecord();
     digital.Hear(100, kQuiet);
     EXPECT_EQ(digital.ValueAt(kWarning), "No sound from the input");
+
+    RecorderDesk narrow(kEverything, false, false, "[MaxTime]\r\nw=100\r\n");
+    narrow.screen->PressRecord();
+    narrow.Hear(100, kQuiet);
+    EXPECT_EQ(narrow.ValueAt(kWarning), "No sound");
+    EXPECT_EQ(narrow.host.announced, (std::vector<Text>{u"No sound from the microphone"}));
 }
 
 TEST(RecordWWinTest, LostDevicesAndLostSoundAreTold) {

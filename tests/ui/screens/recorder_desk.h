@@ -59,8 +59,10 @@ class OutsideRecorder : public ExternalRecorder {
 class RecorderDesk : public Desktop, public SystemStatus {
   public:
     explicit RecorderDesk(const RecorderScreenOptions& options = kEverything,
-                          bool upsideDown = false, bool external = false)
-        : rig({.upsideDown = upsideDown}), outside(external ? &device : nullptr, app.report) {
+                          bool upsideDown = false, bool external = false,
+                          const std::string& layout = {})
+        : rig({.upsideDown = upsideDown, .layout = layout}),
+          outside(external ? &device : nullptr, app.report) {
         InputProcessingSettings input;
         input.inputGainDb = 12;
         input.outputStep = 14;
