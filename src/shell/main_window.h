@@ -34,6 +34,10 @@ class MainWindow {
     /// The pointer's events keep coming, wherever it is, until it is released.
     virtual void CapturePointer(bool on) = 0;
 
+    /// Frames the control that the keyboard works on, over the window's image; an empty rectangle:
+    /// none.
+    virtual void ShowFocus(const Rect& control) = 0;
+
     virtual void ShowWaitCursor(bool on) = 0;
 
     /// A screen reader says it; nothing else happens.

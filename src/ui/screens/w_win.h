@@ -28,6 +28,9 @@ class WWin : public Win, public TransportListener {
     virtual void Tick() {}
     virtual void OnKey(Key /*key*/) {}
 
+    /// The list that the clip editor shows has news; the code tells which.
+    virtual void OnListNotification(std::uint32_t /*code*/) {}
+
     /// The normal page and every control on it.
     void Paint() override;
 
