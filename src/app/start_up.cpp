@@ -140,10 +140,7 @@ bool OpenProject(Application& app, const Text& path) {
     return LoadAt(app, parts.folder, parts.name);
 }
 
-bool ShutDown(Application& app) {
-    const bool projectSaved = app.project.SaveProject();
-    app.player.WavExitPlaying();
-    app.recorder.WavCloseRecording();  // a take that is still open is kept and saved by this
+bool SaveUserState(Application& app) {
     app.settings.LastFolder = app.project.Folder();
     app.settings.LastName = app.project.Name();
     app.settings.InputGain = app.input.InputGainDb();
@@ -151,7 +148,14 @@ bool ShutDown(Application& app) {
     app.settings.CurrentPresetName = app.input.CurrentSetName();
     app.settings.MaycomGain = app.externalRecorder.GainCode();
     app.settings.MaycomVol = app.externalRecorder.VolumeCode();
-    return app.settingsStore.SaveUserState() && projectSaved;
+    return app.settingsStore.SaveUserState();
+}
+
+bool ShutDown(Application& app) {
+    const bool projectSaved = app.project.SaveProject();
+    app.player.WavExitPlaying();
+    app.recorder.WavCloseRecording();  // a take that is still open is kept and saved by this
+    return SaveUserState(app) && projectSaved;
 }
 
 }  // namespace orma

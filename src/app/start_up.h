@@ -33,6 +33,10 @@ void TellRecovered(Application& app);
 /// Loads the project at `path`; false when it is missing or refused (reported).
 [[nodiscard]] bool OpenProject(Application& app, const Text& path);
 
+/// Stores what the user left: the project for start mode 3, gain, volume, the equaliser set. False
+/// when it could not be saved (reported).
+[[nodiscard]] bool SaveUserState(Application& app);
+
 /// Ends the application in its order: project, devices, user state. False when something could not
 /// be saved (reported).
 /// Uploads that accompanied recordings go on behind it: whoever wants them whole waits for
