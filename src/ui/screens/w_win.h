@@ -37,6 +37,10 @@ class WWin : public Win, public TransportListener {
     /// The first control in table order that takes the pointer.
     [[nodiscard]] Win* HitTest(Point at) override;
 
+    /// Project, recording or its marks and cuts are not what they were when the screen was entered;
+    /// Paint follows.
+    virtual void Refresh() {}
+
     /// It is the current screen now: its menu entry is ticked and the window painted anew.
     virtual void Entered();
     virtual void Left();
