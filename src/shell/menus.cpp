@@ -1,0 +1,163 @@
+#include "shell/menus.h"
+
+#include <algorithm>
+
+namespace orma {
+namespace {
+
+using Items = std::vector<MenuItem>;
+
+MenuItem Line(Command command, Text text) {
+    return {.command = command, .text = std::move(text)};
+}
+
+MenuItem GreyLine(Command command, Text text) {
+    return {.command = command, .text = std::move(text), .enabled = false};
+}
+
+MenuItem Separator() {
+    return {.kind = MenuItem::Kind::kSeparator};
+}
+
+MenuItem ClipButton() {
+    return {.kind = MenuItem::Kind::kBitmap, .command = Command::kPublishClip};
+}
+
+Items FileItems() {
+    return {Line(Command::kPublishClip, u"Publish Clip..."),
+            Separator(),
+            Line(Command::kOpenProject, u"Open project"),
+            Line(Command::kNewProject, u"New project"),
+            Line(Command::kOpenClip, u"Open clip"),
+            Separator(),
+            Line(Command::kSaveSelection, u"Save selection"),
+            Line(Command::kCopyToClipEditor, u"Copy to clip-editor..."),
+            Separator(),
+            Line(Command::kDelete, u"Delete"),
+            Separator(),
+            Line(Command::kExit, u"Exit")};
+}
+
+Items PublishItems() {
+    return {Line(Command::kPublishClip, u"Clip"), Line(Command::kPublishClipList, u"Cliplist")};
+}
+
+Items EditItems(MainMenu menu) {
+    if (menu == MainMenu::kRecorder) return {Line(Command::kMark, u"Mark")};
+    return {Line(Command::kCropBegin, u"Crop begin"),
+            Line(Command::kCropEnd, u"Crop end"),
+            Separator(),
+            Line(Command::kCutBegin, u"Cut begin"),
+            Line(Command::kCutEnd, u"Cut end"),
+            Separator(),
+            Line(Command::kMark, u"Mark")};
+}
+
+Items ViewItems() {
+    return {Line(Command::kRecorder, u"Record"),
+            Line(Command::kEditor, u"Editor"),
+            Line(Command::kClipEditor, u"Clip editor"),
+            Separator(),
+            Line(Command::kEditText, u"Edit Text"),
+            Separator(),
+            Line(Command::kAbout, u"About")};
+}
+
+void Append(Items& items, std::initializer_list<MenuItem> more) {
+    items.push_back(Separator());
+    items.insert(items.end(), more);
+}
+
+}  // namespace
+
+MenuBar BuildMenuBar(MainMenu menu, const MenuOptions& options) {
+    Items file = FileItems();
+    Items publish = PublishItems();
+    Items view = ViewItems();
+    if (options.inputOptions)
+        view.insert(view.begin(), {Line(Command::kInputOptions, u"Input options..."), Separator()});
+    if (options.publishClipButton) file.front() = ClipButton();
+    if (options.imagePublishing) Append(publish, {Line(Command::kImage, u"Image")});
+    if (options.publishToFile)
+        Append(publish, {GreyLine(Command::kClipToFile, u"Clip to File"),
+                         GreyLine(Command::kClipListToFile, u"Cliplist to File")});
+    if (options.fastPublishing)
+        Append(publish, {GreyLine(Command::kFastClip, u"Fast Clip"),
+                         GreyLine(Command::kFastClipList, u"Fast Cliplist")});
+    return {{{u"  File  ", std::move(file)},
+             {u"  Publish  ", std::move(publish)},
+             {u"  Edit  ", EditItems(menu)},
+             {u"  View  ", std::move(view)}}};
+}
+
+void RenewMarkItem(Menu& edit, bool onMark) {
+    const auto isMark = [](const MenuItem& item) {
+        return item.kind == MenuItem::Kind::kCommand && item.command == Command::kMark;
+    };
+    const auto found = std::ranges::find_if(edit.items, isMark);
+    if (found == edit.items.end()) return;
+    MenuItem item = *found;
+    edit.items.erase(found);
+    item.text = onMark ? u"Delete marker" : u"Mark";
+    edit.items.push_back(std::move(item));
+}
+
+bool IsEnabled(Command command, const MenuState& state) {
+    if (state.screen == ScreenIndex::kProgress) return false;
+    const bool idle = !state.capturing && !state.playing;
+    const bool editable = !state.capturing && state.recorded;
+    switch (command) {
+        case Command::kRecorder:
+        case Command::kEditor:
+        case Command::kClipEditor:
+        case Command::kAbout:
+        case Command::kExit:
+            return true;
+        case Command::kEditText:
+            return !state.textEditor;
+        case Command::kOpenProject:
+        case Command::kNewProject:
+        case Command::kOpenClip:
+        case Command::kDelete:
+        case Command::kInputOptions:
+        case Command::kRecord:
+            return idle;
+        case Command::kSaveSelection:
+        case Command::kClipToFile:
+        case Command::kFastClip:
+            return idle && state.selection;
+        case Command::kCopyToClipEditor:
+            return idle && state.recorded;
+        case Command::kPublishClip:
+            return idle && (state.selection || state.imagePublishing);
+        case Command::kPublishClipList:
+            return idle && (state.clips || state.imagePublishing);
+        case Command::kClipListToFile:
+        case Command::kFastClipList:
+            return idle && state.clips;
+        case Command::kImage:
+            return idle && state.imagePublishing;
+        case Command::kCropBegin:
+        case Command::kCropEnd:
+            return editable && state.screen == ScreenIndex::kEditor;
+        case Command::kCutBegin:
+            return editable && state.screen == ScreenIndex::kEditor && state.cutBegin;
+        case Command::kCutEnd:
+            return editable && state.screen == ScreenIndex::kEditor && state.cutEnd;
+        case Command::kMark:
+            return editable;
+        case Command::kListView:
+        case Command::kNone:
+            break;
+    }
+    return false;
+}
+
+void EnableItems(MenuBar& bar, const MenuState& state, const CommandSet& available) {
+    for (Menu& menu : bar.menus)
+        for (MenuItem& item : menu.items)
+            if (item.kind != MenuItem::Kind::kSeparator)
+                item.enabled = available.contains(item.command) && IsEnabled(item.command, state);
+}
+
+}  // namespace orma
