@@ -1,0 +1,222 @@
+#include "shell/command_table.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "app/application_menu.h"
+#include "base/trace.h"
+#include "project/clip_operations.h"
+#include "project/cuts.h"
+#include "project/marks.h"
+#include "project/save_selection.h"
+#include "project/selection.h"
+#include "shell/shell.h"
+
+namespace orma {
+namespace {
+
+bool IsCapturing(const Application& app) {
+    return IsBusy(app) && !app.player.IsPlaying();
+}
+
+template <ScreenIndex kIndex>
+void Select(Shell& shell, std::uint32_t) {
+    shell.SelectScreen(kIndex);
+}
+
+void EditText(Shell& shell, std::uint32_t) {
+    shell.OpenTextEditor();
+}
+
+void Exit(Shell& shell, std::uint32_t) {
+    shell.OnCloseRequest();
+}
+
+void TraceOnly(Shell&, std::uint32_t) {
+    Trace("command %u", static_cast<unsigned>(Command::kNone));
+}
+
+void ListView(Shell& shell, std::uint32_t notification) {
+    if (shell.CurrentScreen() != ScreenIndex::kClipEditor) return;
+    shell.Screen(ScreenIndex::kClipEditor)->OnListNotification(notification);
+}
+
+// Files. While something is recorded or played no dialog is shown: the operation itself refuses.
+
+using Question = std::optional<Text> (Dialogs::*)(const Text& proposed);
+using FileOperation = bool (*)(Application& app, const Text& path);
+
+/// True when the user answered and the operation was done.
+bool RunOnFile(Shell& shell, Question question, const Text& proposed, FileOperation operation,
+               bool refused = false) {
+    Application& app = shell.App();
+    if (refused || IsBusy(app)) {
+        (void)operation(app, {});
+        return false;
+    }
+    // The text belongs to the project that is left, and is saved with it.
+    shell.CloseTextEditor();
+    const std::optional<Text> path = (shell.UserDialogs().*question)(proposed);
+    if (!path) return false;
+    shell.ShowWaitCursor(true);
+    const bool done = operation(app, *path);
+    shell.ShowWaitCursor(false);
+    shell.Refresh();
+    return done;
+}
+
+void OpenProject(Shell& shell, std::uint32_t) {
+    RunOnFile(shell, &Dialogs::OpenProject, shell.App().project.ProjectFilePath(), MenuOpen);
+}
+
+void NewProject(Shell& shell, std::uint32_t) {
+    const Application& app = shell.App();
+    const Text proposed = AsFolder(app.settings.ProjectsFolder) + app.project.Name() + u".opr";
+    if (RunOnFile(shell, &Dialogs::NewProject, proposed, MenuNewProject))
+        shell.SelectScreen(ScreenIndex::kRecorder);
+}
+
+void OpenClip(Shell& shell, std::uint32_t) {
+    RunOnFile(shell, &Dialogs::OpenClip, shell.App().recording.audioPath, MenuOpenClip);
+}
+
+void Delete(Shell& shell, std::uint32_t) {
+    RunOnFile(shell, &Dialogs::Delete, shell.App().project.Folder(), MenuDelete);
+}
+
+void SaveSelection(Shell& shell, std::uint32_t) {
+    const Application& app = shell.App();
+    const bool selected = app.recording.selectionStart < app.recording.selectionEnd;
+    RunOnFile(shell, &Dialogs::SaveSelection, ProposedSelectionPath(app.project), MenuSaveSelAs,
+              !selected);
+}
+
+// Editing. Nothing is edited during a take: the cursor and the level file are the recorder's then.
+
+using EditOperation = bool (*)(Application& app);
+
+template <EditOperation kOperation>
+void Edit(Shell& shell, std::uint32_t) {
+    Application& app = shell.App();
+    CurrentRecording& recording = app.recording;
+    if (IsCapturing(app) || recording.length == 0) return;
+    const std::uint32_t cursor = recording.cursor;
+    (void)kOperation(app);  // a failure is reported, and the screen shows what is true
+    if (recording.cursor != cursor)
+        app.transport.MoveTo(static_cast<std::int32_t>(recording.cursor));
+    shell.Refresh();
+}
+
+bool EditCropBegin(Application& app) {
+    return CropBegin(app.project);
+}
+
+bool EditCropEnd(Application& app) {
+    return CropEnd(app.project);
+}
+
+bool EditCutBegin(Application& app) {
+    return EnsureLevels(app.project) && CutBegin(app.project, app.settings.OneSecondCut != 0);
+}
+
+bool EditCutEnd(Application& app) {
+    return EnsureLevels(app.project) && CutEnd(app.project, app.settings.OneSecondCut != 0);
+}
+
+bool EditMark(Application& app) {
+    return EnsureLevels(app.project) && ToggleMark(app.files, app.recording);
+}
+
+void CopyToClips(Shell& shell, std::uint32_t) {
+    Application& app = shell.App();
+    if (IsBusy(app)) return;
+    const CurrentRecording& recording = app.recording;
+    const bool empty = recording.selectionStart >= recording.selectionEnd;
+    if (recording.length == 0 || (empty && recording.selectionStart != 0)) {
+        (void)CopyToClipEditor(app.project, {});  // says so
+        return;
+    }
+    const auto title = shell.UserDialogs().ClipName(ProposedClipTitle(app.project));
+    if (!title) return;
+    (void)CopyToClipEditor(app.project, *title);  // reported
+    shell.Refresh();
+}
+
+void InputOptions(Shell& shell, std::uint32_t) {
+    if (IsBusy(shell.App())) return;
+    shell.UserDialogs().InputOptions();
+    shell.Refresh();
+}
+
+void Record(Shell& shell, std::uint32_t) {
+    const Application& app = shell.App();
+    const bool ready = shell.Screen(ScreenIndex::kRecorder) != nullptr && !IsBusy(app) &&
+                       app.transport.State() == TransportState::kStopped;
+    if (ready) shell.App().transport.Record(true);
+}
+
+// Publishing. The job runs to its end inside the call and tells the user how it ended.
+
+using PublishOperation = PublishOutcome (PublishJob::*)(bool busy);
+
+template <PublishOperation kOperation>
+void Publish(Shell& shell, std::uint32_t) {
+    if (shell.Publishing() == nullptr) return;
+    Application& app = shell.App();
+    const bool busy = IsBusy(app);
+    if (!busy) shell.CloseTextEditor();  // its text goes along
+    PublishJob job(app.Publishing(*shell.Publishing()));
+    (void)(job.*kOperation)(busy);
+    if (busy) return;
+    if (shell.CurrentScreen() == ScreenIndex::kProgress) shell.SelectScreen(shell.PreviousScreen());
+    shell.Refresh();
+}
+
+void PublishImage(Shell& shell, std::uint32_t) {
+    if (!IsBusy(shell.App())) Publish<&PublishJob::MenuPublishImage>(shell, 0);
+}
+
+struct Row {
+    Command command;
+    CommandAction action;
+};
+
+constexpr Row kTable[] = {
+    {Command::kRecorder, Select<ScreenIndex::kRecorder>},
+    {Command::kEditor, Select<ScreenIndex::kEditor>},
+    {Command::kClipEditor, Select<ScreenIndex::kClipEditor>},
+    {Command::kEditText, EditText},
+    {Command::kAbout, Select<ScreenIndex::kAbout>},
+    {Command::kPublishClip, Publish<&PublishJob::MenuPublishClip>},
+    {Command::kExit, Exit},
+    {Command::kOpenProject, OpenProject},
+    {Command::kNewProject, NewProject},
+    {Command::kDelete, Delete},
+    {Command::kListView, ListView},
+    {Command::kCropBegin, Edit<EditCropBegin>},
+    {Command::kCropEnd, Edit<EditCropEnd>},
+    {Command::kSaveSelection, SaveSelection},
+    {Command::kPublishClipList, Publish<&PublishJob::MenuPublishCliplist>},
+    {Command::kOpenClip, OpenClip},
+    {Command::kCutBegin, Edit<EditCutBegin>},
+    {Command::kCutEnd, Edit<EditCutEnd>},
+    {Command::kMark, Edit<EditMark>},
+    {Command::kNone, TraceOnly},
+    {Command::kCopyToClipEditor, CopyToClips},
+    {Command::kInputOptions, InputOptions},
+    {Command::kClipToFile, Publish<&PublishJob::MenuPublishClipToFile>},
+    {Command::kClipListToFile, Publish<&PublishJob::MenuPublishCliplistToFile>},
+    {Command::kImage, PublishImage},
+    {Command::kRecord, Record},
+    {Command::kFastClip, Publish<&PublishJob::MenuPublishFastClip>},
+    {Command::kFastClipList, Publish<&PublishJob::MenuPublishFastCliplist>},
+};
+
+}  // namespace
+
+CommandAction FindAction(Command command) {
+    const auto* const row = std::ranges::find(kTable, command, &Row::command);
+    return row != std::end(kTable) ? row->action : nullptr;
+}
+
+}  // namespace orma

@@ -1,0 +1,62 @@
+// Pointer and keys.
+
+#include <utility>
+
+#include "app/application_menu.h"
+#include "shell/shell.h"
+
+namespace orma {
+
+void Shell::OnLeftDown(Point at) {
+    WWin* const screen = Current();
+    if (pressed_ || screen == nullptr) return;
+    pressed_ = true;
+    pointer_ = {.press = at, .offset = {}};
+    s_.window.CapturePointer(true);
+    captured_ = screen->HitTest(at);
+    if (captured_ != nullptr) captured_->Press();
+}
+
+void Shell::OnPointerMove(Point at) {
+    if (captured_ == nullptr) return;
+    pointer_.offset = {at.x - pointer_.press.x, at.y - pointer_.press.y};
+    captured_->Drag();
+}
+
+void Shell::OnLeftUp(Point at) {
+    if (!pressed_) return;
+    pressed_ = false;
+    pointer_ = {.press = at, .offset = {}};
+    s_.window.CapturePointer(false);
+    if (Win* const control = std::exchange(captured_, nullptr)) control->Release();
+}
+
+void Shell::OnRightDown(Point at) {
+    if (WWin* screen = Current()) screen->RightDown(at);
+}
+
+void Shell::OnRightUp(Point at) {
+    if (WWin* screen = Current()) screen->RightUp(at);
+}
+
+void Shell::OnKeyDown(Key key, bool shift) {
+    WWin* const screen = Current();
+    if (screen == nullptr || key == Key::kRecordButton) return;
+    // While the pointer holds a control, the keyboard does not press another one.
+    if (!pressed_ && focus_.OnKey(*screen, key, shift)) return;
+    screen->OnKey(key);
+}
+
+void Shell::OnKeyUp(Key key) {
+    if (key != Key::kRecordButton || Screen(ScreenIndex::kRecorder) == nullptr) return;
+    if (currentIndex_ == ScreenIndex::kProgress || quitting_) return;
+    Transport& transport = s_.app.transport;
+    const Recorder& recorder = s_.app.recorder;
+    const bool saving = recorder.IsSaving() || recorder.IsSavingPending();
+    if (saving || s_.app.player.IsPlaying())
+        transport.Stop(true);
+    else
+        transport.Record(!ButtonsOf(transport.State()).record);
+}
+
+}  // namespace orma
