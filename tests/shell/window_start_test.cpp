@@ -1,0 +1,108 @@
+#include "shell/window_start.h"
+
+#include <gtest/gtest.h>
+
+#include "shell/shell_desk.h"
+#include "support/fake_patience.h"
+
+namespace orma::test {
+namespace {
+
+struct StartDesk : ShellDesk {
+    WindowParts parts{app, shell, window, running, [this](const WindowLook& seen) {
+                          look = seen;
+                          log.emplace_back("skin");
+                      }};
+    WindowLook look;
+};
+
+TEST(WindowStart, GoesInItsOrder) {
+    StartDesk desk;
+    desk.window.display = {480, 640};
+    WriteFileBytes(desk.folder.Path(u"size.txt"), AsBytes("[Size]\nLandscape=2\nBig=1\n"));
+    EXPECT_TRUE(StartWindow(desk.parts, {}));
+    EXPECT_EQ(desk.log, (Log{"wait", "close setup", "create Orma Edit 480x380", "open instance",
+                             "skin", "entered 0", "arrow", "show", "raise"}));
+    EXPECT_EQ(desk.look.client, (Size{480, 380}));
+    EXPECT_EQ(desk.look.scale, 2.0F);
+    EXPECT_EQ(desk.look.background.normal, 494);
+    EXPECT_FALSE(desk.window.menus.menus.empty());
+    desk.log.clear();
+    desk.running.requests.raise();
+    EXPECT_EQ(desk.log, Log{"raise"});
+    desk.running.requests.close();
+    EXPECT_TRUE(desk.shell.IsQuitting());
+    EXPECT_EQ(desk.loop.Run(), 0);
+}
+
+TEST(WindowStart, OpensTheProjectOfTheCommandLineAndGoesOnWithoutOneThatIsMissing) {
+    StartDesk desk;
+    desk.RecordTake();
+    ASSERT_TRUE(desk.app.project.SaveProject());
+    StartDesk next;
+    EXPECT_TRUE(StartWindow(next.parts, desk.folder.Path(u"city.opr")));
+    EXPECT_EQ(next.app.project.Name(), u"city");
+    EXPECT_EQ(next.app.clips.Count(), 1);
+    StartDesk without;
+    EXPECT_TRUE(StartWindow(without.parts, desk.folder.Path(u"none.opr")));
+    EXPECT_EQ(without.app.clips.Count(), 0);
+    EXPECT_TRUE(without.shell.IsOpen());
+}
+
+TEST(WindowStart, ASecondInstanceTakesOverOnlyWithAProject) {
+    struct Case {
+        const char16_t* commandLine;
+        bool ends;
+        bool starts;
+        const char* asked;
+    };
+    for (const Case& one :
+         {Case{u"", true, false, "raise other"}, Case{u" ", true, false, "raise other"},
+          Case{u" a.opr", true, false, "raise other"}, Case{u"a.opr", true, true, "close other"},
+          Case{u"a.opr", false, false, "close other"}}) {
+        StartDesk desk;
+        desk.running.isOpen = true;
+        desk.running.ends = one.ends;
+        EXPECT_EQ(StartWindow(desk.parts, one.commandLine), one.starts);
+        EXPECT_EQ(desk.log[2], one.asked);
+        EXPECT_EQ(desk.log.back(), one.starts ? "raise" : "raise other");
+        EXPECT_EQ(desk.shell.IsOpen(), one.starts);
+    }
+}
+
+TEST(WindowStart, WithoutAWindowTheProgramEndsInSilence) {
+    StartDesk desk;
+    desk.window.canBeCreated = false;
+    EXPECT_FALSE(StartWindow(desk.parts, {}));
+    EXPECT_FALSE(desk.shell.IsOpen());
+    EXPECT_TRUE(desk.boxes.shown.empty());
+}
+
+TEST(WindowEnd, SavesTheProjectThenClosesTheWindowThenSavesWhatTheUserLeft) {
+    StartDesk desk;
+    ASSERT_TRUE(StartWindow(desk.parts, {}));
+    desk.RecordTake();
+    desk.app.transport.Record(true);
+    desk.app.transport.Play(true);
+    desk.Deliver(31);
+    desk.editor.isOpen = true;
+    desk.shell.OnLeftDown({5, 5});
+    desk.log.clear();
+    FakePatience patience;
+    EXPECT_TRUE(EndWindow(desk.parts, patience));
+    // The take that was still recorded is in the list before the screens go.
+    EXPECT_EQ(desk.log,
+              (Log{"close text", "save city.opr", "save city.opr", "left 0", "gone 0", "gone 1",
+                   "gone 2", "gone 4", "gone 5", "destroy", "save OrmaSet.sup"}));
+    EXPECT_EQ(desk.app.clips.Count(), 2);
+    EXPECT_EQ(desk.app.settings.LastName, u"city");
+    EXPECT_TRUE(desk.app.recorder.IsClosed());
+    desk.shell.OnLeftUp({5, 5});
+    desk.shell.OnKeyDown(Key::kTab);
+    desk.shell.OnPaint();
+    desk.loop.Advance(100);
+    EXPECT_EQ(desk.loop.Run(), 0);
+}
+
+}  // namespace
+}  // namespace orma::test
