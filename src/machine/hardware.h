@@ -1,15 +1,17 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 
-#include "cli/globals.h"
+#include "machine/machine_options.h"
 #include "platform/event_loop.h"
 #include "platform/external_recorder.h"
 #include "platform/headset_probe.h"
 #include "platform/spdif_card.h"
 #include "platform/wave.h"
 
-namespace orma::cli {
+namespace orma {
 
 /// The sound system and what is attached to it, as the options --audio and --hardware choose it.
 /// Destroyed from the bottom up: a simulated recorder outlives the sound system that plays it.
@@ -20,7 +22,8 @@ struct Hardware {
     std::unique_ptr<WaveSystem> waves = nullptr;
 };
 
-/// Throws UsageError when an option is not understood. Touches no device.
-[[nodiscard]] Hardware MakeHardware(const Globals& globals, EventLoop& loop);
+/// None when an option is not understood: `error` says why. Touches no device.
+[[nodiscard]] std::optional<Hardware> MakeHardware(const MachineOptions& options, EventLoop& loop,
+                                                   std::string& error);
 
-}  // namespace orma::cli
+}  // namespace orma

@@ -1,8 +1,8 @@
-#include "cli/globals.h"
+#include "machine/machine_options.h"
 
 #include <filesystem>
 
-namespace orma::cli {
+namespace orma {
 
 Text CallerPath(const std::string& path) {
     std::error_code error;
@@ -10,4 +10,4 @@ Text CallerPath(const std::string& path) {
     return FromUtf8(error ? path : absolute.lexically_normal().string());
 }
 
-}  // namespace orma::cli
+}  // namespace orma

@@ -1,7 +1,6 @@
-#include "cli/hardware.h"
+#include "machine/hardware.h"
 
 #include <charconv>
-#include <optional>
 
 #include "platform/alsa/alsa_headset.h"
 #include "platform/alsa/alsa_recorder.h"
@@ -12,7 +11,7 @@
 #include "platform/simulated/simulated_recorder_waves.h"
 #include "platform/virtual_audio/virtual_wave_system.h"
 
-namespace orma::cli {
+namespace orma {
 namespace {
 
 constexpr std::string_view kAlsa = "alsa";
@@ -23,11 +22,15 @@ class UnknownHeadset : public HeadsetProbe {
     [[nodiscard]] int State(bool /*alternativeKey*/) override { return -1; }
 };
 
-std::unique_ptr<WaveSystem> MakeWaves(const Globals& globals, EventLoop& loop) {
-    if (globals.audio == kDefaultAudio) return std::make_unique<PortAudioWaveSystem>(loop);
-    std::string error;
-    auto options = ParseVirtualAudio(globals.audio, error);
-    if (!options) throw UsageError("--audio: " + error);
+/// Null when --audio is not understood.
+std::unique_ptr<WaveSystem> MakeWaves(const std::string& audio, EventLoop& loop,
+                                      std::string& error) {
+    if (audio == kDefaultAudio) return std::make_unique<PortAudioWaveSystem>(loop);
+    auto options = ParseVirtualAudio(audio, error);
+    if (!options) {
+        error = "--audio: " + error;
+        return nullptr;
+    }
     for (Text* file : {&options->inputFile, &options->outputFile, &options->countFile})
         if (!file->empty()) *file = CallerPath(ToUtf8(*file));
     return std::make_unique<VirtualWaveSystem>(loop, *options);
@@ -35,18 +38,21 @@ std::unique_ptr<WaveSystem> MakeWaves(const Globals& globals, EventLoop& loop) {
 
 /// What simulated hardware hears is the microphone too: a recorder has no other sound, and beside a
 /// card any microphone will do.
-Globals WithMicrophone(Globals globals, const SimulatedOptions& options) {
+std::string WithMicrophone(const std::string& audio, const SimulatedOptions& options) {
     const Text& file = options.recorder ? options.recorder->file : options.card->file;
-    if (globals.audio == kDefaultAudio) globals.audio = "virtual:in=" + ToUtf8(file);
-    return globals;
+    return audio == kDefaultAudio ? "virtual:in=" + ToUtf8(file) : audio;
 }
 
-Hardware MakeSimulated(const Globals& globals, EventLoop& loop) {
-    std::string error;
-    const auto options = ParseSimulated(globals.hardware, error);
-    if (!options) throw UsageError("--hardware: " + error);
+std::optional<Hardware> MakeSimulated(const MachineOptions& chosen, EventLoop& loop,
+                                      std::string& error) {
+    const auto options = ParseSimulated(chosen.hardware, error);
+    if (!options) {
+        error = "--hardware: " + error;
+        return std::nullopt;
+    }
     Hardware hardware{.headset = std::make_unique<UnknownHeadset>(),
-                      .waves = MakeWaves(WithMicrophone(globals, *options), loop)};
+                      .waves = MakeWaves(WithMicrophone(chosen.audio, *options), loop, error)};
+    if (!hardware.waves) return std::nullopt;
     if (options->card) {
         SimulatedCardOptions card = *options->card;
         card.file = CallerPath(ToUtf8(card.file));
@@ -62,7 +68,7 @@ Hardware MakeSimulated(const Globals& globals, EventLoop& loop) {
 }
 
 /// "alsa", "alsa:card=PCM" or "alsa:card=PCM,rate=HZ"; commas may stand in the name.
-AlsaSpdifOptions ParseAlsa(std::string_view text) {
+std::optional<AlsaSpdifOptions> ParseAlsa(std::string_view text) {
     constexpr std::string_view kCard = ":card=";
     constexpr std::string_view kRate = ",rate=";
     text.remove_prefix(kAlsa.size());
@@ -76,27 +82,35 @@ AlsaSpdifOptions ParseAlsa(std::string_view text) {
         good = problem == std::errc() && end == number.data() + number.size();
         text = text.substr(0, at);
     }
-    if (!good || text.size() == kCard.size())
-        throw UsageError("--hardware: ALSA hardware is written alsa or alsa:card=PCM[,rate=HZ].");
+    if (!good || text.size() == kCard.size()) return std::nullopt;
     options.pcm = text.substr(kCard.size());
     return options;
 }
 
 }  // namespace
 
-Hardware MakeHardware(const Globals& globals, EventLoop& loop) {
-    if (globals.hardware.starts_with("simulated")) return MakeSimulated(globals, loop);
-    Hardware hardware{.waves = MakeWaves(globals, loop)};
-    if (globals.hardware == "none") {
+std::optional<Hardware> MakeHardware(const MachineOptions& options, EventLoop& loop,
+                                     std::string& error) {
+    if (options.hardware.starts_with("simulated")) return MakeSimulated(options, loop, error);
+    Hardware hardware{.waves = MakeWaves(options.audio, loop, error)};
+    if (!hardware.waves) return std::nullopt;
+    if (options.hardware == "none") {
         hardware.headset = std::make_unique<UnknownHeadset>();
         return hardware;
     }
-    if (!globals.hardware.starts_with(kAlsa))
-        throw UsageError("--hardware: choose alsa, simulated:... or none");
-    hardware.card = std::make_unique<AlsaSpdifCard>(ParseAlsa(globals.hardware));
+    if (!options.hardware.starts_with(kAlsa)) {
+        error = "--hardware: choose alsa, simulated:... or none";
+        return std::nullopt;
+    }
+    const auto card = ParseAlsa(options.hardware);
+    if (!card) {
+        error = "--hardware: ALSA hardware is written alsa or alsa:card=PCM[,rate=HZ].";
+        return std::nullopt;
+    }
+    hardware.card = std::make_unique<AlsaSpdifCard>(*card);
     hardware.recorder = std::make_unique<AlsaRecorder>();
     hardware.headset = std::make_unique<AlsaHeadset>();
     return hardware;
 }
 
-}  // namespace orma::cli
+}  // namespace orma

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include "app/application.h"
+#include "machine/hardware.h"
+#include "machine/machine_options.h"
+#include "platform/curl/curl_ftp_clients.h"
+#include "platform/openssl/openssl_keyed_hash.h"
+#include "platform/openssl/openssl_tls.h"
+#include "platform/posix/posix_clock.h"
+#include "platform/posix/posix_storage.h"
+#include "platform/posix/posix_tcp.h"
+#include "platform/posix/shell_commands.h"
+#include "platform/posix/xdg_mail_outbox.h"
+
+namespace orma {
+
+/// The real ports of this machine, the same for every front end, which brings its own event loop
+/// and boxes. It also takes the trace lines while it lives. One in a process.
+class Machine {
+  public:
+    /// Both outlive it.
+    Machine(EventLoop& loop, MessageBoxes& boxes) : loop_(loop), boxes_(boxes) {}
+    ~Machine();
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+
+    /// Finds and makes what the options choose; once, before MakePorts. The program's folder
+    /// becomes current, so the caller's paths are resolved before this. False when an option cannot
+    /// be followed: `error` says why, in one line that begins with the option where there is one.
+    [[nodiscard]] bool Open(const MachineOptions& options, std::string& error);
+
+    /// Where settings and program files lie, with its separator.
+    [[nodiscard]] const Text& ProgramFolder() const { return folder_; }
+
+    /// For one application, which this outlives.
+    [[nodiscard]] Ports MakePorts();
+
+    [[nodiscard]] WaveSystem& Waves() { return *hardware_.waves; }
+
+  private:
+    /// A recording goes on through stalls of at least a minute; its queue holds two.
+    static constexpr FtpLimits kLiveLimits{
+        .connectMs = 90'000, .replyMs = 120'000, .stallMs = 120'000};
+
+    EventLoop& loop_;
+    MessageBoxes& boxes_;
+    PosixStorage storage_;
+    PosixClock clock_;
+    ShellCommands desktop_;
+    Hardware hardware_;
+    CurlFtpClients ftp_;
+    PosixTcpConnections tcp_;
+    OpensslTlsConnections tls_;
+    OpensslKeyedHash hash_;
+    XdgMailOutbox outbox_;
+    NetworkPorts network_{ftp_, tcp_, tls_, hash_, outbox_};
+    CurlFtpClients liveFtp_{kLiveLimits};
+    Text folder_;
+    std::FILE* trace_ = nullptr;
+};
+
+}  // namespace orma
