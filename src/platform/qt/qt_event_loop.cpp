@@ -1,0 +1,207 @@
+#include "platform/qt/qt_event_loop.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <QTimerEvent>
+#include <algorithm>
+#include <atomic>
+#include <deque>
+#include <vector>
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace orma {
+namespace {
+
+/// How often wake-ups are looked at when the system has no descriptor left for the eventfd.
+constexpr int kWithoutEventMs = 10;
+
+}  // namespace
+
+/// What a handle and the loop share. The handle's end marks it dead; the loop drops it later.
+struct QtEventLoop::Source {
+    explicit Source(std::function<void()> call) : handler(std::move(call)) {}
+
+    void Call() {
+        if (!alive) return;
+        ++running;
+        handler();
+        if (--running == 0 && !alive) handler = nullptr;
+    }
+
+    /// What the handler holds is released now, unless it is the one that runs.
+    void End() {
+        alive = false;
+        if (running == 0) handler = nullptr;
+    }
+
+    std::function<void()> handler;
+    bool alive = true;
+    int running = 0;  // a box within the handler may let it be entered again
+};
+
+struct QtEventLoop::WakeSource : Source {
+    using Source::Source;
+    std::atomic<bool> signalled = false;
+};
+
+/// An eventfd that lives as long as anybody may still signal it.
+class QtEventLoop::EventDescriptor {
+  public:
+    EventDescriptor() : descriptor_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
+    ~EventDescriptor() {
+        if (descriptor_ >= 0) ::close(descriptor_);
+    }
+    EventDescriptor(const EventDescriptor&) = delete;
+    EventDescriptor& operator=(const EventDescriptor&) = delete;
+
+    [[nodiscard]] int Get() const { return descriptor_; }
+
+    void Write() noexcept {
+        const std::uint64_t one = 1;
+        // It can only fail when the counter is full, and then the reader wakes anyway.
+        [[maybe_unused]] const ssize_t written = ::write(descriptor_, &one, sizeof one);
+    }
+
+    void Drain() noexcept {
+        std::uint64_t count = 0;
+        [[maybe_unused]] const ssize_t got = ::read(descriptor_, &count, sizeof count);
+    }
+
+  private:
+    int descriptor_;
+};
+
+/// Outlives the loop in its handles.
+struct QtEventLoop::State {
+    [[nodiscard]] bool IsPending() const {
+        return !tasks.empty() || std::ranges::any_of(wakeups, [](const auto& wakeup) {
+            return wakeup->alive && wakeup->signalled.load();
+        });
+    }
+
+    std::shared_ptr<EventDescriptor> wake = std::make_shared<EventDescriptor>();
+    std::deque<std::function<void()>> tasks;
+    std::vector<std::shared_ptr<WakeSource>> wakeups;
+    bool running = false;
+    bool quit = false;
+    int code = 0;
+};
+
+class QtEventLoop::TimerHandle : public Timer, public QObject {
+  public:
+    TimerHandle(std::uint32_t periodMs, std::function<void()> tick, std::shared_ptr<State> state)
+        : source_(std::make_shared<Source>(std::move(tick))), state_(std::move(state)) {
+        startTimer(static_cast<int>(std::clamp<std::uint32_t>(periodMs, 1, INT32_MAX)),
+                   Qt::PreciseTimer);
+    }
+    ~TimerHandle() override { source_->End(); }
+
+  protected:
+    void timerEvent(QTimerEvent* /*event*/) override {
+        const std::shared_ptr<Source> source = source_;  // the tick may destroy this timer
+        if (!state_->quit) source->Call();
+    }
+
+  private:
+    std::shared_ptr<Source> source_;
+    std::shared_ptr<State> state_;
+};
+
+class QtEventLoop::WakeHandle : public Wakeup {
+  public:
+    WakeHandle(std::shared_ptr<WakeSource> source, std::shared_ptr<EventDescriptor> wake)
+        : source_(std::move(source)), wake_(std::move(wake)) {}
+    ~WakeHandle() override { source_->End(); }
+
+    void Signal() noexcept override {
+        if (!source_->signalled.exchange(true)) wake_->Write();
+    }
+
+  private:
+    std::shared_ptr<WakeSource> source_;
+    std::shared_ptr<EventDescriptor> wake_;
+};
+
+/// Tells that the eventfd is readable; looks now and then when there is none.
+class QtEventLoop::Notifier {
+  public:
+    Notifier(int descriptor, const std::function<void()>& serve) {
+        if (descriptor >= 0) {
+            notifier_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+            QObject::connect(notifier_.get(), &QSocketNotifier::activated, serve);
+        } else {
+            QObject::connect(&timer_, &QTimer::timeout, serve);
+            timer_.start(kWithoutEventMs);
+        }
+    }
+
+  private:
+    std::unique_ptr<QSocketNotifier> notifier_;
+    QTimer timer_;
+};
+
+QtEventLoop::QtEventLoop()
+    : state_(std::make_shared<State>()),
+      notifier_(std::make_unique<Notifier>(state_->wake->Get(), [this] { Serve(); })) {}
+
+QtEventLoop::~QtEventLoop() = default;
+
+void QtEventLoop::Post(std::function<void()> task) {
+    state_->tasks.push_back(std::move(task));
+    state_->wake->Write();
+}
+
+std::unique_ptr<Timer> QtEventLoop::StartTimer(std::uint32_t periodMs, std::function<void()> tick) {
+    return std::make_unique<TimerHandle>(periodMs, std::move(tick), state_);
+}
+
+std::unique_ptr<Wakeup> QtEventLoop::CreateWakeup(std::function<void()> handler) {
+    auto source = std::make_shared<WakeSource>(std::move(handler));
+    std::erase_if(state_->wakeups, [](const auto& wakeup) { return !wakeup->alive; });
+    state_->wakeups.push_back(source);
+    return std::make_unique<WakeHandle>(std::move(source), state_->wake);
+}
+
+int QtEventLoop::Run() {
+    if (!state_->quit) {
+        if (state_->IsPending()) state_->wake->Write();  // what an earlier Quit left behind
+        state_->running = true;
+        const int code = QCoreApplication::exec();
+        state_->running = false;
+        if (!state_->quit) state_->code = code;  // the desktop ended the session
+    }
+    state_->quit = false;
+    return state_->code;
+}
+
+void QtEventLoop::Quit(int code) {
+    state_->quit = true;
+    state_->code = code;
+    if (state_->running) QCoreApplication::exit(code);
+}
+
+/// Runs the tasks that are posted now, those that they post come with the next turn, and then the
+/// wake-ups. The eventfd stays readable meanwhile, so that the loop of a box within a handler goes
+/// on with the rest; the turn that finds nothing leaves it drained.
+void QtEventLoop::Serve() {
+    const std::shared_ptr<State> state = state_;
+    state->wake->Drain();
+    if (state->quit || !state->IsPending()) return;
+    state->wake->Write();
+    for (std::size_t left = state->tasks.size(); left > 0 && !state->tasks.empty() && !state->quit;
+         --left) {
+        const auto task = std::move(state->tasks.front());
+        state->tasks.pop_front();
+        task();
+    }
+    // Handlers may add and drop sources: by index, with a copy that keeps the running one.
+    for (std::size_t i = 0; i < state->wakeups.size() && !state->quit; ++i) {
+        const std::shared_ptr<WakeSource> wakeup = state->wakeups[i];
+        if (wakeup->signalled.exchange(false)) wakeup->Call();
+    }
+}
+
+}  // namespace orma
