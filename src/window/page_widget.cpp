@@ -1,0 +1,211 @@
+#include "window/page_widget.h"
+
+#include <QAccessible>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QToolTip>
+#include <algorithm>
+#include <cmath>
+
+#include "window/qt_keys.h"
+
+namespace orma {
+namespace {
+
+QRect QtRect(const Rect& rect) {
+    return {rect.x, rect.y, rect.w, rect.h};
+}
+
+Point PlaceOf(const QMouseEvent& event) {
+    return {static_cast<int>(std::floor(event.position().x())),
+            static_cast<int>(std::floor(event.position().y()))};
+}
+
+/// That part of the picture with the opaque pixels that every display understands.
+QImage PartOf(const Picture& picture, const QRect& part) {
+    QImage image(part.size(), QImage::Format_RGB32);
+    for (int y = 0; y < part.height(); ++y) {
+        const Pixel* from = &picture.At(part.x(), part.y() + y);
+        std::transform(from, from + part.width(), reinterpret_cast<QRgb*>(image.scanLine(y)),
+                       [](Pixel pixel) { return pixel | 0xFF000000U; });
+    }
+    return image;
+}
+
+QString TooltipOf(const ControlLabel& label) {
+    QString text = QString::fromStdU16String(label.name);
+    if (!label.shortcut.empty())
+        text += QStringLiteral(" (%1)").arg(QString::fromStdU16String(label.shortcut));
+    if (!label.hint.empty()) text += u'\n' + QString::fromStdU16String(label.hint);
+    return text;
+}
+
+}  // namespace
+
+PageWidget::PageWidget(PageClient& client, Size size, QWidget* parent)
+    : QWidget(parent), client_(client) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::StrongFocus);
+    setFixedSize(size.width, size.height);
+}
+
+void PageWidget::Changed(const Rect& changed) {
+    const QRect rect = QtRect(changed).intersected(this->rect());
+    if (rect.isEmpty()) return;
+    unseen_ += rect;
+    if (!painting_) update(rect);
+    if (QAccessible::isActive()) TellToggles(changed);
+}
+
+void PageWidget::Flush() {
+    if (!unseen_.isEmpty()) repaint(unseen_);
+}
+
+std::vector<Win*> PageWidget::Controls() const {
+    std::vector<Win*> controls;
+    for (const auto& control : client_.Controls())
+        if (control && control->Label().role != ControlRole::kNone)
+            controls.push_back(control.get());
+    return controls;
+}
+
+Win* PageWidget::ControlAt(Point at) const {
+    Win* found = nullptr;
+    const auto area = [](const Win& win) { return win.Bounds().w * win.Bounds().h; };
+    for (Win* control : Controls())
+        if (control->Bounds().Contains(at) && (found == nullptr || area(*control) < area(*found)))
+            found = control;
+    return found;
+}
+
+void PageWidget::ShowFocus(const Rect& control) {
+    update(focus_);
+    focus_ = QtRect(control);
+    update(focus_);
+    Win* const focused = Focused();
+    if (focused == nullptr || !QAccessible::isActive()) return;
+    const auto controls = Controls();
+    const auto at = std::ranges::find(controls, focused);
+    if (at == controls.end()) return;
+    QAccessibleEvent told(this, QAccessible::Focus);
+    told.setChild(static_cast<int>(at - controls.begin()));
+    QAccessible::updateAccessibility(&told);
+}
+
+bool PageWidget::CanPress(const Win& control) {
+    const ControlRole role = control.Label().role;
+    return role == ControlRole::kButton || role == ControlRole::kToggle;
+}
+
+bool PageWidget::CanStep(const Win& control) {
+    const ControlRole role = control.Label().role;
+    return role == ControlRole::kKnob || role == ControlRole::kScrollBar ||
+           role == ControlRole::kGraph;
+}
+
+void PageWidget::PressControl(Win& control) {
+    const auto here = [&] { return std::ranges::count(Controls(), &control) != 0; };
+    if (heldBack_ || !here() || !CanPress(control)) return;
+    control.Press();
+    // What it did may have led to another screen, where it must not paint.
+    if (here()) control.Release();
+}
+
+void PageWidget::StepControl(Win& control, int steps) {
+    if (!heldBack_ && std::ranges::count(Controls(), &control) != 0 && CanStep(control))
+        control.StepBy(steps);
+}
+
+void PageWidget::TellToggles(const Rect& changed) {
+    const auto controls = Controls();
+    for (std::size_t i = 0; i < controls.size(); ++i) {
+        const Win& control = *controls[i];
+        if (control.Label().role != ControlRole::kToggle) continue;
+        if (Common(control.Bounds(), changed).IsEmpty()) continue;
+        const bool on = control.IsOn();
+        const auto [known, isNew] = told_.try_emplace(&control, on);
+        if (isNew || std::exchange(known->second, on) == on) continue;
+        QAccessible::State which;
+        which.checked = true;
+        QAccessibleStateChangeEvent told(this, which);
+        told.setChild(static_cast<int>(i));
+        QAccessible::updateAccessibility(&told);
+    }
+}
+
+bool PageWidget::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+    const auto& help = *static_cast<QHelpEvent*>(event);
+    const Win* control = ControlAt({help.pos().x(), help.pos().y()});
+    if (control == nullptr)
+        QToolTip::hideText();
+    else
+        QToolTip::showText(help.globalPos(), TooltipOf(control->Label()), this,
+                           QtRect(control->Bounds()));
+    return true;
+}
+
+void PageWidget::paintEvent(QPaintEvent* event) {
+    painting_ = true;
+    client_.BeforePaint();
+    painting_ = false;
+    QPainter painter(this);
+    const Picture& picture = client_.Image();
+    for (const QRect& asked : event->region()) {
+        const QRect rect = asked.intersected(QtRect(picture.Bounds()));
+        if (!rect.isEmpty()) painter.drawImage(rect.topLeft(), PartOf(picture, rect));
+    }
+    unseen_ -= event->region();
+    if (!unseen_.isEmpty()) update(unseen_);
+    if (focus_.isEmpty()) return;
+    // Two lines of contrary brightness are seen on every skin.
+    const QRect ring = focus_.adjusted(0, 0, -1, -1);
+    painter.setPen(Qt::black);
+    painter.drawRect(ring);
+    painter.setPen(Qt::white);
+    painter.drawRect(ring.adjusted(1, 1, -1, -1));
+}
+
+void PageWidget::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        client_.LeftDown(PlaceOf(*event));
+    else if (event->button() == Qt::RightButton)
+        client_.RightDown(PlaceOf(*event));
+}
+
+void PageWidget::mouseMoveEvent(QMouseEvent* event) {
+    if ((event->buttons() & Qt::LeftButton) != 0) client_.Moved(PlaceOf(*event));
+}
+
+void PageWidget::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        client_.LeftUp(PlaceOf(*event));
+    else if (event->button() == Qt::RightButton)
+        client_.RightUp(PlaceOf(*event));
+}
+
+void PageWidget::keyPressEvent(QKeyEvent* event) {
+    const Key key = KeyOf(*event);
+    if (key == Key::kOther)
+        QWidget::keyPressEvent(event);
+    else
+        client_.KeyDown(key, (event->modifiers() & Qt::ShiftModifier) != 0);
+}
+
+void PageWidget::keyReleaseEvent(QKeyEvent* event) {
+    const Key key = KeyOf(*event);
+    if (key == Key::kOther)
+        QWidget::keyReleaseEvent(event);
+    else if (!event->isAutoRepeat())
+        client_.KeyUp(key);
+}
+
+/// There is nothing beside the page to go to: Tab is a key like any other.
+bool PageWidget::focusNextPrevChild(bool /*next*/) {
+    return false;
+}
+
+}  // namespace orma

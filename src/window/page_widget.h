@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QWidget>
+#include <map>
+#include <vector>
+
+#include "window/page_client.h"
+
+namespace orma {
+
+/// The client area: shows the window's image one to one in logical pixels (a dense display doubles
+/// whole pixels), forwards pointer and keys, and makes the controls on the page usable without a
+/// pointer: tooltips, a focus that Tab moves, Space to press what has it, plus and minus to turn
+/// it. As long as nobody presses Tab, every key is the screen's.
+class PageWidget : public QWidget {
+  public:
+    /// `client` outlives the widget; `size` is that of its image.
+    PageWidget(PageClient& client, Size size, QWidget* parent = nullptr);
+
+    /// The image has changed there.
+    void Changed(const Rect& changed);
+
+    /// Shows at once what has changed.
+    void Flush();
+
+    /// The controls of the screen that introduce themselves, in their order.
+    [[nodiscard]] std::vector<Win*> Controls() const;
+
+    /// Such a control that stands at that place, the smallest if several do; null without one.
+    [[nodiscard]] Win* ControlAt(Point at) const;
+
+    /// Frames that rectangle; an empty one: nothing.
+    void ShowFocus(const Rect& control);
+    [[nodiscard]] Win* Focused() const { return client_.Focused(); }
+
+    /// A button as pressed and let go, a knob as turned. Nothing when the control is not on the
+    /// page (any more), or while input is held back.
+    void PressControl(Win& control);
+    void StepControl(Win& control, int steps);
+
+    /// While held back, controls take nothing from helpers of the desktop.
+    void HoldBack(bool on) { heldBack_ = on; }
+
+    [[nodiscard]] static bool CanPress(const Win& control);
+    [[nodiscard]] static bool CanStep(const Win& control);
+
+  protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+  private:
+    void TellToggles(const Rect& changed);
+
+    PageClient& client_;
+    QRegion unseen_;  // changed and not yet painted
+    bool painting_ = false;
+    QRect focus_;
+    bool heldBack_ = false;
+    std::map<const Win*, bool> told_;  // the toggles' state that helpers of the desktop know
+};
+
+}  // namespace orma

@@ -1,0 +1,124 @@
+#include "window/qt_main_window.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLayout>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QScreen>
+
+#include "window/job_events.h"
+#include "window/menu_bar_view.h"
+#include "window/page_widget.h"
+
+namespace orma {
+
+class QtMainWindow::Window : public QMainWindow {
+  public:
+    Window(Client& client, const QString& title, Size size)
+        : client_(client),
+          page_(new PageWidget(client, size, this)),
+          announced_(new QWidget(this)),
+          menus_(*menuBar(), client),
+          job_(*page_) {
+        setWindowTitle(title);
+        setCentralWidget(page_);
+        menuBar()->setNativeMenuBar(false);  // the client area stands below it in this window
+        layout()->setSizeConstraint(QLayout::SetFixedSize);
+        announced_->setFixedSize(0, 0);
+        page_->setFocus();
+    }
+
+    [[nodiscard]] PageWidget& Page() { return *page_; }
+    [[nodiscard]] MenuBarView& Menus() { return menus_; }
+    [[nodiscard]] JobEvents& Job() { return job_; }
+
+    void Announce(const QString& text) {
+        announced_->setAccessibleName(text);
+        QAccessibleEvent told(announced_, QAccessible::Alert);
+        QAccessible::updateAccessibility(&told);
+    }
+
+  protected:
+    void closeEvent(QCloseEvent* event) override {
+        event->ignore();
+        client_.OnCloseRequest();
+    }
+
+  private:
+    Client& client_;
+    PageWidget* page_;
+    QWidget* announced_;  // invisible; its name is what was told last
+    MenuBarView menus_;
+    JobEvents job_;
+};
+
+QtMainWindow::QtMainWindow(Client& client) : client_(client) {}
+
+QtMainWindow::~QtMainWindow() {
+    ShowWaitCursor(false);
+}
+
+bool QtMainWindow::Create(const Text& title, Size client) {
+    window_ = std::make_unique<Window>(client_, QString::fromStdU16String(title), client);
+    return true;
+}
+
+void QtMainWindow::Show() {
+    if (window_) window_->show();
+}
+
+void QtMainWindow::Raise() {
+    if (!window_) return;
+    window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+    window_->raise();
+    window_->activateWindow();
+}
+
+void QtMainWindow::Destroy() {
+    window_.reset();
+}
+
+void QtMainWindow::SetMenuBar(const MenuBar& bar) {
+    if (window_) window_->Menus().Show(bar);
+}
+
+void QtMainWindow::Update(const Rect& changed) {
+    if (window_) window_->Page().Changed(changed);
+}
+
+/// The toolkit's own manner: a widget that was pressed gets all until the button is let go.
+void QtMainWindow::CapturePointer(bool /*on*/) {}
+
+void QtMainWindow::ShowFocus(const Rect& control) {
+    if (window_) window_->Page().ShowFocus(control);
+}
+
+void QtMainWindow::ShowWaitCursor(bool on) {
+    if (on == waiting_) return;
+    waiting_ = on;
+    if (on)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+void QtMainWindow::Announce(const Text& text) {
+    if (window_) window_->Announce(QString::fromStdU16String(text));
+}
+
+Size QtMainWindow::Display() {
+    const QScreen* screen = QApplication::primaryScreen();
+    return screen == nullptr ? Size{} : Size{screen->size().width(), screen->size().height()};
+}
+
+void QtMainWindow::ServeJob() {
+    if (window_) window_->Job().Serve();
+}
+
+bool QtMainWindow::Save(const Text& path) {
+    return window_ && window_->grab().save(QString::fromStdU16String(path));
+}
+
+}  // namespace orma
