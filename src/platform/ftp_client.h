@@ -63,7 +63,8 @@ struct FtpTarget {
 /// gives up with kFtpCancelled when that says so; nothing waits for ever. A failed operation on a
 /// file ends the transfer: what follows until CloseFile fails as well. A transfer that began is
 /// never started again; but when the server has dropped an idle connection, the next operation
-/// logs in once more by itself.
+/// logs in once more by itself. A TLS handshake may be waited for in one piece, at most as long as
+/// for a connection; from another thread Interrupt ends that too.
 class FtpClient {
   public:
     /// Drops the connection; an open file stays on the server as far as it got.
@@ -106,6 +107,10 @@ class FtpClient {
     /// for which is waited. A reader may close before the end of the file. After a failure of the
     /// transfer: that failure.
     [[nodiscard]] virtual FtpResult CloseFile() = 0;
+
+    /// Lets the operation that waits, if one does, fail soon, whether it asks its Patience or not.
+    /// The connection is broken then. From any thread, while the client exists.
+    virtual void Interrupt() {}
 };
 
 /// Makes clients; the port that a program is composed with.

@@ -268,6 +268,22 @@ TEST(CurlFtp, GivesUpAtOnceWhenPatienceIsOver) {
     EXPECT_GE(silent.patience.asked, 3);
 }
 
+TEST(CurlFtp, AHandshakeThatStandsStillCanBeInterrupted) {
+    Desk desk({.replies = {{"AUTH", "234 Go on.\r\n"}}, .freezesAt = "AUTH"});
+    const auto begin = steady_clock::now();
+    std::jthread other([&] {
+        while (desk.Count("AUTH TLS") == 0)
+            std::this_thread::sleep_for(milliseconds(10));
+        desk.client->Interrupt();
+    });
+    EXPECT_FALSE(desk.client
+                     ->Connect({.host = u"127.0.0.1",
+                                .port = desk.server.Port(),
+                                .security = TransportSecurity::kUpgrade})
+                     .Ok());
+    EXPECT_LT(steady_clock::now() - begin, milliseconds(kLimits.connectMs / 2));
+}
+
 TEST(CurlFtp, IsNotHurtByWhatAServerSays) {
     Desk endless({.greeting = "220-" + std::string(1000, 'a') + "\r\n", .greetsForEver = true});
     EXPECT_FALSE(endless.connected.Ok());

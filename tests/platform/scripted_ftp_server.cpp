@@ -62,6 +62,12 @@ bool ScriptedFtpServer::Readable(int socket) const {
     return false;
 }
 
+bool ScriptedFtpServer::Freeze() const {
+    while (!stop_)
+        poll(nullptr, 0, 10);
+    return false;
+}
+
 void ScriptedFtpServer::Serve() {
     while (Readable(listener_)) {
         const int control = accept(listener_, nullptr, nullptr);
@@ -95,7 +101,7 @@ bool ScriptedFtpServer::Obey(int control, const std::string& line) {
     const std::string verb = line.substr(0, space);
     const std::string rest = space == std::string::npos ? "" : line.substr(space + 1);
     if (const auto reply = script_.replies.find(verb); reply != script_.replies.end())
-        return Send(control, reply->second);
+        return Send(control, reply->second) && (verb != script_.freezesAt || Freeze());
     if (verb == "USER") return Send(control, "331 Password?\r\n");
     if (verb == "PASS") return Send(control, "230 Welcome.\r\n");
     if (verb == "PWD") return Send(control, "257 \"/\" is where you are\r\n");
@@ -154,8 +160,7 @@ bool ScriptedFtpServer::Store(int control, const std::string& path) {
         if (script_.atLimit == AtLimit::kRefuse) break;
         if (script_.atLimit == AtLimit::kCloseControl) shutdown(control, SHUT_RDWR);
         if (script_.atLimit == AtLimit::kCloseBoth) going = false;
-        while (script_.atLimit == AtLimit::kFreeze && !stop_)
-            poll(nullptr, 0, 10);
+        if (script_.atLimit == AtLimit::kFreeze) going = Freeze();
     }
     close(data);
     return going && Send(control, script_.last);

@@ -28,7 +28,8 @@ class ScriptedFtpServer {
         std::size_t limit = std::numeric_limits<std::size_t>::max();  // bytes of an upload
         AtLimit atLimit = AtLimit::kRefuse;
         std::string last = "226 Transfer complete.\r\n";  // after an upload
-        int dropsIdle = 0;  // so many times, after a file: 421 and the end
+        std::string freezesAt{};  // says nothing more after the reply to this verb
+        int dropsIdle = 0;        // so many times, after a file: 421 and the end
     };
 
     explicit ScriptedFtpServer(Script script);
@@ -49,6 +50,7 @@ class ScriptedFtpServer {
     [[nodiscard]] bool Store(int control, const std::string& path);
     [[nodiscard]] int AcceptData();
     [[nodiscard]] bool Readable(int socket) const;
+    [[nodiscard]] bool Freeze() const;
 
     Script script_;
     int listener_ = -1;

@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
+#include <limits>
 #include <optional>
 #include <thread>
 
@@ -10,8 +12,8 @@
 namespace orma::test {
 
 /// A FakeFtp that stands still while it is frozen, as a server on a dead line does: operations wait
-/// and ask their patience. For clients on other threads: freeze and thaw at any time, touch the
-/// rest only while none is at work.
+/// and ask their patience, or only an interruption ends them. For clients on other threads: change
+/// the atomic fields at any time, touch the rest only while none is at work.
 class StallingFtp : public FtpClients {
   public:
     [[nodiscard]] std::unique_ptr<FtpClient> Create(Patience& patience,
@@ -21,6 +23,8 @@ class StallingFtp : public FtpClients {
 
     FakeFtp server;
     std::atomic<bool> frozen = false;
+    std::atomic<bool> deaf = false;  // nobody's patience is asked
+    std::atomic<std::size_t> room = std::numeric_limits<std::size_t>::max();  // for bytes to come
     std::optional<std::uint64_t> claimedSize;  // instead of the truth
 
   private:
@@ -47,16 +51,20 @@ class StallingFtp : public FtpClients {
             return client_->Read(into, got);
         }
         FtpResult Write(ByteSpan from) override {
-            return Thawed() ? client_->Write(from) : kCancelled;
+            if (!Thawed([&] { return line_.room >= from.size(); })) return kCancelled;
+            line_.room -= from.size();
+            return client_->Write(from);
         }
         FtpResult CloseFile() override { return Thawed() ? client_->CloseFile() : kCancelled; }
+        void Interrupt() override { interrupted_ = true; }
 
       private:
         inline static const FtpResult kCancelled{kFtpCancelled, 0, {}};
 
-        bool Thawed() {
-            while (line_.frozen) {
-                if (!patience_.GoOn()) return false;
+        bool Thawed(const std::function<bool()>& mayGo = [] { return true; }) {
+            while (line_.frozen || !mayGo()) {
+                if (interrupted_.exchange(false)) return false;
+                if (!line_.deaf && !patience_.GoOn()) return false;
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
             return true;
@@ -65,6 +73,7 @@ class StallingFtp : public FtpClients {
         StallingFtp& line_;
         Patience& patience_;
         std::unique_ptr<FtpClient> client_;
+        std::atomic<bool> interrupted_ = false;
     };
 };
 

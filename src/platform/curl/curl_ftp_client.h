@@ -36,6 +36,7 @@ class CurlFtpClient : public FtpClient {
     [[nodiscard]] FtpResult Read(std::span<std::uint8_t> into, std::size_t& got) override;
     [[nodiscard]] FtpResult Write(ByteSpan from) override;
     [[nodiscard]] FtpResult CloseFile() override;
+    void Interrupt() override { sockets_.ShutDownAll(); }
 
   private:
     using Time = std::chrono::steady_clock::time_point;

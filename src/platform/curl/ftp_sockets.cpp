@@ -31,7 +31,10 @@ void LimitBuffer(int socket) {
 int FtpSockets::Open(int family, int type, int protocol) {
     const int socket = ::socket(family, type | SOCK_CLOEXEC, protocol);
     if (socket < 0) return -1;
-    open_.push_back(socket);
+    {
+        const std::scoped_lock lock(mutex_);
+        open_.push_back(socket);
+    }
     if (HasControl()) {
         data_ = socket;
         LimitBuffer(socket);
@@ -45,10 +48,17 @@ void FtpSockets::Accepted(int socket) {
 }
 
 void FtpSockets::Close(int socket) {
-    std::erase(open_, socket);
     if (socket == control_) control_ = -1;
     if (socket == data_) data_ = -1;
+    const std::scoped_lock lock(mutex_);
+    std::erase(open_, socket);
     ::close(socket);
+}
+
+void FtpSockets::ShutDownAll() {
+    const std::scoped_lock lock(mutex_);
+    for (const int socket : open_)
+        shutdown(socket, SHUT_RDWR);
 }
 
 void FtpSockets::FoundControl() {

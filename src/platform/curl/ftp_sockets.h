@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 #include <vector>
 
 #include "platform/curl/ftp_reply.h"
@@ -19,6 +20,10 @@ class FtpSockets {
 
     /// Closes a socket that Open made.
     void Close(int socket);
+
+    /// Ends every connection that Open made a socket for, so that who waits there finds it dead.
+    /// The one operation that any thread may call.
+    void ShutDownAll();
 
     /// The server has spoken: the one open socket, by now, is the control connection.
     void FoundControl();
@@ -55,7 +60,8 @@ class FtpSockets {
     [[nodiscard]] std::uint64_t DataUnderWay() const;
 
   private:
-    std::vector<int> open_;
+    std::mutex mutex_;       // nobody shuts down a number that has become another's
+    std::vector<int> open_;  // changes under it
     int control_ = -1;
     int data_ = -1;
 };

@@ -5,6 +5,13 @@
 #include <utility>
 
 namespace orma {
+namespace {
+
+// Room in the queue comes back in these steps. What has piled up in a stall may be minutes of
+// sound: in one piece it would fill the queue on a line that is moving again.
+constexpr std::size_t kMostAtOnce = 64 * 1024;
+
+}  // namespace
 
 UploadLine::UploadLine(FtpClients& clients, std::size_t capacity, Events events)
     : clients_(clients),
@@ -17,8 +24,7 @@ UploadLine::~UploadLine() {
     {
         const std::scoped_lock lock(mutex_);
         ended_ = true;
-        for (const auto& upload : uploads_)
-            GiveUpUpload(*upload, kFtpCancelled);
+        GiveUpAll();
     }
     changed_.notify_all();
     thread_.join();
@@ -83,8 +89,14 @@ void UploadLine::End() {
 
 void UploadLine::GiveUp() {
     const std::scoped_lock lock(mutex_);
+    if (!uploads_.empty()) GiveUpAll();
+}
+
+void UploadLine::GiveUpAll() {
     for (const auto& upload : uploads_)
         GiveUpUpload(*upload, kFtpCancelled);
+    // The thread's patience is over by this, but not every wait asks for it.
+    if (atWork_ && client_ != nullptr) client_->Interrupt();
 }
 
 void UploadLine::GiveUpUpload(Upload& upload, SystemError why) {
@@ -112,8 +124,10 @@ void UploadLine::Run() {
     client_ = clients_.Create(*this, creation);
     while (true) {
         std::unique_lock lock(mutex_);
+        atWork_ = false;
         changed_.wait(lock, [this] { return ended_ || logInWanted_ || !uploads_.empty(); });
         if (uploads_.empty() && ended_) break;
+        atWork_ = true;
         const bool logInWanted = std::exchange(logInWanted_, false);
         lock.unlock();
         FtpResult logIn = creation;
@@ -179,8 +193,8 @@ FtpResult UploadLine::SendBytes(Upload& upload) {
         if (upload.givenUp != kFtpDone) return {upload.givenUp, 0, {}};
         const std::uint64_t end = upload.closed ? upload.end : written_;
         const std::size_t at = sent_ % capacity_;
-        const auto count =
-            static_cast<std::size_t>(std::min<std::uint64_t>(end - sent_, capacity_ - at));
+        const std::size_t count =
+            std::min({static_cast<std::size_t>(end - sent_), capacity_ - at, kMostAtOnce});
         lock.unlock();
         if (count == 0) return {};
         // Nobody writes there until sent_ has moved on.

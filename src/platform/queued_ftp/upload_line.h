@@ -85,6 +85,7 @@ class UploadLine : private Patience {
     [[nodiscard]] FtpResult SendBytes(Upload& upload);
     void Finish(Upload& upload, UploadOutcome outcome);
     void GiveUpUpload(Upload& upload, SystemError why);
+    void GiveUpAll();
 
     FtpClients& clients_;
     Events events_;
@@ -96,12 +97,13 @@ class UploadLine : private Patience {
     FtpTarget target_;
     bool logInWanted_ = false;
     bool ended_ = false;
+    bool atWork_ = false;                          // the thread is on its way to the server
     std::uint64_t written_ = 0;                    // numbers of the next byte to come in,
     std::uint64_t sent_ = 0;                       // and of the next to go out
     std::deque<std::shared_ptr<Upload>> uploads_;  // the thread is at the first
     std::shared_ptr<Upload> open_;                 // on the user's side; null: none
 
-    std::unique_ptr<FtpClient> client_;  // the thread's own
+    std::unique_ptr<FtpClient> client_;  // the thread's own; anybody's to interrupt while at work
     std::atomic<bool> over_ = false;
     std::thread thread_;
 };

@@ -192,6 +192,27 @@ TEST_P(LiveWriters, FullQueueIsADeadLink) {
     bench.slot.SelectWriter(WriterKind::kNone);
 }
 
+TEST_P(LiveWriters, AQueueThatASlowLineEmptiesTakesUpMoreAtOnce) {
+    QueuedFtpClients narrow{line, loop, heard, 160 * 1024};
+    const FtpServices toIt{narrow, bench.files.report, patience};
+    live = &toIt;
+    JStreamAudioWrite& writer = Start(u"a00");
+    line.room = 0;  // the stall
+    std::uint32_t fed = 0;
+    while (narrow.BytesWaiting() < 140'000 && fed < 160)
+        fed += Feed(writer, 1, fed);
+    line.room = 80'000;
+    for (int ms = 0; ms < 2000 && narrow.BytesWaiting() > 100'000; ++ms)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    fed += Feed(writer, 40, fed);
+    EXPECT_TRUE(writer.IsOpen());
+    line.room = 1 << 30;
+    writer.Close();
+    ASSERT_TRUE(narrow.Wait(patience));
+    ExpectWholeUpload(heard.outcomes[0], u"in/a00.mp2", fed);
+    bench.slot.SelectWriter(WriterKind::kNone);
+}
+
 TEST_P(LiveWriters, NothingIsWholeThatTheServerDidNotConfirmOrHasInAnotherSize) {
     line.server.confirmation = {kFtpRefused, 452, u"452 Insufficient storage space."};
     const auto take = [&](const Text& name) {
@@ -212,6 +233,7 @@ TEST_P(LiveWriters, NothingIsWholeThatTheServerDidNotConfirmOrHasInAnotherSize) 
 
 TEST_P(LiveWriters, GivingUpEndsUploadsAndNoTake) {
     line.frozen = true;
+    line.deaf = true;  // as in a handshake
     JStreamAudioWrite& writer = Start(u"a00");
     Feed(writer, 60);
     writer.Close();
