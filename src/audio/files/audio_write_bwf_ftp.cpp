@@ -24,7 +24,7 @@ JStreamAudioWriteBWFFTP::JStreamAudioWriteBWFFTP(WriterContext& context)
 
 JStreamAudioWriteBWFFTP::~JStreamAudioWriteBWFFTP() {
     ReleaseFeed();
-    CloseAll();
+    Abandon();
 }
 
 void JStreamAudioWriteBWFFTP::Connect() {
@@ -109,7 +109,7 @@ void JStreamAudioWriteBWFFTP::Begin(std::uint64_t held) {
     context_.dataBytes = 0;
     context_.dataStart = 0;
     if (context_.remote.broadcastWave) WriteMpegHead(*this, context_);
-    if (IsOpen() && !StartFeed(*this, PublicationRate(context_.audio))) CloseAll();
+    if (IsOpen() && !StartFeed(*this, PublicationRate(context_.audio))) Abandon();
 }
 
 void JStreamAudioWriteBWFFTP::Write(const void* buffer, std::uint32_t count) {
@@ -126,7 +126,7 @@ void JStreamAudioWriteBWFFTP::WriteSamples(const void* pcm, std::uint32_t bytes)
     if (context_.encoder.SetInputRate(PublicationRate(context_.audio)))
         Feed(pcm, bytes);
     else
-        CloseAll();
+        Abandon();
 }
 
 void JStreamAudioWriteBWFFTP::WriteEncoded(const void* data, std::uint32_t bytes) {

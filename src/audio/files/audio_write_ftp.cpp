@@ -18,7 +18,7 @@ void JStreamAudioWriteFTP::Open(const Text& name) {
     context_.committed = false;
     SetDestination(context_.remote.account, context_.remote.extension);
     OpenForWriting(name);
-    if (IsOpen() && !StartFeed(*this, RecordingRate(context_.audio))) CloseAll();
+    if (IsOpen() && !StartFeed(*this, RecordingRate(context_.audio))) Abandon();
 }
 
 void JStreamAudioWriteFTP::EndTake() {
