@@ -19,7 +19,6 @@ constexpr std::int64_t kFrameSteps = kMp2FrameSamples / kStepSamples;
 /// How far a value may lie from the peak of the published sound.
 struct Tolerance {
     double factor = 1;  // linear, up and down
-    double mix = 1;     // more of it, up: the sound may be the mean of two channels
     int above = 0;      // of 255, added: how much larger the value may be
     int below = 0;
     std::int64_t reach = 0;     // steps of 2 ms at both ends of a period that a neighbour may own
@@ -34,12 +33,12 @@ struct Tolerance {
 /// were missing); a value too small is found there all the same.
 Tolerance ToleranceOf(const PublicationFormat& format, std::int64_t periodSteps) {
     constexpr std::uint32_t kFullBand = 56000;  // bit/s a channel
-    if (!format.mp2) return {1.12, 1, 2, 2, 2, 0, 2};
+    if (!format.mp2) return {1.12, 2, 2, 2, 0, 2};
     // Stretches begin and end on frames. The filter banks delay by 481 samples.
     const std::int64_t reach = std::min(kFrameSteps + 1, periodSteps / 3);
     if (format.bitrate / format.channels < kFullBand)
-        return {1.6, 1, 70, 4, reach, 5, 2 * kFrameSteps + 2};
-    return {1.3, 1, 4, 4, reach, 5, 2 * kFrameSteps + 2};
+        return {1.6, 70, 4, reach, 5, 2 * kFrameSteps + 2};
+    return {1.3, 4, 4, reach, 5, 2 * kFrameSteps + 2};
 }
 
 /// The published value of a sample peak, 0..255.
@@ -51,14 +50,15 @@ int ValueOf(std::uint32_t peak) {
 class LevelFollower {
   public:
     /// `joins` ascending; `farthest` in steps.
-    LevelFollower(const LevlChunk& levl, const SoundPeaks& peaks, const Tolerance& tolerance,
-                  std::span<const std::uint32_t> joins, std::int64_t farthest)
+    LevelFollower(const LevlChunk& levl, const SoundPeaks& peaks, const PublicationFormat& format,
+                  std::span<const std::uint32_t> joins, std::int64_t farthest, bool anyAbove)
         : levl_(levl),
           peaks_(peaks),
           period_(levl.blockSize / kStepSamples),
-          tolerance_(tolerance),
+          tolerance_(ToleranceOf(format, period_)),
           joins_(joins),
           farthest_(farthest),
+          anyAbove_(anyAbove),
           offset_(tolerance_.delay) {}
 
     /// True when the value fits here, or where the sound goes on behind a join.
@@ -117,7 +117,7 @@ class LevelFollower {
         const std::int64_t begin = Start(index, offset) - tolerance_.reach;
         const std::int64_t end = begin + period_ + 2 * tolerance_.reach;
         const int most = ValueOf(Largest(peaks_.absolute, begin, end));
-        return levl_.peaks[index] > most * tolerance_.factor * tolerance_.mix + tolerance_.above;
+        return levl_.peaks[index] > most * tolerance_.factor + tolerance_.above;
     }
 
     [[nodiscard]] bool TooSmallAt(std::size_t index, std::int64_t offset) const {
@@ -128,7 +128,7 @@ class LevelFollower {
     }
 
     [[nodiscard]] bool FitsAt(std::size_t index, std::int64_t offset) const {
-        return !TooLargeAt(index, offset) && !TooSmallAt(index, offset);
+        return (anyAbove_ || !TooLargeAt(index, offset)) && !TooSmallAt(index, offset);
     }
 
     [[nodiscard]] bool RunFitsAt(std::size_t index, std::int64_t offset, std::size_t run) const {
@@ -145,6 +145,7 @@ class LevelFollower {
     std::span<const std::uint32_t> joins_;  // ahead
     std::uint32_t joinsPassed_ = 0;         // and not yet used up
     std::int64_t farthest_;
+    bool anyAbove_;  // values may be larger than the sound
     std::int64_t offset_;
 };
 
@@ -154,35 +155,36 @@ struct Misfit {
     int sound = 0;
 };
 
-/// What a comparison found.
-struct Misfits {
-    std::vector<Misfit> wrong;      // faults
-    std::vector<Misfit> exceeding;  // larger than the sound, as cuts may leave them
+/// What a comparison of all values has shown.
+struct Comparison {
+    std::vector<Misfit> wrong;
+    std::vector<Misfit> exceeding;  // larger than the sound, as they may be
 };
 
-/// Compares every value with the sound. `joins` ascending; `farthest` in steps.
-Misfits Compare(const LevlChunk& levl, const SoundPeaks& peaks, const Tolerance& tolerance,
-                bool framed, std::span<const std::uint32_t> joins, std::int64_t farthest) {
+/// Follows the sound from its beginning. `joins` ascending; `farthest` in steps.
+Comparison Compare(const LevlChunk& levl, const SoundPeaks& peaks, const PublicationFormat& format,
+                   std::span<const std::uint32_t> joins, std::int64_t farthest, bool anyAbove) {
     // Enough to see what is wrong; each costs a search.
     constexpr std::size_t kMaxWrong = 20;
     // What the stop of a recording cut short has the level that its buffer held before.
     const auto endsClip = [&](std::size_t index) {
         return index + 1 == levl.peaks.size() || std::ranges::binary_search(joins, index + 1);
     };
-    LevelFollower follower(levl, peaks, tolerance, joins, farthest);
+    LevelFollower follower(levl, peaks, format, joins, farthest, anyAbove);
     const std::size_t fewCuts = 2 + levl.peaks.size() / 50;
-    Misfits found;
-    for (std::size_t i = 0; i < levl.peaks.size(); ++i) {
-        if (found.wrong.size() == kMaxWrong || found.exceeding.size() == fewCuts + kMaxWrong) break;
-        if (follower.Fits(i) || endsClip(i)) continue;
+    Comparison found;
+    for (std::size_t i = 0; i < levl.peaks.size() && found.wrong.size() < kMaxWrong; ++i) {
+        const bool fits = follower.Fits(i) || endsClip(i);
+        const bool exceeds = follower.Exceeds(i) && !endsClip(i);
+        if (fits && !(anyAbove && exceeds)) continue;
         // A cut ends on the lower frame: what it takes of the last period may be its loudest part.
-        const bool mayBeCut = framed && follower.Exceeds(i);
-        (mayBeCut ? found.exceeding : found.wrong).push_back({i, follower.Value(i)});
+        const bool mayExceed = exceeds && format.mp2;
+        (mayExceed ? found.exceeding : found.wrong).push_back({i, follower.Value(i)});
+        if (!anyAbove && found.exceeding.size() == fewCuts + kMaxWrong) break;
     }
-    if (found.exceeding.size() > fewCuts) {
-        found.exceeding.resize(std::min(found.exceeding.size(), kMaxWrong));
-        found.wrong.insert(found.wrong.end(), found.exceeding.begin(), found.exceeding.end());
-    }
+    if (anyAbove || found.exceeding.size() <= fewCuts) return found;
+    found.exceeding.resize(std::min(found.exceeding.size(), kMaxWrong));
+    found.wrong.insert(found.wrong.end(), found.exceeding.begin(), found.exceeding.end());
     return found;
 }
 
@@ -207,23 +209,14 @@ void CheckLevels(const LevlChunk& levl, const FileChunk& chunk, const SoundFacts
     }
 
     std::ranges::sort(joins);
-    const auto compare = [&](double mix) {
-        Tolerance tolerance = ToleranceOf(format, levl.blockSize / kStepSamples);
-        tolerance.mix = mix;
-        return Compare(levl, sound.peaks, tolerance, format.mp2, joins, slack / kStepSamples);
+    const auto compare = [&](bool anyAbove) {
+        return Compare(levl, sound.peaks, format, joins, slack / kStepSamples, anyAbove);
     };
-    Misfits found = compare(1);
-    if (!found.wrong.empty() && format.channels == 1) {
-        // The levels are the recording's, of its louder channel. A fast publication of a stereo
-        // recording sends the mean of both, which is half as loud where only one speaks.
-        constexpr double kOneOfTwo = 2;
-        if (Misfits mixed = compare(kOneOfTwo); mixed.wrong.empty()) {
-            notes.Fact(
-                "'levl' is up to twice as loud as the sound, as that of a stereo recording "
-                "published in one channel");
-            found = std::move(mixed);
-        }
-    }
+    Comparison found = compare(false);
+    // One channel of frames may be the mix of two, under the levels of the louder one: nobody can
+    // tell from the file. Softer than the sound they cannot be then either.
+    const bool mayBeMix = !found.wrong.empty() && format.mp2 && format.channels == 1;
+    if (mayBeMix) found = compare(true);
     for (const Misfit& misfit : found.wrong)
         notes.Find(chunk.offset + LevlChunk::kHeadBytes + misfit.index,
                    Format("value %zu of 'levl' is %u, the sound has %d", misfit.index,
@@ -232,10 +225,11 @@ void CheckLevels(const LevlChunk& levl, const FileChunk& chunk, const SoundFacts
     if (found.exceeding.empty())
         notes.Fact(Format("all %zu values of 'levl' fit the sound", levl.peaks.size()));
     else
-        notes.Fact(
-            Format("'levl' fits the sound; %zu of %zu values are larger, as cuts may leave "
-                   "them, the first is value %zu",
-                   found.exceeding.size(), levl.peaks.size(), found.exceeding.front().index));
+        notes.Fact(Format(
+            "'levl' fits the sound; %zu of %zu values are larger, as %s leave them, "
+            "the first is value %zu",
+            found.exceeding.size(), levl.peaks.size(),
+            mayBeMix ? "mixing two channels may" : "cuts may", found.exceeding.front().index));
 }
 
 }  // namespace orma
