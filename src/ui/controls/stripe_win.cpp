@@ -48,8 +48,7 @@ void StripeWin::Drag() {
     if (moved > kStepPixels) {
         steps = moved >> 3;
     } else if (moved <= -kStepPixels) {
-        steps =
-            (moved >> 3) + 1;  // one step back towards rest: it takes 9 pixels to turn either way
+        steps = (moved >> 3) + 1;  // as much as to the right: the ninth pixel turns
     }
     if (steps == 0) return;
     dragged_ += steps * kStepPixels;
