@@ -42,6 +42,7 @@ class AboutWWin : public WWin {
     AboutWWin(const Scene& scene, ScreenHost& host, ProductVersion version,
               std::function<AboutInfo()> ask);
 
+    void Refresh() override { Gather(); }
     void Entered() override;
     void Tick() override;
     void OnKey(Key key) override;

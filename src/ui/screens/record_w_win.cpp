@@ -126,6 +126,7 @@ void RecordWWin::OnTransportState(TransportState state, const LitButtons& lit) {
     externalLevel_.Rest();
     meter_->SetResolutionShift(s_.audio.resolutionShift);
     if (!IsCapture(state)) warnings_.CaptureEnded();
+    if (state == TransportState::kRecordReady) warnings_.Acknowledge();  // pressed elsewhere
     Light(lit);
     ShowWarning(false);
     ShowTime();

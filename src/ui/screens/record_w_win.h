@@ -67,14 +67,13 @@ class RecordWWin : public WWin {
     void TurnGain(int steps);
     void TurnVolume(int steps);
 
-    /// Shows everything that may have changed beside the transport: another project, other
-    /// settings.
-    void Refresh();
-
     [[nodiscard]] const InputWarnings& Warnings() const { return warnings_; }
 
     void Tick() override;
     void OnKey(Key key) override;
+
+    /// Also when settings have changed.
+    void Refresh() override;
     void Entered() override;
     void Left() override;
 

@@ -20,7 +20,7 @@ RecordWWin::RecordWWin(const Scene& scene, ScreenHost& host, const RecorderScree
     MakeVolume();
     MakeMarkButtons();
     MakeWarning();
-    Refresh();
+    RecordWWin::Refresh();
 }
 
 // Upside down, the arrows are the only keys there are.
