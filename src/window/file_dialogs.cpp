@@ -1,0 +1,76 @@
+#include "window/file_dialogs.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+
+#include "base/path.h"
+
+namespace orma {
+namespace {
+
+constexpr const char* kProjects = "OrmA Project (*.opr)";
+constexpr const char* kClips = "Recordings (*.wav *.mp2)";
+constexpr const char* kAll = "Recordings and projects (*.wav *.mp2 *.opr)";
+
+/// Any file name survives the way there and back.
+QString QtPath(const Text& path) {
+    return QFile::decodeName(QByteArray::fromStdString(ToUtf8(path)));
+}
+
+std::optional<Text> PathOf(const QString& chosen) {
+    if (chosen.isEmpty()) return std::nullopt;
+    return FromUtf8(QFile::encodeName(chosen).toStdString());
+}
+
+std::optional<Text> AskOpen(const char* title, const Text& proposed, const char* filter) {
+    return PathOf(QFileDialog::getOpenFileName(QApplication::activeWindow(), title,
+                                               QtPath(proposed), filter));
+}
+
+/// The extension is set in the dialog, so that it asks about the file that will be replaced.
+std::optional<Text> AskSave(const char* title, const Text& proposed, const char* filter,
+                            const QString& extension) {
+    QFileDialog dialog(QApplication::activeWindow(), title, QtPath(proposed), filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(extension);
+    dialog.selectFile(QtPath(proposed));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    return PathOf(dialog.selectedFiles().front());
+}
+
+}  // namespace
+
+std::optional<Text> FileDialogs::OpenProject(const Text& proposed) {
+    return AskOpen("Open project", proposed, kProjects);
+}
+
+std::optional<Text> FileDialogs::NewProject(const Text& proposed) {
+    return AskSave("New project", proposed, kProjects, QStringLiteral("opr"));
+}
+
+std::optional<Text> FileDialogs::OpenClip(const Text& proposed) {
+    return AskOpen("Open clip", proposed, kClips);
+}
+
+std::optional<Text> FileDialogs::Delete(const Text& proposed) {
+    return AskOpen("Delete", proposed, kAll);
+}
+
+std::optional<Text> FileDialogs::SaveSelection(const Text& proposed) {
+    const bool mp2 = proposed.ends_with(u"2");
+    return AskSave("Save selection", proposed, mp2 ? "MPEG Layer II (*.mp2)" : "Wave (*.wav)",
+                   mp2 ? QStringLiteral("mp2") : QStringLiteral("wav"));
+}
+
+std::optional<Text> FileDialogs::ClipName(const Text& proposed) {
+    bool answered = false;
+    const QString name =
+        QInputDialog::getText(QApplication::activeWindow(), "Orma Edit", "Type in a new name",
+                              QLineEdit::Normal, QString::fromStdU16String(proposed), &answered);
+    if (!answered) return std::nullopt;
+    return name.toStdU16String();
+}
+
+}  // namespace orma

@@ -1,0 +1,94 @@
+// orma-edit: the window of Orma Edit.
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <cstdio>
+
+#include "platform/qt/local_instance.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_message_boxes.h"
+#include "window/accessible_page.h"
+#include "window/window_session.h"
+
+namespace {
+
+using namespace orma;
+
+constexpr int kFailed = 1;
+constexpr int kUsage = 2;
+
+struct Arguments {
+    MachineOptions machine;
+    QString screenshot;
+    Text path;  // of a project; absolute
+};
+
+Arguments Parse(const QApplication& application) {
+    const QCommandLineOption home("home", "Program folder with the settings.", "folder");
+    const QCommandLineOption audio(
+        "audio", "portaudio, or virtual:[in=FILE][,out=FILE][,pace=real|fast|SPEED].", "system",
+        kDefaultAudio);
+    const QCommandLineOption hardware("hardware",
+                                      "Recorder and S/PDIF card: alsa[:card=PCM[,rate=HZ]], none, "
+                                      "or simulated:[recorder=FILE][,card=FILE].",
+                                      "system", "alsa");
+    const QCommandLineOption trace("trace", "Append diagnostic lines to a file.", "file");
+    const QCommandLineOption screenshot("screenshot", "Save the window as a picture, then end.",
+                                        "file");
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Records speech into projects and edits it.");
+    parser.addOptions({home, audio, hardware, trace, screenshot});
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument("project", "A project to open.", "[project]");
+    parser.process(application);
+
+    const auto native = [&](const QCommandLineOption& option) {
+        return QFile::encodeName(parser.value(option)).toStdString();
+    };
+    Arguments arguments{.machine = {native(home), native(audio), native(hardware), native(trace)},
+                        .screenshot = parser.value(screenshot),
+                        .path = {}};
+    if (!parser.positionalArguments().isEmpty())
+        arguments.path =
+            CallerPath(QFile::encodeName(parser.positionalArguments().front()).toStdString());
+    return arguments;
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+    QApplication application(count, values);
+    QApplication::setApplicationName("orma-edit");
+    QApplication::setApplicationDisplayName("Orma Edit");
+    QApplication::setApplicationVersion(ORMA_VERSION);
+    QApplication::setQuitOnLastWindowClosed(false);
+    InstallAccessiblePage();
+
+    const Arguments arguments = Parse(application);
+    const Text screenshot = arguments.screenshot.isEmpty()
+                                ? Text()
+                                : CallerPath(QFile::encodeName(arguments.screenshot).toStdString());
+    QtEventLoop loop;
+    QtMessageBoxes boxes;
+    Machine machine(loop, boxes);
+    if (std::string error; !machine.Open(arguments.machine, error)) {
+        std::fprintf(stderr, "orma-edit: %s\n", error.c_str());
+        return kUsage;
+    }
+    LocalInstance running(machine.ProgramFolder());
+    WindowSession session(machine, running);
+    if (!session.Start(arguments.path)) return 0;
+    bool saved = true;
+    if (!screenshot.empty()) {
+        // Behind the first frame.
+        loop.Post([&] {
+            saved = session.Save(screenshot);
+            loop.Quit(0);
+        });
+    }
+    const int code = loop.Run();
+    const bool ended = session.End();
+    return saved && ended ? code : kFailed;
+}

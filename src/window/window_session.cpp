@@ -1,0 +1,132 @@
+#include "window/window_session.h"
+
+#include <chrono>
+
+#include "app/start_up.h"
+#include "ui/screens/about_w_win.h"
+#include "ui/screens/progress_w_win.h"
+#include "ui/screens/record_w_win.h"
+
+namespace orma {
+namespace {
+
+constexpr Pages kProgressPages{492, 493};
+constexpr Pages kAboutPages{498, 499};
+constexpr std::uint64_t kShortMemory = 16U << 20;  // bytes
+constexpr ProductVersion kVersion{ORMA_VERSION_NUMBERS};
+
+/// What this window can carry out.
+CommandSet Available() {
+    using enum Command;
+    return {kRecorder, kAbout,  kExit,          kOpenProject,      kNewProject,
+            kOpenClip, kDelete, kSaveSelection, kCropBegin,        kCropEnd,
+            kCutBegin, kCutEnd, kMark,          kCopyToClipEditor, kNone};
+}
+
+/// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.
+class UploadPatience : public Patience {
+  public:
+    [[nodiscard]] bool GoOn() override { return std::chrono::steady_clock::now() < end_; }
+
+  private:
+    std::chrono::steady_clock::time_point end_ =
+        std::chrono::steady_clock::now() + std::chrono::minutes(2);
+};
+
+AboutInfo InfoOf(Application& app, SystemStatus& system) {
+    const auto memory = system.FreeMemory();
+    return {.freeMemory = memory,
+            .memoryIsShort = memory && *memory < kShortMemory,
+            .processorLoad = system.ProcessorLoad(),
+            .battery = system.BatteryPercent(),
+            .projectLocation = app.project.Folder(),
+            .mp2 = app.audio.mp2,
+            .stereo = app.audio.stereo,
+            .bitrate = app.audio.bitrate.BitsPerSecond() / 1000,
+            .equalizerOn = !app.input.CurrentSetName().empty(),
+            .equalizerSet = app.input.CurrentSetName(),
+            .secondsLeft = app.recorder.RecordingTimeLeft()};
+}
+
+}  // namespace
+
+WindowSession::WindowSession(Machine& machine, RunningInstance& running)
+    : running_(running),
+      shell_({.app = app_,
+              .window = window_,
+              .dialogs = dialogs_,
+              .makeScreen = [this](ScreenIndex index) { return MakeScreen(index); },
+              .available = Available()}),
+      app_(machine.MakePorts(), {shell_, progress_}, machine.ProgramFolder()) {}
+
+WindowSession::~WindowSession() = default;
+
+WindowParts WindowSession::Parts() {
+    return {app_, shell_, window_, running_, [this](const WindowLook& look) { LoadSkin(look); }};
+}
+
+bool WindowSession::Start(const Text& commandLine) {
+    return StartWindow(Parts(), commandLine);
+}
+
+bool WindowSession::End() {
+    UploadPatience patience;
+    return EndWindow(Parts(), patience);
+}
+
+std::span<const std::unique_ptr<Win>> WindowSession::Controls() {
+    const WWin* const screen = shell_.Screen(shell_.CurrentScreen());
+    if (screen == nullptr) return {};
+    return screen->Controls();
+}
+
+void WindowSession::LoadSkin(const WindowLook& look) {
+    constexpr std::int32_t kUpsideDown = 2;
+    background_ = look.background;
+    image_ = {look.client.width, look.client.height, {}};
+    image_.pixels.resize(static_cast<std::size_t>(image_.width) *
+                         static_cast<std::size_t>(image_.height));
+    skin_.emplace(app_.ports.storage, bitmaps_, app_.programFolder, look.client,
+                  app_.settings.Orientation == kUpsideDown);
+    canvas_.emplace(image_, ink_, [this](const Rect& changed) { window_.Update(changed); });
+}
+
+std::unique_ptr<WWin> WindowSession::MakeScreen(ScreenIndex index) {
+    const auto scene = [this](Pages pages) {
+        return Scene{*skin_, *canvas_, shell_.PointerState(), pages};
+    };
+    switch (index) {
+        case ScreenIndex::kRecorder:
+            return MakeRecorder();
+        case ScreenIndex::kAbout:
+            return std::make_unique<AboutWWin>(scene(kAboutPages), shell_, kVersion,
+                                               [this] { return InfoOf(app_, system_); });
+        case ScreenIndex::kProgress: {
+            auto screen = std::make_unique<ProgressWWin>(scene(kProgressPages), shell_,
+                                                         [this] { window_.ServeJob(); });
+            progress_.ShowOn(screen.get());
+            return screen;
+        }
+        case ScreenIndex::kEditor:
+        case ScreenIndex::kClipEditor:
+        case ScreenIndex::kTextEditor:
+            break;
+    }
+    return nullptr;
+}
+
+std::unique_ptr<WWin> WindowSession::MakeRecorder() {
+    const SettingsRecord& settings = app_.settings;
+    return std::make_unique<RecordWWin>(
+        Scene{*skin_, *canvas_, shell_.PointerState(), background_}, shell_,
+        RecorderScreenServices{app_.transport, app_.recorder, app_.recording, app_.audio,
+                               app_.input, app_.externalRecorder, system_},
+        RecorderScreenOptions{.showMaxTime = settings.ShowMaxTime != 0,
+                              .showBattery = settings.ShowBattery != 0,
+                              .markButtons = settings.MarkButtons != 0,
+                              .gainControl = settings.GainControl != 0,
+                              .volumeControl = settings.VolumeControl != 0,
+                              .spdif = settings.SpdifInput != 0});
+}
+
+}  // namespace orma

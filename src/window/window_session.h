@@ -1,0 +1,82 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/application.h"
+#include "machine/machine.h"
+#include "platform/posix/posix_system_status.h"
+#include "platform/running_instance.h"
+#include "shell/shell.h"
+#include "shell/window_start.h"
+#include "window/file_dialogs.h"
+#include "window/progress_relay.h"
+#include "window/qt_ink.h"
+#include "window/qt_main_window.h"
+#include "window/resource_bitmaps.h"
+
+namespace orma {
+
+/// Everything that lives while the window does: the application on this machine, its shell and
+/// screens, and the toolkit's window that shows them. UI thread.
+class WindowSession : private QtMainWindow::Client {
+  public:
+    /// Both outlive it.
+    WindowSession(Machine& machine, RunningInstance& running);
+    ~WindowSession() override;
+
+    /// See StartWindow.
+    [[nodiscard]] bool Start(const Text& commandLine);
+
+    /// After the event loop; see EndWindow.
+    bool End();
+
+    /// Saves the window as it looks. False when it cannot be written.
+    [[nodiscard]] bool Save(const Text& path) { return window_.Save(path); }
+
+  private:
+    // QtMainWindow::Client: the shell's business.
+    [[nodiscard]] const Picture& Image() override { return image_; }
+    [[nodiscard]] std::span<const std::unique_ptr<Win>> Controls() override;
+    [[nodiscard]] Win* Focused() override { return shell_.Focused(); }
+    void BeforePaint() override { shell_.OnPaint(); }
+    void LeftDown(Point at) override { shell_.OnLeftDown(at); }
+    void LeftUp(Point at) override { shell_.OnLeftUp(at); }
+    void Moved(Point at) override { shell_.OnPointerMove(at); }
+    void RightDown(Point at) override { shell_.OnRightDown(at); }
+    void RightUp(Point at) override { shell_.OnRightUp(at); }
+    void KeyDown(Key key, bool shift) override { shell_.OnKeyDown(key, shift); }
+    void KeyUp(Key key) override { shell_.OnKeyUp(key); }
+    void OnCommand(Command command) override {
+        (void)shell_.OnCommand(static_cast<std::uint32_t>(command));
+    }
+    [[nodiscard]] const Menu& OnMenuOpening(std::size_t place) override {
+        return shell_.OnMenuOpening(static_cast<TopMenu>(place));
+    }
+    [[nodiscard]] const Picture& MenuBitmap() override { return skin_->Bitmap(kMenuBitmap); }
+    void OnCloseRequest() override { shell_.OnCloseRequest(); }
+
+    void LoadSkin(const WindowLook& look);
+    [[nodiscard]] std::unique_ptr<WWin> MakeScreen(ScreenIndex index);
+    [[nodiscard]] std::unique_ptr<WWin> MakeRecorder();
+    [[nodiscard]] WindowParts Parts();
+
+    static constexpr int kMenuBitmap = 520;
+
+    RunningInstance& running_;
+    PosixSystemStatus system_;
+    QtInk ink_;
+    ResourceBitmaps bitmaps_;
+    Picture image_;
+    std::optional<Skin> skin_;
+    std::optional<Canvas> canvas_;
+    Pages background_;
+    ProgressRelay progress_;
+    FileDialogs dialogs_;
+    QtMainWindow window_{*this};
+    Shell shell_;
+    Application app_;
+};
+
+}  // namespace orma
