@@ -52,7 +52,7 @@ class RecGraphWin : public Win {
     /// Playing or recording went on: the cursor follows, the view pages at its end.
     void GraphFollow();
 
-    /// The position is `position` now, by somebody's choice.
+    /// The position is `position` now, by somebody's choice; the source tells the same already.
     void GraphSetPosition(std::int64_t position);
     void GraphCentre(std::int64_t position);
 
