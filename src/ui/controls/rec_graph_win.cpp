@@ -78,6 +78,7 @@ void RecGraphWin::PickPosition(std::int64_t position) {
 void RecGraphWin::GraphRedraw() {
     // The cursor may stand one column behind the last one.
     scene_.canvas.CopyFromPage(NormalPage(), {rect_.x, rect_.y, rect_.w + 1, rect_.h});
+    owner_.paintBeneath();
     Paint();
     viewChanged_();
 }

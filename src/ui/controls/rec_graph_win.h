@@ -33,6 +33,10 @@ struct GraphOwner {
 
     /// The audio engine is busy: the user's presses do nothing.
     std::function<bool()> busy;
+
+    /// Paints what else of the screen lies beneath the graph, each time that the page was restored
+    /// there for a repaint of its own.
+    std::function<void()> paintBeneath = [] {};
 };
 
 /// The editor's level graph: the levels as a line, removed stretches and the selection in colours

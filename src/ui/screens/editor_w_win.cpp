@@ -1,0 +1,205 @@
+#include "ui/screens/editor_w_win.h"
+
+#include <utility>
+#include <vector>
+
+namespace orma {
+
+bool EditorWWin::IsCapturing() const {
+    const TransportState state = s_.transport.State();
+    return state == TransportState::kRecordReady || state == TransportState::kRecording;
+}
+
+// The edges of the selection are lines. It has no colour: that would hide the cuts within it.
+GraphSource EditorWWin::Source() const {
+    const CurrentRecording& recording = s_.recording;
+    const bool recorded = s_.transport.State() == TransportState::kRecording;
+    GraphSource source;
+    source.levels = recording.sheet.levels;
+    source.marks = recording.sheet.marks;
+    source.cuts = recording.sheet.cuts;
+    source.currentCut = recording.currentCut;
+    source.rangeStart = recording.selectionStart;
+    source.rangeEnd = recording.selectionEnd;
+    source.position =
+        recorded ? static_cast<std::uint32_t>(recording.sheet.levels.size()) : recording.cursor;
+    return source;
+}
+
+void EditorWWin::Refresh() {
+    if (shownPath_ != s_.recording.audioPath) {
+        shownPath_ = s_.recording.audioPath;
+        graph_->GraphReset();
+    }
+    meter_->SetResolutionShift(s_.audio.resolutionShift);
+    ShowName();
+    Light(ButtonsOf(s_.transport.State()));
+    if (!IsEntered()) return;
+    graph_->GraphRedraw();
+    ShowTimes();
+}
+
+void EditorWWin::Entered() {
+    WWin::Entered();
+    Refresh();
+    Host().UpdateMenus();
+}
+
+void EditorWWin::Left() {
+    WWin::Left();
+    Host().UpdateMenus();
+}
+
+void EditorWWin::Tick() {
+    if (external_ && !s_.recorder.IsClosed()) {
+        if (const auto level = externalLevel_.Read(s_.externalRecorder, s_.audio.stereo))
+            ShowLevel(*level);
+    }
+    ShowName();
+    ShowTimes();
+}
+
+void EditorWWin::OnTransportState(TransportState state, const LitButtons& lit) {
+    markPeriods_ = 0;
+    externalLevel_.Rest();
+    meter_->SetResolutionShift(s_.audio.resolutionShift);
+    Light(lit);
+    if (state == TransportState::kStopped) {
+        if (IsEntered())
+            meter_->VuInit();
+        else
+            meter_->PresetInit();
+    }
+    ShowTimes();
+    if (IsEntered()) Host().UpdateMenus();
+}
+
+void EditorWWin::Light(const LitButtons& lit) {
+    const auto put = [this](ToggleButtonWin* button, bool on) {
+        if (IsEntered())
+            button->SetState(on);
+        else
+            button->PresetState(on);
+    };
+    put(stop_, lit.stop);
+    put(play_, lit.play);
+    put(record_, lit.record);
+    put(rewind_, lit.rewind);
+    put(fastForward_, lit.fastForward);
+    if (IsEntered()) {
+        // They lie over two of the buttons, which have just been drawn.
+        cutBegin_->Paint();
+        cutEnd_->Paint();
+    }
+    ShowCutButtons();
+}
+
+void EditorWWin::ShowCutButtons() {
+    if (!IsEntered()) return;
+    const CurrentRecording& recording = s_.recording;
+    CutButtonState state;
+    const std::vector<RemovedRange>& cuts = recording.sheet.cuts;
+    if (recording.currentCut >= 0 && std::cmp_less(recording.currentCut, cuts.size()))
+        state.cut = cuts[static_cast<std::size_t>(recording.currentCut)];
+    state.cursor = recording.cursor;
+    state.selectionStart = recording.selectionStart;
+    state.selectionEnd = recording.selectionEnd;
+    state.length = recording.length;
+    state.transportState = static_cast<std::uint32_t>(s_.transport.State());
+    const CutButtonLooks looks = IsCapturing() ? CutButtonLooks{} : UpdateCutButtons(state);
+    const auto put = [](ButtonWin* button, ToggleButtonWin* beneath, ButtonLook look) {
+        button->SetState(static_cast<int>(look));
+        if (look == ButtonLook::kOff) beneath->Paint();
+    };
+    if (looks == looks_) return;
+    looks_ = looks;
+    put(cutBegin_, rewind_, looks.begin);
+    put(cutEnd_, fastForward_, looks.end);
+}
+
+void EditorWWin::OnMarkText(const Text& text, std::uint32_t periods) {
+    markPeriods_ = periods;
+    if (!IsEntered()) return;
+    time_->ShowText(text);
+    graph_->GraphRedraw();
+}
+
+void EditorWWin::OnEdgeMoved(const EdgeMove& move) {
+    if (!IsEntered()) return;
+    if (move.edge == Edge::kSelectionStart) {
+        graph_->GraphMoveLine(RecGraphWin::Line::kRangeStart, move.to);
+        graph_->GraphSetPosition(s_.recording.cursor);
+    } else if (move.edge == Edge::kSelectionEnd) {
+        graph_->GraphMoveLine(RecGraphWin::Line::kRangeEnd, move.to);
+        graph_->GraphSetPosition(s_.recording.cursor);
+    } else {
+        graph_->GraphRedraw();
+    }
+    ShowCutButtons();
+    ShowTimes();
+}
+
+void EditorWWin::OnSavingStarted() {
+    shownPath_ = s_.recording.audioPath;
+    graph_->GraphReset();
+    ShowName();
+    if (IsEntered()) graph_->GraphRedraw();
+}
+
+void EditorWWin::OnSavedPeriods(std::uint32_t /*count*/) {
+    if (markPeriods_ > 0) --markPeriods_;
+    if (!IsEntered()) return;
+    graph_->GraphFollow();
+    ShowTimes();
+}
+
+void EditorWWin::OnClosed() {
+    Refresh();
+}
+
+void EditorWWin::OnPosition(std::uint32_t /*heard*/, std::uint8_t level) {
+    if (IsCapturing()) return;
+    if (s_.transport.State() != TransportState::kStopped) ShowLevel(level);
+    if (!IsEntered()) return;
+    graph_->GraphFollow();
+    ShowTimes();
+    ShowCutButtons();
+}
+
+void EditorWWin::OnPlaceMoved(std::uint32_t position) {
+    if (!IsEntered()) return;
+    graph_->GraphSetPosition(position);
+    ShowTimes();
+    ShowCutButtons();
+}
+
+void EditorWWin::OnCutChosen(std::int32_t /*index*/) {
+    if (!IsEntered()) return;
+    graph_->GraphRedraw();
+    ShowCutButtons();
+}
+
+void EditorWWin::ShowLevel(std::uint8_t level) {
+    if (IsEntered())
+        meter_->VuUpdate(level);
+    else
+        meter_->Follow(level);
+}
+
+void EditorWWin::ShowName() {
+    const Text& name = s_.recording.title.empty() ? s_.recording.name : s_.recording.title;
+    if (name == name_->Value()) return;
+    name_->PresetName(name);
+    if (IsEntered()) Host().Invalidate();  // meter and graph lie over its box
+}
+
+void EditorWWin::ShowTimes() {
+    if (!IsEntered()) return;
+    const std::uint32_t perSecond = s_.audio.PeriodsPerSecond();
+    const bool recorded = s_.transport.State() == TransportState::kRecording;
+    const auto saved = static_cast<std::uint32_t>(s_.recording.sheet.levels.size());
+    if (markPeriods_ == 0) time_->ShowPeriods(recorded ? saved : s_.recording.cursor, perSecond);
+    total_->ShowTotal(recorded ? saved : s_.recording.length, perSecond);
+}
+
+}  // namespace orma

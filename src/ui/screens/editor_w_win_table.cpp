@@ -1,0 +1,121 @@
+// The editor's table of controls, made once, in its order.
+
+#include <memory>
+
+#include "ui/controls/button_bar_win.h"
+#include "ui/controls/push_button_win.h"
+#include "ui/screens/editor_w_win.h"
+
+namespace orma {
+
+EditorWWin::EditorWWin(const Scene& scene, ScreenHost& host, const EditorScreenServices& services,
+                       bool redrawWholeBar)
+    : WWin(ScreenIndex::kEditor, scene, host),
+      s_(services),
+      external_(services.externalRecorder.IsPresent()) {
+    MakeButtons();
+    MakeDisplay();
+    MakeGraph(redrawWholeBar);
+    MakeSideButtons();
+    Refresh();
+}
+
+void EditorWWin::MakeButtons() {
+    struct Button {
+        Element element;
+        ToggleButtonWin* EditorWWin::*place;
+        void (Transport::*handler)(bool);
+        const char16_t* name;
+        const char16_t* hint;
+        const char16_t* digit;
+    };
+    const Button buttons[] = {
+        {Element::EditStop, &EditorWWin::stop_, &Transport::Stop, u"Stop",
+         u"Stop; when stopped, go to where playing began or ended", u"7"},
+        {Element::EditPlay, &EditorWWin::play_, &Transport::Play, u"Play",
+         u"Play; when the recorder is ready, start recording", u"8"},
+        {Element::EditRecord, &EditorWWin::record_, &Transport::Record, u"Record",
+         u"Get ready to record; while recording, set a mark", u"9"},
+        {Element::EditRewind, &EditorWWin::rewind_, &Transport::Rewind, u"Rewind",
+         u"Go back; on an edge, move the edge back", u"2"},
+        {Element::EditFastForward, &EditorWWin::fastForward_, &Transport::FastForward,
+         u"Fast forward", u"Go ahead; on an edge, move the edge ahead", u"5"},
+    };
+    for (const Button& button : buttons) {
+        const auto handler = button.handler;
+        auto control = std::make_unique<ToggleButtonWin>(
+            OwnScene(), button.element,
+            [this, handler](bool lit) { (s_.transport.*handler)(lit); });
+        control->SetLabel({ControlRole::kToggle, button.name, button.hint, button.digit});
+        this->*button.place = Add(std::move(control));
+    }
+}
+
+void EditorWWin::MakeDisplay() {
+    const Skin& skin = OwnScene().skin;
+    name_ =
+        Add(std::make_unique<NameWin>(OwnScene(), Element::EditName, skin.FontOf(SkinFont::kName)));
+    name_->SetLabel({ControlRole::kText, u"Name", u"The recording that is played and edited", {}});
+    meter_ =
+        Add(std::make_unique<VuWin>(OwnScene(), Element::EditVU, s_.audio.resolutionShift, false));
+    meter_->SetLabel(
+        {ControlRole::kMeter, u"Level", u"How loud it is, in dB below full level", {}});
+    time_ = Add(std::make_unique<RecTimeWin>(OwnScene(), Element::EditRecTime,
+                                             skin.FontOf(SkinFont::kLabel)));
+    time_->SetLabel({ControlRole::kText, u"Time", u"How far into the recording you are", {}});
+}
+
+// The scroll bar stands before its graph in the table, but needs it first.
+void EditorWWin::MakeGraph(bool redrawWholeBar) {
+    auto graph = std::make_unique<RecGraphWin>(
+        OwnScene(), Element::EditRecGraph,
+        GraphOwner{[this] { return Source(); }, [this](std::int64_t position) { GoTo(position); },
+                   [this] { return IsCapturing(); }, [this] { name_->Paint(); }});
+    graph->SetLabel({ControlRole::kGraph, u"Waveform",
+                     u"Click to go there; at the upper edge, to the nearest mark", u"Left, Right"});
+    bar_ = Add(std::make_unique<ScrollbarWin>(OwnScene(), Element::EditScrollGraph, *graph,
+                                              redrawWholeBar));
+    bar_->SetLabel({ControlRole::kScrollBar, u"Scroll bar",
+                    u"Drag the thumb, or click beside it to go a view back or ahead",
+                    u"Page up, Page down"});
+    graph_ = Add(std::move(graph));
+}
+
+void EditorWWin::MakeSideButtons() {
+    auto* const bar = Add(std::make_unique<ButtonBarWin>(
+        OwnScene(), Element::EditButtonBar,
+        ButtonBarWin::Handlers{[this] { Undo(); }, [this] { Mark(); }, [this] { RemoveCut(); }}));
+    bar->SetLabel({ControlRole::kButton, u"Undo, mark, delete cut",
+                   u"From the top: undo, set or delete a mark, delete the current cut",
+                   u"Backspace, Insert, Delete"});
+
+    struct Button {
+        Element element;
+        void (EditorWWin::*handler)();
+        const char16_t* name;
+        const char16_t* hint;
+        const char16_t* shortcut;
+    };
+    const Button buttons[] = {
+        {Element::EditZoomIn, &EditorWWin::ZoomIn, u"Zoom in", u"Show less, in more detail", u"Up"},
+        {Element::EditZoomOut, &EditorWWin::ZoomOut, u"Zoom out", u"Show more of the recording",
+         u"Down"},
+        {Element::EditBackMark, &EditorWWin::BackMark, u"Previous mark",
+         u"Go back to the mark before, or to the beginning", u"1"},
+        {Element::EditForwardMark, &EditorWWin::ForwardMark, u"Next mark",
+         u"Go ahead to the next mark, or to the end", u"3"},
+    };
+    for (const Button& button : buttons) {
+        const auto handler = button.handler;
+        auto* const control = Add(std::make_unique<PushButtonWin>(
+            OwnScene(), button.element, [this, handler] { (this->*handler)(); }));
+        control->SetLabel({ControlRole::kButton, button.name, button.hint, button.shortcut});
+    }
+    cutBegin_ = Add(std::make_unique<ButtonWin>(OwnScene(), Element::EditRewind, 515, 516));
+    cutEnd_ = Add(std::make_unique<ButtonWin>(OwnScene(), Element::EditFastForward, 517, 518));
+    total_ = Add(std::make_unique<TotalNrSecsWin>(OwnScene(), Element::EditTotalTime,
+                                                  OwnScene().skin.FontOf(SkinFont::kLabel)));
+    total_->SetLabel({ControlRole::kText, u"Length", u"How long the recording is", {}});
+}
+
+}  // namespace orma

@@ -1,0 +1,178 @@
+#include "ui/screens/editor_w_win.h"
+
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "transport/desktop.h"
+#include "ui/screens/fake_host.h"
+#include "ui/support/screen_rig.h"
+
+namespace orma::test {
+namespace {
+
+/// The editor on a whole application with a take of 400 periods and a cut, as the shell puts it
+/// there: it hears everything.
+class EditorDesk : public Desktop, public ::testing::Test {
+  protected:
+    EditorDesk() {
+        (void)AddTake(u"talk00", 400, {{100, 120, 0}}, 0, 1, {20, 390});
+        EXPECT_TRUE(app.project.SelectClip(0));
+        screen.emplace(rig.scene, host,
+                       EditorScreenServices{app.transport, app.recorder, app.project, app.recording,
+                                            app.audio, app.files, outside},
+                       false);
+        screen->Entered();
+        screen->Paint();
+    }
+
+    [[nodiscard]] Text ValueOf(TextView name) {
+        for (const auto& control : screen->Controls())
+            if (control && control->Label().name == name) return control->Value();
+        return u"no such control";
+    }
+
+    void Go(std::int32_t position) { transport.MoveTo(position); }
+
+    /// What stands on the image is what painting everything anew shows.
+    void ExpectTrueImage() {
+        const Picture shown = rig.image;
+        screen->Paint();
+        for (int y = 0; y < shown.height; ++y)
+            for (int x = 0; x < shown.width; ++x)
+                ASSERT_EQ(shown.At(x, y), rig.At(x, y)) << x << ", " << y;
+    }
+
+    void OnTransportState(TransportState state, const LitButtons& buttons) override {
+        Desktop::OnTransportState(state, buttons);
+        screen->OnTransportState(state, buttons);
+    }
+    void OnMarkText(const Text& text, std::uint32_t periods) override {
+        screen->OnMarkText(text, periods);
+    }
+    void OnEdgeMoved(const EdgeMove& move) override { screen->OnEdgeMoved(move); }
+    void OnLevel(std::uint8_t level) override { screen->OnLevel(level); }
+    void OnSavingStarted() override { screen->OnSavingStarted(); }
+    void OnSavedPeriods(std::uint32_t count) override { screen->OnSavedPeriods(count); }
+    void OnClosed() override { screen->OnClosed(); }
+    void OnPosition(std::uint32_t heard, std::uint8_t level) override {
+        screen->OnPosition(heard, level);
+    }
+    void OnPlaceMoved(std::uint32_t position) override { screen->OnPlaceMoved(position); }
+    void OnCutChosen(std::int32_t index) override { screen->OnCutChosen(index); }
+
+    ScreenRig rig;
+    FakeHost host;
+    ExternalRecorderControl outside{nullptr, app.report};
+    std::optional<EditorWWin> screen;
+};
+
+TEST_F(EditorDesk, APressOnTheGraphMovesTheTransport) {
+    rig.PressAt(*screen, {44 + 50, 60});
+    EXPECT_EQ(Cursor(), 50U);
+    EXPECT_EQ(ValueOf(u"Time"), u"  0m:02s.50");
+    EXPECT_EQ(ValueOf(u"Length"), u"  0m:20s.00");
+    ExpectTrueImage();
+}
+
+TEST_F(EditorDesk, WhatIsPlayedIsFollowedAndTheImageStaysTrue) {
+    Go(150);
+    Press('P');
+    Hear(40);
+    EXPECT_GT(Cursor(), 164U) << "the view has paged";
+    ExpectTrueImage();
+    Press('S');
+    ExpectTrueImage();
+}
+
+TEST_F(EditorDesk, AnEdgeUnderTheCursorShowsOnTheWindingButtonsAndMoves) {
+    Go(120);  // the cut's end: it becomes the current one
+    EXPECT_EQ(app.recording.currentCut, 0);
+    EXPECT_TRUE(rig.Shows(81 + 3, 164 + 3, 515));
+    EXPECT_TRUE(rig.Shows(127 + 3, 164 + 3, 517));
+    screen->OnKey(Key::k5);
+    EXPECT_EQ(app.recording.sheet.cuts[0].end, 121U);
+    EXPECT_EQ(Cursor(), 121U);
+    ExpectTrueImage();
+    Go(200);
+    ExpectTrueImage();
+}
+
+TEST_F(EditorDesk, ASelectionsEdgeMovesAsALine) {
+    Go(20);
+    screen->OnKey(Key::k5);
+    EXPECT_EQ(app.recording.selectionStart, 21U);
+    ExpectTrueImage();
+}
+
+TEST_F(EditorDesk, TheBarBesideTheGraphMarksDeletesTheCurrentCutAndTakesItBack) {
+    Go(30);
+    rig.PressAt(*screen, {216, 60});
+    EXPECT_EQ(app.recording.sheet.marks, std::vector<std::uint32_t>{30});
+    ExpectTrueImage();
+    rig.PressAt(*screen, {216, 90});
+    EXPECT_EQ(app.recording.sheet.cuts.size(), 1U) << "no cut is current";
+    Go(100);
+    rig.PressAt(*screen, {216, 90});
+    EXPECT_TRUE(app.recording.sheet.cuts.empty());
+    ExpectTrueImage();
+    rig.PressAt(*screen, {216, 30});
+    EXPECT_EQ(app.recording.sheet.cuts.size(), 1U);
+    rig.PressAt(*screen, {216, 30});
+    EXPECT_TRUE(app.recording.sheet.cuts.empty()) << "undone, the deletion is done again";
+    ExpectTrueImage();
+}
+
+TEST_F(EditorDesk, KeysMoveTheCursorByColumnsViewsAndToTheSelectionsEnds) {
+    struct Step {
+        Key key;
+        std::uint32_t cursor;
+    };
+    for (const Step& step : {Step{Key::kRight, 1},
+                             {Key::kPageDown, 165},
+                             {Key::kLeft, 164},
+                             {Key::kPageUp, 0},
+                             {Key::kEnd, 390},
+                             {Key::kHome, 20},
+                             {Key::kDown, 20},
+                             {Key::kRight, 22},
+                             {Key::kUp, 22}}) {
+        screen->OnKey(step.key);
+        EXPECT_EQ(Cursor(), step.cursor) << static_cast<int>(step.key);
+    }
+    ExpectTrueImage();
+}
+
+TEST_F(EditorDesk, ATakeGrowsInTheGraphAndIsNotEditedMeanwhile) {
+    Press("RP");
+    Speak(200);
+    EXPECT_EQ(Lamp(), 2);
+    EXPECT_EQ(ValueOf(u"Time"), ValueOf(u"Length"));
+    ExpectTrueImage();
+    const std::size_t marks = app.recording.sheet.marks.size();
+    for (const Key key : {Key::kInsert, Key::kDelete, Key::kBackspace, Key::kRight, Key::kPageUp})
+        screen->OnKey(key);
+    EXPECT_EQ(app.recording.sheet.marks.size(), marks);
+    screen->OnKey(Key::k9);
+    EXPECT_EQ(app.recording.sheet.marks.size(), marks + 1);
+    ExpectTrueImage();
+}
+
+TEST_F(EditorDesk, BehindAnotherScreenItDrawsNothingAndIsTrueWhenItComesBack) {
+    Go(300);
+    screen->Left();
+    rig.TakeChanges();
+    rig.ink.Forget();
+    Go(10);
+    Press('P');
+    Hear(5);
+    Press('S');
+    EXPECT_TRUE(rig.TakeChanges().empty());
+    EXPECT_TRUE(rig.ink.lines.empty());
+    EXPECT_TRUE(rig.ink.texts.empty());
+    screen->Entered();
+    ExpectTrueImage();
+}
+
+}  // namespace
+}  // namespace orma::test
