@@ -8,6 +8,7 @@
 #include "platform/qt/local_instance.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_signal_watch.h"
 #include "window/accessible_page.h"
 #include "window/window_session.h"
 
@@ -59,6 +60,7 @@ Arguments Parse(const QApplication& application) {
 }  // namespace
 
 int main(int count, char** values) {
+    QtSignalWatch::Block();
     QApplication application(count, values);
     QApplication::setApplicationName("orma-edit");
     QApplication::setApplicationDisplayName("Orma Edit");
@@ -71,6 +73,11 @@ int main(int count, char** values) {
                                 ? Text()
                                 : CallerPath(QFile::encodeName(arguments.screenshot).toStdString());
     QtEventLoop loop;
+    // The end of the desktop's session ends a take as closing the window does.
+    WindowSession* open = nullptr;
+    const QtSignalWatch ended([&] {
+        if (open != nullptr) open->Close();
+    });
     QtMessageBoxes boxes;
     Machine machine(loop, boxes);
     if (std::string error; !machine.Open(arguments.machine, error)) {
@@ -80,6 +87,7 @@ int main(int count, char** values) {
     LocalInstance running(machine.ProgramFolder());
     WindowSession session(machine, running);
     if (!session.Start(arguments.path)) return 0;
+    open = &session;
     bool saved = true;
     if (!screenshot.empty()) {
         // Behind the first frame.
@@ -89,6 +97,7 @@ int main(int count, char** values) {
         });
     }
     const int code = loop.Run();
-    const bool ended = session.End();
-    return saved && ended ? code : kFailed;
+    open = nullptr;
+    const bool kept = session.End();
+    return saved && kept ? code : kFailed;
 }

@@ -1,9 +1,12 @@
 #include "window/window_session.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <chrono>
 
 #include "app/start_up.h"
 #include "ui/screens/about_w_win.h"
+#include "ui/screens/editor_w_win.h"
 #include "ui/screens/progress_w_win.h"
 #include "ui/screens/record_w_win.h"
 
@@ -18,9 +21,10 @@ constexpr ProductVersion kVersion{ORMA_VERSION_NUMBERS};
 /// What this window can carry out.
 CommandSet Available() {
     using enum Command;
-    return {kRecorder, kAbout,  kExit,          kOpenProject,      kNewProject,
-            kOpenClip, kDelete, kSaveSelection, kCropBegin,        kCropEnd,
-            kCutBegin, kCutEnd, kMark,          kCopyToClipEditor, kNone};
+    return {kRecorder,   kEditor,   kAbout,  kExit,          kOpenProject,
+            kNewProject, kOpenClip, kDelete, kSaveSelection, kCropBegin,
+            kCropEnd,    kCutBegin, kCutEnd, kMark,          kCopyToClipEditor,
+            kNone};
 }
 
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.
@@ -32,6 +36,17 @@ class UploadPatience : public Patience {
     std::chrono::steady_clock::time_point end_ =
         std::chrono::steady_clock::now() + std::chrono::minutes(2);
 };
+
+/// Where the skin folders lie: beside the settings when the user has some there, else the shipped
+/// ones beside the program.
+Text SkinRoot(const Text& programFolder, Size client) {
+    const auto exists = [&](const Text& root) {
+        return QDir(QString::fromStdU16String(SkinFolder(root, client))).exists();
+    };
+    const Text shipped =
+        (QCoreApplication::applicationDirPath() + QStringLiteral("/../skin/")).toStdU16String();
+    return !exists(programFolder) && exists(shipped) ? shipped : programFolder;
+}
 
 AboutInfo InfoOf(Application& app, SystemStatus& system) {
     const auto memory = system.FreeMemory();
@@ -86,8 +101,8 @@ void WindowSession::LoadSkin(const WindowLook& look) {
     image_ = {look.client.width, look.client.height, {}};
     image_.pixels.resize(static_cast<std::size_t>(image_.width) *
                          static_cast<std::size_t>(image_.height));
-    skin_.emplace(app_.ports.storage, bitmaps_, app_.programFolder, look.client,
-                  app_.settings.Orientation == kUpsideDown);
+    skin_.emplace(app_.ports.storage, bitmaps_, SkinRoot(app_.programFolder, look.client),
+                  look.client, app_.settings.Orientation == kUpsideDown);
     canvas_.emplace(image_, ink_, [this](const Rect& changed) { window_.Update(changed); });
 }
 
@@ -108,6 +123,11 @@ std::unique_ptr<WWin> WindowSession::MakeScreen(ScreenIndex index) {
             return screen;
         }
         case ScreenIndex::kEditor:
+            return std::make_unique<EditorWWin>(
+                scene(background_), shell_,
+                EditorScreenServices{app_.transport, app_.recorder, app_.project, app_.recording,
+                                     app_.audio, app_.files, app_.externalRecorder},
+                app_.settings.FullBarRedraw != 0);
         case ScreenIndex::kClipEditor:
         case ScreenIndex::kTextEditor:
             break;

@@ -29,6 +29,9 @@ class WindowSession : private QtMainWindow::Client {
     /// See StartWindow.
     [[nodiscard]] bool Start(const Text& commandLine);
 
+    /// Asks for the end as the user does who closes the window.
+    void Close() { shell_.OnCloseRequest(); }
+
     /// After the event loop; see EndWindow.
     bool End();
 
