@@ -90,6 +90,13 @@ class Window:
     def key(self, *keys):
         self.tool("key", "--window", self.id, *keys)
 
+    def menu(self, place, *keys):
+        """Opens the menu whose title stands `place` pixels from the left; keys choose within."""
+        self.tool("mousemove", "--window", self.id, place, 9, "click", 1)
+        time.sleep(0.5)
+        self.tool("key", *keys)
+        time.sleep(0.7)
+
     def page_place(self, element):
         """The middle of an element within the window, whose menu bar stands above the page."""
         x, y, w, h = self.elements[element]

@@ -45,9 +45,10 @@ def main():
             check(window.picture(desk.path("playing.png")).read_bytes() != before,
                   "playing shows nothing")
             window.key("7")
-            window.key("alt+v", "Up", "Return")
-            time.sleep(0.5)
-            window.picture(desk.path("about.png"))
+            stopped = window.picture(desk.path("stopped.png")).read_bytes()
+            window.menu(207, "Up", "Return")
+            check(window.picture(desk.path("about.png")).read_bytes() != stopped,
+                  "About does not open")
             window.program.terminate()
             window.wait_end()
 
