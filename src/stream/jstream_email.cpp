@@ -1,5 +1,7 @@
 #include "stream/jstream_email.h"
 
+#include <utility>
+
 #include "stream/jstream_smtp.h"
 #include "stream/outbox_message.h"
 
@@ -7,33 +9,24 @@ namespace orma {
 namespace {
 
 Text TextOf(SmtpOpenResult result) {
-    switch (result) {
-        case SmtpOpenResult::kRefused:
-        case SmtpOpenResult::kSilent:
-            return u"Server found,\nbut doesn't respond.";
-        case SmtpOpenResult::kNotFound:
-            return u"Server not found.";
-        case SmtpOpenResult::kLogInRefused:
-            return u"Wrong username\nor password.";
-        case SmtpOpenResult::kNoTls:
-            return u"Server offers\nno TLS.";
-        case SmtpOpenResult::kUnsafeUpgrade:
-            return u"Clear text after STARTTLS:\nconnection not safe.";
-        case SmtpOpenResult::kTrustStore:
-            return u"Cannot read the trusted\ncertificates.";
-        case SmtpOpenResult::kWrongHost:
-            return u"Certificate is for\nanother server name.";
-        case SmtpOpenResult::kExpired:
-            return u"Certificate of the server\nis expired.";
-        case SmtpOpenResult::kUntrusted:
-            return u"Certificate of the server\nis not trusted.";
-        case SmtpOpenResult::kHandshake:
-            return u"No TLS connection\nwith the server.";
-        case SmtpOpenResult::kNoLogIn:
-            return u"Server offers no log-in\nthat is known here.";
-        default:
-            return u"Unspecified error";
-    }
+    using enum SmtpOpenResult;
+    static constexpr std::pair<SmtpOpenResult, const char16_t*> kTexts[] = {
+        {kRefused, u"Server found,\nbut doesn't respond."},
+        {kSilent, u"Server found,\nbut doesn't respond."},
+        {kNotFound, u"Server not found."},
+        {kLogInRefused, u"Wrong username\nor password."},
+        {kNoTls, u"Server offers\nno TLS."},
+        {kUnsafeUpgrade, u"Clear text after STARTTLS:\nconnection not safe."},
+        {kTrustStore, u"Cannot read the trusted\ncertificates."},
+        {kWrongHost, u"Certificate is for\nanother server name."},
+        {kExpired, u"Certificate of the server\nis expired."},
+        {kUntrusted, u"Certificate of the server\nis not trusted."},
+        {kHandshake, u"No TLS connection\nwith the server."},
+        {kNoLogIn, u"Server offers no log-in\nthat is known here."},
+    };
+    for (const auto& [known, text] : kTexts)
+        if (known == result) return text;
+    return u"Unspecified error";
 }
 
 }  // namespace
