@@ -149,118 +149,96 @@ TEST(Delivery, ResumesExactlyWhereverItBreaks) {
 }
 
 TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
+    enum Format { kMp2, kPcm };
     struct Case {
         const char* name;
+        Format format;
+        std::size_t breaksAfter;  // 0: not
         std::function<void(RemoteRig&)> prepare;
         PublishOutcome outcome;
         std::vector<Text> boxes;
         std::string last;  // a line of the server's log
     };
+    using enum PublishOutcome;
     const Text kLost = u"Connection lost";
     const Text kResume = u"Resume publishing ?";
     const Text kNotPossible = u"Resume not possible\non this server.";
     const Text kSize =
         u"The publication is not verified:\nthe server does not confirm\nthe size of the file.";
-    const auto broken = [](RemoteRig& rig) {
-        rig.server.breaksAfter = 9000;
-        rig.files.boxes.answers = {BoxAnswer::kOk, BoxAnswer::kYes};
+    const auto refuseStore = [](int number, std::size_t times, std::uint8_t autoResume) {
+        return [=](RemoteRig& rig) {
+            const Text words = FormatText("%d No.", number);
+            rig.server.restartedStore = {kFtpRefused, number, words};
+            rig.server.refusedRestartedStores = times;
+            rig.settings.AutoResume = autoResume;
+        };
     };
+    const auto onceConnected = [](std::function<void(FakeFtp&)> change) {
+        return [=](RemoteRig& rig) {
+            rig.progress.onText = [&rig, change](const Text& text) {
+                if (text != kConnecting) change(rig.server);
+            };
+        };
+    };
+    const auto unconfirmed = [](RemoteRig& rig) { rig.server.confirmation.code = kFtpTimeout; };
+    // clang-format off
     const Case cases[] = {
-        {"the user does not want to go on",
-         [](RemoteRig& rig) { rig.server.breaksAfter = 9000; },
-         PublishOutcome::kFailed,
-         {kLost, kResume},
-         "QUIT"},
-        {"no restart",
-         [&](RemoteRig& rig) {
-             broken(rig);
-             rig.server.takesRestart = false;
-         },
-         PublishOutcome::kFailed,
-         {kLost, kResume, kNotPossible},
-         "REST 9000"},
-        {"a restart that stores nothing",
-         [&](RemoteRig& rig) {
-             broken(rig);
-             rig.server.restartedStore = {kFtpRefused, 451, u"451 No."};
-             rig.settings.AutoResume = 1;
-         },
-         PublishOutcome::kFailed,
-         {kNotPossible},
-         "REST 9000"},
-        {"a store that the disk has no room for",
-         [&](RemoteRig& rig) {
-             broken(rig);
-             rig.server.restartedStore = {kFtpRefused, 552, u"552 Full."};
-         },
-         PublishOutcome::kFailed,
-         {kLost, kResume, u"FtpOpenFile 12003 552 Full.", kResume},
-         "REST 9000"},
-        {"a file that the dead session still holds",
-         [&](RemoteRig& rig) {
-             broken(rig);
-             rig.server.restartedStore = {kFtpRefused, 450, u"450 Busy."};
-             rig.server.refusedRestartedStores = 3;
-             rig.settings.AutoResume = 1;
-         },
-         PublishOutcome::kPublished,
-         {},
-         "REST 9000"},
-        {"sizes that it does not tell any more",
-         [&](RemoteRig& rig) {
-             rig.progress.onText = [&rig](const Text& text) {
-                 if (text != kConnecting) rig.server.knowsSize = false;
-             };
-         },
-         PublishOutcome::kUnverified,
-         {kSize},
-         "SIZE talk.wav"},
-        {"no sizes: it went on, but who knows",
-         [&](RemoteRig& rig) {
-             broken(rig);
-             rig.server.knowsSize = false;
-         },
-         PublishOutcome::kUnverified,
-         {kLost, kResume, kSize},
-         "SIZE talk.wav"},
-        {"bytes that vanish unnoticed",
+        {"the user does not want to go on", kMp2, 9000,
+         [](RemoteRig& rig) { rig.files.boxes.answers.clear(); },
+         kFailed, {kLost, kResume}, "QUIT"},
+        {"no restart", kMp2, 9000,
+         [](RemoteRig& rig) { rig.server.takesRestart = false; },
+         kFailed, {kLost, kResume, kNotPossible}, "REST 9000"},
+        {"a restart that stores nothing", kMp2, 9000, refuseStore(451, FakeFtp::kNever, 1),
+         kFailed, {kNotPossible}, "REST 9000"},
+        {"a store that the disk has no room for", kMp2, 9000, refuseStore(552, FakeFtp::kNever, 0),
+         kFailed, {kLost, kResume, u"FtpOpenFile 12003 552 No.", kResume}, "REST 9000"},
+        {"a file that the dead session still holds", kMp2, 9000, refuseStore(450, 3, 1),
+         kPublished, {}, "REST 9000"},
+        {"sizes that it does not tell any more", kMp2, 0,
+         onceConnected([](FakeFtp& server) { server.knowsSize = false; }),
+         kUnverified, {kSize}, "SIZE talk.wav"},
+        {"no sizes: it went on, but who knows", kMp2, 9000,
+         [](RemoteRig& rig) { rig.server.knowsSize = false; },
+         kUnverified, {kLost, kResume, kSize}, "SIZE talk.wav"},
+        {"bytes that vanish unnoticed", kMp2, 9000,
          [](RemoteRig& rig) {
-             rig.server.breaksAfter = 9000;
              rig.server.breaking = {};
              rig.server.losesAtBreak = 5;
              rig.files.boxes.answers = {BoxAnswer::kYes};
          },
-         PublishOutcome::kPublished,
-         {kResume},
-         "SIZE talk.wav"},
-        {"no connection later, without going on by itself",
-         [&](RemoteRig& rig) {
-             broken(rig);
-             rig.progress.onText = [&rig](const Text& text) {
-                 if (text != kConnecting) rig.server.connection.code = kFtpCannotConnect;
-             };
-         },
-         PublishOutcome::kFailed,
-         {kLost, kResume, u"Cannot connect"},
-         "CONNECT srv:21"},
-        {"never confirmed",
-         [](RemoteRig& rig) { rig.server.confirmation.code = kFtpTimeout; },
-         PublishOutcome::kFailed,
-         {u"Timeout", kResume},
+         kPublished, {kResume}, "SIZE talk.wav"},
+        {"no connection later, without going on by itself", kMp2, 9000,
+         onceConnected([](FakeFtp& server) { server.connection.code = kFtpCannotConnect; }),
+         kFailed, {kLost, kResume, u"Cannot connect"}, "CONNECT srv:21"},
+        {"never confirmed", kMp2, 0, unconfirmed, kFailed, {u"Timeout", kResume}, "CLOSE"},
+        {"PCM", kPcm, 9000, [](RemoteRig&) {}, kFailed, {kLost}, "QUIT"},
+        {"PCM in silence", kPcm, 9000,
+         [](RemoteRig& rig) { rig.settings.AutoResume = 1; },
+         kFailed, {u"Publishing interrupted!"}, "QUIT"},
+        {"PCM, never confirmed", kPcm, 0, unconfirmed, kUnverified,
+         {u"Timeout", u"The publication is not verified:\nthe server does not confirm it."},
          "CLOSE"},
     };
+    // clang-format on
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         RemoteRig rig;
-        rig.AddClips(true, 44100, 1);
+        rig.AddClips(c.format == kMp2, 44100, 1);
+        if (c.breaksAfter > 0) {
+            rig.server.breaksAfter = c.breaksAfter;
+            rig.files.boxes.answers = {BoxAnswer::kOk, BoxAnswer::kYes};
+        }
         c.prepare(rig);
         EXPECT_EQ(Cliplist(rig), c.outcome);
         EXPECT_EQ(rig.Boxes(), c.boxes);
-        if (c.outcome == PublishOutcome::kPublished) {
+        if (c.outcome == kPublished) {
             EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "");
         }
         EXPECT_THAT(rig.server.log, Contains(c.last));
-        EXPECT_EQ(rig.context.remote.ftp, &rig.ftp);
+        if (c.format == kPcm) {
+            EXPECT_THAT(rig.server.log, Not(Contains(testing::StartsWith("REST"))));
+        }
     }
 }
 
@@ -290,34 +268,6 @@ TEST(Delivery, BeginsAnewWhereTheServersFileIsNotThePieceThatWasSent) {
         };
         EXPECT_EQ(publish(), PublishOutcome::kPublished) << testing::PrintToString(rig.server.log);
         EXPECT_TRUE(rig.server.files[u"talk.wav"] == whole);
-        EXPECT_THAT(rig.server.log, Not(Contains(testing::StartsWith("REST"))));
-    }
-}
-
-TEST(Delivery, OfPcmIsNotResumed) {
-    struct Case {
-        bool confirmed;
-        bool autoResume;
-        PublishOutcome outcome;
-        std::vector<Text> boxes;
-    };
-    for (const Case& c :
-         {Case{true, false, PublishOutcome::kFailed, {u"Connection lost"}},
-          Case{true, true, PublishOutcome::kFailed, {u"Publishing interrupted!"}},
-          Case{false,
-               false,
-               PublishOutcome::kUnverified,
-               {u"Timeout",
-                u"The publication is not verified:\nthe server does not confirm it."}}}) {
-        RemoteRig rig;
-        rig.AddClips(false, 44100, 1);
-        if (c.confirmed)
-            rig.server.breaksAfter = 9000;
-        else
-            rig.server.confirmation.code = kFtpTimeout;
-        rig.settings.AutoResume = c.autoResume ? 1 : 0;
-        EXPECT_EQ(Cliplist(rig), c.outcome);
-        EXPECT_EQ(rig.Boxes(), c.boxes);
         EXPECT_THAT(rig.server.log, Not(Contains(testing::StartsWith("REST"))));
     }
 }

@@ -8,6 +8,7 @@
 
 #include "audio/files/level_tables.h"
 #include "audio/files/vu_file.h"
+#include "publish/verify.h"
 #include "support/byte_builder.h"
 
 namespace orma::test {
@@ -85,6 +86,14 @@ void PublishRig::AddLevels(const Text& name, const LevelSheet& sheet) {
     EXPECT_TRUE(WriteVuFile(files.services, Path(name + u".jvu"), sheet));
 }
 
+void PublishRig::AddTake(const Text& name, std::size_t periods) {
+    if (audio.mp2)
+        AddMp2(name, Speech(periods * 2400, 48000, 1));
+    else
+        AddWav(name, Speech(periods * 2205, 44100, 1));
+    AddClip(name);
+}
+
 void PublishRig::AddClip(const Text& name, std::uint32_t begin, std::uint32_t end,
                          const Text& title) {
     ClipEntry clip;
@@ -103,6 +112,13 @@ void PublishRig::MakeCurrent(const Text& name, const LevelSheet& sheet) {
     recording.levelPath = Path(name + u".jvu");
     recording.sheet = sheet;
     recording.length = static_cast<std::uint32_t>(sheet.levels.size());
+}
+
+std::string PublishRig::Findings(TextView name) {
+    std::string lines;
+    for (const Finding& finding : VerifyPublishedFile(services, Path(name)).findings)
+        lines += std::to_string(finding.offset) + ": " + finding.text + "\n";
+    return lines;
 }
 
 PublishJob PublishRig::Job() {

@@ -77,12 +77,19 @@ struct PublishRig {
     /// Writes the level file of a take.
     void AddLevels(const Text& name, const LevelSheet& sheet);
 
+    /// A take "<name>.mp2" or ".wav", by the project's format, of so many periods of one channel,
+    /// and the clip of it.
+    void AddTake(const Text& name, std::size_t periods);
+
     /// Appends a clip of a take to the project's list; end 0: the whole.
     void AddClip(const Text& name, std::uint32_t begin = 0, std::uint32_t end = 0,
                  const Text& title = {});
 
     /// Makes a take the current recording, as opening it does.
     void MakeCurrent(const Text& name, const LevelSheet& sheet);
+
+    /// What the verifier finds wrong with a published file, one line each.
+    [[nodiscard]] std::string Findings(TextView name = u"pub_talk.wav");
 
     /// A job on the settings, which have publications to files enabled.
     [[nodiscard]] PublishJob Job();

@@ -1,30 +1,8 @@
 #include "remote_rig.h"
 
-#include "publish/verify.h"
+#include "stream/base64_encoder.h"
 
 namespace orma::test {
-namespace {
-
-Bytes Decoded(std::string_view base64) {
-    constexpr std::string_view kDigits =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    Bytes bytes;
-    std::uint32_t bits = 0;
-    unsigned count = 0;
-    for (const char c : base64) {
-        const std::size_t digit = kDigits.find(c);
-        if (digit == std::string_view::npos) continue;
-        bits = bits << 6 | static_cast<std::uint32_t>(digit);
-        count += 6;
-        if (count < 8) continue;
-        count -= 8;
-        bytes.push_back(static_cast<std::uint8_t>(bits >> count));
-    }
-    return bytes;
-}
-
-}  // namespace
-
 RemoteRig::RemoteRig() {
     context.remote.ftp = &ftp;
     context.remote.mail = &mail;
@@ -66,18 +44,17 @@ std::vector<Bytes> RemoteRig::Attachments() const {
     const std::string head = "Content-Disposition: attachment;";
     for (std::size_t at = sent.find(head); at != std::string::npos; at = sent.find(head, at + 1)) {
         const std::size_t begin = sent.find("\r\n\r\n", at) + 4;
-        attachments.push_back(Decoded(sent.substr(begin, sent.find("\r\n--", begin) - begin)));
+        std::string text = sent.substr(begin, sent.find("\r\n--", begin) - begin);
+        std::erase_if(text, [](char c) { return c == '\r' || c == '\n'; });
+        text = FromBase64(text);
+        attachments.emplace_back(text.begin(), text.end());
     }
     return attachments;
 }
 
 std::string RemoteRig::Findings(const Bytes& published) {
     WriteFileBytes(Path(u"received.wav"), published);
-    std::string lines;
-    for (const Finding& finding :
-         VerifyPublishedFile(files.services, Path(u"received.wav")).findings)
-        lines += std::to_string(finding.offset) + ": " + finding.text + "\n";
-    return lines;
+    return PublishRig::Findings(u"received.wav");
 }
 
 }  // namespace orma::test
