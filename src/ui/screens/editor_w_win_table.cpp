@@ -24,28 +24,32 @@ void EditorWWin::MakeButtons() {
     struct Button {
         Element element;
         ToggleButtonWin* EditorWWin::*place;
-        void (Transport::*handler)(bool);
+        void (*press)(Transport& transport, bool lit);
         const char16_t* name;
         const char16_t* hint;
         const char16_t* digit;
     };
     const Button buttons[] = {
-        {Element::EditStop, &EditorWWin::stop_, &Transport::Stop, u"Stop",
+        {Element::EditStop, &EditorWWin::stop_,
+         [](Transport& transport, bool lit) { transport.Stop(lit); }, u"Stop",
          u"Stop; when stopped, go to where playing began or ended", u"7"},
-        {Element::EditPlay, &EditorWWin::play_, &Transport::Play, u"Play",
+        {Element::EditPlay, &EditorWWin::play_,
+         [](Transport& transport, bool lit) { transport.Play(lit); }, u"Play",
          u"Play; when the recorder is ready, start recording", u"8"},
-        {Element::EditRecord, &EditorWWin::record_, &Transport::Record, u"Record",
+        {Element::EditRecord, &EditorWWin::record_,
+         [](Transport& transport, bool lit) { transport.Record(lit); }, u"Record",
          u"Get ready to record; while recording, set a mark", u"9"},
-        {Element::EditRewind, &EditorWWin::rewind_, &Transport::Rewind, u"Rewind",
+        {Element::EditRewind, &EditorWWin::rewind_,
+         [](Transport& transport, bool lit) { transport.Rewind(lit); }, u"Rewind",
          u"Go back; on an edge, move the edge back", u"2"},
-        {Element::EditFastForward, &EditorWWin::fastForward_, &Transport::FastForward,
-         u"Fast forward", u"Go ahead; on an edge, move the edge ahead", u"5"},
+        {Element::EditFastForward, &EditorWWin::fastForward_,
+         [](Transport& transport, bool lit) { transport.FastForward(lit); }, u"Fast forward",
+         u"Go ahead; on an edge, move the edge ahead", u"5"},
     };
     for (const Button& button : buttons) {
-        const auto handler = button.handler;
+        const auto press = button.press;
         auto control = std::make_unique<ToggleButtonWin>(
-            OwnScene(), button.element,
-            [this, handler](bool lit) { (s_.transport.*handler)(lit); });
+            OwnScene(), button.element, [this, press](bool lit) { press(s_.transport, lit); });
         control->SetLabel({ControlRole::kToggle, button.name, button.hint, button.digit});
         this->*button.place = Add(std::move(control));
     }
