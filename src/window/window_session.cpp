@@ -44,7 +44,7 @@ Text SkinRoot(const Text& programFolder, Size client) {
         return QDir(QString::fromStdU16String(SkinFolder(root, client))).exists();
     };
     const Text shipped =
-        (QCoreApplication::applicationDirPath() + QStringLiteral("/../skin/")).toStdU16String();
+        (QCoreApplication::applicationDirPath() + QStringLiteral("/../share/orma-edit/skin/")).toStdU16String();
     return !exists(programFolder) && exists(shipped) ? shipped : programFolder;
 }
 
