@@ -56,14 +56,6 @@ void WarnOfForeignFolder(Project& project, const Text& folder) {
          .icon = BoxIcon::kWarning});
 }
 
-bool Move(Project& project, void (ClipList::*move)()) {
-    ClipList& clips = project.Clips();
-    if (clips.Current() == nullptr) return false;
-    const std::int32_t before = clips.CurrentIndex();
-    (clips.*move)();
-    return clips.CurrentIndex() == before || project.SaveProject();
-}
-
 }  // namespace
 
 bool AddClip(Project& project, const Text& path, bool playing) {
@@ -102,11 +94,24 @@ bool RemoveCurrentClip(Project& project, bool playing) {
 }
 
 bool MoveClipUp(Project& project) {
-    return Move(project, &ClipList::MoveCurrentUp);
+    const ClipList& clips = project.Clips();
+    return MoveClipTo(project, std::max(clips.CurrentIndex() - 1, 0));
 }
 
 bool MoveClipDown(Project& project) {
-    return Move(project, &ClipList::MoveCurrentDown);
+    const ClipList& clips = project.Clips();
+    return MoveClipTo(project, std::min(clips.CurrentIndex() + 1, clips.Count() - 1));
+}
+
+bool MoveClipTo(Project& project, std::int32_t index) {
+    ClipList& clips = project.Clips();
+    if (clips.Current() == nullptr || index < 0 || index >= clips.Count()) return false;
+    if (clips.CurrentIndex() == index) return true;
+    while (clips.CurrentIndex() > index)
+        clips.MoveCurrentUp();
+    while (clips.CurrentIndex() < index)
+        clips.MoveCurrentDown();
+    return project.SaveProject();
 }
 
 bool RenameClip(Project& project, std::int32_t index, const Text& title, bool playing) {

@@ -24,6 +24,10 @@ namespace orma {
 [[nodiscard]] bool MoveClipUp(Project& project);
 [[nodiscard]] bool MoveClipDown(Project& project);
 
+/// Moves the current clip to `index`; those between close up. False without a current clip and
+/// outside the list.
+[[nodiscard]] bool MoveClipTo(Project& project, std::int32_t index);
+
 /// Gives a clip a title; an empty one lets its name stand again. False outside the list.
 [[nodiscard]] bool RenameClip(Project& project, std::int32_t index, const Text& title,
                               bool playing);
