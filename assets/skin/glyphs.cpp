@@ -124,6 +124,12 @@ void DrawUndo(const Sign& sign) {
     sign.Polygon({sign.At(-0.2, -0.5), sign.At(-0.52, -0.21), sign.At(-0.2, 0.08)});
 }
 
+/// Round clockwise, with the point at one o'clock.
+void DrawRenew(const Sign& sign) {
+    sign.Arc(0, 0.03, 0.76, 0.15, 52, 278);
+    sign.Polygon({sign.At(0.45, -0.06), sign.At(-0.03, -0.12), sign.At(0.34, -0.54)});
+}
+
 void DrawLens(const Sign& sign, bool in) {
     sign.Ring(-0.1, -0.1, 0.84, 0.13);
     sign.Stroke({0.24, 0.24}, {0.5, 0.5}, 0.17);
@@ -202,6 +208,9 @@ void DrawGlyph(QPainter& painter, Glyph glyph, const QPointF& centre, double siz
             return;
         case Glyph::Undo:
             DrawUndo(sign);
+            return;
+        case Glyph::Renew:
+            DrawRenew(sign);
             return;
         case Glyph::Mark:
             sign.Polygon({sign.At(-0.4, -0.48), sign.At(0.4, -0.48), sign.At(0.4, 0.1),

@@ -23,6 +23,7 @@ enum class Glyph {
     Up,
     Down,
     Undo,
+    Renew,
     Mark,
     Cross,
     ZoomIn,

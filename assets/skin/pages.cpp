@@ -39,6 +39,7 @@ class Sheet {
         DrawMeter(painter_, palette_, Rect(element), pressed_);
     }
     void ZoomKey(Element element, Glyph lens, Glyph sign);
+    void RenewKey(Element element);
     void ScrollBar(Element element);
     void ProgressBar(Element element);
     void VersionStrip();
@@ -80,6 +81,18 @@ void Sheet::ZoomKey(Element element, Glyph lens, Glyph sign) {
                     {display.right(), key.top(), key.right() - display.right(), key.height()}, sign,
                     State());
     }
+}
+
+/// In a column that the display reaches into, it is let into the display's edge, half-way up.
+void Sheet::RenewKey(Element element) {
+    constexpr double kHeight = 28;
+    const QRectF key = Rect(element);
+    const QRectF display = Rect(Element::WindowClip);
+    if (!key.intersects(display)) return LongKey(element, Glyph::Renew);
+    DrawEdgeKey(painter_, palette_,
+                {display.right(), display.center().y() - kHeight / 2, key.right() - display.right(),
+                 kHeight},
+                Glyph::Renew, State());
 }
 
 void Sheet::ScrollBar(Element element) {
@@ -166,6 +179,7 @@ void DrawClips(Sheet& sheet) {
     sheet.LongKey(Element::CUp, Glyph::Up);
     sheet.LongKey(Element::CDown, Glyph::Down);
     sheet.LongKey(Element::CRemove, Glyph::Minus);
+    sheet.RenewKey(Element::CRotText);
     sheet.RoundKey(Element::CStop, Glyph::Stop);
     sheet.RoundKey(Element::CPlay, Glyph::Play);
     sheet.Grilles();

@@ -118,7 +118,7 @@ const std::vector<PagePair> kPairs = {
     {490, {}},
     {492, {ProgressCancel, ProgressBar}},
     {494, kTransport},
-    {496, {CStop, CPlay, CInsert, CRemove, CUp, CDown}},
+    {496, {CStop, CPlay, CInsert, CRemove, CUp, CDown, CRotText}},
     {498, {AboutDevice, AboutProject}},
     {509, kTransport},
     {521, kTransport},
