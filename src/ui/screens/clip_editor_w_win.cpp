@@ -1,0 +1,275 @@
+#include "ui/screens/clip_editor_w_win.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "project/clip_operations.h"
+#include "project/clip_texts.h"
+
+namespace orma {
+namespace {
+
+constexpr int kLeastWidth = 20;  // of a column, design pixels
+
+}  // namespace
+
+void ClipEditorWWin::RightDown(Point /*at*/) {
+    s_.project.Readers().files.report.Boxes().Show(
+        {.text = u"rbutton clip editor", .title = u"text"});
+}
+
+void ClipEditorWWin::OnKey(Key key) {
+    switch (key) {
+        case Key::kEnter:
+        case Key::kSpace:
+            return IsPlaying() ? Stop() : PlayFromCurrent(false);
+        case Key::k7:
+            return Stop();
+        case Key::k8:
+            return PlayFromCurrent(false);
+        case Key::kInsert:
+            return Insert();
+        case Key::kDelete:
+            return Remove();
+        case Key::k0:
+            return Renew();
+        default:
+            return;
+    }
+}
+
+void ClipEditorWWin::OnListNotification(std::uint32_t code) {
+    if (busy_ || !IsEntered()) return;
+    switch (static_cast<ListNotification>(code)) {
+        case ListNotification::kSelected:
+            return Select(s_.list.MarkedRow());
+        case ListNotification::kPlayAlone:
+            return PlayFromCurrent(true);
+        case ListNotification::kTitleTyped:
+            return Rename(s_.list.MarkedRow(), s_.list.TypedTitle());
+        case ListNotification::kMoveUp:
+            return MoveUp();
+        case ListNotification::kMoveDown:
+            return MoveDown();
+        case ListNotification::kDragged:
+            return MoveTo(s_.list.DropRow());
+    }
+}
+
+// A take needs the current recording for itself, also while it drains.
+bool ClipEditorWWin::IsCapturing() const {
+    const TransportState state = s_.transport.State();
+    return state == TransportState::kRecordReady || state == TransportState::kRecording ||
+           s_.recorder.IsActive() || s_.recorder.IsSaving() || s_.recorder.IsSavingPending();
+}
+
+bool ClipEditorWWin::IsPlaying() const {
+    const TransportState state = s_.transport.State();
+    return state == TransportState::kPlaying || state == TransportState::kFastForward ||
+           state == TransportState::kRewind;
+}
+
+bool ClipEditorWWin::IsTotalMarked() const {
+    return s_.list.MarkedRow() == s_.project.Clips().Count();
+}
+
+// Playing
+
+void ClipEditorWWin::Stop() {
+    if (IsPlaying()) s_.transport.Stop(true);
+}
+
+void ClipEditorWWin::PlayFromCurrent(bool alone) {
+    if (IsPlaying() || IsCapturing()) return;
+    ClipList& clips = s_.project.Clips();
+    alone_ = alone;
+    playing_.emplace(s_.project, clips.CurrentIndex(), alone ? 1 : clips.Count());
+    const std::uint16_t channels = playing_->Channels();
+    const auto range = channels != 0 ? playing_->Next() : std::nullopt;
+    if (range) MarkCurrent();
+    if (!range || !s_.transport.PlayRange(*range, channels)) playing_.reset();
+}
+
+std::optional<PeriodRange> ClipEditorWWin::NextRange() {
+    const auto range = playing_ ? playing_->Next() : std::nullopt;
+    if (range) MarkCurrent();
+    return range;
+}
+
+void ClipEditorWWin::OnTransportState(TransportState state, const LitButtons& lit) {
+    if (state == TransportState::kStopped) playing_.reset();
+    Light(lit);
+}
+
+void ClipEditorWWin::Light(const LitButtons& lit) {
+    const auto put = [this](ToggleButtonWin* button, bool on) {
+        if (IsEntered())
+            button->SetState(on);
+        else
+            button->PresetState(on);
+    };
+    put(stop_, lit.stop);
+    put(play_, lit.play && !lit.record);
+}
+
+// Editing the list. Failures to save are reported, and the list shows what is true.
+
+// A clip whose recording is missing is current all the same, so that it can be removed; nothing of
+// the recording that was current before may then be taken for its own.
+void ClipEditorWWin::Select(std::int32_t index) {
+    ClipList& clips = s_.project.Clips();
+    if (IsCapturing()) return MarkCurrent();
+    if (index < 0 || index >= clips.Count()) return;
+    Stop();
+    if (!s_.project.SelectClip(index)) {
+        (void)clips.SetCurrent(index);
+        s_.project.ClearRecording();
+    }
+    s_.transport.MoveTo(0);
+    Host().UpdateMenus();
+}
+
+// With the row of the total marked, the new clip goes to the end.
+void ClipEditorWWin::Insert() {
+    if (IsPlaying() || IsCapturing()) return;
+    const std::optional<Text> path = s_.askClip();
+    if (!path || IsPlaying() || IsCapturing()) return;  // a key of the device may have begun it
+    ClipList& clips = s_.project.Clips();
+    const std::int32_t current = clips.CurrentIndex();
+    if (IsTotalMarked()) clips.ClearCurrent();
+    if (!AddClip(s_.project, *path, false) && clips.CurrentIndex() < 0)
+        (void)clips.SetCurrent(current);
+    ListChanged();
+}
+
+void ClipEditorWWin::Remove() {
+    if (IsPlaying() || IsCapturing() || IsTotalMarked()) return;
+    (void)RemoveCurrentClip(s_.project, false);
+    ListChanged();
+}
+
+void ClipEditorWWin::Rename(std::int32_t index, const Text& title) {
+    const ClipList& clips = s_.project.Clips();
+    if (IsPlaying() || IsCapturing() || index < 0 || index >= clips.Count()) return;
+    if (title == clips.At(index).ShownName()) return;
+    (void)RenameClip(s_.project, index, title, false);
+    Fill();
+}
+
+void ClipEditorWWin::MoveUp() {
+    MoveTo(s_.project.Clips().CurrentIndex() - 1);
+}
+
+void ClipEditorWWin::MoveDown() {
+    MoveTo(s_.project.Clips().CurrentIndex() + 1);
+}
+
+// What follows the clip that is heard may be another one now.
+void ClipEditorWWin::MoveTo(std::int32_t index) {
+    const ClipList& clips = s_.project.Clips();
+    if (IsCapturing() || IsTotalMarked() || index < 0 || index >= clips.Count()) return;
+    (void)MoveClipTo(s_.project, index);
+    if (playing_ && !alone_) playing_.emplace(s_.project, clips.CurrentIndex() + 1, clips.Count());
+    Fill();
+}
+
+void ClipEditorWWin::Renew() {
+    if (!IsPlaying() && !IsCapturing()) CheckAllClips(s_.project);
+    Fill();
+}
+
+void ClipEditorWWin::ListChanged() {
+    s_.transport.MoveTo(0);
+    Fill();
+    Host().UpdateMenus();
+}
+
+// What the list shows
+
+void ClipEditorWWin::Refresh() {
+    Light(ButtonsOf(s_.transport.State()));
+    if (IsEntered()) Renew();
+}
+
+void ClipEditorWWin::Entered() {
+    WWin::Entered();
+    s_.list.Create(look_, [this](std::int32_t row) {
+        return row >= 0 && row < s_.project.Clips().Count() && !IsPlaying() && !IsCapturing();
+    });
+    Refresh();
+    Host().UpdateMenus();
+}
+
+void ClipEditorWWin::Left() {
+    Stop();
+    s_.list.Destroy();
+    WWin::Left();
+    Host().UpdateMenus();
+}
+
+// A take has become a clip.
+void ClipEditorWWin::OnClosed() {
+    if (IsEntered()) Fill();
+}
+
+void ClipEditorWWin::MarkCurrent() {
+    if (!IsEntered()) return;
+    busy_ = true;
+    s_.list.Mark(s_.project.Clips().CurrentIndex());
+    busy_ = false;
+}
+
+void ClipEditorWWin::Fill() {
+    if (!IsEntered()) return;
+    const ClipListContent content = Content();
+    busy_ = true;
+    s_.list.Show(content);
+    busy_ = false;
+}
+
+std::vector<Text> ClipEditorWWin::RowOf(const ClipEntry& clip) const {
+    if (detailed_) return {clip.ShownName(), clip.lengthText, clip.timeDateText, clip.location};
+    return {clip.ShownName(), clip.description};
+}
+
+ClipListContent ClipEditorWWin::Content() const {
+    const ClipList& clips = s_.project.Clips();
+    ClipListContent content;
+    if (detailed_)
+        content.columns = {{u"Name"}, {u"Min."}, {u"Time/Date"}, {u"Location"}};
+    else
+        content.columns = {{u"Name"}, {u"Description"}};
+    for (std::int32_t i = 0; i < clips.Count(); ++i)
+        content.rows.push_back(RowOf(clips.At(i)));
+    content.clips = content.rows.size();
+    content.rows.push_back(
+        {u"length:",
+         TotalLengthText(clips.TotalLength(), s_.project.Readers().audio.PeriodsPerSecond())});
+    content.marked = clips.CurrentIndex();
+    SetWidths(content);
+    return content;
+}
+
+// Two digits more than a text leave room between the columns. The total may reach beyond its
+// column. Beside a very long title the description keeps a third of the list, and one scrolls.
+void ClipEditorWWin::SetWidths(ClipListContent& content) const {
+    Canvas& canvas = OwnScene().canvas;
+    for (std::size_t i = 0; i < content.columns.size(); ++i) {
+        ClipListColumn& column = content.columns[i];
+        const Font& font = i == 0 ? look_.names : look_.texts;
+        const auto widen = [&](const Text& text) {
+            column.width = std::max(column.width, canvas.Measure(text + u"00", font).width);
+        };
+        column.width = OwnScene().skin.Scaled(kLeastWidth);
+        if (look_.header) widen(column.title);
+        const std::size_t rows = i == 0 ? content.rows.size() : content.clips;
+        for (std::size_t row = 0; row < rows; ++row)
+            widen(content.rows[row][i]);
+    }
+    if (detailed_) return;
+    ClipListColumn& description = content.columns.back();
+    description.width = std::min(description.width, look_.place.w / 3);
+    description.takesRest = true;
+}
+
+}  // namespace orma

@@ -1,0 +1,90 @@
+// The clip editor's table of controls, made once, in its order.
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "ui/controls/push_button_win.h"
+#include "ui/screens/clip_editor_w_win.h"
+
+namespace orma {
+namespace {
+
+constexpr int kLeastRow = 17;  // design pixels, as is:
+constexpr int kScrollBar = 6;
+constexpr int kInset = 5;
+constexpr int kTextHeight = 11;  // length, time and date fit beside a short name
+
+}  // namespace
+
+ClipEditorWWin::ClipEditorWWin(const Scene& scene, ScreenHost& host, ClipEditorServices services,
+                               bool detailed)
+    : WWin(ScreenIndex::kClipEditor, scene, host),
+      s_(std::move(services)),
+      detailed_(detailed),
+      look_(Look()) {
+    stop_ = Add(std::make_unique<ToggleButtonWin>(OwnScene(), Element::CStop, [this](bool lit) {
+        if (lit) Stop();
+    }));
+    stop_->SetLabel({ControlRole::kToggle, u"Stop", u"Stop playing", u"7"});
+    play_ = Add(std::make_unique<ToggleButtonWin>(OwnScene(), Element::CPlay, [this](bool lit) {
+        if (lit) PlayFromCurrent(false);
+    }));
+    play_->SetLabel({ControlRole::kToggle, u"Play",
+                     u"Play the clips from the marked one on; with Shift and Enter, it alone",
+                     u"8"});
+    MakeListButtons();
+}
+
+void ClipEditorWWin::MakeListButtons() {
+    struct Button {
+        Element element;
+        void (*press)(ClipEditorWWin& screen);
+        const char16_t* name;
+        const char16_t* hint;
+        const char16_t* shortcut;
+    };
+    const Button buttons[] = {
+        {Element::CInsert, [](ClipEditorWWin& screen) { screen.Insert(); }, u"Add",
+         u"Add a recording in front of the marked clip, or at the end", u"Insert"},
+        {Element::CUp, [](ClipEditorWWin& screen) { screen.MoveUp(); }, u"Move up",
+         u"Let the marked clip be heard earlier", u"Ctrl+Up"},
+        {Element::CDown, [](ClipEditorWWin& screen) { screen.MoveDown(); }, u"Move down",
+         u"Let the marked clip be heard later", u"Ctrl+Down"},
+        {Element::CRemove, [](ClipEditorWWin& screen) { screen.Remove(); }, u"Remove",
+         u"Take the marked clip out of the list; its recording stays", u"Delete"},
+        {Element::CRotText, [](ClipEditorWWin& screen) { screen.Renew(); }, u"Renew",
+         u"Read length and time of every clip anew", u"0"},
+    };
+    for (const Button& button : buttons) {
+        const auto press = button.press;
+        auto* const control = Add(std::make_unique<PushButtonWin>(OwnScene(), button.element,
+                                                                  [this, press] { press(*this); }));
+        control->SetLabel({ControlRole::kButton, button.name, button.hint, button.shortcut});
+    }
+}
+
+// Rows fill the display without a part of one. Under the header, what is wider than the display is
+// scrolled to.
+ClipListLook ClipEditorWWin::Look() const {
+    const Skin& skin = OwnScene().skin;
+    ClipListLook look;
+    look.place = skin.RectOf(Element::CWindow);
+    look.colours = skin.Colours();
+    look.names = skin.FontOf(SkinFont::kLabel);
+    look.texts = skin.FontOf(SkinFont::kText);
+    look.texts.height = skin.Scaled(kTextHeight);
+    look.inset = skin.Scaled(kInset);
+    look.hairline = std::max(skin.Scaled(1), 1);
+    look.scrollBar = skin.Scaled(kScrollBar);
+    look.header = detailed_;
+    const int bar = detailed_ ? look.scrollBar : 0;
+    const int height = look.place.h - bar;
+    const int rows = std::max(height / std::max(skin.Scaled(kLeastRow), 1), 1);
+    look.rowHeight = height / rows;
+    look.place.y += height % rows / 2;
+    look.place.h = rows * look.rowHeight + bar;
+    return look;
+}
+
+}  // namespace orma

@@ -1,0 +1,343 @@
+#include <filesystem>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "transport/desktop.h"
+#include "ui/screens/clip_editor_w_win.h"
+#include "ui/screens/fake_host.h"
+#include "ui/support/screen_rig.h"
+
+namespace orma::test {
+namespace {
+
+/// A list that remembers what it shows. Like a real one it may tell of marks that the screen sets.
+class FakeClipList : public ClipListView {
+  public:
+    void Create(const ClipListLook& wanted, std::function<bool(std::int32_t)> ask) override {
+        look = wanted;
+        mayEdit = std::move(ask);
+        exists = true;
+    }
+    void Destroy() override { exists = false; }
+    void Show(const ClipListContent& wanted) override {
+        EXPECT_TRUE(exists);
+        shown = wanted;
+        Mark(shown.marked);
+    }
+    void Mark(std::int32_t row) override {
+        marked = row;
+        if (onMark) onMark();
+    }
+    [[nodiscard]] std::int32_t MarkedRow() const override { return marked; }
+    [[nodiscard]] Text TypedTitle() const override { return typed; }
+    [[nodiscard]] std::int32_t DropRow() const override { return drop; }
+
+    /// The rows as text, the marked one between brackets.
+    [[nodiscard]] std::string Rows() const {
+        std::string all;
+        for (std::size_t i = 0; i < shown.rows.size(); ++i) {
+            const std::string name = ToUtf8(shown.rows[i][0]);
+            all += std::cmp_equal(i, marked) ? "[" + name + "] " : name + " ";
+        }
+        return all;
+    }
+
+    ClipListLook look;
+    ClipListContent shown;
+    std::function<bool(std::int32_t)> mayEdit;
+    std::function<void()> onMark;
+    bool exists = false;
+    std::int32_t marked = -1;
+    Text typed;
+    std::int32_t drop = -1;
+};
+
+/// The clip editor on a whole application with three clips, a, b and c, of 40, 60 and 20 periods at
+/// twenty a second.
+class ClipDesk : public Desktop, public ::testing::Test {
+  protected:
+    ClipDesk() {
+        (void)AddTake(u"a", 40, {});
+        (void)AddTake(u"b", 60, {{10, 20, 0}}, 100, 1, {5, 45});
+        (void)AddTake(u"c", 20, {}, 200, 2);
+        EXPECT_TRUE(app.project.SelectClip(0));
+        list.onMark = [this] { Tell(ListNotification::kSelected); };
+        Make(false);
+    }
+
+    void Make(bool detailed) {
+        if (screen) screen->Left();
+        screen.emplace(rig.scene, host,
+                       ClipEditorServices{app.transport, app.recorder, app.project, list,
+                                          [this] {
+                                              if (atDialog) atDialog();
+                                              return std::exchange(answer, std::nullopt);
+                                          }},
+                       detailed);
+        screen->Entered();
+        screen->Paint();
+    }
+
+    void Tell(ListNotification news) {
+        if (screen) screen->OnListNotification(static_cast<std::uint32_t>(news));
+    }
+    /// The user clicks a row.
+    void Click(std::int32_t row) {
+        list.marked = row;
+        Tell(ListNotification::kSelected);
+    }
+    void Type(const Text& title) {
+        list.typed = title;
+        Tell(ListNotification::kTitleTyped);
+    }
+    void Push(Element element) {
+        const Rect rect = rig.skin.RectOf(element);
+        (void)rig.PressAt(*screen, {rect.Right() - 2, rect.y + 2});
+        rig.Release();
+    }
+    [[nodiscard]] std::string Lit() const {
+        std::string names;
+        for (const auto& control : screen->Controls())
+            if (control->IsOn()) names += ToUtf8(control->Label().name) + " ";
+        return names;
+    }
+    /// The list as the project file holds it.
+    [[nodiscard]] std::string Stored() {
+        EXPECT_TRUE(app.project.LoadProject());
+        std::string names;
+        for (std::int32_t i = 0; i < app.clips.Count(); ++i)
+            names += ToUtf8(app.clips.At(i).ShownName()) + " ";
+        return names;
+    }
+
+    void OnTransportState(TransportState state, const LitButtons& buttons) override {
+        Desktop::OnTransportState(state, buttons);
+        if (screen) screen->OnTransportState(state, buttons);
+    }
+    std::optional<PeriodRange> NextRange() override { return screen->NextRange(); }
+    void OnClosed() override { screen->OnClosed(); }
+
+    ScreenRig rig{{.pages = {496, 497}}};
+    FakeHost host;
+    FakeClipList list;
+    std::optional<Text> answer;
+    std::function<void()> atDialog;
+    std::optional<ClipEditorWWin> screen;
+};
+
+TEST_F(ClipDesk, EnteringMakesTheListWithLengthsAndTotalAndLeavingTakesItAway) {
+    EXPECT_EQ(list.Rows(), "[a] b c length: ");
+    EXPECT_EQ(Common(list.look.place, rig.skin.RectOf(Element::CWindow)), list.look.place);
+    EXPECT_EQ(list.look.place.h % list.look.rowHeight, 0) << "no row is cut off";
+    EXPECT_EQ(list.shown.clips, 3U);
+    EXPECT_EQ(list.shown.rows[1][1].substr(0, 6), u" 0:01 ") << "30 periods of b are not cut";
+    EXPECT_EQ(list.shown.rows[3][1], u" 0:04s.50");
+    EXPECT_EQ(Lit(), "Stop ");
+    screen->Left();
+    EXPECT_FALSE(list.exists);
+    app.project.Clips().RemoveCurrent();
+    screen->OnClosed();
+    screen->Refresh();
+    EXPECT_EQ(list.shown.clips, 3U) << "nothing is shown where there is no list";
+    screen->Entered();
+    EXPECT_EQ(list.Rows(), "[b] c length: ");
+}
+
+TEST_F(ClipDesk, ColumnsAreAsWideAsTheirTextsAndTheDescriptionTakesTheRest) {
+    const auto width = [&](const Text& text, const Font& font) {
+        return rig.canvas.Measure(text + u"00", font).width;
+    };
+    const auto columns = [&] {
+        std::vector<std::string> all;
+        for (const ClipListColumn& column : list.shown.columns)
+            all.push_back(ToUtf8(column.title) + (column.takesRest ? " +" : ""));
+        return all;
+    };
+    EXPECT_EQ(columns(), (std::vector<std::string>{"Name", "Description +"}));
+    EXPECT_FALSE(list.look.header);
+    EXPECT_EQ(list.shown.columns[0].width, width(u"length:", list.look.names));
+    app.clips.At(2).title = u"a title that is wider than all others";
+    screen->Refresh();
+    EXPECT_EQ(list.shown.columns[0].width, width(app.clips.At(2).title, list.look.names));
+    EXPECT_LE(list.shown.columns[1].width, list.look.place.w / 3);
+
+    Make(true);
+    EXPECT_EQ(columns(), (std::vector<std::string>{"Name", "Min.", "Time/Date", "Location"}));
+    EXPECT_TRUE(list.look.header);
+    EXPECT_EQ(list.shown.rows[1].size(), 4U);
+    EXPECT_EQ(list.shown.rows[1][3], folder.Path(u"b"));
+    EXPECT_EQ(list.shown.columns[1].width, width(u" 0:01", list.look.texts));
+}
+
+TEST_F(ClipDesk, AMarkedRowBecomesTheCurrentClipAndTheTotalNever) {
+    Click(1);
+    EXPECT_EQ(app.recording.name, u"b");
+    EXPECT_EQ(app.recording.selectionStart, 5U);
+    EXPECT_EQ(app.recording.selectionEnd, 45U);
+    Click(3);
+    EXPECT_EQ(app.clips.CurrentIndex(), 1);
+    screen->Remove();
+    screen->MoveUp();
+    EXPECT_FALSE(list.mayEdit(3));
+    EXPECT_EQ(app.clips.Count(), 3);
+    EXPECT_EQ(list.Rows(), "a b c [length:] ");
+}
+
+TEST_F(ClipDesk, AClipWhoseRecordingIsGoneIsTheOneThatIsRemoved) {
+    std::filesystem::remove(ToUtf8(folder.Path(u"b.wav")));
+    Click(1);
+    EXPECT_EQ(app.clips.CurrentIndex(), 1);
+    EXPECT_EQ(app.recording.length, 0U) << "nothing of the clip before";
+    screen->OnKey(Key::kDelete);
+    EXPECT_EQ(list.Rows(), "a [c] length: ");
+}
+
+TEST_F(ClipDesk, ButtonsKeysAndDraggingChangeTheListAndItsFile) {
+    struct Step {
+        const char* what;
+        std::function<void()> act;
+        const char* rows;
+    };
+    const Step steps[] = {
+        {"the first clip does not move up", [this] { Push(Element::CUp); }, "[a] b c length: "},
+        {"down", [this] { Push(Element::CDown); }, "b [a] c length: "},
+        {"down again by key", [this] { Tell(ListNotification::kMoveDown); }, "b c [a] length: "},
+        {"the last one does not move down", [this] { Push(Element::CDown); }, "b c [a] length: "},
+        {"dragged to the top",
+         [this] {
+             list.drop = 0;
+             Tell(ListNotification::kDragged);
+         },
+         "[a] b c length: "},
+        {"renamed", [this] { Type(u"Mayor"); }, "[Mayor] b c length: "},
+        {"an empty title", [this] { Type({}); }, "[a] b c length: "},
+        {"added in front of the current one",
+         [this] {
+             answer = folder.Path(u"c.wav");
+             Push(Element::CInsert);
+         },
+         "[c] a b c length: "},
+        {"added behind all with the total marked",
+         [this] {
+             Click(4);
+             answer = folder.Path(u"b.wav");
+             screen->OnKey(Key::kInsert);
+         },
+         "c a b c [b] length: "},
+        {"what cannot be read is not added",
+         [this] {
+             Click(5);
+             answer = folder.Path(u"none.wav");
+             Push(Element::CInsert);
+         },
+         "c a b c [b] length: "},
+        {"nothing chosen", [this] { Push(Element::CInsert); }, "c a b c [b] length: "},
+        {"the last one removed", [this] { Push(Element::CRemove); }, "c a b [c] length: "},
+    };
+    for (const Step& step : steps) {
+        step.act();
+        EXPECT_EQ(list.Rows(), step.rows) << step.what;
+    }
+    EXPECT_EQ(Stored(), "c a b c ");
+}
+
+TEST_F(ClipDesk, RemovingTheLastClipLeavesNothingToPlay) {
+    for (int i = 0; i < 4; ++i)
+        screen->Remove();
+    EXPECT_EQ(list.Rows(), "length: ");
+    EXPECT_EQ(app.clips.CurrentIndex(), -1);
+    EXPECT_TRUE(app.recording.sheet.levels.empty());
+    screen->OnKey(Key::kSpace);
+    EXPECT_EQ(Lamp(), 0);
+}
+
+TEST_F(ClipDesk, TheListPlaysFromTheCurrentClipToItsEndOnTheWidestChannels) {
+    Click(1);
+    Push(Element::CPlay);
+    EXPECT_EQ(Lit(), "Play ");
+    EXPECT_EQ(waves.out.format.channels, 2U);
+    Hear(20);
+    EXPECT_EQ(list.Rows(), "a [b] c length: ");
+    Hear(20);
+    EXPECT_EQ(list.Rows(), "a b [c] length: ");
+    EXPECT_EQ(app.recording.name, u"c");
+    Hear(100);
+    EXPECT_EQ(Lit(), "Stop ");
+    EXPECT_EQ(waves.out.played.size(), 50U * 2 * kPeriodBytes) << "30 of b, 20 of c";
+}
+
+TEST_F(ClipDesk, OneClipAloneEndsPlaying) {
+    Tell(ListNotification::kPlayAlone);
+    Hear(100);
+    EXPECT_EQ(Lamp(), 0);
+    EXPECT_EQ(Heard().size(), 40U);
+    EXPECT_EQ(list.Rows(), "[a] b c length: ");
+}
+
+TEST_F(ClipDesk, WhilePlayingTheListIsNotEditedButMovesAndAnotherRowStops) {
+    screen->OnKey(Key::k8);
+    Hear(5);
+    EXPECT_FALSE(list.mayEdit(0));
+    Type(u"late");
+    answer = folder.Path(u"c.wav");
+    screen->Insert();
+    screen->Remove();
+    EXPECT_EQ(list.Rows(), "[a] b c length: ");
+    EXPECT_TRUE(answer) << "no dialog while something plays";
+    Push(Element::CDown);
+    EXPECT_EQ(list.Rows(), "b [a] c length: ");
+    Hear(40);
+    EXPECT_EQ(list.Rows(), "b a [c] length: ") << "what follows now, not the clip that was heard";
+    Click(0);
+    EXPECT_EQ(Lamp(), 0);
+    EXPECT_EQ(app.recording.name, u"b");
+    screen->OnKey(Key::kEnter);
+    EXPECT_EQ(Lamp(), 3);
+    screen->OnKey(Key::kSpace);
+    EXPECT_EQ(Lamp(), 0);
+    screen->OnKey(Key::k8);
+    screen->Left();
+    EXPECT_EQ(Lamp(), 0);
+}
+
+TEST_F(ClipDesk, DuringATakeTheListIsOnlyLookedAtAndThenShowsItsClip) {
+    Press("RP");
+    Speak(30);
+    const Text take = app.recording.name;
+    Click(1);
+    EXPECT_EQ(list.Rows(), "a b c length: ") << "no clip is current";
+    screen->Remove();
+    screen->MoveDown();
+    screen->OnKey(Key::k8);
+    screen->OnKey(Key::k7);
+    Type(u"late");
+    EXPECT_FALSE(list.mayEdit(0));
+    EXPECT_EQ(Lamp(), 2);
+    EXPECT_EQ(app.recording.name, take);
+    EXPECT_EQ(Lit(), "") << "neither playing nor stopped";
+    Press('S');
+    loop.RunPending();
+    EXPECT_EQ(list.Rows(), "a b c [" + ToUtf8(take) + "] length: ");
+
+    atDialog = [this] { Press('R'); };  // a key of the device
+    answer = folder.Path(u"c.wav");
+    screen->Insert();
+    EXPECT_EQ(app.clips.Count(), 4);
+}
+
+TEST_F(ClipDesk, TheRenewButtonReadsTheRecordingsAnew) {
+    std::filesystem::remove(ToUtf8(folder.Path(u"c.wav")));
+    Push(Element::CRotText);
+    EXPECT_EQ(list.shown.rows[3][1], u" 0:03s.50");
+}
+
+TEST_F(ClipDesk, TheRightButtonShowsItsBox) {
+    screen->RightDown({10, 10});
+    ASSERT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(boxes.shown[0].text, u"rbutton clip editor");
+    EXPECT_EQ(boxes.shown[0].title, u"text");
+}
+
+}  // namespace
+}  // namespace orma::test
