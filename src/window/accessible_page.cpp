@@ -123,7 +123,7 @@ class AccessibleControl : public QAccessibleInterface, public QAccessibleActionI
     Win& control_;
 };
 
-/// The page: its children are the controls of the present screen.
+/// The page: its children are the controls of the present screen, then the widgets on it.
 class AccessiblePage : public QAccessibleWidget {
   public:
     explicit AccessiblePage(PageWidget& page)
@@ -134,11 +134,13 @@ class AccessiblePage : public QAccessibleWidget {
     }
 
     [[nodiscard]] int childCount() const override {
-        return static_cast<int>(page_.Controls().size());
+        return static_cast<int>(page_.Controls().size()) + QAccessibleWidget::childCount();
     }
     [[nodiscard]] QAccessibleInterface* child(int index) const override {
         const auto controls = page_.Controls();
-        if (index < 0 || index >= static_cast<int>(controls.size())) return nullptr;
+        const auto count = static_cast<int>(controls.size());
+        if (index < 0) return nullptr;
+        if (index >= count) return QAccessibleWidget::child(index - count);
         return Of(*controls[static_cast<std::size_t>(index)]);
     }
     int indexOfChild(const QAccessibleInterface* child) const override {
@@ -148,6 +150,10 @@ class AccessiblePage : public QAccessibleWidget {
     }
     [[nodiscard]] QAccessibleInterface* childAt(int x, int y) const override {
         const QPoint at = page_.mapFromGlobal(QPoint(x, y));
+        for (int i = 0; i < QAccessibleWidget::childCount(); ++i) {
+            QAccessibleInterface* const widget = QAccessibleWidget::child(i);
+            if (widget != nullptr && widget->rect().contains(x, y)) return widget;
+        }
         Win* const control = page_.ControlAt({at.x(), at.y()});
         return control == nullptr ? nullptr : Of(*control);
     }

@@ -6,23 +6,10 @@
 #include <QPolygon>
 #include <cmath>
 
+#include "window/qt_font.h"
+
 namespace orma {
 namespace {
-
-// A window that is larger shows nothing that needs larger letters; the toolkit's own limits are
-// far.
-constexpr int kLargestFont = 2000;  // pixels
-
-QFont MakeFont(const Font& font) {
-    QFont made;
-    made.setFamilies({QStringLiteral("Inter"), QStringLiteral("DejaVu Sans")});
-    made.setPixelSize(std::clamp(font.height, 1, kLargestFont));
-    made.setWeight(font.weight == FontWeight::kSemiBold ? QFont::DemiBold : QFont::Medium);
-    made.setHintingPreference(QFont::PreferVerticalHinting);
-    made.setStyleStrategy(
-        static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
-    return made;
-}
 
 QString ToQString(const Text& text) {
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
@@ -87,7 +74,7 @@ class Brush {
 struct QtInk::Face {
     explicit Face(const Font& wanted)
         : key(wanted),
-          font(MakeFont(wanted)),
+          font(QtFontOf(wanted)),
           metrics(font),
           ascent(static_cast<int>(std::ceil(metrics.ascent()))),
           height(ascent + static_cast<int>(std::ceil(metrics.descent()))) {
