@@ -6,6 +6,7 @@
 
 #include "app/start_up.h"
 #include "ui/screens/about_w_win.h"
+#include "ui/screens/clip_editor_w_win.h"
 #include "ui/screens/editor_w_win.h"
 #include "ui/screens/progress_w_win.h"
 #include "ui/screens/record_w_win.h"
@@ -14,6 +15,7 @@ namespace orma {
 namespace {
 
 constexpr Pages kProgressPages{492, 493};
+constexpr Pages kClipPages{496, 497};
 constexpr Pages kAboutPages{498, 499};
 constexpr std::uint64_t kShortMemory = 16U << 20;  // bytes
 constexpr ProductVersion kVersion{ORMA_VERSION_NUMBERS};
@@ -21,10 +23,10 @@ constexpr ProductVersion kVersion{ORMA_VERSION_NUMBERS};
 /// What this window can carry out.
 CommandSet Available() {
     using enum Command;
-    return {kRecorder,   kEditor,   kAbout,  kExit,          kOpenProject,
-            kNewProject, kOpenClip, kDelete, kSaveSelection, kCropBegin,
-            kCropEnd,    kCutBegin, kCutEnd, kMark,          kCopyToClipEditor,
-            kNone};
+    return {kClipEditor,    kListView,         kRecorder,   kEditor,   kAbout,
+            kExit,          kOpenProject,      kNewProject, kOpenClip, kDelete,
+            kSaveSelection, kCropBegin,        kCropEnd,    kCutBegin, kCutEnd,
+            kMark,          kCopyToClipEditor, kNone};
 }
 
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.
@@ -129,6 +131,7 @@ std::unique_ptr<WWin> WindowSession::MakeScreen(ScreenIndex index) {
                                      app_.audio, app_.files, app_.externalRecorder},
                 app_.settings.FullBarRedraw != 0);
         case ScreenIndex::kClipEditor:
+            return MakeClipEditor();
         case ScreenIndex::kTextEditor:
             break;
     }
@@ -147,6 +150,14 @@ std::unique_ptr<WWin> WindowSession::MakeRecorder() {
                               .gainControl = settings.GainControl != 0,
                               .volumeControl = settings.VolumeControl != 0,
                               .spdif = settings.SpdifInput != 0});
+}
+
+std::unique_ptr<WWin> WindowSession::MakeClipEditor() {
+    return std::make_unique<ClipEditorWWin>(
+        Scene{*skin_, *canvas_, shell_.PointerState(), kClipPages}, shell_,
+        ClipEditorServices{app_.transport, app_.recorder, app_.project, clipList_,
+                           [this] { return dialogs_.OpenClip(app_.recording.audioPath); }},
+        app_.settings.DetailedView != 0);
 }
 
 }  // namespace orma

@@ -12,6 +12,7 @@
 #include "shell/window_start.h"
 #include "window/file_dialogs.h"
 #include "window/progress_relay.h"
+#include "window/qt_clip_list.h"
 #include "window/qt_ink.h"
 #include "window/qt_main_window.h"
 #include "window/resource_bitmaps.h"
@@ -63,6 +64,7 @@ class WindowSession : private QtMainWindow::Client {
     void LoadSkin(const WindowLook& look);
     [[nodiscard]] std::unique_ptr<WWin> MakeScreen(ScreenIndex index);
     [[nodiscard]] std::unique_ptr<WWin> MakeRecorder();
+    [[nodiscard]] std::unique_ptr<WWin> MakeClipEditor();
     [[nodiscard]] WindowParts Parts();
 
     static constexpr int kMenuBitmap = 520;
@@ -78,6 +80,11 @@ class WindowSession : private QtMainWindow::Client {
     ProgressRelay progress_;
     FileDialogs dialogs_;
     QtMainWindow window_{*this};
+    QtClipList clipList_{[this] { return window_.Page(); }, ink_,
+                         [this](ListNotification news) {
+                             (void)shell_.OnCommand(static_cast<std::uint32_t>(Command::kListView),
+                                                    static_cast<std::uint32_t>(news));
+                         }};
     Shell shell_;
     Application app_;
 };
