@@ -106,6 +106,8 @@ bool IsEnabled(Command command, const MenuState& state) {
     if (state.screen == ScreenIndex::kProgress) return false;
     const bool idle = !state.capturing && !state.playing;
     const bool editable = !state.capturing && state.recorded;
+    // There one sees what is published, and a box says what is missing.
+    const bool clipEditor = state.screen == ScreenIndex::kClipEditor;
     switch (command) {
         case Command::kRecorder:
         case Command::kEditor:
@@ -123,18 +125,19 @@ bool IsEnabled(Command command, const MenuState& state) {
         case Command::kRecord:
             return idle;
         case Command::kSaveSelection:
+            return idle && state.selection;
         case Command::kClipToFile:
         case Command::kFastClip:
-            return idle && state.selection;
+            return idle && (state.selection || clipEditor);
         case Command::kCopyToClipEditor:
             return idle && state.recorded;
         case Command::kPublishClip:
-            return idle && (state.selection || state.imagePublishing);
+            return idle && (state.selection || state.imagePublishing || clipEditor);
         case Command::kPublishClipList:
             return idle && (state.clips || state.imagePublishing);
         case Command::kClipListToFile:
         case Command::kFastClipList:
-            return idle && state.clips;
+            return idle && (state.clips || clipEditor);
         case Command::kImage:
             return idle && state.imagePublishing;
         case Command::kCropBegin:

@@ -79,6 +79,7 @@ TEST(Menus, CommandsAreEnabledWhenTheyMakeSense) {
     const MenuState job = with([](MenuState& s) { s.screen = ScreenIndex::kProgress; });
     const MenuState noImages = with([](MenuState& s) { s.imagePublishing = false; });
     const MenuState bare{.imagePublishing = false};
+    const MenuState clips{.screen = ScreenIndex::kClipEditor, .imagePublishing = false};
     const MenuState behindCut = with([](MenuState& s) { s.cutBegin = false; });
     const MenuState beforeCut = with([](MenuState& s) { s.cutEnd = false; });
     const MenuState writing = with([](MenuState& s) { s.textEditor = true; });
@@ -97,13 +98,15 @@ TEST(Menus, CommandsAreEnabledWhenTheyMakeSense) {
         {Command::kDelete, {&nothing}, {&capturing, &playing}},
         {Command::kSaveSelection, {&take}, {&nothing, &capturing, &playing}},
         {Command::kCopyToClipEditor, {&take, &recorder}, {&nothing, &capturing, &playing}},
-        {Command::kPublishClip, {&take, &nothing, &noImages}, {&bare, &capturing, &playing}},
+        {Command::kPublishClip,
+         {&take, &nothing, &noImages, &clips},
+         {&bare, &capturing, &playing}},
         {Command::kPublishClipList, {&take, &nothing}, {&bare, &capturing}},
         {Command::kImage, {&nothing}, {&noImages, &capturing, &playing}},
-        {Command::kClipToFile, {&take}, {&nothing, &playing}},
-        {Command::kClipListToFile, {&take}, {&nothing, &playing}},
-        {Command::kFastClip, {&take}, {&nothing, &capturing}},
-        {Command::kFastClipList, {&take}, {&nothing, &capturing}},
+        {Command::kClipToFile, {&take, &clips}, {&nothing, &playing}},
+        {Command::kClipListToFile, {&take, &clips}, {&nothing, &playing}},
+        {Command::kFastClip, {&take, &clips}, {&nothing, &capturing}},
+        {Command::kFastClipList, {&take, &clips}, {&nothing, &capturing}},
         {Command::kCropBegin, {&take, &playing}, {&nothing, &recorder, &capturing, &job}},
         {Command::kCropEnd, {&take, &playing}, {&nothing, &recorder, &capturing}},
         {Command::kCutBegin, {&take, &playing, &beforeCut}, {&behindCut, &recorder, &capturing}},
