@@ -11,8 +11,8 @@
 #include "platform/alsa/alsa_recorder.h"
 #include "platform/alsa/alsa_spdif_card.h"
 #include "platform/alsa/digital_frames.h"
-#include "platform/pulse_server.h"
-#include "platform/sound_files.h"
+#include "support/pulse_server.h"
+#include "support/sound_files.h"
 
 namespace orma::test {
 namespace {

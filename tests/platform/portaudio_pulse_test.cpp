@@ -6,10 +6,10 @@
 
 #include "platform/portaudio/portaudio_wave_system.h"
 #include "platform/posix/posix_event_loop.h"
-#include "platform/pulse_server.h"
-#include "platform/sound_files.h"
 #include "platform/wave_in_contract.h"
 #include "platform/wave_out_user.h"
+#include "support/pulse_server.h"
+#include "support/sound_files.h"
 
 namespace orma::test {
 namespace {

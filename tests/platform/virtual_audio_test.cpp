@@ -6,12 +6,12 @@
 
 #include "base/trace.h"
 #include "platform/posix/posix_event_loop.h"
-#include "platform/sound_files.h"
 #include "platform/virtual_audio/virtual_audio_options.h"
 #include "platform/virtual_audio/virtual_wave_system.h"
 #include "platform/wave_in_contract.h"
 #include "platform/wave_out_user.h"
 #include "support/fake_event_loop.h"
+#include "support/sound_files.h"
 #include "support/temp_folder.h"
 
 namespace orma::test {

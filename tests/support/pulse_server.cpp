@@ -1,4 +1,4 @@
-#include "platform/pulse_server.h"
+#include "support/pulse_server.h"
 
 #include <chrono>
 #include <cstdlib>

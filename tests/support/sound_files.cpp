@@ -1,4 +1,4 @@
-#include "platform/sound_files.h"
+#include "support/sound_files.h"
 
 #include <gtest/gtest.h>
 
