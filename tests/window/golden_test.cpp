@@ -1,0 +1,183 @@
+// Every screen in its states, as pictures: what the eye would notice fails here.
+
+#include "window/golden.h"
+
+#include <gtest/gtest.h>
+
+#include "window/stage.h"
+
+namespace orma::test {
+namespace {
+
+/// The windows that are looked at; each one's pictures lie in a folder of its name.
+struct Shape {
+    const char* name;
+    Size client;
+};
+
+void PrintTo(const Shape& shape, std::ostream* out) {
+    *out << shape.name;
+}
+
+constexpr Shape kShapes[] = {
+    {"portrait", {240, 270}},
+    {"portrait2x", {480, 540}},
+    {"landscape", {320, 190}},
+    {"square", {240, 190}},
+};
+
+void OpenEditor(Stage& stage) {
+    stage.RecordTake();
+    stage.Run(Command::kEditor);
+    stage.Go(0);
+}
+
+/// Adds a cut, of a second or empty; playing has left the one before.
+void Cut(Stage& stage, std::int32_t place, bool aSecond) {
+    stage.Go(place);
+    stage.Click(Element::EditPlay);
+    stage.Click(Element::EditStop);
+    stage.Go(place);
+    stage.app.settings.OneSecondCut = aSecond ? 1 : 0;
+    stage.Run(Command::kCutBegin);
+}
+
+/// A picture and what leads to it.
+struct Shot {
+    const char* name;
+    void (*play)(Stage& stage);
+};
+
+constexpr Shot kShots[] = {
+    {"recorder-stopped", [](Stage& stage) { stage.RecordTake(); }},
+    {"recorder-ready",
+     [](Stage& stage) {
+         stage.Click(Element::Record);
+         stage.Speak(8);
+     }},
+    {"recorder-recording",
+     [](Stage& stage) {
+         stage.Click(Element::Record);
+         stage.Click(Element::Play);
+         stage.Speak(100);
+         stage.Click(Element::Record);
+         stage.Speak(8);
+     }},
+    {"recorder-overload",
+     [](Stage& stage) {
+         stage.Click(Element::Record);
+         stage.Click(Element::Play);
+         stage.Speak(50);
+         stage.Shout(1);
+         stage.Speak(12);
+     }},
+    {"recorder-playing",
+     [](Stage& stage) {
+         stage.RecordTake();
+         stage.Go(200);
+         stage.Click(Element::Play);
+         stage.Hear(60);
+     }},
+    {"editor-marks",
+     [](Stage& stage) {
+         OpenEditor(stage);
+         stage.Key(Key::kMinus);
+         stage.Key(Key::kMinus);
+         stage.Go(370);
+     }},
+    {"editor-cut",
+     [](Stage& stage) {
+         OpenEditor(stage);
+         Cut(stage, 15, true);
+         Cut(stage, 60, true);
+         Cut(stage, 110, false);
+         stage.Go(80);  // the end of the second one
+     }},
+    {"editor-selection",
+     [](Stage& stage) {
+         OpenEditor(stage);
+         stage.Go(30);
+         stage.Run(Command::kCropBegin);
+         stage.Go(130);
+         stage.Run(Command::kCropEnd);
+         stage.Go(80);
+     }},
+    {"editor-zoomed",
+     [](Stage& stage) {
+         OpenEditor(stage);
+         stage.Go(105);
+         stage.Key(Key::kPlus);
+         stage.Key(Key::kPlus);
+     }},
+    {"about-device", [](Stage& stage) { stage.Run(Command::kAbout); }},
+    {"about-project",
+     [](Stage& stage) {
+         stage.Run(Command::kAbout);
+         stage.Click(Element::AboutProject);
+     }},
+    {"progress",
+     [](Stage& stage) {
+         stage.shell.SelectScreen(ScreenIndex::kProgress);
+         stage.Progress().SetText(u"  Publishing audio...  ");
+         stage.Progress().SetRange(5);
+         stage.Progress().Step(3);
+         stage.Progress().SetBytes(7'400'000, 12'340'000);
+     }},
+};
+
+class GoldenTest : public ::testing::TestWithParam<Shape> {};
+
+TEST_P(GoldenTest, EveryScreenLooksAsItDid) {
+    for (const Shot& shot : kShots) {
+        SCOPED_TRACE(shot.name);
+        Stage stage(GetParam().client);
+        shot.play(stage);
+        const std::string name = std::string(GetParam().name) + "/" + shot.name;
+        EXPECT_EQ(CompareWithGolden(name, stage.Frame()), "");
+        const QImage shown = ImageOf(stage.Frame());
+        const Difference all = Compare(shown, ImageOf(stage.WholeFrame()));
+        EXPECT_EQ(all.pixels, 0) << "painted anew it looks different";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, GoldenTest, ::testing::ValuesIn(kShapes),
+                         [](const auto& shape) { return std::string(shape.param.name); });
+
+/// Moves a part of the picture by one pixel to the right.
+QImage Moved(const QImage& image, const QRect& part) {
+    QImage moved = image;
+    for (int y = part.top(); y <= part.bottom(); ++y)
+        for (int x = part.left(); x <= part.right(); ++x)
+            moved.setPixel(x + 1, y, image.pixel(x, y));
+    return moved;
+}
+
+TEST(GoldenComparisonTest, AControlThatMovedByAPixelIsSeenAndAShadeIsNot) {
+    Stage stage({240, 270});
+    stage.RecordTake();
+    const QImage shown = ImageOf(stage.Frame());
+    EXPECT_FALSE(Compare(shown, shown).IsVisible());
+    int seen = 0;
+    for (const auto& control : stage.shell.Screen(ScreenIndex::kRecorder)->Controls()) {
+        if (!control || control->Label().role == ControlRole::kLamp || control->Value().empty())
+            continue;
+        const Rect at = control->Bounds();
+        EXPECT_TRUE(Compare(shown, Moved(shown, {at.x, at.y, at.w, at.h})).IsVisible())
+            << ToUtf8(control->Label().name);
+        ++seen;
+    }
+    EXPECT_GE(seen, 6) << "time, name, time left, battery, gain and volume";
+
+    QImage other = shown;
+    for (int y = 0; y < other.height(); ++y)
+        for (int x = 0; x < other.width(); ++x) {
+            const QColor colour = other.pixelColor(x, y);
+            const auto brighter = [](int part) { return std::min(part + 20, 255); };
+            other.setPixelColor(
+                x, y, {brighter(colour.red()), brighter(colour.green()), brighter(colour.blue())});
+        }
+    EXPECT_FALSE(Compare(shown, other).IsVisible());
+}
+
+}  // namespace
+}  // namespace orma::test

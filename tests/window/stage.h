@@ -1,0 +1,93 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/posix/posix_storage.h"
+#include "platform/system_status.h"
+#include "shell/shell.h"
+#include "support/fake_boxes.h"
+#include "support/fake_clock.h"
+#include "support/fake_event_loop.h"
+#include "support/fake_main_window.h"
+#include "support/fake_wave.h"
+#include "support/quiet_ports.h"
+#include "support/temp_folder.h"
+#include "ui/screens/progress_w_win.h"
+#include "window/file_dialogs.h"
+#include "window/qt_ink.h"
+#include "window/resource_bitmaps.h"
+
+namespace orma::test {
+
+/// The client area with its real skin, letters and screens, on a whole application whose sound,
+/// clock, machine and disk space are always the same: what it shows depends on nothing but what is
+/// done here.
+class Stage : private SystemStatus {
+  public:
+    /// `client` in pixels: its shape chooses the skin, its size the scale.
+    explicit Stage(Size client);
+    ~Stage() override;
+
+    /// A take of 600 periods of "speech" with marks at 100, 300 and 450; stopped at its end.
+    void RecordTake();
+
+    /// Lets the microphone hear `periods` of speech, or of what is too loud.
+    void Speak(int periods);
+    void Shout(int periods);
+
+    /// Lets `periods` of what is played be heard.
+    void Hear(int periods);
+
+    void Go(std::int32_t position) { app.transport.MoveTo(position); }
+    void Run(Command command);
+    void Key(orma::Key key) { shell.OnKeyDown(key); }
+
+    /// The left button on an element of the current screen.
+    void Click(Element element);
+
+    [[nodiscard]] ProgressWWin& Progress();
+
+    /// The client area with its next frame.
+    [[nodiscard]] const Picture& Frame();
+
+    /// The same with everything painted anew.
+    [[nodiscard]] const Picture& WholeFrame();
+
+  private:
+    class Disk : public PosixStorage {
+        [[nodiscard]] SystemError FreeBytes(const Text& folder, std::uint64_t& bytes) override;
+    };
+
+    std::optional<int> BatteryPercent() override { return 83; }
+    std::optional<std::uint64_t> FreeMemory() override { return 123'456'000; }
+    std::optional<int> ProcessorLoad() override { return 7; }
+
+    [[nodiscard]] std::unique_ptr<WWin> Make(ScreenIndex index);
+    void Deliver(std::int16_t amplitude);
+
+    TempFolder folder_;
+    Disk disk_;
+    FakeBoxes boxes_;
+    FakeClock clock_;
+    FakeEventLoop loop_;
+    FakeWaveSystem waves_{loop_};
+    NoHeadset headset_;
+    NoProgress progress_;
+    std::vector<std::string> log_;
+    FakeMainWindow window_{log_};
+    FileDialogs dialogs_;
+    ResourceBitmaps bitmaps_;
+    QtInk ink_;
+    Picture image_;
+    Skin skin_;
+    Canvas canvas_;
+    std::uint32_t spoken_ = 0;  // periods
+
+  public:
+    Shell shell;
+    Application app;
+};
+
+}  // namespace orma::test
