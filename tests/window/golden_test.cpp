@@ -133,7 +133,8 @@ TEST_P(GoldenTest, EveryScreenLooksAsItDid) {
         Stage stage(GetParam().client);
         shot.play(stage);
         const std::string name = std::string(GetParam().name) + "/" + shot.name;
-        EXPECT_EQ(CompareWithGolden(name, stage.Frame()), "");
+        const std::string wrong = CompareWithGolden(name, stage.Frame());
+        EXPECT_TRUE(wrong.empty()) << wrong;
         const QImage shown = ImageOf(stage.Frame());
         const Difference all = Compare(shown, ImageOf(stage.WholeFrame()));
         EXPECT_EQ(all.pixels, 0) << "painted anew it looks different";
