@@ -2,6 +2,7 @@
 #include <chrono>
 #include <thread>
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include "platform/portaudio/portaudio_wave_system.h"
@@ -65,6 +66,10 @@ TEST_F(PortAudioOnPulse, ListsTheDefaultMicrophoneWithoutAWordOnStandardError) {
     EXPECT_EQ(std::count_if(inputs.begin(), inputs.end(),
                             [](const WaveDeviceInfo& info) { return info.isDefault; }),
               1);
+    // Opened to be looked at, a converter brings its codecs into the process for good.
+    EXPECT_EQ(::dlopen("libavcodec.so.59", RTLD_NOW | RTLD_NOLOAD), nullptr);
+    for (const WaveDeviceInfo& info : inputs)
+        EXPECT_TRUE(info.name != u"a52" && info.name != u"speexrate") << ToUtf8(info.name);
     EXPECT_EQ(Open(u"no such microphone"), WaveResult::kNoDevice);
     for (const WaveDeviceInfo& info : inputs)
         if (info.isDefault) {

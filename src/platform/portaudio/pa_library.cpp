@@ -1,6 +1,7 @@
 #include "platform/portaudio/pa_library.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include <alsa/asoundlib.h>
 #include <dlfcn.h>
@@ -26,6 +27,43 @@ void SilenceLibraries() {
     using Setter = void (*)(void (*)(const char*));
     for (const char* hook : {"jack_set_error_function", "jack_set_info_function"})
         if (const auto set = reinterpret_cast<Setter>(dlsym(RTLD_DEFAULT, hook))) set(IgnoreJack);
+}
+
+/// Devices of ALSA that only convert what goes to another one. PortAudio opens every device to look
+/// at it, and with the first of these a video library comes into the process that alone takes as
+/// much memory as the program.
+constexpr std::string_view kConverters[] = {"a52",   "lavrate", "samplerate", "speexrate",
+                                            "speex", "upmix",   "vdownmix"};
+
+/// Does a definition stand on the device of that name ("a52", also as "plug:a52:0")?
+bool Mentions(snd_config_t* definition, std::string_view name) {
+    if (const char* text = nullptr; snd_config_get_string(definition, &text) == 0)
+        return text != nullptr && std::string_view(text).find(name) != std::string_view::npos;
+    if (snd_config_get_type(definition) != SND_CONFIG_TYPE_COMPOUND) return false;
+    snd_config_iterator_t at{};
+    snd_config_iterator_t next{};
+    snd_config_for_each(at, next, definition) {
+        if (Mentions(snd_config_iterator_entry(at), name)) return true;
+    }
+    return false;
+}
+
+/// Takes the converters that no other device stands on out of what PortAudio is about to read.
+void HideConverters() {
+    snd_config_t* devices = nullptr;
+    if (snd_config_update() < 0 || snd_config_search(snd_config, "pcm", &devices) < 0) return;
+    for (const std::string_view name : kConverters) {
+        snd_config_t* converter = nullptr;
+        if (snd_config_search(devices, std::string(name).c_str(), &converter) < 0) continue;
+        bool needed = false;
+        snd_config_iterator_t at{};
+        snd_config_iterator_t next{};
+        snd_config_for_each(at, next, devices) {
+            snd_config_t* const other = snd_config_iterator_entry(at);
+            needed = needed || (other != converter && Mentions(other, name));
+        }
+        if (!needed) snd_config_delete(converter);
+    }
 }
 
 /// The audio thread: copies and wakes, nothing else.
@@ -106,6 +144,7 @@ WaveDeviceInfo Describe(const PaDeviceInfo& info, int channels, bool isDefault) 
 bool PaLibrary::Initialise(std::string& problem) {
     if (initialised_) return true;
     SilenceLibraries();
+    HideConverters();
     const PaError error = Pa_Initialize();
     initialised_ = error == paNoError;
     if (!initialised_) (void)Fail(error, problem);
