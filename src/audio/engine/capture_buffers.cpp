@@ -7,7 +7,8 @@
 namespace orma {
 
 CaptureBuffers::CaptureBuffers()
-    : memory_(std::make_unique<std::uint8_t[]>(std::size_t{kCount} * kBytes)) {
+    : memory_(std::make_unique_for_overwrite<std::uint8_t[]>(std::size_t{kCount} * kBytes)) {
+    // Not set to zero: most of it is for formats that are never used, and stays no memory at all.
     for (std::size_t index = 0; index < kCount; ++index) {
         records_[index].index = static_cast<std::uint32_t>(index);
         records_[index].level = kQuietLevel;
