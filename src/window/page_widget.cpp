@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/trace.h"
 #include "window/qt_keys.h"
 
 namespace orma {
@@ -160,6 +161,7 @@ void PageWidget::paintEvent(QPaintEvent* event) {
     }
     unseen_ -= event->region();
     if (!unseen_.isEmpty()) update(unseen_);
+    if (!std::exchange(shown_, true)) Trace("First frame");
     if (focus_.isEmpty()) return;
     // Two lines of contrary brightness are seen on every skin.
     const QRect ring = focus_.adjusted(0, 0, -1, -1);

@@ -61,6 +61,7 @@ class PageWidget : public QWidget {
     PageClient& client_;
     QRegion unseen_;  // changed and not yet painted
     bool painting_ = false;
+    bool shown_ = false;  // ever; traced, as the program's start ends with it
     QRect focus_;
     bool heldBack_ = false;
     std::map<const Win*, bool> told_;  // the toggles' state that helpers of the desktop know
