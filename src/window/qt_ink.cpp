@@ -82,35 +82,45 @@ struct QtInk::Face {
             digits.push_back(metrics.horizontalAdvance(QChar(u'0' + digit)));
     }
 
-    /// Takes a line apart and calls `draw(x, part)` for each part, `x` in whole pixels from the
-    /// line's left edge. Returns the width of all.
-    template <typename Draw>
-    double Walk(const QString& line, Draw draw) const {
-        const bool whole = RunsLeft(line);
+    /// A stretch of a line that is drawn as one, in whole pixels from the line's left edge.
+    struct Part {
+        double x;
+        QString text;
+    };
+
+    struct Line {
+        QString text;
+        std::vector<Part> parts;
+        Size box;
+    };
+
+    /// Takes a line apart. The last one is kept: who draws a text has just measured it, and what
+    /// stands on a screen is drawn over and over.
+    const Line& Lay(const QString& text) {
+        if (text == last_.text) return last_;
+        last_ = {text, {}, {}};
+        const bool whole = RunsLeft(text);
         double x = 0;
-        for (qsizetype at = 0; at < line.size();) {
+        for (qsizetype at = 0; at < text.size();) {
             qsizetype end = at + 1;
-            if (!whole && IsInCell(line, at)) {
-                if (IsDigit(line[at])) {
-                    const double own = digits[static_cast<std::size_t>(line[at].digitValue())];
-                    draw(std::round(x + (digits[0] - own) / 2), line.sliced(at, 1));
+            if (!whole && IsInCell(text, at)) {
+                if (IsDigit(text[at])) {
+                    const double own = digits[static_cast<std::size_t>(text[at].digitValue())];
+                    last_.parts.push_back(
+                        {std::round(x + (digits[0] - own) / 2), text.sliced(at, 1)});
                 }
                 x += digits[0];
             } else {
-                while (end < line.size() && (whole || !IsInCell(line, end)))
+                while (end < text.size() && (whole || !IsInCell(text, end)))
                     ++end;
-                const QString part = line.sliced(at, end - at);
-                draw(std::round(x), part);
+                const QString part = text.sliced(at, end - at);
+                last_.parts.push_back({std::round(x), part});
                 x += metrics.horizontalAdvance(part);
             }
             at = end;
         }
-        return x;
-    }
-
-    [[nodiscard]] Size Box(const QString& line) const {
-        const double width = Walk(line, [](double, const QString&) {});
-        return {static_cast<int>(std::ceil(width)), height};
+        last_.box = {static_cast<int>(std::ceil(x)), height};
+        return last_;
     }
 
     const Font key;
@@ -119,12 +129,15 @@ struct QtInk::Face {
     const int ascent;
     const int height;            // of the line
     std::vector<double> digits;  // their widths
+
+  private:
+    Line last_{{}, {}, {0, height}};
 };
 
 QtInk::QtInk() = default;
 QtInk::~QtInk() = default;
 
-const QtInk::Face& QtInk::FaceOf(const Font& font) {
+QtInk::Face& QtInk::FaceOf(const Font& font) {
     const Font upright{font.height, font.weight, false};
     for (const auto& face : faces_)
         if (face->key == upright) return *face;
@@ -132,14 +145,14 @@ const QtInk::Face& QtInk::FaceOf(const Font& font) {
 }
 
 Size QtInk::Measure(const Text& text, const Font& font) {
-    return FaceOf(font).Box(ToQString(text));
+    return FaceOf(font).Lay(ToQString(text)).box;
 }
 
 void QtInk::DrawText(Picture& target, const Rect& clip, Point origin, const Text& text,
                      const Font& font, Colour colour) {
-    const Face& face = FaceOf(font);
-    const QString line = ToQString(text);
-    const Size box = face.Box(line);
+    Face& face = FaceOf(font);
+    const Face::Line& line = face.Lay(ToQString(text));
+    const Size box = line.box;
     const Point corner = font.turned ? Point{origin.x - box.width, origin.y - box.height} : origin;
     // Letters may reach a little out of their box.
     const int margin = face.height;
@@ -154,9 +167,8 @@ void QtInk::DrawText(Picture& target, const Rect& clip, Point origin, const Text
     painter.setPen(ToQColor(colour));
     painter.translate(origin.x, origin.y);
     if (font.turned) painter.rotate(180);
-    face.Walk(line, [&](double x, const QString& part) {
-        painter.drawText(QPointF(x, face.ascent), part);
-    });
+    for (const Face::Part& part : line.parts)
+        painter.drawText(QPointF(part.x, face.ascent), part.text);
 }
 
 void QtInk::DrawLine(Picture& target, const Rect& clip, std::span<const Point> points, int width,

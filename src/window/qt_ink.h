@@ -29,7 +29,7 @@ class QtInk : public Ink {
     struct Face;
 
     /// The font, made and measured when it is asked for first.
-    [[nodiscard]] const Face& FaceOf(const Font& font);
+    [[nodiscard]] Face& FaceOf(const Font& font);
 
     std::vector<std::unique_ptr<Face>> faces_;
 };
