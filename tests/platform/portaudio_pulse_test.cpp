@@ -77,26 +77,6 @@ TEST_F(PortAudioOnPulse, ListsTheDefaultMicrophoneWithoutAWordOnStandardError) {
         }
 }
 
-TEST_F(PortAudioOnPulse, CapturesBitByBitThroughAStallOfTheLoop) {
-    const Text file = folder_.Path(u"speech.wav");
-    const Samples speech = Ramp(3 * 44100);
-    WriteSoundFile(file, 1, 44100, speech);
-    ASSERT_NO_FATAL_FAILURE(Begin());
-
-    const pid_t player = server_.Speak(file);
-    Pass(800);
-    std::this_thread::sleep_for(2s);  // sixteen buffers hold 0.8 s of it
-    ASSERT_EQ(PulseServer::Wait(player), 0);
-    Pass(1000);
-    user_.goRound = false;
-    ASSERT_EQ(device_->Reset(), WaveResult::kOk);
-    ASSERT_TRUE(Run([&] { return user_.recordedBytes.back() == 0; }));
-    const Samples heard = AsSamples(user_.heard);
-    EXPECT_NE(std::search(heard.begin(), heard.end(), speech.begin(), speech.end()), heard.end())
-        << "the speech is not contiguous in what was heard";
-    EXPECT_EQ(device_->LostFrames(), 0u);
-}
-
 TEST_F(PortAudioOnPulse, AResetLeavesForTheNextOneWhatNoBufferCouldTake) {
     ASSERT_NO_FATAL_FAILURE(Begin());
     const std::size_t before = user_.heard.size();

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <map>
 #include <numbers>
 #include <numeric>
@@ -18,18 +17,13 @@
 #include "audio/files/wav_bytes.h"
 #include "platform/virtual_audio/virtual_wave_system.h"
 #include "support/fake_event_loop.h"
+#include "support/sound_files.h"
 #include "support/test_files.h"
 
 namespace orma::test {
 namespace {
 
 using Samples = std::vector<std::int16_t>;
-
-Samples AsSamples(ByteSpan bytes) {
-    Samples samples(bytes.size() / 2);
-    if (!samples.empty()) std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
-    return samples;
-}
 
 struct Stretch {
     std::uint32_t begin;
@@ -129,8 +123,7 @@ class PlaybackProperty : public ::testing::Test {
         EXPECT_TRUE(player_.StartPlaying(channels));
         loop_.RunPending();
         EXPECT_TRUE(player_.IsClosed() && files_.boxes.Texts().empty());
-        const Bytes file = ReadFileBytes(files_.folder.Path(u"out.wav"));
-        return AsSamples(ByteSpan(file).subspan(44));
+        return ReadSoundFile(files_.folder.Path(u"out.wav"));
     }
 
     /// A few cuts of any length, touching, overlapping, empty, sorted or not.
