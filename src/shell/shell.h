@@ -17,8 +17,9 @@ namespace orma {
 /// Makes a screen; null: its place stays empty.
 using ScreenFactory = std::function<std::unique_ptr<WWin>(ScreenIndex)>;
 
-/// What the shell stands on; all outlive it. The application may be built after it: it listens to
-/// the shell, and the shell touches it in its operations alone.
+/// What the shell stands on; all outlive it, but for the application, which listens to the shell
+/// and may be built after it and destroyed before it: the shell touches it in its operations alone,
+/// and once it is closed nothing calls them.
 struct ShellServices {
     Application& app;
     MainWindow& window;

@@ -68,6 +68,7 @@ class WindowSession : private QtMainWindow::Client {
     static constexpr int kMenuBitmap = 520;
 
     RunningInstance& running_;
+    HeldBoxes boxes_;
     PosixSystemStatus system_;
     QtInk ink_;
     ResourceBitmaps bitmaps_;

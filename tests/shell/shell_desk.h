@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "app/start_up.h"
+#include "shell/held_boxes.h"
 #include "shell/shell.h"
 #include "support/fake_clock.h"
 #include "support/fake_event_loop.h"
@@ -201,19 +202,28 @@ inline const CommandSet kEveryCommand = {
 /// scripted microphone.
 class ShellDesk {
   public:
-    explicit ShellDesk(CommandSet available = kEveryCommand)
+    explicit ShellDesk(CommandSet available = kEveryCommand, FtpClients* liveFtp = nullptr)
         : shell({.app = app,
                  .window = window,
                  .dialogs = dialogs,
                  .makeScreen = [this](ScreenIndex index) { return Make(index); },
                  .available = std::move(available),
                  .textEditor = &editor,
-                 .publishDialogs = &publishing}) {}
+                 .publishDialogs = &publishing}),
+          app({.storage = storage,
+               .clock = clock,
+               .boxes = held,
+               .loop = loop,
+               .waves = waves,
+               .headset = headset,
+               .liveFtp = liveFtp},
+              {shell, progress}, folder.Path()) {}
 
     /// What StartWindow does, without looking at other instances.
     void Open() {
         LoadSettings(app);
         shell.Open({240, 270});
+        held.Release();
         log.clear();
     }
 
@@ -258,6 +268,7 @@ class ShellDesk {
     TempFolder folder;
     LoggingStorage storage{log};
     FakeBoxes boxes;
+    HeldBoxes held{boxes};
     FakeClock clock;
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
@@ -271,14 +282,7 @@ class ShellDesk {
     CancelledPublishing publishing;
     std::set<ScreenIndex> missing;  // places that stay empty
     Shell shell;
-    Application app{{.storage = storage,
-                     .clock = clock,
-                     .boxes = boxes,
-                     .loop = loop,
-                     .waves = waves,
-                     .headset = headset},
-                    {shell, progress},
-                    folder.Path()};
+    Application app;
 
   private:
     std::unique_ptr<WWin> Make(ScreenIndex index) {
