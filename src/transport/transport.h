@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "audio/engine/input_processing.h"
 #include "audio/engine/player.h"
@@ -17,6 +18,9 @@ struct TransportOptions {
     std::uint32_t gainToolMode = 0;     // the order of its two commands, 0 or 1
     bool closeSynchronisation = false;  // ask the desktop's synchronisation program to close
 };
+
+/// Changes the current recording; false when there was nothing to do or it failed (reported).
+using EditOperation = std::function<bool(Project& project)>;
 
 /// What the transport stands on; all outlive its use. Recorder and player may be built after it:
 /// it touches them in its operations alone.
@@ -81,6 +85,11 @@ class Transport : public RecorderListener, public PlayerListener {
     /// A place was picked on graph or scroll bar, or editing has moved the cursor; also while
     /// playing. Outside the recording it becomes its begin or end. Ignored during a take.
     void MoveTo(std::int32_t position);
+
+    /// Edits the current recording at its cursor; the player follows the cursor. False when it may
+    /// not be edited: there is none, or a take is recorded or drains, whose cursor and level file
+    /// are the recorder's.
+    [[nodiscard]] bool Edit(const EditOperation& operation);
 
     /// Plays `range` of the current recording, and what NextRange then answers, on `channels`: what
     /// playing a clip list needs. False when playing does not begin (reported).

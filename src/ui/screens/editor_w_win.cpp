@@ -33,7 +33,7 @@ void EditorWWin::Refresh() {
     }
     meter_->SetResolutionShift(s_.audio.resolutionShift);
     ShowName();
-    Light(ButtonsOf(s_.transport.State()));
+    ShowButtons();
     if (!IsEntered()) return;
     graph_->GraphRedraw();
     ShowTimes();
@@ -59,11 +59,11 @@ void EditorWWin::Tick() {
     ShowTimes();
 }
 
-void EditorWWin::OnTransportState(TransportState state, const LitButtons& lit) {
+void EditorWWin::OnTransportState(TransportState state, const LitButtons& /*lit*/) {
     markPeriods_ = 0;
     externalLevel_.Rest();
     meter_->SetResolutionShift(s_.audio.resolutionShift);
-    Light(lit);
+    ShowButtons();
     if (state == TransportState::kStopped) {
         if (IsEntered())
             meter_->VuInit();
@@ -74,18 +74,8 @@ void EditorWWin::OnTransportState(TransportState state, const LitButtons& lit) {
     if (IsEntered()) Host().UpdateMenus();
 }
 
-void EditorWWin::Light(const LitButtons& lit) {
-    const auto put = [this](ToggleButtonWin* button, bool on) {
-        if (IsEntered())
-            button->SetState(on);
-        else
-            button->PresetState(on);
-    };
-    put(stop_, lit.stop);
-    put(play_, lit.play);
-    put(record_, lit.record);
-    put(rewind_, lit.rewind);
-    put(fastForward_, lit.fastForward);
+void EditorWWin::ShowButtons() {
+    Light(ButtonsOf(s_.transport.State()));
     if (IsEntered()) {
         // They lie over two of the buttons, which have just been drawn.
         cutBegin_->Paint();
@@ -107,14 +97,14 @@ void EditorWWin::ShowCutButtons() {
     state.length = recording.length;
     state.transportState = static_cast<std::uint32_t>(s_.transport.State());
     const CutButtonLooks looks = IsCapturing() ? CutButtonLooks{} : UpdateCutButtons(state);
-    const auto put = [](ButtonWin* button, ToggleButtonWin* beneath, ButtonLook look) {
+    const auto put = [](ButtonWin* button, ToggleButtonWin& beneath, ButtonLook look) {
         button->SetState(static_cast<int>(look));
-        if (look == ButtonLook::kOff) beneath->Paint();
+        if (look == ButtonLook::kOff) beneath.Paint();
     };
     if (looks == looks_) return;
     looks_ = looks;
-    put(cutBegin_, rewind_, looks.begin);
-    put(cutEnd_, fastForward_, looks.end);
+    put(cutBegin_, RewindButton(), looks.begin);
+    put(cutEnd_, FastForwardButton(), looks.end);
 }
 
 void EditorWWin::OnMarkText(const Text& text, std::uint32_t periods) {

@@ -6,6 +6,7 @@
 
 #include "transport/desktop.h"
 #include "ui/screens/fake_host.h"
+#include "ui/screens/key_lists.h"
 #include "ui/support/screen_rig.h"
 
 namespace orma::test {
@@ -143,6 +144,29 @@ TEST_F(EditorDesk, KeysMoveTheCursorByColumnsViewsAndToTheSelectionsEnds) {
     ExpectTrueImage();
 }
 
+TEST_F(EditorDesk, ListsExactlyTheKeysThatDoSomething) {
+    const std::set<Key> listed = KeysOf(*screen);
+    const auto prepare = [this] {
+        Press('S');
+        loop.RunPending();
+        Go(110);
+        Go(120);  // the cut is current
+        screen->Paint();
+        return std::pair{rig.image.pixels, Cursor()};
+    };
+    const auto present = [this] { return std::pair{rig.image.pixels, Cursor()}; };
+    for (const KeyAction& action : screen->Keys()) {
+        const auto before = prepare();
+        screen->OnKey(action.key);
+        EXPECT_NE(present(), before) << ToUtf8(NameOf(action.key)) << ToUtf8(action.does);
+    }
+    const auto before = prepare();
+    for (int code = 0; code < 256; ++code)
+        if (!listed.contains(static_cast<Key>(code))) screen->OnKey(static_cast<Key>(code));
+    EXPECT_EQ(present(), before);
+    ExpectTooltipsNameKeysOf(*screen);
+}
+
 TEST_F(EditorDesk, ATakeGrowsInTheGraphAndIsNotEditedMeanwhile) {
     Press("RP");
     Speak(200);
@@ -156,6 +180,10 @@ TEST_F(EditorDesk, ATakeGrowsInTheGraphAndIsNotEditedMeanwhile) {
     screen->OnKey(Key::k9);
     EXPECT_EQ(app.recording.sheet.marks.size(), marks + 1);
     ExpectTrueImage();
+    waves.in.flushOnReset = false;
+    Press('S');
+    screen->OnKey(Key::kInsert);
+    EXPECT_EQ(app.recording.sheet.marks.size(), marks + 1) << "the take still drains";
 }
 
 TEST_F(EditorDesk, BehindAnotherScreenItDrawsNothingAndIsTrueWhenItComesBack) {

@@ -49,6 +49,12 @@ TEST(AboutWWinTest, BothPagesTellWhatIsKnown) {
                            u"mp2 stereo", version, u"MP2 bitrate (kbit/s)", u"192", u"Input EQ",
                            u"mic_int", u"Available recording time", u"02:14:05"}));
 
+    screen.OnKey(Key::kLeft);
+    info.freeMemory = 32ULL << 30;
+    for (int i = 0; i < 50; ++i)
+        screen.Tick();
+    EXPECT_EQ(Drawn(rig, screen)[2], u"33554432 ") << "in KB, however much";
+    screen.OnKey(Key::kRight);
     info = {.freeMemory = 9 * 1024, .memoryIsShort = true, .projectLocation = u"/"};
     for (int i = 0; i < 50; ++i)
         screen.Tick();

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "audio/files/level_tables.h"
+#include "ui/screens/key_lists.h"
 #include "ui/screens/recorder_desk.h"
 
 namespace orma::test {
@@ -83,6 +84,34 @@ TEST(RecordWWinTest, EveryKeyDoesWhatTheTableSays) {
         EXPECT_EQ(desk.Changes(), row.changes)
             << "key " << static_cast<int>(row.key) << " upside down " << row.upsideDown
             << " external " << row.external << " marks " << row.options.markButtons;
+    }
+}
+
+TEST(RecordWWinTest, ListsExactlyTheKeysThatDoSomething) {
+    RecorderScreenOptions noMarks = kEverything;
+    noMarks.markButtons = false;
+    const struct {
+        RecorderScreenOptions options;
+        bool upsideDown;
+        bool external;
+    } cases[] = {{kEverything, false, false}, {noMarks, false, false}, {{}, false, false},
+                 {kEverything, false, true},  {{}, false, true},       {kEverything, true, false}};
+    for (const auto& one : cases) {
+        MarkedDesk idle(one.options, one.upsideDown, one.external);
+        idle.Open();
+        const std::string before = idle.Changes();
+        const std::set<Key> listed = KeysOf(*idle.screen);
+        for (int code = 0; code < 256; ++code)
+            if (!listed.contains(static_cast<Key>(code)))
+                idle.screen->OnKey(static_cast<Key>(code));
+        EXPECT_EQ(idle.Changes(), before) << one.upsideDown << one.external;
+        for (const Key key : listed) {
+            MarkedDesk desk(one.options, one.upsideDown, one.external);
+            desk.Open();
+            desk.screen->OnKey(key);
+            EXPECT_NE(desk.Changes(), before) << ToUtf8(NameOf(key)) << one.upsideDown;
+        }
+        ExpectTooltipsNameKeysOf(*idle.screen);
     }
 }
 
