@@ -24,6 +24,10 @@ void EditText(Shell& shell, std::uint32_t) {
     shell.OpenTextEditor();
 }
 
+void ShowShortcuts(Shell& shell, std::uint32_t) {
+    shell.UserDialogs().ShowShortcuts(shell.Shortcuts());
+}
+
 void Exit(Shell& shell, std::uint32_t) {
     shell.OnCloseRequest();
 }
@@ -186,6 +190,7 @@ constexpr Row kTable[] = {
     {Command::kRecord, Record},
     {Command::kFastClip, Publish<&PublishJob::MenuPublishFastClip>},
     {Command::kFastClipList, Publish<&PublishJob::MenuPublishFastCliplist>},
+    {Command::kShortcuts, ShowShortcuts},
 };
 
 }  // namespace

@@ -117,6 +117,9 @@ class Shell : public ScreenHost, public TransportListener {
     void OpenTextEditor();
     void CloseTextEditor();
 
+    /// The keys of all screens, as they work at present.
+    [[nodiscard]] std::vector<ShortcutGroup> Shortcuts() const;
+
     // For what belongs to the window.
 
     [[nodiscard]] Application& App() { return s_.app; }

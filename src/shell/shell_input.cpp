@@ -42,9 +42,27 @@ void Shell::OnRightUp(Point at) {
 void Shell::OnKeyDown(Key key, bool shift) {
     WWin* const screen = Current();
     if (screen == nullptr || key == Key::kRecordButton) return;
+    if (key == Key::kF1) {
+        (void)OnCommand(static_cast<std::uint32_t>(Command::kShortcuts));
+        return;
+    }
     // While the pointer holds a control, the keyboard does not press another one.
     if (!pressed_ && focus_.OnKey(*screen, key, shift)) return;
     screen->OnKey(key);
+}
+
+std::vector<ShortcutGroup> Shell::Shortcuts() const {
+    constexpr std::pair<ScreenIndex, const char16_t*> kTitles[] = {
+        {ScreenIndex::kRecorder, u"Record"},
+        {ScreenIndex::kEditor, u"Editor"},
+        {ScreenIndex::kClipEditor, u"Clip editor"},
+        {ScreenIndex::kAbout, u"About"}};
+    std::vector<ShortcutGroup> groups;
+    for (const auto& [index, title] : kTitles)
+        if (const WWin* const screen = Screen(index); screen != nullptr && !screen->Keys().empty())
+            groups.push_back(ShortcutsOf(title, screen->Keys()));
+    groups.push_back(ShortcutsOfWindow());
+    return groups;
 }
 
 void Shell::OnKeyUp(Key key) {

@@ -24,7 +24,7 @@ CommandSet Available() {
     return {kRecorder,   kEditor,   kAbout,  kExit,          kOpenProject,
             kNewProject, kOpenClip, kDelete, kSaveSelection, kCropBegin,
             kCropEnd,    kCutBegin, kCutEnd, kMark,          kCopyToClipEditor,
-            kNone};
+            kNone,       kShortcuts};
 }
 
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.

@@ -59,6 +59,8 @@ class TestScreen : public WWin {
             ->SetLabel({ControlRole::kText, u"a text", {}, {}});
         Add(std::unique_ptr<TestControl>());
         second = Add(std::make_unique<TestControl>(OwnScene(), Rect{20, 0, 10, 10}, "second", log));
+        for (const Key key : {Key::kEnter, Key::k1, Key::kLeft})
+            Bind(key, key == Key::kEnter ? u"play" : u"back", [this, key] { OnOwnKey(key); });
         // Without a name nobody could tell what it is.
         Add(std::make_unique<TestControl>(OwnScene(), Rect{30, 0, 10, 10}, "", log));
     }
@@ -75,7 +77,7 @@ class TestScreen : public WWin {
     void Tick() override { ++ticks; }
     void Paint() override { ++paints; }
     void Refresh() override { Note("refreshed"); }
-    void OnKey(Key key) override { log_.push_back(Format("key %d", static_cast<int>(key))); }
+    void OnKey(Key key) override { OnOwnKey(key); }
     void RightDown(Point at) override { log_.push_back(Format("right down %d,%d", at.x, at.y)); }
     void RightUp(Point at) override { log_.push_back(Format("right up %d,%d", at.x, at.y)); }
     void OnListNotification(std::uint32_t code) override { Note(Format("list %u", code)); }
@@ -90,6 +92,7 @@ class TestScreen : public WWin {
     std::optional<PeriodRange> next;
 
   private:
+    void OnOwnKey(Key key) { log_.push_back(Format("key %d", static_cast<int>(key))); }
     void Note(const std::string& what) {
         log_.push_back(Format("%s %d", what.c_str(), static_cast<int>(Index())));
     }
@@ -120,9 +123,11 @@ class ScriptedDialogs : public Dialogs {
         return Ask("clip name", p);
     }
     void InputOptions() override { log_.emplace_back("input options"); }
+    void ShowShortcuts(const std::vector<ShortcutGroup>& groups) override { shortcuts = groups; }
 
     std::deque<Text> answers;
     Text proposed;
+    std::vector<ShortcutGroup> shortcuts;
 
   private:
     std::optional<Text> Ask(const char* what, const Text& proposal) {
@@ -195,7 +200,7 @@ inline const CommandSet kEveryCommand = {
     Command::kMark,         Command::kNone,          Command::kCopyToClipEditor,
     Command::kInputOptions, Command::kClipToFile,    Command::kClipListToFile,
     Command::kImage,        Command::kRecord,        Command::kFastClip,
-    Command::kFastClipList,
+    Command::kFastClipList, Command::kShortcuts,
 };
 
 /// The shell with screens of two controls each, on the whole application, on real files and a

@@ -128,6 +128,40 @@ TEST(Shell, TheKeyboardReachesEveryControlThatHasANameAndTakesThePointer) {
                              "step second -1", "key 57", "key 187"}));
 }
 
+TEST(Shell, F1AndTheViewMenuListTheKeysOfEveryScreen) {
+    ShellDesk desk;
+    desk.missing = {kClipEditor};
+    desk.Open();
+    desk.shell.OnKeyDown(Key::kTab);
+    desk.shell.OnKeyDown(Key::kF1);
+    const std::vector<ShortcutGroup> shown = desk.dialogs.shortcuts;
+    ASSERT_EQ(shown.size(), 4U);
+    EXPECT_EQ(shown[0], (ShortcutGroup{u"Record", {{u"Enter", u"play"}, {u"1, Left", u"back"}}}));
+    EXPECT_EQ(shown[1].title, u"Editor");
+    EXPECT_EQ(shown[2].title, u"About");
+    // What the window keeps for itself is in the list, and nothing else.
+    Text own;
+    for (int code = 1; code < 256; ++code) {
+        const auto key = static_cast<Key>(code);
+        desk.shell.OnKeyDown(Key::kTab);
+        desk.log.clear();
+        desk.shell.OnKeyDown(key);
+        desk.shell.OnKeyUp(key);
+        if (desk.log != Log{Format("key %d", code)}) own += NameOf(key) + u" ";
+    }
+    EXPECT_EQ(own, u"Tab Escape Space F1 + - Record key of the device ");
+    Text listed;
+    for (const Shortcut& line : shown[3].shortcuts)
+        listed += line.keys + u" ";
+    EXPECT_EQ(listed, u"Tab, Shift+Tab Space +, - Escape Record key of the device F1 ");
+
+    desk.dialogs.shortcuts.clear();
+    EXPECT_EQ(desk.window.menus.menus[3].items.back().command, Command::kShortcuts);
+    EXPECT_TRUE(desk.Item(Command::kShortcuts).enabled);
+    EXPECT_TRUE(desk.Run(Command::kShortcuts));
+    EXPECT_EQ(desk.dialogs.shortcuts, shown);
+}
+
 TEST(Shell, TheRecordKeyOfTheHardwareActsWhenItIsLetGo) {
     ShellDesk desk;
     desk.Open();
