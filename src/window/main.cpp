@@ -63,7 +63,6 @@ int main(int count, char** values) {
     QtSignalWatch::Block();
     QApplication application(count, values);
     QApplication::setApplicationName("orma-edit");
-    QApplication::setApplicationDisplayName("Orma Edit");
     QApplication::setApplicationVersion(ORMA_VERSION);
     QApplication::setQuitOnLastWindowClosed(false);
     InstallAccessiblePage();

@@ -50,6 +50,7 @@ PageWidget::PageWidget(PageClient& client, Size size, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setFixedSize(size.width, size.height);
+    window()->installEventFilter(this);
 }
 
 void PageWidget::Changed(const Rect& changed) {
@@ -136,6 +137,13 @@ void PageWidget::TellToggles(const Rect& changed) {
     }
 }
 
+// A box takes the pointer away: that the button is let go is told to nobody then.
+bool PageWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked && std::exchange(held_, false) && !pressing_)
+        client_.LeftUp(place_);
+    return QWidget::eventFilter(watched, event);
+}
+
 bool PageWidget::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
     const auto& help = *static_cast<QHelpEvent*>(event);
@@ -170,21 +178,26 @@ void PageWidget::paintEvent(QPaintEvent* event) {
 }
 
 void PageWidget::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
-        client_.LeftDown(PlaceOf(*event));
-    else if (event->button() == Qt::RightButton)
-        client_.RightDown(PlaceOf(*event));
+    if (event->button() == Qt::RightButton) client_.RightDown(PlaceOf(*event));
+    if (event->button() != Qt::LeftButton) return;
+    place_ = PlaceOf(*event);
+    held_ = true;
+    pressing_ = true;
+    client_.LeftDown(place_);
+    pressing_ = false;
+    if (!held_) client_.LeftUp(place_);
 }
 
 void PageWidget::mouseMoveEvent(QMouseEvent* event) {
-    if ((event->buttons() & Qt::LeftButton) != 0) client_.Moved(PlaceOf(*event));
+    if ((event->buttons() & Qt::LeftButton) == 0 || !held_) return;
+    place_ = PlaceOf(*event);
+    client_.Moved(place_);
 }
 
 void PageWidget::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
+    if (event->button() == Qt::RightButton) client_.RightUp(PlaceOf(*event));
+    if (event->button() == Qt::LeftButton && std::exchange(held_, false))
         client_.LeftUp(PlaceOf(*event));
-    else if (event->button() == Qt::RightButton)
-        client_.RightUp(PlaceOf(*event));
 }
 
 void PageWidget::keyPressEvent(QKeyEvent* event) {

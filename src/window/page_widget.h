@@ -46,6 +46,7 @@ class PageWidget : public QWidget {
 
   protected:
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
@@ -61,6 +62,9 @@ class PageWidget : public QWidget {
     PageClient& client_;
     QRegion unseen_;  // changed and not yet painted
     bool painting_ = false;
+    bool held_ = false;      // the left button
+    bool pressing_ = false;  // a press is being carried out
+    Point place_;            // of the pointer while the button is held
     QRect focus_;
     bool heldBack_ = false;
     std::map<const Win*, bool> told_;  // the toggles' state that helpers of the desktop know

@@ -3,11 +3,13 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QApplication>
+#include <QDialog>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QWindow>
 #include <string>
 
@@ -103,7 +105,10 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
     Win* Focused() override { return nullptr; }
     void BeforePaint() override { ++frames_; }
     void Log(const char* what, Point at) { log_ += Format("%s %d,%d ", what, at.x, at.y); }
-    void LeftDown(Point at) override { Log("down", at); }
+    void LeftDown(Point at) override {
+        Log("down", at);
+        if (onPress_) onPress_();
+    }
     void LeftUp(Point at) override { Log("up", at); }
     void Moved(Point at) override { Log("move", at); }
     void RightDown(Point at) override { Log("right", at); }
@@ -129,6 +134,7 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
     Pointer pointer_;
     Scene scene_{skin_, canvas_, pointer_, {}};
     std::string log_;
+    std::function<void()> onPress_;
     int frames_ = 0;
     MenuBar opening_;
     std::vector<std::unique_ptr<Win>> controls_;
@@ -192,6 +198,27 @@ TEST_F(PageTest, PointerAndKeysReachTheClientAsItsOwn) {
     log_.clear();
     Key(QEvent::KeyPress, Qt::Key_Tab);
     EXPECT_EQ(log_, "09 ");
+}
+
+TEST_F(PageTest, ABoxThatTakesThePointerAwayLetsTheButtonGo) {
+    page_.show();
+    QDialog box(&page_);
+    const auto ask = [&] {
+        QTimer::singleShot(0, &box, &QDialog::accept);
+        box.exec();
+        log_ += "told ";
+    };
+    onPress_ = ask;  // the press itself fails and says so
+    Mouse(QEvent::MouseButtonPress, {7, 3}, Qt::LeftButton, Qt::LeftButton);
+    onPress_ = nullptr;
+    EXPECT_EQ(log_, "down 7,3 told up 7,3 ");
+    log_.clear();
+    Mouse(QEvent::MouseButtonPress, {8, 4}, Qt::LeftButton, Qt::LeftButton);
+    Mouse(QEvent::MouseMove, {9, 4}, Qt::NoButton, Qt::LeftButton);
+    ask();  // something else fails meanwhile
+    Mouse(QEvent::MouseMove, {20, 4}, Qt::NoButton, Qt::LeftButton);
+    Mouse(QEvent::MouseButtonRelease, {20, 4}, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(log_, "down 8,4 move 9,4 up 9,4 told ");
 }
 
 TEST_F(PageTest, EveryControlWithALabelIsSeenByHelpersOfTheDesktop) {
