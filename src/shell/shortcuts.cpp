@@ -24,7 +24,7 @@ ShortcutGroup ShortcutsOfWindow() {
              {NameOf(Key::kSpace), u"Press the control that is framed"},
              {names(Key::kPlus, Key::kMinus), u"Turn the control that is framed"},
              {NameOf(Key::kEscape), u"No control is framed any more"},
-             {NameOf(Key::kRecordButton), u"Record; stop what is recorded or played"},
+             {NameOf(Key::kRecordButton), u"Of the device: record, or stop what runs"},
              {NameOf(Key::kF1), u"This list"}}};
 }
 

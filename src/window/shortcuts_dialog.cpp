@@ -2,6 +2,7 @@
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -9,7 +10,8 @@ namespace orma {
 namespace {
 
 constexpr const char* kName = "shortcuts";
-constexpr QSize kSize{520, 600};
+constexpr QSize kSize{540, 680};
+constexpr int kGap = 8;  // between the window and the list beside it
 
 QString Shown(const Text& text) {
     return QString::fromStdU16String(text);
@@ -46,13 +48,18 @@ ShortcutsDialog::ShortcutsDialog(QWidget* parent, const std::vector<ShortcutGrou
             new QTreeWidgetItem(heading, {Shown(shortcut.keys), Shown(shortcut.does)});
     }
     list->expandAll();
-    list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list->setWordWrap(true);
+    list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* const column = new QVBoxLayout(this);
     column->addWidget(list);
     column->addWidget(buttons);
-    resize(kSize);
+    const QRect room = screen()->availableGeometry();
+    resize(kSize.boundedTo(room.size()));
+    if (parent == nullptr) return;
+    const QRect beside(parent->frameGeometry().topRight() + QPoint(kGap, 0), size());
+    if (room.contains(beside)) move(beside.topLeft());
 }
 
 }  // namespace orma

@@ -54,14 +54,14 @@ def layout(folder=None):
 class Window:
     """A running orma-edit. Leaves it by closing it, and fails when it does not end well."""
 
-    def __init__(self, environment, home, *arguments, skin=None, scale=2):
+    def __init__(self, environment, home, *arguments, skin=None, scale=2, covered=()):
         self.environment = environment
         self.elements = layout(skin)
         self.scale = scale
         self.program = subprocess.Popen([EDIT, "--home", str(home), *map(str, arguments)],
                                         env=environment, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, text=True)
-        self.id = self.find("Orma Edit")
+        self.id = self.find("Orma Edit", others=covered)
         self.tool("windowfocus", "--sync", self.id)
 
     def tool(self, *arguments):
@@ -69,11 +69,11 @@ class Window:
                               capture_output=True, text=True, timeout=60)
         return done.stdout.strip()
 
-    def find(self, title, seconds=20):
-        """The id of the visible window with that title."""
+    def find(self, title, seconds=20, others=()):
+        """The id of the visible window with that title, `others` left out."""
         for _ in range(seconds * 10):
             found = self.tool("search", "--onlyvisible", "--name", f"^{title}$").split()
-            if found:
+            if found := [window for window in found if window not in others]:
                 return found[-1]
             if self.program.poll() is not None:
                 fail(f"orma-edit ended with {self.program.returncode}:\n"
@@ -95,6 +95,26 @@ class Window:
         self.tool("mousemove", "--window", self.id, place, 9, "click", 1)
         time.sleep(0.5)
         self.tool("key", *keys)
+        time.sleep(0.7)
+
+    def visible(self):
+        """The ids of all windows of the program."""
+        return set(self.tool("search", "--onlyvisible", "--pid", self.program.pid).split())
+
+    def choose(self, place, line):
+        """Opens the menu as `menu` does and clicks that line, counted from the last, which is 1."""
+        before = self.visible()
+        self.tool("mousemove", "--window", self.id, place, 9, "click", 1)
+        for _ in range(50):
+            time.sleep(0.1)
+            if popup := self.visible() - before:
+                break
+        else:
+            fail("no menu opened")
+        popup = popup.pop()
+        _, _, width, height = self.geometry(popup)
+        self.tool("mousemove", "--window", popup, width // 2, height - 12 - (line - 1) * 22,
+                  "click", 1)
         time.sleep(0.7)
 
     def page_place(self, element):

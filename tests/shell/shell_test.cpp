@@ -149,11 +149,11 @@ TEST(Shell, F1AndTheViewMenuListTheKeysOfEveryScreen) {
         desk.shell.OnKeyUp(key);
         if (desk.log != Log{Format("key %d", code)}) own += NameOf(key) + u" ";
     }
-    EXPECT_EQ(own, u"Tab Escape Space F1 + - Record key of the device ");
+    EXPECT_EQ(own, u"Tab Escape Space F1 + - Record key ");
     Text listed;
     for (const Shortcut& line : shown[3].shortcuts)
         listed += line.keys + u" ";
-    EXPECT_EQ(listed, u"Tab, Shift+Tab Space +, - Escape Record key of the device F1 ");
+    EXPECT_EQ(listed, u"Tab, Shift+Tab Space +, - Escape Record key F1 ");
 
     desk.dialogs.shortcuts.clear();
     EXPECT_EQ(desk.window.menus.menus[3].items.back().command, Command::kShortcuts);

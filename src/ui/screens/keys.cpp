@@ -25,7 +25,7 @@ constexpr std::array<std::pair<Key, const char16_t*>, 19> kNames{{
     {Key::kF1, u"F1"},
     {Key::kPlus, u"+"},
     {Key::kMinus, u"-"},
-    {Key::kRecordButton, u"Record key of the device"},
+    {Key::kRecordButton, u"Record key"},
 }};
 
 }  // namespace

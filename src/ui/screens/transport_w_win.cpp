@@ -48,9 +48,8 @@ void TransportWWin::MakeTransportButtons(const ButtonElements& elements, bool by
 }
 
 void TransportWWin::BindTransportKeys() {
-    Bind(Key::k9, u"Record: get ready to record; while recording, set a mark",
-         [this] { PressRecord(); });
-    Bind(Key::k8, u"Play; when ready to record, begin to", [this] { PressPlay(); });
+    Bind(Key::k9, u"Get ready to record; while recording, set a mark", [this] { PressRecord(); });
+    Bind(Key::k8, u"Play; when ready to record, start recording", [this] { PressPlay(); });
     Bind(Key::k7, u"Stop; when stopped, go to where playing began or ended",
          [this] { PressStop(); });
     Bind(Key::kEnter, u"Play, or stop what runs",
