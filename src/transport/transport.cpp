@@ -170,19 +170,19 @@ void Transport::MoveTo(std::int32_t position) {
     Place(position);
 }
 
+// The player tells no place outside the recording; the screens follow to its ends all the same.
+void Transport::Place(std::int32_t position) {
+    s_.player.WavRestartPlaying(position);
+    const std::uint32_t place = s_.player.DisplayPosition();
+    if (s_.recording.cursor != place) OnPosition(place, kQuietLevel);
+}
+
 bool Transport::Edit(const EditOperation& operation) {
     if (IsCapturing() || s_.recording.length == 0) return false;
     const std::uint32_t before = s_.recording.cursor;
     (void)operation(s_.project);  // a failure is reported, and what is shown is true
     if (s_.recording.cursor != before) MoveTo(static_cast<std::int32_t>(s_.recording.cursor));
     return true;
-}
-
-// The player tells no place outside the recording; the screens follow to its ends all the same.
-void Transport::Place(std::int32_t position) {
-    s_.player.WavRestartPlaying(position);
-    const std::uint32_t place = s_.player.DisplayPosition();
-    if (s_.recording.cursor != place) OnPosition(place, kQuietLevel);
 }
 
 void Transport::Wind(TransportState direction, bool lit) {

@@ -86,14 +86,14 @@ class Transport : public RecorderListener, public PlayerListener {
     /// playing. Outside the recording it becomes its begin or end. Ignored during a take.
     void MoveTo(std::int32_t position);
 
+    /// Plays `range` of the current recording, and what NextRange then answers, on `channels`: what
+    /// playing a clip list needs. False when playing does not begin (reported).
+    [[nodiscard]] bool PlayRange(PeriodRange range, std::uint16_t channels);
+
     /// Edits the current recording at its cursor; the player follows the cursor. False when it may
     /// not be edited: there is none, or a take is recorded or drains, whose cursor and level file
     /// are the recorder's.
     [[nodiscard]] bool Edit(const EditOperation& operation);
-
-    /// Plays `range` of the current recording, and what NextRange then answers, on `channels`: what
-    /// playing a clip list needs. False when playing does not begin (reported).
-    [[nodiscard]] bool PlayRange(PeriodRange range, std::uint16_t channels);
 
     /// The state, for as long as the transport lives: the player reads it for each buffer.
     [[nodiscard]] const TransportState& State() const { return state_; }

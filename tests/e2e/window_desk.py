@@ -97,26 +97,6 @@ class Window:
         self.tool("key", *keys)
         time.sleep(0.7)
 
-    def visible(self):
-        """The ids of all windows of the program."""
-        return set(self.tool("search", "--onlyvisible", "--pid", self.program.pid).split())
-
-    def choose(self, place, line):
-        """Opens the menu as `menu` does and clicks that line, counted from the last, which is 1."""
-        before = self.visible()
-        self.tool("mousemove", "--window", self.id, place, 9, "click", 1)
-        for _ in range(50):
-            time.sleep(0.1)
-            if popup := self.visible() - before:
-                break
-        else:
-            fail("no menu opened")
-        popup = popup.pop()
-        _, _, width, height = self.geometry(popup)
-        self.tool("mousemove", "--window", popup, width // 2, height - 12 - (line - 1) * 22,
-                  "click", 1)
-        time.sleep(0.7)
-
     def page_place(self, element):
         """The middle of an element within the window, whose menu bar stands above the page."""
         x, y, w, h = self.elements[element]
@@ -133,6 +113,26 @@ class Window:
         self.tool("mousemove", "--window", self.id, x, y, "mousedown", 1)
         self.tool("mousemove", "--window", self.id, x + dx, y + dy)
         self.tool("mouseup", 1)
+
+    def visible(self):
+        """The ids of all windows of the program."""
+        return set(self.tool("search", "--onlyvisible", "--pid", self.program.pid).split())
+
+    def click_menu(self, place, line):
+        """Opens the menu as `menu` does and clicks that line, counted from the last, which is 1."""
+        before = self.visible()
+        self.tool("mousemove", "--window", self.id, place, 9, "click", 1)
+        for _ in range(50):
+            time.sleep(0.1)
+            if popup := self.visible() - before:
+                break
+        else:
+            fail("no menu opened")
+        popup = popup.pop()
+        _, _, width, height = self.geometry(popup)
+        self.tool("mousemove", "--window", popup, width // 2, height - 12 - (line - 1) * 22,
+                  "click", 1)
+        time.sleep(0.7)
 
     def picture(self, path):
         """What the display shows of the window, as a PNG file."""

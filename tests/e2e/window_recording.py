@@ -71,12 +71,12 @@ def main():
                   "playing shows nothing")
             window.key("7")
             stopped = window.picture(desk.path("stopped.png")).read_bytes()
-            window.choose(VIEW, 2)
+            window.click_menu(VIEW, 2)
             check(window.picture(desk.path("about.png")).read_bytes() != stopped,
                   "About does not open")
             window.menu(VIEW, "Down", "Down", "Return")  # the editor shows nothing that moves
             start_again(desk, environment, window)
-            window.choose(FILE, 1)
+            window.click_menu(FILE, 1)
             window.wait_end()
 
         sound = samples(take)

@@ -105,7 +105,6 @@ Text AboutWWin::Location(Text folder) const {
 std::vector<AboutWWin::Line> AboutWWin::DeviceLines(const AboutInfo& info) const {
     std::vector<Line> lines;
     if (info.freeMemory) {
-        // In KB; seven digits are the least, big machines have more.
         constexpr std::uint64_t kMost = std::numeric_limits<int>::max();
         const auto kilobytes = static_cast<int>(std::min(*info.freeMemory / 1024, kMost));
         lines.push_back({u"Main memory", info.memoryIsShort ? FormatText("%7d*", kilobytes)
