@@ -103,6 +103,7 @@ void WindowSession::LoadSkin(const WindowLook& look) {
                          static_cast<std::size_t>(image_.height));
     skin_.emplace(app_.ports.storage, bitmaps_, SkinRoot(app_.programFolder, look.client),
                   look.client, app_.settings.Orientation == kUpsideDown);
+    skin_->LoadBitmaps();
     canvas_.emplace(image_, ink_, [this](const Rect& changed) { window_.Update(changed); });
 }
 

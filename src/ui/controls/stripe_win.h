@@ -26,7 +26,8 @@ class StripeWin : public Win {
     void StepBy(int steps) override { turn_(steps); }
 
   private:
-    Point centre_;  // within the window
+    Point centre_;    // within the window
+    int bitmap_ = 0;  // its number
     std::function<void(int)> turn_;
     std::int32_t value_ = 0;
     int dragged_ = 0;  // window pixels that have become steps
