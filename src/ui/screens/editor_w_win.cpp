@@ -5,9 +5,12 @@
 
 namespace orma {
 
+// Also while a take drains behind a stop: its level file is not written yet.
 bool EditorWWin::IsCapturing() const {
     const TransportState state = s_.transport.State();
-    return state == TransportState::kRecordReady || state == TransportState::kRecording;
+    const Recorder& recorder = s_.recorder;
+    return state == TransportState::kRecordReady || state == TransportState::kRecording ||
+           recorder.IsActive() || recorder.IsSaving() || recorder.IsSavingPending();
 }
 
 // The edges of the selection are lines. It has no colour: that would hide the cuts within it.

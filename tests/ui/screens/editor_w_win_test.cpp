@@ -156,6 +156,14 @@ TEST_F(EditorDesk, ATakeGrowsInTheGraphAndIsNotEditedMeanwhile) {
     screen->OnKey(Key::k9);
     EXPECT_EQ(app.recording.sheet.marks.size(), marks + 1);
     ExpectTrueImage();
+    Press('S');  // the device still holds the last of it
+    ASSERT_FALSE(app.recorder.IsClosed());
+    app.recording.length = 200;
+    screen->OnKey(Key::kInsert);
+    EXPECT_EQ(app.recording.sheet.marks.size(), marks + 1);
+    loop.RunPending();
+    EXPECT_TRUE(app.recorder.IsClosed());
+    ExpectTrueImage();
 }
 
 TEST_F(EditorDesk, BehindAnotherScreenItDrawsNothingAndIsTrueWhenItComesBack) {
