@@ -1,6 +1,7 @@
 #include "ui/screens/about_w_win.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -107,8 +108,8 @@ Text AboutWWin::Location(Text folder) const {
 std::vector<AboutWWin::Line> AboutWWin::DeviceLines(const AboutInfo& info) const {
     std::vector<Line> lines;
     if (info.freeMemory) {
-        const auto kilobytes =
-            static_cast<int>(std::min<std::uint64_t>(*info.freeMemory / 1024, 9999999));
+        constexpr std::uint64_t kMost = std::numeric_limits<int>::max();
+        const auto kilobytes = static_cast<int>(std::min(*info.freeMemory / 1024, kMost));
         lines.push_back({u"Main memory", info.memoryIsShort ? FormatText("%7d*", kilobytes)
                                                             : FormatText("%7d ", kilobytes)});
     }
