@@ -81,7 +81,7 @@ class RecordWWin : public WWin {
     void OnTransportState(TransportState state, const LitButtons& lit) override;
     void OnMarkText(const Text& text, std::uint32_t periods) override;
     void OnLevel(std::uint8_t level) override;
-    void OnSavingStarted() override { warnings_.TakeBegins(s_.recorder.LostFrames()); }
+    void OnSavingStarted() override;
     void OnSavedPeriods(std::uint32_t count) override;
     void OnTimeLeftChanged() override;
     void OnClosed() override;

@@ -67,14 +67,9 @@ void RecordWWin::MakeButtons() {
          u"Wind ahead; on an edge of a cut or selection, move the edge ahead", u"5"},
     };
     for (const Button& button : buttons) {
-        const bool acknowledges =
-            button.element == Element::Stop || button.element == Element::Record;
         const auto press = button.press;
-        auto control = std::make_unique<ToggleButtonWin>(OwnScene(), button.element,
-                                                         [this, press, acknowledges](bool lit) {
-                                                             if (acknowledges) Acknowledge();
-                                                             press(s_.transport, lit);
-                                                         });
+        auto control = std::make_unique<ToggleButtonWin>(
+            OwnScene(), button.element, [this, press](bool lit) { press(s_.transport, lit); });
         control->SetLabel({ControlRole::kToggle, button.name, button.hint, Shortcut(button.digit)});
         this->*button.place = Add(std::move(control));
     }
