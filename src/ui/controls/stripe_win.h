@@ -24,6 +24,7 @@ class StripeWin : public Win {
     void Press() override { dragged_ = 0; }
     void Drag() override;
     void StepBy(int steps) override { turn_(steps); }
+    void OnWheel(Point /*at*/, int steps, bool /*sideways*/) override { turn_(steps); }
 
   private:
     Point centre_;    // within the window

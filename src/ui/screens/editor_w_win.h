@@ -71,6 +71,7 @@ class EditorWWin : public WWin {
   private:
     // editor_w_win.cpp
     [[nodiscard]] bool IsCapturing() const;
+    [[nodiscard]] bool IsSelectionEdited() const;
     [[nodiscard]] GraphSource Source() const;
     void GoTo(std::int64_t position);
     void ZoomIn() { graph_->ZoomIn(); }
@@ -95,6 +96,7 @@ class EditorWWin : public WWin {
     ExternalLevel externalLevel_;
     Text shownPath_;  // of the recording that the graph's view belongs to
     CutButtonLooks looks_;
+    bool selectionShown_ = false;
     std::uint32_t markPeriods_ = 0;  // for which the mark's text still stands
 
     ToggleButtonWin* stop_ = nullptr;
