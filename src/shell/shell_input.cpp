@@ -31,6 +31,12 @@ void Shell::OnLeftUp(Point at) {
     if (Win* const control = std::exchange(captured_, nullptr)) control->Release();
 }
 
+void Shell::OnWheel(Point at, int steps, bool sideways) {
+    WWin* const screen = Current();
+    if (pressed_ || screen == nullptr) return;
+    if (Win* const control = screen->HitTest(at)) control->OnWheel(at, steps, sideways);
+}
+
 void Shell::OnRightDown(Point at) {
     if (WWin* screen = Current()) screen->RightDown(at);
 }

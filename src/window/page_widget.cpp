@@ -1,12 +1,15 @@
 #include "window/page_widget.h"
 
 #include <QAccessible>
+#include <QGestureEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QToolTip>
+#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 
@@ -19,9 +22,19 @@ QRect QtRect(const Rect& rect) {
     return {rect.x, rect.y, rect.w, rect.h};
 }
 
+Point PlaceOf(QPointF at) {
+    return {static_cast<int>(std::floor(at.x())), static_cast<int>(std::floor(at.y()))};
+}
+
 Point PlaceOf(const QMouseEvent& event) {
-    return {static_cast<int>(std::floor(event.position().x())),
-            static_cast<int>(std::floor(event.position().y()))};
+    return PlaceOf(event.position());
+}
+
+/// Takes the whole notches out of what has gathered.
+int TakeNotches(int& gathered) {
+    const int notches = gathered / QWheelEvent::DefaultDeltasPerStep;
+    gathered %= QWheelEvent::DefaultDeltasPerStep;
+    return notches;
 }
 
 /// That part of the picture with the opaque pixels that every display understands.
@@ -50,6 +63,7 @@ PageWidget::PageWidget(PageClient& client, Size size, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setFixedSize(size.width, size.height);
+    grabGesture(Qt::PinchGesture);
 }
 
 void PageWidget::Changed(const Rect& changed) {
@@ -136,7 +150,21 @@ void PageWidget::TellToggles(const Rect& changed) {
     }
 }
 
+/// A touchpad tells the spread since the last event, a touch screen by a gesture.
 bool PageWidget::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture) {
+        const auto& native = *static_cast<QNativeGestureEvent*>(event);
+        if (native.gestureType() != Qt::ZoomNativeGesture) return QWidget::event(event);
+        Pinched(native.position(), 1 + native.value());
+        return true;
+    }
+    if (event->type() == QEvent::Gesture) {
+        const auto* const pinch = static_cast<QPinchGesture*>(
+            static_cast<QGestureEvent*>(event)->gesture(Qt::PinchGesture));
+        if (pinch == nullptr) return QWidget::event(event);
+        Pinched(mapFromGlobal(pinch->centerPoint()), pinch->scaleFactor());
+        return true;
+    }
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
     const auto& help = *static_cast<QHelpEvent*>(event);
     const Win* control = ControlAt({help.pos().x(), help.pos().y()});
@@ -185,6 +213,25 @@ void PageWidget::mouseReleaseEvent(QMouseEvent* event) {
         client_.LeftUp(PlaceOf(*event));
     else if (event->button() == Qt::RightButton)
         client_.RightUp(PlaceOf(*event));
+}
+
+void PageWidget::wheelEvent(QWheelEvent* event) {
+    // To the left is positive. Shift lays an upright wheel on its side.
+    const QPoint by = event->angleDelta();
+    const bool laid = (event->modifiers() & Qt::ShiftModifier) != 0 && by.x() == 0;
+    turned_ += laid ? by.transposed() : by;
+    const Point at = PlaceOf(event->position());
+    if (const int across = TakeNotches(turned_.rx())) client_.Wheel(at, -across, true);
+    if (const int away = TakeNotches(turned_.ry())) client_.Wheel(at, away, false);
+    event->accept();
+}
+
+void PageWidget::Pinched(QPointF at, double times) {
+    if (!(times > 0)) return;
+    spread_ += std::log2(times);
+    const double doublings = std::trunc(spread_);
+    spread_ -= doublings;
+    if (doublings != 0) client_.Wheel(PlaceOf(at), static_cast<int>(doublings), false);
 }
 
 void PageWidget::keyPressEvent(QKeyEvent* event) {
