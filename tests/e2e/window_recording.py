@@ -46,7 +46,7 @@ def main():
                   "playing shows nothing")
             window.key("7")
             stopped = window.picture(desk.path("stopped.png")).read_bytes()
-            window.menu(207, "Up", "Return")
+            window.choose("View", "Up", "Return")
             check(window.picture(desk.path("about.png")).read_bytes() != stopped,
                   "About does not open")
             window.program.terminate()
