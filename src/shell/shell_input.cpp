@@ -33,8 +33,11 @@ void Shell::OnLeftUp(Point at) {
 
 void Shell::OnWheel(Point at, int steps, bool sideways) {
     WWin* const screen = Current();
-    if (pressed_ || screen == nullptr) return;
-    if (Win* const control = screen->HitTest(at)) control->OnWheel(at, steps, sideways);
+    if (screen == nullptr) return;
+    Win* const control = screen->HitTest(at);
+    // Of two fingers that spread, the first one holds the control already.
+    if (control != nullptr && (!pressed_ || control == captured_))
+        control->OnWheel(at, steps, sideways);
 }
 
 void Shell::OnRightDown(Point at) {

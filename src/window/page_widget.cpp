@@ -162,7 +162,10 @@ bool PageWidget::event(QEvent* event) {
         const auto* const pinch = static_cast<QPinchGesture*>(
             static_cast<QGestureEvent*>(event)->gesture(Qt::PinchGesture));
         if (pinch == nullptr) return QWidget::event(event);
-        Pinched(mapFromGlobal(pinch->centerPoint()), pinch->scaleFactor());
+        // Told again for each finger, so what counts is the whole.
+        if (pinch->state() == Qt::GestureStarted) pinch_ = 1;
+        const double before = std::exchange(pinch_, pinch->totalScaleFactor());
+        Pinched(mapFromGlobal(pinch->centerPoint()), pinch_ / before);
         return true;
     }
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
@@ -227,7 +230,7 @@ void PageWidget::wheelEvent(QWheelEvent* event) {
 }
 
 void PageWidget::Pinched(QPointF at, double times) {
-    if (!(times > 0)) return;
+    if (!(times > 0) || !std::isfinite(times)) return;
     spread_ += std::log2(times);
     const double doublings = std::trunc(spread_);
     spread_ -= doublings;

@@ -69,6 +69,7 @@ class PageWidget : public QWidget {
     bool heldBack_ = false;
     QPoint turned_;                    // of the wheel, eighths of a degree that are no notch yet
     double spread_ = 0;                // of two fingers, doublings that are no notch yet
+    double pinch_ = 1;                 // times that the gesture on a touch screen has spread so far
     std::map<const Win*, bool> told_;  // the toggles' state that helpers of the desktop know
 };
 
