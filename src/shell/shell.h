@@ -82,6 +82,7 @@ class Shell : public ScreenHost, public TransportListener {
     void OnLeftDown(Point at);
     void OnPointerMove(Point at);
     void OnLeftUp(Point at);
+    void OnWheel(Point at, int steps, bool sideways);
     void OnRightDown(Point at);
     void OnRightUp(Point at);
 

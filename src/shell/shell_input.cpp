@@ -31,6 +31,15 @@ void Shell::OnLeftUp(Point at) {
     if (Win* const control = std::exchange(captured_, nullptr)) control->Release();
 }
 
+void Shell::OnWheel(Point at, int steps, bool sideways) {
+    WWin* const screen = Current();
+    if (screen == nullptr) return;
+    Win* const control = screen->HitTest(at);
+    // Of two fingers that spread, the first one holds the control already.
+    if (control != nullptr && (!pressed_ || control == captured_))
+        control->OnWheel(at, steps, sideways);
+}
+
 void Shell::OnRightDown(Point at) {
     if (WWin* screen = Current()) screen->RightDown(at);
 }

@@ -165,9 +165,15 @@ void Transport::GoToStopPlace() {
 void Transport::MoveTo(std::int32_t position) {
     if (IsCapturing()) return;
     // Picked while something plays, a place has the end that it would have had from the start.
-    if (state_ == TransportState::kPlaying)
+    if (state_ == TransportState::kPlaying || state_ == TransportState::kDragging)
         s_.player.SetRange(RangeAt(static_cast<std::uint32_t>(std::max(position, 0))));
     Place(position);
+}
+
+void Transport::Drag(bool on) {
+    const TransportState from = on ? TransportState::kPlaying : TransportState::kDragging;
+    const TransportState to = on ? TransportState::kDragging : TransportState::kPlaying;
+    if (state_ == from) SetTransportState(to);
 }
 
 // The player tells no place outside the recording; the screens follow to its ends all the same.

@@ -58,8 +58,8 @@ struct TransportServices {
 /// States 1 and 2 fall to 0 by themselves when the recorder stops: budget used up, writer
 /// unhealthy, input lost. 3, 4 and 5 do when everything was heard, the end or the beginning was
 /// reached, the output is lost, or somebody stops the player. What is not listed does nothing: the
-/// winding and mark buttons never disturb a take, and the mark buttons are for a stopped tape. No
-/// button leads to kDragging.
+/// winding and mark buttons never disturb a take, and the mark buttons are for a stopped tape. Only
+/// Drag leads from 3 to kDragging and back; all that is said of 3 holds there, too.
 ///
 /// Handlers of lit buttons receive the look that is asked for, the opposite of the present one; a
 /// press of Play or of a winding button that is lit asks for nothing.
@@ -85,6 +85,10 @@ class Transport : public RecorderListener, public PlayerListener {
     /// A place was picked on graph or scroll bar, or editing has moved the cursor; also while
     /// playing. Outside the recording it becomes its begin or end. Ignored during a take.
     void MoveTo(std::int32_t position);
+
+    /// A control takes hold of the place of what is played, to move it with every turn of the
+    /// pointer, or lets it go: meanwhile each place is shown at once. Nothing unless it plays.
+    void Drag(bool on);
 
     /// Plays `range` of the current recording, and what NextRange then answers, on `channels`: what
     /// playing a clip list needs. False when playing does not begin (reported).

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
+#include <QIcon>
 #include <cstdio>
 
 #include "platform/qt/local_instance.h"
@@ -57,6 +58,14 @@ Arguments Parse(const QApplication& application) {
     return arguments;
 }
 
+/// What the window bears on the desktop. Wayland takes it from the desktop entry instead.
+QIcon Icon() {
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128})
+        icon.addFile(QString(":/icon/%1.png").arg(size));
+    return icon;
+}
+
 }  // namespace
 
 int main(int count, char** values) {
@@ -64,6 +73,8 @@ int main(int count, char** values) {
     QApplication application(count, values);
     QApplication::setApplicationName("orma-edit");
     QApplication::setApplicationVersion(ORMA_VERSION);
+    QApplication::setDesktopFileName("orma-edit");
+    QApplication::setWindowIcon(Icon());
     QApplication::setQuitOnLastWindowClosed(false);
     InstallAccessiblePage();
 

@@ -1,12 +1,15 @@
 #include "window/page_widget.h"
 
 #include <QAccessible>
+#include <QGestureEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QToolTip>
+#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 
@@ -19,9 +22,19 @@ QRect QtRect(const Rect& rect) {
     return {rect.x, rect.y, rect.w, rect.h};
 }
 
+Point PlaceOf(QPointF at) {
+    return {static_cast<int>(std::floor(at.x())), static_cast<int>(std::floor(at.y()))};
+}
+
 Point PlaceOf(const QMouseEvent& event) {
-    return {static_cast<int>(std::floor(event.position().x())),
-            static_cast<int>(std::floor(event.position().y()))};
+    return PlaceOf(event.position());
+}
+
+/// Takes the whole notches out of what has gathered.
+int TakeNotches(int& gathered) {
+    const int notches = gathered / QWheelEvent::DefaultDeltasPerStep;
+    gathered %= QWheelEvent::DefaultDeltasPerStep;
+    return notches;
 }
 
 /// That part of the picture with the opaque pixels that every display understands.
@@ -51,6 +64,7 @@ PageWidget::PageWidget(PageClient& client, Size size, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setFixedSize(size.width, size.height);
     window()->installEventFilter(this);
+    grabGesture(Qt::PinchGesture);
 }
 
 void PageWidget::Changed(const Rect& changed) {
@@ -144,7 +158,24 @@ bool PageWidget::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
+/// A touchpad tells the spread since the last event, a touch screen by a gesture.
 bool PageWidget::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture) {
+        const auto& native = *static_cast<QNativeGestureEvent*>(event);
+        if (native.gestureType() != Qt::ZoomNativeGesture) return QWidget::event(event);
+        Pinched(native.position(), 1 + native.value());
+        return true;
+    }
+    if (event->type() == QEvent::Gesture) {
+        const auto* const pinch = static_cast<QPinchGesture*>(
+            static_cast<QGestureEvent*>(event)->gesture(Qt::PinchGesture));
+        if (pinch == nullptr) return QWidget::event(event);
+        // Told again for each finger, so what counts is the whole.
+        if (pinch->state() == Qt::GestureStarted) pinch_ = 1;
+        const double before = std::exchange(pinch_, pinch->totalScaleFactor());
+        Pinched(mapFromGlobal(pinch->centerPoint()), pinch_ / before);
+        return true;
+    }
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
     const auto& help = *static_cast<QHelpEvent*>(event);
     const Win* control = ControlAt({help.pos().x(), help.pos().y()});
@@ -198,6 +229,25 @@ void PageWidget::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::RightButton) client_.RightUp(PlaceOf(*event));
     if (event->button() == Qt::LeftButton && std::exchange(held_, false))
         client_.LeftUp(PlaceOf(*event));
+}
+
+void PageWidget::wheelEvent(QWheelEvent* event) {
+    // To the left is positive. Shift lays an upright wheel on its side.
+    const QPoint by = event->angleDelta();
+    const bool laid = (event->modifiers() & Qt::ShiftModifier) != 0 && by.x() == 0;
+    turned_ += laid ? by.transposed() : by;
+    const Point at = PlaceOf(event->position());
+    if (const int across = TakeNotches(turned_.rx())) client_.Wheel(at, -across, true);
+    if (const int away = TakeNotches(turned_.ry())) client_.Wheel(at, away, false);
+    event->accept();
+}
+
+void PageWidget::Pinched(QPointF at, double times) {
+    if (!(times > 0) || !std::isfinite(times)) return;
+    spread_ += std::log2(times);
+    const double doublings = std::trunc(spread_);
+    spread_ -= doublings;
+    if (doublings != 0) client_.Wheel(PlaceOf(at), static_cast<int>(doublings), false);
 }
 
 void PageWidget::keyPressEvent(QKeyEvent* event) {

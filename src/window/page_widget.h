@@ -52,12 +52,16 @@ class PageWidget : public QWidget {
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
 
   private:
     void TellToggles(const Rect& changed);
+
+    /// Two fingers have spread to so many times their distance.
+    void Pinched(QPointF at, double times);
 
     PageClient& client_;
     QRegion unseen_;  // changed and not yet painted
@@ -67,6 +71,9 @@ class PageWidget : public QWidget {
     Point place_;            // of the pointer while the button is held
     QRect focus_;
     bool heldBack_ = false;
+    QPoint turned_;                    // of the wheel, eighths of a degree that are no notch yet
+    double spread_ = 0;                // of two fingers, doublings that are no notch yet
+    double pinch_ = 1;                 // times that the gesture on a touch screen has spread so far
     std::map<const Win*, bool> told_;  // the toggles' state that helpers of the desktop know
 };
 

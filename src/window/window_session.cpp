@@ -44,7 +44,7 @@ Text SkinRoot(const Text& programFolder, Size client) {
         return QDir(QString::fromStdU16String(SkinFolder(root, client))).exists();
     };
     const Text shipped =
-        (QCoreApplication::applicationDirPath() + QStringLiteral("/../skin/")).toStdU16String();
+        (QCoreApplication::applicationDirPath() + QStringLiteral("/../share/orma-edit/skin/")).toStdU16String();
     return !exists(programFolder) && exists(shipped) ? shipped : programFolder;
 }
 
@@ -108,6 +108,7 @@ void WindowSession::LoadSkin(const WindowLook& look) {
                          static_cast<std::size_t>(image_.height));
     skin_.emplace(app_.ports.storage, bitmaps_, SkinRoot(app_.programFolder, look.client),
                   look.client, app_.settings.Orientation == kUpsideDown);
+    skin_->LoadBitmaps();
     canvas_.emplace(image_, ink_, [this](const Rect& changed) { window_.Update(changed); });
 }
 

@@ -97,6 +97,14 @@ class Window:
         self.tool("key", *keys)
         time.sleep(0.7)
 
+    def choose(self, title, *keys):
+        """Opens a menu by its title, whatever the font; keys choose within. Of all but the first
+        menu the first line is chosen already."""
+        self.tool("mousemove", "--window", self.id, 14, 9, "click", 1)
+        time.sleep(0.5)
+        self.tool("key", *["Right"] * ["File", "Publish", "Edit", "View"].index(title), *keys)
+        time.sleep(0.7)
+
     def page_place(self, element):
         """The middle of an element within the window, whose menu bar stands above the page."""
         x, y, w, h = self.elements[element]
@@ -104,9 +112,10 @@ class Window:
         bar = self.geometry()[3] - page
         return int((x + w / 2) * self.scale), int((y + h / 2) * self.scale) + bar
 
-    def click(self, element):
+    def click(self, element, aside=0):
+        """In the middle, or so many design pixels right of it."""
         x, y = self.page_place(element)
-        self.tool("mousemove", "--window", self.id, x, y, "click", 1)
+        self.tool("mousemove", "--window", self.id, int(x + aside * self.scale), y, "click", 1)
 
     def drag(self, element, dx, dy):
         x, y = self.page_place(element)
@@ -139,7 +148,7 @@ class Window:
         x, y, width, height = self.geometry()
         tool("ffmpeg", "-y", "-v", "error", "-f", "x11grab", "-draw_mouse", "0", "-video_size",
              f"{width}x{height}", "-i", f"{self.environment['DISPLAY']}+{x},{y}", "-frames:v", "1",
-             path)
+             "-pred", "mixed", "-compression_level", "100", path)
         return path
 
     def wait_end(self, seconds=30):

@@ -39,6 +39,10 @@ class TestControl : public Win {
         const Point by = scene_.pointer.offset;
         log_.push_back(Format("drag %s %d,%d", name_.c_str(), by.x, by.y));
     }
+    void OnWheel(Point at, int steps, bool sideways) override {
+        log_.push_back(Format("%s %s %d,%d %d", sideways ? "across" : "wheel", name_.c_str(), at.x,
+                              at.y, steps));
+    }
     void StepBy(int steps) override { log_.push_back(Format("step %s %d", name_.c_str(), steps)); }
 
     std::function<void()> onPress;

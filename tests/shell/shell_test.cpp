@@ -70,11 +70,14 @@ TEST(Shell, ThePointerBelongsToTheControlThatItPressed) {
     desk.shell.OnLeftDown({25, 5});
     EXPECT_TRUE(desk.window.captured);
     desk.shell.OnLeftDown({5, 5});
+    desk.shell.OnWheel({5, 5}, 1, false);
+    desk.shell.OnWheel({25, 5}, 1, false);
     desk.shell.OnPointerMove({30, -100});
     desk.shell.OnLeftUp({30, -100});
     EXPECT_FALSE(desk.window.captured);
     desk.shell.OnPointerMove({31, 0});
-    EXPECT_EQ(desk.log, (Log{"press second", "drag second 5,-105", "release second"}));
+    EXPECT_EQ(desk.log,
+              (Log{"press second", "wheel second 25,5 1", "drag second 5,-105", "release second"}));
 
     desk.log.clear();
     desk.shell.OnLeftDown({100, 100});  // where no control is
@@ -82,7 +85,9 @@ TEST(Shell, ThePointerBelongsToTheControlThatItPressed) {
     desk.shell.OnLeftUp({5, 5});
     desk.shell.OnRightDown({1, 2});
     desk.shell.OnRightUp({3, 4});
-    EXPECT_EQ(desk.log, (Log{"right down 1,2", "right up 3,4"}));
+    desk.shell.OnWheel({100, 100}, 1, false);
+    desk.shell.OnWheel({25, 5}, -2, true);
+    EXPECT_EQ(desk.log, (Log{"right down 1,2", "right up 3,4", "across second 25,5 -2"}));
 }
 
 TEST(Shell, AControlOfAScreenThatWasLeftIsNotReleased) {

@@ -4,12 +4,16 @@
 #include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QDialog>
+#include <QGestureEvent>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPointingDevice>
 #include <QTimer>
+#include <QWheelEvent>
 #include <QWindow>
 #include <string>
 
@@ -111,6 +115,10 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
     }
     void LeftUp(Point at) override { Log("up", at); }
     void Moved(Point at) override { Log("move", at); }
+    void Wheel(Point at, int steps, bool sideways) override {
+        Log(sideways ? "across" : "wheel", at);
+        log_ += std::to_string(steps) + " ";
+    }
     void RightDown(Point at) override { Log("right", at); }
     void RightUp(Point at) override { Log("let", at); }
     void KeyDown(orma::Key key, bool shift) override {
@@ -219,6 +227,45 @@ TEST_F(PageTest, ABoxThatTakesThePointerAwayLetsTheButtonGo) {
     Mouse(QEvent::MouseMove, {20, 4}, Qt::NoButton, Qt::LeftButton);
     Mouse(QEvent::MouseButtonRelease, {20, 4}, Qt::LeftButton, Qt::NoButton);
     EXPECT_EQ(log_, "down 8,4 move 9,4 up 9,4 told ");
+}
+
+TEST_F(PageTest, WheelAndTouchpadTellWholeNotches) {
+    const auto turn = [&](QPoint by, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QWheelEvent event({5.5, 6}, page_.mapToGlobal(QPointF(5.5, 6)), {}, by, Qt::NoButton,
+                          modifiers, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&page_, &event);
+    };
+    turn({0, 120});
+    turn({0, -90});
+    turn({0, -90});  // a fine wheel
+    turn({0, -60});
+    turn({240, 0});
+    turn({0, -120}, Qt::ShiftModifier);
+    EXPECT_EQ(log_, "wheel 5,6 1 wheel 5,6 -1 wheel 5,6 -1 across 5,6 -2 across 5,6 1 ");
+
+    log_.clear();
+    const auto spread = [&](double value, Qt::NativeGestureType type = Qt::ZoomNativeGesture) {
+        QNativeGestureEvent event(type, QPointingDevice::primaryPointingDevice(), 2, {7, 8}, {7, 8},
+                                  {7, 8}, value, {});
+        QCoreApplication::sendEvent(&page_, &event);
+    };
+    for (int i = 0; i < 8; ++i)
+        spread(0.1);  // 1.1 to the eighth is 2.14
+    spread(90, Qt::RotateNativeGesture);
+    spread(-0.8);
+    spread(-1);
+    EXPECT_EQ(log_, "wheel 7,8 1 wheel 7,8 -2 ");
+
+    log_.clear();
+    page_.move(0, 0);
+    QPinchGesture pinch;
+    pinch.setCenterPoint(page_.mapToGlobal(QPointF(9, 9)));
+    for (const double total : {1.6, 1.6, 2.4, 2.4, 0.5}) {
+        pinch.setTotalScaleFactor(total);
+        QGestureEvent event({&pinch});
+        QCoreApplication::sendEvent(&page_, &event);
+    }
+    EXPECT_EQ(log_, "wheel 9,9 1 wheel 9,9 -2 ");
 }
 
 TEST_F(PageTest, EveryControlWithALabelIsSeenByHelpersOfTheDesktop) {

@@ -5,12 +5,26 @@
 
 namespace orma {
 
+// Also while a take drains behind a stop: its level file is not written yet.
 bool EditorWWin::IsCapturing() const {
     const TransportState state = s_.transport.State();
-    return state == TransportState::kRecordReady || state == TransportState::kRecording;
+    const Recorder& recorder = s_.recorder;
+    return state == TransportState::kRecordReady || state == TransportState::kRecording ||
+           recorder.IsActive() || recorder.IsSaving() || recorder.IsSavingPending();
 }
 
-// The edges of the selection are lines. It has no colour: that would hide the cuts within it.
+// The selection's edges are lines. It has a colour only while its edge is to be moved: it would
+// hide the cuts within it.
+bool EditorWWin::IsSelectionEdited() const {
+    const CurrentRecording& recording = s_.recording;
+    const std::uint32_t start = recording.selectionStart;
+    const std::uint32_t end = recording.selectionEnd;
+    const bool isPart = start < end && (start > 0 || end < recording.length);
+    const bool onEdge = recording.cursor == start || recording.cursor == end;
+    return isPart && onEdge && recording.currentCut < 0 &&
+           s_.transport.State() == TransportState::kStopped && !IsCapturing();
+}
+
 GraphSource EditorWWin::Source() const {
     const CurrentRecording& recording = s_.recording;
     const bool recorded = s_.transport.State() == TransportState::kRecording;
@@ -19,6 +33,8 @@ GraphSource EditorWWin::Source() const {
     source.marks = recording.sheet.marks;
     source.cuts = recording.sheet.cuts;
     source.currentCut = recording.currentCut;
+    source.selectionFlag = IsSelectionEdited();
+    if (source.selectionFlag) source.selection = {recording.selectionStart, recording.selectionEnd};
     source.rangeStart = recording.selectionStart;
     source.rangeEnd = recording.selectionEnd;
     source.position =
@@ -46,6 +62,7 @@ void EditorWWin::Entered() {
 }
 
 void EditorWWin::Left() {
+    bar_->Release();
     WWin::Left();
     Host().UpdateMenus();
 }
@@ -69,6 +86,7 @@ void EditorWWin::OnTransportState(TransportState state, const LitButtons& /*lit*
             meter_->VuInit();
         else
             meter_->PresetInit();
+        if (IsEntered()) graph_->GraphSetPosition(Source().position);
     }
     ShowTimes();
     if (IsEntered()) Host().UpdateMenus();
@@ -86,6 +104,8 @@ void EditorWWin::ShowButtons() {
 
 void EditorWWin::ShowCutButtons() {
     if (!IsEntered()) return;
+    const bool edited = IsSelectionEdited();
+    if (std::exchange(selectionShown_, edited) != edited) graph_->GraphRedraw();
     const CurrentRecording& recording = s_.recording;
     CutButtonState state;
     const std::vector<RemovedRange>& cuts = recording.sheet.cuts;
@@ -96,6 +116,8 @@ void EditorWWin::ShowCutButtons() {
     state.selectionEnd = recording.selectionEnd;
     state.length = recording.length;
     state.transportState = static_cast<std::uint32_t>(s_.transport.State());
+    if (s_.transport.State() == TransportState::kDragging)
+        state.transportState = static_cast<std::uint32_t>(TransportState::kPlaying);
     const CutButtonLooks looks = IsCapturing() ? CutButtonLooks{} : UpdateCutButtons(state);
     const auto put = [](ButtonWin* button, ToggleButtonWin& beneath, ButtonLook look) {
         button->SetState(static_cast<int>(look));
@@ -116,7 +138,9 @@ void EditorWWin::OnMarkText(const Text& text, std::uint32_t periods) {
 
 void EditorWWin::OnEdgeMoved(const EdgeMove& move) {
     if (!IsEntered()) return;
-    if (move.edge == Edge::kSelectionStart) {
+    if (IsSelectionEdited()) {
+        graph_->GraphRedraw();
+    } else if (move.edge == Edge::kSelectionStart) {
         graph_->GraphMoveLine(RecGraphWin::Line::kRangeStart, move.to);
         graph_->GraphSetPosition(s_.recording.cursor);
     } else if (move.edge == Edge::kSelectionEnd) {
@@ -149,9 +173,13 @@ void EditorWWin::OnClosed() {
 
 void EditorWWin::OnPosition(std::uint32_t /*heard*/, std::uint8_t level) {
     if (IsCapturing()) return;
-    if (s_.transport.State() != TransportState::kStopped) ShowLevel(level);
+    const bool stopped = s_.transport.State() == TransportState::kStopped;
+    if (!stopped) ShowLevel(level);
     if (!IsEntered()) return;
-    graph_->GraphFollow();
+    if (stopped)
+        graph_->GraphSetPosition(s_.recording.cursor);
+    else
+        graph_->GraphFollow();
     ShowTimes();
     ShowCutButtons();
 }

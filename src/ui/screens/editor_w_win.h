@@ -64,6 +64,7 @@ class EditorWWin : public TransportWWin {
   private:
     // editor_w_win.cpp
     [[nodiscard]] bool IsCapturing() const;
+    [[nodiscard]] bool IsSelectionEdited() const;
     [[nodiscard]] GraphSource Source() const;
     void GoTo(std::int64_t position);
     void ZoomIn() { graph_->ZoomIn(); }
@@ -88,6 +89,7 @@ class EditorWWin : public TransportWWin {
     ExternalLevel externalLevel_;
     Text shownPath_;  // of the recording that the graph's view belongs to
     CutButtonLooks looks_;
+    bool selectionShown_ = false;
     std::uint32_t markPeriods_ = 0;  // for which the mark's text still stands
 
     NameWin* name_ = nullptr;

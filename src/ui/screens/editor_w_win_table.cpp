@@ -42,7 +42,8 @@ void EditorWWin::MakeGraph(bool redrawWholeBar) {
     auto graph = std::make_unique<RecGraphWin>(
         OwnScene(), Element::EditRecGraph,
         GraphOwner{[this] { return Source(); }, [this](std::int64_t position) { GoTo(position); },
-                   [this] { return IsCapturing(); }, [this] { name_->Paint(); }});
+                   [this] { return IsCapturing(); }, [this] { name_->Paint(); },
+                   [this](bool on) { s_.transport.Drag(on); }});
     graph->SetLabel({ControlRole::kGraph, u"Waveform",
                      u"Click to go there; at the upper edge, to the nearest mark", u"Left, Right"});
     bar_ = Add(std::make_unique<ScrollbarWin>(OwnScene(), Element::EditScrollGraph, *graph,

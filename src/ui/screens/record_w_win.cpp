@@ -77,7 +77,8 @@ void RecordWWin::OnTransportState(TransportState state, const LitButtons& /*lit*
     externalLevel_.Rest();
     meter_->SetResolutionShift(s_.audio.resolutionShift);
     if (!IsCapture(state)) warnings_.CaptureEnded();
-    if (state == TransportState::kRecordReady) warnings_.Acknowledge();  // pressed elsewhere
+    if (state == TransportState::kRecordReady) warnings_.Acknowledge();
+    if (state == TransportState::kPlaying) warnings_.PlayingBegins();
     ShowState();
     ShowWarning(false);
     ShowTime();
@@ -102,6 +103,11 @@ void RecordWWin::OnMarkText(const Text& text, std::uint32_t periods) {
 void RecordWWin::OnLevel(std::uint8_t level) {
     ShowLevel(level);
     HearInput(level);
+}
+
+void RecordWWin::OnSavingStarted() {
+    warnings_.TakeBegins(s_.recorder.LostFrames());
+    ShowWarning(false);
 }
 
 void RecordWWin::OnSavedPeriods(std::uint32_t count) {

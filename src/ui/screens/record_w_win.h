@@ -72,7 +72,7 @@ class RecordWWin : public TransportWWin {
     void OnTransportState(TransportState state, const LitButtons& lit) override;
     void OnMarkText(const Text& text, std::uint32_t periods) override;
     void OnLevel(std::uint8_t level) override;
-    void OnSavingStarted() override { warnings_.TakeBegins(s_.recorder.LostFrames()); }
+    void OnSavingStarted() override;
     void OnSavedPeriods(std::uint32_t count) override;
     void OnTimeLeftChanged() override;
     void OnClosed() override;
@@ -87,7 +87,6 @@ class RecordWWin : public TransportWWin {
 
     // record_w_win.cpp
     void ShowState();
-    void OnStopOrRecord() override { Acknowledge(); }
     void ShowTime();
     void ShowName();
     void ShowLevel(std::uint8_t level);

@@ -6,9 +6,21 @@
 
 namespace orma {
 
+namespace {
+
+Scene HeldAs(const Scene& scene) {
+    const auto page = [&](int number) { return scene.skin.ForRecorder(number); };
+    return {scene.skin,
+            scene.canvas,
+            scene.pointer,
+            {page(scene.pages.normal), page(scene.pages.pressed)}};
+}
+
+}  // namespace
+
 RecordWWin::RecordWWin(const Scene& scene, ScreenHost& host, const RecorderScreenServices& services,
                        const RecorderScreenOptions& options)
-    : TransportWWin(ScreenIndex::kRecorder, scene, host, services.transport),
+    : TransportWWin(ScreenIndex::kRecorder, HeldAs(scene), host, services.transport),
       s_(services),
       options_(options),
       turned_(scene.skin.UpsideDown()),

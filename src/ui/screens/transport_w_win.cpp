@@ -15,20 +15,14 @@ void TransportWWin::MakeTransportButtons(const ButtonElements& elements, bool by
     };
     const Button buttons[] = {
         {elements.stop, &TransportWWin::stop_,
-         [](TransportWWin& screen, bool lit) {
-             screen.OnStopOrRecord();
-             screen.transport_.Stop(lit);
-         },
-         u"Stop", u"Stop; when stopped, go to where playing began or ended", u"7"},
+         [](TransportWWin& screen, bool lit) { screen.transport_.Stop(lit); }, u"Stop",
+         u"Stop; when stopped, go to where playing began or ended", u"7"},
         {elements.play, &TransportWWin::play_,
          [](TransportWWin& screen, bool lit) { screen.transport_.Play(lit); }, u"Play",
          u"Play; when the recorder is ready, start recording", u"8"},
         {elements.record, &TransportWWin::record_,
-         [](TransportWWin& screen, bool lit) {
-             screen.OnStopOrRecord();
-             screen.transport_.Record(lit);
-         },
-         u"Record", u"Get ready to record; while recording, set a mark", u"9"},
+         [](TransportWWin& screen, bool lit) { screen.transport_.Record(lit); }, u"Record",
+         u"Get ready to record; while recording, set a mark", u"9"},
         {elements.rewind, &TransportWWin::rewind_,
          [](TransportWWin& screen, bool lit) { screen.transport_.Rewind(lit); }, u"Rewind",
          u"Wind back; on an edge of a cut or selection, move the edge back", u"2"},

@@ -44,9 +44,6 @@ class TransportWWin : public WWin {
     /// Lights them, at once while the screen is entered.
     void Light(const LitButtons& lit);
 
-    /// Stop or Record is about to be pressed.
-    virtual void OnStopOrRecord() {}
-
     [[nodiscard]] ToggleButtonWin& RewindButton() { return *rewind_; }
     [[nodiscard]] ToggleButtonWin& FastForwardButton() { return *fastForward_; }
 

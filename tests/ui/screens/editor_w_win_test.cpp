@@ -99,10 +99,57 @@ TEST_F(EditorDesk, AnEdgeUnderTheCursorShowsOnTheWindingButtonsAndMoves) {
     ExpectTrueImage();
 }
 
-TEST_F(EditorDesk, ASelectionsEdgeMovesAsALine) {
+TEST_F(EditorDesk, ASelectionHasAColourWhileItsEdgeIsToBeMoved) {
+    const auto isColoured = [&] {
+        ExpectTrueImage();
+        const Colour edit = rig.skin.Colours().waveformEditCut;
+        return rig.CountOf(PixelOf(edit)) > 0;
+    };
+    EXPECT_FALSE(isColoured());
     Go(20);
+    EXPECT_TRUE(isColoured());
     screen->OnKey(Key::k5);
     EXPECT_EQ(app.recording.selectionStart, 21U);
+    EXPECT_TRUE(isColoured());
+    Go(22);
+    EXPECT_FALSE(isColoured());
+    app.recording.selectionStart = 0;
+    app.recording.selectionEnd = 400;
+    screen->Refresh();
+    Go(0);
+    EXPECT_FALSE(isColoured()) << "all of it is no part";
+}
+
+TEST_F(EditorDesk, WhoDragsTheViewHasItToHimselfWhileItPlays) {
+    Go(50);
+    Press('P');
+    Hear(8);
+    const auto position = static_cast<int>(Cursor());
+    const Rect bar = rig.skin.RectOf(Element::EditScrollGraph);
+    rig.PressAt(*screen, {bar.x + 30, bar.y + 2});
+    EXPECT_EQ(transport.State(), TransportState::kDragging);
+    rig.DragTo({bar.x + 60, bar.y + 2});
+    const Picture dragged = rig.image;
+    const Rect graph = rig.skin.RectOf(Element::EditRecGraph);
+    EXPECT_GT(static_cast<int>(Cursor()), position + 60);
+    Hear(8);
+    for (int x = graph.x; x < graph.Right(); ++x)
+        ASSERT_EQ(rig.At(x, 60), dragged.At(x, 60)) << "the graph stays under the pointer";
+    rig.Release();
+    EXPECT_EQ(transport.State(), TransportState::kPlaying);
+    Hear(8);
+    ExpectTrueImage();
+
+    rig.PressAt(*screen, {bar.x + 75, bar.y + 2});
+    EXPECT_EQ(transport.State(), TransportState::kDragging);
+    screen->Left();
+    EXPECT_EQ(transport.State(), TransportState::kPlaying) << "nobody lets it go any more";
+}
+
+TEST_F(EditorDesk, ThePlaceAtTheEndIsShownAlsoWhenTheViewHasJustBeenSet) {
+    Go(200);
+    Go(400);
+    EXPECT_EQ(Cursor(), 400U);
     ExpectTrueImage();
 }
 
