@@ -104,13 +104,8 @@ void Sheet::ScrollBar(Element element) {
                           palette_.trough);
         return;
     }
-    const QRectF thumb = bar.adjusted(0, 1, 0, -1);
-    painter_.fillRect(thumb, palette_.thumb);
-    for (double x = thumb.x() + 3; x < thumb.right() - 2;
-         x += 4) {  // a grip, however much is shown
-        painter_.fillRect(QRectF(x, thumb.y() + 2, 1, thumb.height() - 4),
-                          Mix(palette_.thumb, palette_.panel, 0.5));
-    }
+    // Plain: the program draws the ticks of marks on it.
+    painter_.fillRect(bar.adjusted(0, 1, 0, -1), palette_.thumb);
 }
 
 void Sheet::ProgressBar(Element element) {

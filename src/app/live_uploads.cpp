@@ -24,6 +24,13 @@ LiveUploads::LiveUploads(FtpClients& carriers, EventLoop& loop, ErrorReporter& r
       clients_(carriers, loop, *this),
       services_{.clients = clients_, .report = report, .patience = patience_} {}
 
+bool LiveUploads::Finish(Patience& patience) {
+    if (Wait(patience)) return true;
+    GiveUp();
+    (void)Wait(patience_);  // an upload that is given up ends at once
+    return false;
+}
+
 void LiveUploads::OnUploadEnded(const UploadOutcome& outcome) {
     last_ = outcome;
     if (outcome.IsWhole()) {

@@ -26,8 +26,13 @@ class LiveUploads : private UploadListener {
     /// false when `patience` ended before, and they go on.
     [[nodiscard]] bool Wait(Patience& patience) { return clients_.Wait(patience); }
 
-    /// Gives up what is under way. The takes stay as they are; the user is told.
+    /// Gives up what is under way. The takes stay as they are; the user is told, by the event loop
+    /// or the next Wait.
     void GiveUp() { clients_.GiveUp(); }
+
+    /// For the end of a program whose event loop has ended: as Wait, but gives up what has not
+    /// arrived when `patience` ends, and tells so. False when there was such an upload.
+    bool Finish(Patience& patience);
 
     /// How the last upload ended; none before the first.
     [[nodiscard]] const std::optional<UploadOutcome>& Last() const { return last_; }

@@ -1,5 +1,6 @@
 #include "app/start_up.h"
 
+#include "app/application_menu.h"
 #include "app/options.h"
 #include "base/path.h"
 #include "publish/dialogs/current_accounts.h"
@@ -68,6 +69,22 @@ bool ReopenAt(Application& app, const Text& folder, const Text& name) {
     return true;
 }
 
+bool OpenByStartMode(Application& app) {
+    const Text folder = app.project.Folder();
+    const Text name = app.project.Name();
+    switch (app.settings.StartMode) {
+        case kReopenCurrent:
+            return ReopenAt(app, folder, name);
+        case kNewNumbered:
+            NewAt(app, folder, FreeProjectName(app.ports.storage, folder, name));
+            return true;
+        case kReopenLast:
+            return ReopenAt(app, app.settings.LastFolder, app.settings.LastName);
+        default:
+            return true;
+    }
+}
+
 }  // namespace
 
 void FollowProject(Application& app) {
@@ -102,22 +119,20 @@ void LoadSettings(Application& app) {
     FollowProject(app);
 }
 
-bool OpenProjectAtStart(Application& app, const Text& commandLinePath) {
-    if (!commandLinePath.empty() && commandLinePath.front() != u' ')
-        return OpenProject(app, commandLinePath);
-    const Text folder = app.project.Folder();
-    const Text name = app.project.Name();
-    switch (app.settings.StartMode) {
-        case kReopenCurrent:
-            return ReopenAt(app, folder, name);
-        case kNewNumbered:
-            NewAt(app, folder, FreeProjectName(app.ports.storage, folder, name));
-            return true;
-        case kReopenLast:
-            return ReopenAt(app, app.settings.LastFolder, app.settings.LastName);
-        default:
-            return true;
-    }
+bool NamesFile(const Text& commandLine) {
+    return !commandLine.empty() && commandLine.front() != u' ';
+}
+
+bool OpenProjectAtStart(Application& app, const Text& commandLine) {
+    if (!NamesFile(commandLine)) return OpenByStartMode(app);
+    const PathParts parts = SplitPath(commandLine);
+    const bool isRecording = parts.extension == u".wav" || parts.extension == u".mp2";
+    const Text path = isRecording ? commandLine : parts.folder + parts.name + u".opr";
+    const bool exists = app.ports.storage.Exists(path);
+    if (!exists) app.report.ShowError(u"There is no file\n" + path);
+    if (!isRecording) return exists && OpenProject(app, path);
+    const bool opened = OpenByStartMode(app);
+    return exists && MenuOpenClip(app, path) && opened;
 }
 
 bool RestoreProject(Application& app, const Text& path) {

@@ -8,10 +8,14 @@ namespace orma {
 /// start. No project is opened. Settings that are missing leave their defaults.
 void LoadSettings(Application& app);
 
-/// Opens the project at start: the one that a path on the command line names, else the one of the
-/// start mode (1 the current, 2 a new numbered one, 3 the last). A file that does not exist is not
-/// opened. False when a project file was there and was refused (reported).
-bool OpenProjectAtStart(Application& app, const Text& commandLinePath);
+/// Whether a command line names a file: it is not empty and does not begin with a blank.
+[[nodiscard]] bool NamesFile(const Text& commandLine);
+
+/// Opens the project at start: the one that the command line names, else the one of the start mode
+/// (1 the current, 2 a new numbered one, 3 the last), and in it the recording (.wav, .mp2) that the
+/// command line names. A file that does not exist is not opened, and the path stays that of the
+/// settings. False when a named file is missing, or a file was refused (reported).
+bool OpenProjectAtStart(Application& app, const Text& commandLine);
 
 /// The project is another one, or has another path: takes and publications lie beside it.
 void FollowProject(Application& app);

@@ -38,10 +38,10 @@ Machine::~Machine() {
     if (trace_ != nullptr) std::fclose(trace_);
 }
 
-Ports Machine::MakePorts() {
+Ports Machine::MakePorts(MessageBoxes& boxes) {
     return {.storage = storage_,
             .clock = clock_,
-            .boxes = boxes_,
+            .boxes = boxes,
             .loop = loop_,
             .waves = *hardware_.waves,
             .headset = *hardware_.headset,

@@ -35,8 +35,12 @@ class Machine {
     /// Where settings and program files lie, with its separator.
     [[nodiscard]] const Text& ProgramFolder() const { return folder_; }
 
-    /// For one application, which this outlives.
-    [[nodiscard]] Ports MakePorts();
+    /// For one application, which this outlives; with these boxes, which outlive it too, or those
+    /// of this machine.
+    [[nodiscard]] Ports MakePorts(MessageBoxes& boxes);
+    [[nodiscard]] Ports MakePorts() { return MakePorts(boxes_); }
+
+    [[nodiscard]] MessageBoxes& Boxes() { return boxes_; }
 
     [[nodiscard]] WaveSystem& Waves() { return *hardware_.waves; }
 

@@ -29,8 +29,12 @@ class RunningInstance {
     /// Asks a running set-up program to close; does not wait.
     virtual void CloseSetup() = 0;
 
-    /// From now on this instance is the open one; others' requests arrive on the event loop.
-    virtual void Open(Requests requests) = 0;
+    /// From now on this instance is the open one; others' requests arrive on the event loop. False
+    /// when another one is.
+    [[nodiscard]] virtual bool Open(Requests requests) = 0;
+
+    /// Its window is gone and all that it keeps in files is written: the next one may start.
+    virtual void Leave() = 0;
 };
 
 }  // namespace orma

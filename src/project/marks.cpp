@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "project/selection.h"
 #include "project/sheet_change.h"
 
 namespace orma {
@@ -37,6 +38,10 @@ bool ToggleMark(FileServices services, CurrentRecording& recording) {
     const bool marked = FindMark(recording.sheet, recording.cursor) < recording.sheet.marks.size();
     return marked ? DeleteMark(services, recording, recording.cursor)
                   : InsertMark(services, recording, recording.cursor);
+}
+
+bool ToggleMark(Project& project) {
+    return EnsureLevels(project) && ToggleMark(project.Readers().files, project.Recording());
 }
 
 }  // namespace orma

@@ -7,6 +7,8 @@
 
 namespace orma {
 
+class Project;
+
 // Marks of the current recording, positions in buffer periods. Every change is in the level file
 // when the operation returns true; on false (reported) nothing has changed. UI thread.
 
@@ -24,5 +26,8 @@ namespace orma {
 
 /// Deletes the mark at the cursor, or sets one there.
 [[nodiscard]] bool ToggleMark(FileServices services, CurrentRecording& recording);
+
+/// The same in the current recording, whose levels are measured first when they are missing.
+[[nodiscard]] bool ToggleMark(Project& project);
 
 }  // namespace orma

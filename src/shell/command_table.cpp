@@ -15,10 +15,6 @@
 namespace orma {
 namespace {
 
-bool IsCapturing(const Application& app) {
-    return IsBusy(app) && !app.player.IsPlaying();
-}
-
 template <ScreenIndex kIndex>
 void Select(Shell& shell, std::uint32_t) {
     shell.SelectScreen(kIndex);
@@ -26,6 +22,10 @@ void Select(Shell& shell, std::uint32_t) {
 
 void EditText(Shell& shell, std::uint32_t) {
     shell.OpenTextEditor();
+}
+
+void ShowShortcuts(Shell& shell, std::uint32_t) {
+    shell.UserDialogs().ShowShortcuts(shell.Shortcuts());
 }
 
 void Exit(Shell& shell, std::uint32_t) {
@@ -91,40 +91,20 @@ void SaveSelection(Shell& shell, std::uint32_t) {
               !selected);
 }
 
-// Editing. Nothing is edited during a take: the cursor and the level file are the recorder's then.
+// Editing.
 
-using EditOperation = bool (*)(Application& app);
-
-template <EditOperation kOperation>
+template <bool (*kOperation)(Project& project)>
 void Edit(Shell& shell, std::uint32_t) {
-    Application& app = shell.App();
-    CurrentRecording& recording = app.recording;
-    if (IsCapturing(app) || recording.length == 0) return;
-    const std::uint32_t cursor = recording.cursor;
-    (void)kOperation(app);  // a failure is reported, and the screen shows what is true
-    if (recording.cursor != cursor)
-        app.transport.MoveTo(static_cast<std::int32_t>(recording.cursor));
-    shell.Refresh();
+    if (shell.App().transport.Edit(kOperation)) shell.Refresh();
 }
 
-bool EditCropBegin(Application& app) {
-    return CropBegin(app.project);
-}
-
-bool EditCropEnd(Application& app) {
-    return CropEnd(app.project);
-}
-
-bool EditCutBegin(Application& app) {
-    return EnsureLevels(app.project) && CutBegin(app.project, app.settings.OneSecondCut != 0);
-}
-
-bool EditCutEnd(Application& app) {
-    return EnsureLevels(app.project) && CutEnd(app.project, app.settings.OneSecondCut != 0);
-}
-
-bool EditMark(Application& app) {
-    return EnsureLevels(app.project) && ToggleMark(app.files, app.recording);
+template <bool (*kOperation)(Project& project, bool oneSecond)>
+void Cut(Shell& shell, std::uint32_t) {
+    const bool oneSecond = shell.App().settings.OneSecondCut != 0;
+    const auto cut = [oneSecond](Project& project) {
+        return EnsureLevels(project) && kOperation(project, oneSecond);
+    };
+    if (shell.App().transport.Edit(cut)) shell.Refresh();
 }
 
 void CopyToClips(Shell& shell, std::uint32_t) {
@@ -193,14 +173,14 @@ constexpr Row kTable[] = {
     {Command::kNewProject, NewProject},
     {Command::kDelete, Delete},
     {Command::kListView, ListView},
-    {Command::kCropBegin, Edit<EditCropBegin>},
-    {Command::kCropEnd, Edit<EditCropEnd>},
+    {Command::kCropBegin, Edit<CropBegin>},
+    {Command::kCropEnd, Edit<CropEnd>},
     {Command::kSaveSelection, SaveSelection},
     {Command::kPublishClipList, Publish<&PublishJob::MenuPublishCliplist>},
     {Command::kOpenClip, OpenClip},
-    {Command::kCutBegin, Edit<EditCutBegin>},
-    {Command::kCutEnd, Edit<EditCutEnd>},
-    {Command::kMark, Edit<EditMark>},
+    {Command::kCutBegin, Cut<CutBegin>},
+    {Command::kCutEnd, Cut<CutEnd>},
+    {Command::kMark, Edit<ToggleMark>},
     {Command::kNone, TraceOnly},
     {Command::kCopyToClipEditor, CopyToClips},
     {Command::kInputOptions, InputOptions},
@@ -210,6 +190,7 @@ constexpr Row kTable[] = {
     {Command::kRecord, Record},
     {Command::kFastClip, Publish<&PublishJob::MenuPublishFastClip>},
     {Command::kFastClipList, Publish<&PublishJob::MenuPublishFastCliplist>},
+    {Command::kShortcuts, ShowShortcuts},
 };
 
 }  // namespace

@@ -34,6 +34,7 @@ enum class Command : std::uint32_t {
     kRecord = 40057,
     kFastClip = 40062,
     kFastClipList = 40063,
+    kShortcuts = 40200,
 };
 
 }  // namespace orma

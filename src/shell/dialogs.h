@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "base/text.h"
+#include "shell/shortcuts.h"
 
 namespace orma {
 
@@ -33,6 +33,10 @@ class Dialogs {
 
     /// Lets the user choose the input's equaliser set; the settings follow within.
     virtual void InputOptions() = 0;
+
+    /// "Keyboard shortcuts": shows the list beside the window and returns at once; it goes when the
+    /// user closes it, or with the window. A list that is shown already gives way to this one.
+    virtual void ShowShortcuts(const std::vector<ShortcutGroup>& groups) = 0;
 };
 
 }  // namespace orma

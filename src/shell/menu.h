@@ -14,7 +14,7 @@ struct MenuItem {
 
     Kind kind = Kind::kCommand;
     Command command = Command::kNone;
-    Text text{};
+    Text text{};  // behind a tab: the key that does the same
     bool enabled = true;
     bool ticked = false;
 

@@ -60,7 +60,8 @@ Items ViewItems() {
             Separator(),
             Line(Command::kEditText, u"Edit Text"),
             Separator(),
-            Line(Command::kAbout, u"About")};
+            Line(Command::kAbout, u"About"),
+            Line(Command::kShortcuts, u"Keyboard shortcuts\tF1")};
 }
 
 void Append(Items& items, std::initializer_list<MenuItem> more) {
@@ -113,6 +114,7 @@ bool IsEnabled(Command command, const MenuState& state) {
         case Command::kEditor:
         case Command::kClipEditor:
         case Command::kAbout:
+        case Command::kShortcuts:
         case Command::kExit:
             return true;
         case Command::kEditText:

@@ -17,8 +17,9 @@ namespace orma {
 /// Makes a screen; null: its place stays empty.
 using ScreenFactory = std::function<std::unique_ptr<WWin>(ScreenIndex)>;
 
-/// What the shell stands on; all outlive it. The application may be built after it: it listens to
-/// the shell, and the shell touches it in its operations alone.
+/// What the shell stands on; all outlive it, but for the application, which listens to the shell
+/// and may be built after it and destroyed before it: the shell touches it in its operations alone,
+/// and once it is closed nothing calls them.
 struct ShellServices {
     Application& app;
     MainWindow& window;
@@ -81,6 +82,7 @@ class Shell : public ScreenHost, public TransportListener {
     void OnLeftDown(Point at);
     void OnPointerMove(Point at);
     void OnLeftUp(Point at);
+    void OnWheel(Point at, int steps, bool sideways);
     void OnRightDown(Point at);
     void OnRightUp(Point at);
 
@@ -115,6 +117,9 @@ class Shell : public ScreenHost, public TransportListener {
     /// Opens the text editor over the current screen unless it is open.
     void OpenTextEditor();
     void CloseTextEditor();
+
+    /// The keys of all screens, as they work at present.
+    [[nodiscard]] std::vector<ShortcutGroup> Shortcuts() const;
 
     // For what belongs to the window.
 

@@ -7,15 +7,14 @@
 namespace orma {
 namespace {
 
-bool NamesProject(const Text& commandLine) {
-    return !commandLine.empty() && commandLine.front() != u' ';
-}
-
 /// True when this instance may go on. Two that record into one project would be at each other's
-/// takes, so one that does not end stays the only one.
-bool BecomeTheOnlyOne(RunningInstance& running, bool takeOver) {
-    if (!running.IsOpen()) return true;
-    if (takeOver && running.Close(kTakeOverPatienceMs)) return true;
+/// takes, so one that does not end stays the only one, as does one that started just before.
+bool BecomeTheOnlyOne(const WindowParts& parts, bool takeOver) {
+    RunningInstance& running = parts.running;
+    const bool isFree = !running.IsOpen() || (takeOver && running.Close(kTakeOverPatienceMs));
+    if (isFree && running.Open({.raise = [&window = parts.window] { window.Raise(); },
+                                .close = [&shell = parts.shell] { shell.OnCloseRequest(); }}))
+        return true;
     running.Raise();
     return false;
 }
@@ -27,19 +26,18 @@ bool StartWindow(const WindowParts& parts, const Text& commandLine) {
     MainWindow& window = parts.window;
     window.ShowWaitCursor(true);
     parts.running.CloseSetup();
-    if (!BecomeTheOnlyOne(parts.running, NamesProject(commandLine))) return false;
+    if (!BecomeTheOnlyOne(parts, NamesFile(commandLine))) return false;
     LoadSettings(app);
     const Pages background = ChooseBackgroundPages(window.Display(), app.settings);
     (void)OpenProjectAtStart(app, commandLine);  // reported; the program starts without it
     const WindowSize size = ReadWindowSize(app.ports.storage, app.programFolder + u"size.txt");
     if (!window.Create(u"Orma Edit", size.client)) return false;
-    parts.running.Open({.raise = [&window] { window.Raise(); },
-                        .close = [&shell = parts.shell] { shell.OnCloseRequest(); }});
     parts.loadSkin({size.client, size.scale, background});
     parts.shell.Open(size.client);
     window.ShowWaitCursor(false);
     window.Show();
     window.Raise();
+    app.ports.loop.Post([&boxes = parts.boxes] { boxes.Release(); });
     return true;
 }
 
@@ -49,7 +47,8 @@ bool EndWindow(const WindowParts& parts, Patience& patience) {
     const bool projectSaved = app.project.SaveProject();
     parts.shell.Close();
     const bool stateSaved = SaveUserState(app);
-    if (app.liveUploads && !app.liveUploads->Wait(patience)) app.liveUploads->GiveUp();
+    parts.running.Leave();
+    if (app.liveUploads) (void)app.liveUploads->Finish(patience);
     return projectSaved && stateSaved;
 }
 

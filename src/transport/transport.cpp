@@ -165,9 +165,15 @@ void Transport::GoToStopPlace() {
 void Transport::MoveTo(std::int32_t position) {
     if (IsCapturing()) return;
     // Picked while something plays, a place has the end that it would have had from the start.
-    if (state_ == TransportState::kPlaying)
+    if (state_ == TransportState::kPlaying || state_ == TransportState::kDragging)
         s_.player.SetRange(RangeAt(static_cast<std::uint32_t>(std::max(position, 0))));
     Place(position);
+}
+
+void Transport::Drag(bool on) {
+    const TransportState from = on ? TransportState::kPlaying : TransportState::kDragging;
+    const TransportState to = on ? TransportState::kDragging : TransportState::kPlaying;
+    if (state_ == from) SetTransportState(to);
 }
 
 // The player tells no place outside the recording; the screens follow to its ends all the same.
@@ -175,6 +181,14 @@ void Transport::Place(std::int32_t position) {
     s_.player.WavRestartPlaying(position);
     const std::uint32_t place = s_.player.DisplayPosition();
     if (s_.recording.cursor != place) OnPosition(place, kQuietLevel);
+}
+
+bool Transport::Edit(const EditOperation& operation) {
+    if (IsCapturing() || s_.recording.length == 0) return false;
+    const std::uint32_t before = s_.recording.cursor;
+    (void)operation(s_.project);  // a failure is reported, and what is shown is true
+    if (s_.recording.cursor != before) MoveTo(static_cast<std::int32_t>(s_.recording.cursor));
+    return true;
 }
 
 void Transport::Wind(TransportState direction, bool lit) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "audio/engine/input_processing.h"
 #include "audio/engine/player.h"
@@ -17,6 +18,9 @@ struct TransportOptions {
     std::uint32_t gainToolMode = 0;     // the order of its two commands, 0 or 1
     bool closeSynchronisation = false;  // ask the desktop's synchronisation program to close
 };
+
+/// Changes the current recording; false when there was nothing to do or it failed (reported).
+using EditOperation = std::function<bool(Project& project)>;
 
 /// What the transport stands on; all outlive its use. Recorder and player may be built after it:
 /// it touches them in its operations alone.
@@ -54,8 +58,8 @@ struct TransportServices {
 /// States 1 and 2 fall to 0 by themselves when the recorder stops: budget used up, writer
 /// unhealthy, input lost. 3, 4 and 5 do when everything was heard, the end or the beginning was
 /// reached, the output is lost, or somebody stops the player. What is not listed does nothing: the
-/// winding and mark buttons never disturb a take, and the mark buttons are for a stopped tape. No
-/// button leads to kDragging.
+/// winding and mark buttons never disturb a take, and the mark buttons are for a stopped tape. Only
+/// Drag leads from 3 to kDragging and back; all that is said of 3 holds there, too.
 ///
 /// Handlers of lit buttons receive the look that is asked for, the opposite of the present one; a
 /// press of Play or of a winding button that is lit asks for nothing.
@@ -82,9 +86,18 @@ class Transport : public RecorderListener, public PlayerListener {
     /// playing. Outside the recording it becomes its begin or end. Ignored during a take.
     void MoveTo(std::int32_t position);
 
+    /// A control takes hold of the place of what is played, to move it with every turn of the
+    /// pointer, or lets it go: meanwhile each place is shown at once. Nothing unless it plays.
+    void Drag(bool on);
+
     /// Plays `range` of the current recording, and what NextRange then answers, on `channels`: what
     /// playing a clip list needs. False when playing does not begin (reported).
     [[nodiscard]] bool PlayRange(PeriodRange range, std::uint16_t channels);
+
+    /// Edits the current recording at its cursor; the player follows the cursor. False when it may
+    /// not be edited: there is none, or a take is recorded or drains, whose cursor and level file
+    /// are the recorder's.
+    [[nodiscard]] bool Edit(const EditOperation& operation);
 
     /// The state, for as long as the transport lives: the player reads it for each buffer.
     [[nodiscard]] const TransportState& State() const { return state_; }

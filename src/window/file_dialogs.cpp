@@ -5,6 +5,7 @@
 #include <QInputDialog>
 
 #include "base/path.h"
+#include "window/shortcuts_dialog.h"
 
 namespace orma {
 namespace {
@@ -71,6 +72,10 @@ std::optional<Text> FileDialogs::ClipName(const Text& proposed) {
                               QLineEdit::Normal, QString::fromStdU16String(proposed), &answered);
     if (!answered) return std::nullopt;
     return name.toStdU16String();
+}
+
+void FileDialogs::ShowShortcuts(const std::vector<ShortcutGroup>& groups) {
+    ShortcutsDialog::ShowOver(QApplication::activeWindow(), groups);
 }
 
 }  // namespace orma

@@ -16,6 +16,7 @@ class FileDialogs : public Dialogs {
 
     /// Not offered by the menus.
     void InputOptions() override {}
+    void ShowShortcuts(const std::vector<ShortcutGroup>& groups) override;
 };
 
 }  // namespace orma

@@ -23,7 +23,7 @@ constexpr int kUsage = 2;
 struct Arguments {
     MachineOptions machine;
     QString screenshot;
-    Text path;  // of a project; absolute
+    Text path;  // of a project or recording; absolute
 };
 
 Arguments Parse(const QApplication& application) {
@@ -43,7 +43,7 @@ Arguments Parse(const QApplication& application) {
     parser.addOptions({home, audio, hardware, trace, screenshot});
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument("project", "A project to open.", "[project]");
+    parser.addPositionalArgument("file", "A project or recording to open.", "[file]");
     parser.process(application);
 
     const auto native = [&](const QCommandLineOption& option) {
@@ -72,7 +72,6 @@ int main(int count, char** values) {
     QtSignalWatch::Block();
     QApplication application(count, values);
     QApplication::setApplicationName("orma-edit");
-    QApplication::setApplicationDisplayName("Orma Edit");
     QApplication::setApplicationVersion(ORMA_VERSION);
     QApplication::setDesktopFileName("orma-edit");
     QApplication::setWindowIcon(Icon());

@@ -31,7 +31,8 @@ class PageClient {
 
     virtual void LeftDown(Point at) = 0;
     virtual void LeftUp(Point at) = 0;
-    virtual void Moved(Point at) = 0;  // while the left button is held
+    virtual void Moved(Point at) = 0;                            // while the left button is held
+    virtual void Wheel(Point at, int steps, bool sideways) = 0;  // see Win::OnWheel
     virtual void RightDown(Point at) = 0;
     virtual void RightUp(Point at) = 0;
 

@@ -1,12 +1,15 @@
 #include "window/page_widget.h"
 
 #include <QAccessible>
+#include <QGestureEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QToolTip>
+#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 
@@ -20,9 +23,19 @@ QRect QtRect(const Rect& rect) {
     return {rect.x, rect.y, rect.w, rect.h};
 }
 
+Point PlaceOf(QPointF at) {
+    return {static_cast<int>(std::floor(at.x())), static_cast<int>(std::floor(at.y()))};
+}
+
 Point PlaceOf(const QMouseEvent& event) {
-    return {static_cast<int>(std::floor(event.position().x())),
-            static_cast<int>(std::floor(event.position().y()))};
+    return PlaceOf(event.position());
+}
+
+/// Takes the whole notches out of what has gathered.
+int TakeNotches(int& gathered) {
+    const int notches = gathered / QWheelEvent::DefaultDeltasPerStep;
+    gathered %= QWheelEvent::DefaultDeltasPerStep;
+    return notches;
 }
 
 /// That part of the picture with the opaque pixels that every display understands.
@@ -51,6 +64,8 @@ PageWidget::PageWidget(PageClient& client, Size size, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setFixedSize(size.width, size.height);
+    window()->installEventFilter(this);
+    grabGesture(Qt::PinchGesture);
 }
 
 void PageWidget::Changed(const Rect& changed) {
@@ -137,7 +152,31 @@ void PageWidget::TellToggles(const Rect& changed) {
     }
 }
 
+// A box takes the pointer away: that the button is let go is told to nobody then.
+bool PageWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked && std::exchange(held_, false) && !pressing_)
+        client_.LeftUp(place_);
+    return QWidget::eventFilter(watched, event);
+}
+
+/// A touchpad tells the spread since the last event, a touch screen by a gesture.
 bool PageWidget::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture) {
+        const auto& native = *static_cast<QNativeGestureEvent*>(event);
+        if (native.gestureType() != Qt::ZoomNativeGesture) return QWidget::event(event);
+        Pinched(native.position(), 1 + native.value());
+        return true;
+    }
+    if (event->type() == QEvent::Gesture) {
+        const auto* const pinch = static_cast<QPinchGesture*>(
+            static_cast<QGestureEvent*>(event)->gesture(Qt::PinchGesture));
+        if (pinch == nullptr) return QWidget::event(event);
+        // Told again for each finger, so what counts is the whole.
+        if (pinch->state() == Qt::GestureStarted) pinch_ = 1;
+        const double before = std::exchange(pinch_, pinch->totalScaleFactor());
+        Pinched(mapFromGlobal(pinch->centerPoint()), pinch_ / before);
+        return true;
+    }
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
     const auto& help = *static_cast<QHelpEvent*>(event);
     const Win* control = ControlAt({help.pos().x(), help.pos().y()});
@@ -172,21 +211,45 @@ void PageWidget::paintEvent(QPaintEvent* event) {
 }
 
 void PageWidget::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
-        client_.LeftDown(PlaceOf(*event));
-    else if (event->button() == Qt::RightButton)
-        client_.RightDown(PlaceOf(*event));
+    if (event->button() == Qt::RightButton) client_.RightDown(PlaceOf(*event));
+    if (event->button() != Qt::LeftButton) return;
+    place_ = PlaceOf(*event);
+    held_ = true;
+    pressing_ = true;
+    client_.LeftDown(place_);
+    pressing_ = false;
+    if (!held_) client_.LeftUp(place_);
 }
 
 void PageWidget::mouseMoveEvent(QMouseEvent* event) {
-    if ((event->buttons() & Qt::LeftButton) != 0) client_.Moved(PlaceOf(*event));
+    if ((event->buttons() & Qt::LeftButton) == 0 || !held_) return;
+    place_ = PlaceOf(*event);
+    client_.Moved(place_);
 }
 
 void PageWidget::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
+    if (event->button() == Qt::RightButton) client_.RightUp(PlaceOf(*event));
+    if (event->button() == Qt::LeftButton && std::exchange(held_, false))
         client_.LeftUp(PlaceOf(*event));
-    else if (event->button() == Qt::RightButton)
-        client_.RightUp(PlaceOf(*event));
+}
+
+void PageWidget::wheelEvent(QWheelEvent* event) {
+    // To the left is positive. Shift lays an upright wheel on its side.
+    const QPoint by = event->angleDelta();
+    const bool laid = (event->modifiers() & Qt::ShiftModifier) != 0 && by.x() == 0;
+    turned_ += laid ? by.transposed() : by;
+    const Point at = PlaceOf(event->position());
+    if (const int across = TakeNotches(turned_.rx())) client_.Wheel(at, -across, true);
+    if (const int away = TakeNotches(turned_.ry())) client_.Wheel(at, away, false);
+    event->accept();
+}
+
+void PageWidget::Pinched(QPointF at, double times) {
+    if (!(times > 0) || !std::isfinite(times)) return;
+    spread_ += std::log2(times);
+    const double doublings = std::trunc(spread_);
+    spread_ -= doublings;
+    if (doublings != 0) client_.Wheel(PlaceOf(at), static_cast<int>(doublings), false);
 }
 
 void PageWidget::keyPressEvent(QKeyEvent* event) {

@@ -46,11 +46,13 @@ class PageWidget : public QWidget {
 
   protected:
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
@@ -58,12 +60,21 @@ class PageWidget : public QWidget {
   private:
     void TellToggles(const Rect& changed);
 
+    /// Two fingers have spread to so many times their distance.
+    void Pinched(QPointF at, double times);
+
     PageClient& client_;
     QRegion unseen_;  // changed and not yet painted
     bool painting_ = false;
     bool shown_ = false;  // ever; traced, as the program's start ends with it
+    bool held_ = false;      // the left button
+    bool pressing_ = false;  // a press is being carried out
+    Point place_;            // of the pointer while the button is held
     QRect focus_;
     bool heldBack_ = false;
+    QPoint turned_;                    // of the wheel, eighths of a degree that are no notch yet
+    double spread_ = 0;                // of two fingers, doublings that are no notch yet
+    double pinch_ = 1;                 // times that the gesture on a touch screen has spread so far
     std::map<const Win*, bool> told_;  // the toggles' state that helpers of the desktop know
 };
 

@@ -7,7 +7,7 @@
 namespace orma {
 namespace {
 
-constexpr std::array<std::pair<int, Key>, 20> kKeys{{
+constexpr std::array<std::pair<int, Key>, 21> kKeys{{
     {Qt::Key_Backspace, Key::kBackspace},
     {Qt::Key_Tab, Key::kTab},
     {Qt::Key_Backtab, Key::kTab},  // together with Shift
@@ -25,6 +25,7 @@ constexpr std::array<std::pair<int, Key>, 20> kKeys{{
     {Qt::Key_Down, Key::kDown},
     {Qt::Key_Insert, Key::kInsert},
     {Qt::Key_Delete, Key::kDelete},
+    {Qt::Key_F1, Key::kF1},
     {Qt::Key_Plus, Key::kPlus},
     {Qt::Key_Minus, Key::kMinus},
     {Qt::Key_MediaRecord, Key::kRecordButton},

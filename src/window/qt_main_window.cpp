@@ -22,6 +22,8 @@ class QtMainWindow::Window : public QMainWindow {
           announced_(new QWidget(this)),
           menus_(*menuBar(), client),
           job_(*page_) {
+        setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                       Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
         setWindowTitle(title);
         setCentralWidget(page_);
         menuBar()->setNativeMenuBar(false);  // the client area stands below it in this window

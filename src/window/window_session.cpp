@@ -23,10 +23,10 @@ constexpr ProductVersion kVersion{ORMA_VERSION_NUMBERS};
 /// What this window can carry out.
 CommandSet Available() {
     using enum Command;
-    return {kClipEditor,    kListView,         kRecorder,   kEditor,   kAbout,
+    return {kRecorder,      kEditor,           kClipEditor, kListView, kAbout,
             kExit,          kOpenProject,      kNewProject, kOpenClip, kDelete,
             kSaveSelection, kCropBegin,        kCropEnd,    kCutBegin, kCutEnd,
-            kMark,          kCopyToClipEditor, kNone};
+            kMark,          kCopyToClipEditor, kNone,       kShortcuts};
 }
 
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.
@@ -69,17 +69,22 @@ AboutInfo InfoOf(Application& app, SystemStatus& system) {
 
 WindowSession::WindowSession(Machine& machine, RunningInstance& running)
     : running_(running),
+      boxes_(machine.Boxes()),
       shell_({.app = app_,
               .window = window_,
               .dialogs = dialogs_,
               .makeScreen = [this](ScreenIndex index) { return MakeScreen(index); },
               .available = Available()}),
-      app_(machine.MakePorts(), {shell_, progress_}, machine.ProgramFolder()) {}
+      app_(machine.MakePorts(boxes_), {shell_, progress_}, machine.ProgramFolder()) {}
 
-WindowSession::~WindowSession() = default;
+// Whatever was left open is closed while everything that it tells still lives.
+WindowSession::~WindowSession() {
+    shell_.Close();
+}
 
 WindowParts WindowSession::Parts() {
-    return {app_, shell_, window_, running_, [this](const WindowLook& look) { LoadSkin(look); }};
+    return {app_,     shell_, window_,
+            running_, boxes_, [this](const WindowLook& look) { LoadSkin(look); }};
 }
 
 bool WindowSession::Start(const Text& commandLine) {

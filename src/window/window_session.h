@@ -48,6 +48,7 @@ class WindowSession : private QtMainWindow::Client {
     void LeftDown(Point at) override { shell_.OnLeftDown(at); }
     void LeftUp(Point at) override { shell_.OnLeftUp(at); }
     void Moved(Point at) override { shell_.OnPointerMove(at); }
+    void Wheel(Point at, int steps, bool sideways) override { shell_.OnWheel(at, steps, sideways); }
     void RightDown(Point at) override { shell_.OnRightDown(at); }
     void RightUp(Point at) override { shell_.OnRightUp(at); }
     void KeyDown(Key key, bool shift) override { shell_.OnKeyDown(key, shift); }
@@ -70,6 +71,7 @@ class WindowSession : private QtMainWindow::Client {
     static constexpr int kMenuBitmap = 520;
 
     RunningInstance& running_;
+    HeldBoxes boxes_;
     PosixSystemStatus system_;
     QtInk ink_;
     ResourceBitmaps bitmaps_;

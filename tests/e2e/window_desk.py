@@ -54,14 +54,14 @@ def layout(folder=None):
 class Window:
     """A running orma-edit. Leaves it by closing it, and fails when it does not end well."""
 
-    def __init__(self, environment, home, *arguments, skin=None, scale=2):
+    def __init__(self, environment, home, *arguments, skin=None, scale=2, covered=()):
         self.environment = environment
         self.elements = layout(skin)
         self.scale = scale
         self.program = subprocess.Popen([EDIT, "--home", str(home), *map(str, arguments)],
                                         env=environment, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, text=True)
-        self.id = self.find("Orma Edit")
+        self.id = self.find("Orma Edit", others=covered)
         self.tool("windowfocus", "--sync", self.id)
 
     def tool(self, *arguments):
@@ -69,11 +69,11 @@ class Window:
                               capture_output=True, text=True, timeout=60)
         return done.stdout.strip()
 
-    def find(self, title, seconds=20):
-        """The id of the visible window with that title."""
+    def find(self, title, seconds=20, others=()):
+        """The id of the visible window with that title, `others` left out."""
         for _ in range(seconds * 10):
             found = self.tool("search", "--onlyvisible", "--name", f"^{title}$").split()
-            if found:
+            if found := [window for window in found if window not in others]:
                 return found[-1]
             if self.program.poll() is not None:
                 fail(f"orma-edit ended with {self.program.returncode}:\n"
@@ -97,6 +97,14 @@ class Window:
         self.tool("key", *keys)
         time.sleep(0.7)
 
+    def choose(self, title, *keys):
+        """Opens a menu by its title, whatever the font; keys choose within. Of all but the first
+        menu the first line is chosen already."""
+        self.tool("mousemove", "--window", self.id, 14, 9, "click", 1)
+        time.sleep(0.5)
+        self.tool("key", *["Right"] * ["File", "Publish", "Edit", "View"].index(title), *keys)
+        time.sleep(0.7)
+
     def page_place(self, element):
         """The middle of an element within the window, whose menu bar stands above the page."""
         x, y, w, h = self.elements[element]
@@ -104,9 +112,10 @@ class Window:
         bar = self.geometry()[3] - page
         return int((x + w / 2) * self.scale), int((y + h / 2) * self.scale) + bar
 
-    def click(self, element):
+    def click(self, element, aside=0):
+        """In the middle, or so many design pixels right of it."""
         x, y = self.page_place(element)
-        self.tool("mousemove", "--window", self.id, x, y, "click", 1)
+        self.tool("mousemove", "--window", self.id, int(x + aside * self.scale), y, "click", 1)
 
     def drag(self, element, dx, dy):
         x, y = self.page_place(element)
@@ -114,12 +123,32 @@ class Window:
         self.tool("mousemove", "--window", self.id, x + dx, y + dy)
         self.tool("mouseup", 1)
 
+    def visible(self):
+        """The ids of all windows of the program."""
+        return set(self.tool("search", "--onlyvisible", "--pid", self.program.pid).split())
+
+    def click_menu(self, place, line):
+        """Opens the menu as `menu` does and clicks that line, counted from the last, which is 1."""
+        before = self.visible()
+        self.tool("mousemove", "--window", self.id, place, 9, "click", 1)
+        for _ in range(50):
+            time.sleep(0.1)
+            if popup := self.visible() - before:
+                break
+        else:
+            fail("no menu opened")
+        popup = popup.pop()
+        _, _, width, height = self.geometry(popup)
+        self.tool("mousemove", "--window", popup, width // 2, height - 12 - (line - 1) * 22,
+                  "click", 1)
+        time.sleep(0.7)
+
     def picture(self, path):
         """What the display shows of the window, as a PNG file."""
         x, y, width, height = self.geometry()
         tool("ffmpeg", "-y", "-v", "error", "-f", "x11grab", "-draw_mouse", "0", "-video_size",
              f"{width}x{height}", "-i", f"{self.environment['DISPLAY']}+{x},{y}", "-frames:v", "1",
-             path)
+             "-pred", "mixed", "-compression_level", "100", path)
         return path
 
     def wait_end(self, seconds=30):

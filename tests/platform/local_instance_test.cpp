@@ -54,13 +54,13 @@ TEST_F(LocalInstanceTest, HearsTheOthersOfItsFolderAloneAndIsGoneWithItsEnd) {
     auto first = std::make_unique<LocalInstance>(home_.Path());
     std::string heard;
     EXPECT_FALSE(first->IsOpen());
-    first->Open({.raise = [&] { heard += "raise "; },
-                 .close =
-                     [&] {
-                         heard += "close";
-                         loop_.Quit(0);
-                     }});
+    const auto end = [&] {
+        heard += "close";
+        loop_.Quit(0);
+    };
+    EXPECT_TRUE(first->Open({.raise = [&] { heard += "raise "; }, .close = end}));
     EXPECT_TRUE(first->IsOpen());
+    EXPECT_FALSE(LocalInstance(home_.Path()).Open({})) << "there is one";
 
     const pid_t second = Start([&] {
         LocalInstance others(other_.Path());
@@ -78,28 +78,29 @@ TEST_F(LocalInstanceTest, HearsTheOthersOfItsFolderAloneAndIsGoneWithItsEnd) {
 
     LocalInstance third(home_.Path());
     EXPECT_TRUE(third.IsOpen());
-    first.reset();
+    first->Leave();
     EXPECT_FALSE(third.IsOpen());
     EXPECT_TRUE(third.Close(0));
+    EXPECT_TRUE(third.Open({}));
+    first.reset();
+    EXPECT_TRUE(LocalInstance(home_.Path()).IsOpen()) << "the first one took nothing with it";
 }
 
 TEST_F(LocalInstanceTest, WhatAKilledInstanceLeavesBehindIsInNobodysWay) {
     EXPECT_EQ(ResultOf(Start([&] {
                   LocalInstance instance(home_.Path());
-                  instance.Open({});
-                  ::_exit(instance.IsOpen() ? 0 : 1);  // no destructor runs
+                  ::_exit(instance.Open({}) && instance.IsOpen() ? 0 : 1);  // no destructor runs
               })),
               0);
     ASSERT_FALSE(std::filesystem::is_empty(runtime_.Native()));
     LocalInstance instance(home_.Path());
     EXPECT_FALSE(instance.IsOpen());
     bool raised = false;
-    instance.Open({.raise =
-                       [&] {
-                           raised = true;
-                           loop_.Quit(0);
-                       },
-                   .close = {}});
+    const auto raise = [&] {
+        raised = true;
+        loop_.Quit(0);
+    };
+    EXPECT_TRUE(instance.Open({.raise = raise, .close = {}}));
     EXPECT_TRUE(instance.IsOpen());
     const pid_t other = Start([&] { LocalInstance(home_.Path()).Raise(); });
     const auto patience = loop_.StartTimer(10'000, [&] { loop_.Quit(1); });
@@ -113,7 +114,7 @@ TEST_F(LocalInstanceTest, AFolderThatOthersCanEnterIsNotTrusted) {
     test::TempFolder temporary;
     ::setenv("TMPDIR", temporary.Native().c_str(), 1);
     LocalInstance instance(home_.Path());
-    instance.Open({});
+    EXPECT_TRUE(instance.Open({}));
     ::unsetenv("TMPDIR");
     EXPECT_TRUE(instance.IsOpen());
     EXPECT_TRUE(std::filesystem::is_empty(runtime_.Native()));

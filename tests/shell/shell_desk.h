@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "app/start_up.h"
+#include "shell/held_boxes.h"
 #include "shell/shell.h"
 #include "support/fake_clock.h"
 #include "support/fake_event_loop.h"
@@ -38,6 +39,10 @@ class TestControl : public Win {
         const Point by = scene_.pointer.offset;
         log_.push_back(Format("drag %s %d,%d", name_.c_str(), by.x, by.y));
     }
+    void OnWheel(Point at, int steps, bool sideways) override {
+        log_.push_back(Format("%s %s %d,%d %d", sideways ? "across" : "wheel", name_.c_str(), at.x,
+                              at.y, steps));
+    }
     void StepBy(int steps) override { log_.push_back(Format("step %s %d", name_.c_str(), steps)); }
 
     std::function<void()> onPress;
@@ -58,6 +63,8 @@ class TestScreen : public WWin {
             ->SetLabel({ControlRole::kText, u"a text", {}, {}});
         Add(std::unique_ptr<TestControl>());
         second = Add(std::make_unique<TestControl>(OwnScene(), Rect{20, 0, 10, 10}, "second", log));
+        for (const Key key : {Key::kEnter, Key::k1, Key::kLeft})
+            Bind(key, key == Key::kEnter ? u"play" : u"back", [this, key] { OnOwnKey(key); });
         // Without a name nobody could tell what it is.
         Add(std::make_unique<TestControl>(OwnScene(), Rect{30, 0, 10, 10}, "", log));
     }
@@ -74,7 +81,7 @@ class TestScreen : public WWin {
     void Tick() override { ++ticks; }
     void Paint() override { ++paints; }
     void Refresh() override { Note("refreshed"); }
-    void OnKey(Key key) override { log_.push_back(Format("key %d", static_cast<int>(key))); }
+    void OnKey(Key key) override { OnOwnKey(key); }
     void RightDown(Point at) override { log_.push_back(Format("right down %d,%d", at.x, at.y)); }
     void RightUp(Point at) override { log_.push_back(Format("right up %d,%d", at.x, at.y)); }
     void OnListNotification(std::uint32_t code) override { Note(Format("list %u", code)); }
@@ -89,6 +96,7 @@ class TestScreen : public WWin {
     std::optional<PeriodRange> next;
 
   private:
+    void OnOwnKey(Key key) { log_.push_back(Format("key %d", static_cast<int>(key))); }
     void Note(const std::string& what) {
         log_.push_back(Format("%s %d", what.c_str(), static_cast<int>(Index())));
     }
@@ -119,9 +127,11 @@ class ScriptedDialogs : public Dialogs {
         return Ask("clip name", p);
     }
     void InputOptions() override { log_.emplace_back("input options"); }
+    void ShowShortcuts(const std::vector<ShortcutGroup>& groups) override { shortcuts = groups; }
 
     std::deque<Text> answers;
     Text proposed;
+    std::vector<ShortcutGroup> shortcuts;
 
   private:
     std::optional<Text> Ask(const char* what, const Text& proposal) {
@@ -194,26 +204,35 @@ inline const CommandSet kEveryCommand = {
     Command::kMark,         Command::kNone,          Command::kCopyToClipEditor,
     Command::kInputOptions, Command::kClipToFile,    Command::kClipListToFile,
     Command::kImage,        Command::kRecord,        Command::kFastClip,
-    Command::kFastClipList,
+    Command::kFastClipList, Command::kShortcuts,
 };
 
 /// The shell with screens of two controls each, on the whole application, on real files and a
 /// scripted microphone.
 class ShellDesk {
   public:
-    explicit ShellDesk(CommandSet available = kEveryCommand)
+    explicit ShellDesk(CommandSet available = kEveryCommand, FtpClients* liveFtp = nullptr)
         : shell({.app = app,
                  .window = window,
                  .dialogs = dialogs,
                  .makeScreen = [this](ScreenIndex index) { return Make(index); },
                  .available = std::move(available),
                  .textEditor = &editor,
-                 .publishDialogs = &publishing}) {}
+                 .publishDialogs = &publishing}),
+          app({.storage = storage,
+               .clock = clock,
+               .boxes = held,
+               .loop = loop,
+               .waves = waves,
+               .headset = headset,
+               .liveFtp = liveFtp},
+              {shell, progress}, folder.Path()) {}
 
     /// What StartWindow does, without looking at other instances.
     void Open() {
         LoadSettings(app);
         shell.Open({240, 270});
+        held.Release();
         log.clear();
     }
 
@@ -258,6 +277,7 @@ class ShellDesk {
     TempFolder folder;
     LoggingStorage storage{log};
     FakeBoxes boxes;
+    HeldBoxes held{boxes};
     FakeClock clock;
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
@@ -271,14 +291,7 @@ class ShellDesk {
     CancelledPublishing publishing;
     std::set<ScreenIndex> missing;  // places that stay empty
     Shell shell;
-    Application app{{.storage = storage,
-                     .clock = clock,
-                     .boxes = boxes,
-                     .loop = loop,
-                     .waves = waves,
-                     .headset = headset},
-                    {shell, progress},
-                    folder.Path()};
+    Application app;
 
   private:
     std::unique_ptr<WWin> Make(ScreenIndex index) {

@@ -70,11 +70,14 @@ TEST(Shell, ThePointerBelongsToTheControlThatItPressed) {
     desk.shell.OnLeftDown({25, 5});
     EXPECT_TRUE(desk.window.captured);
     desk.shell.OnLeftDown({5, 5});
+    desk.shell.OnWheel({5, 5}, 1, false);
+    desk.shell.OnWheel({25, 5}, 1, false);
     desk.shell.OnPointerMove({30, -100});
     desk.shell.OnLeftUp({30, -100});
     EXPECT_FALSE(desk.window.captured);
     desk.shell.OnPointerMove({31, 0});
-    EXPECT_EQ(desk.log, (Log{"press second", "drag second 5,-105", "release second"}));
+    EXPECT_EQ(desk.log,
+              (Log{"press second", "wheel second 25,5 1", "drag second 5,-105", "release second"}));
 
     desk.log.clear();
     desk.shell.OnLeftDown({100, 100});  // where no control is
@@ -82,7 +85,9 @@ TEST(Shell, ThePointerBelongsToTheControlThatItPressed) {
     desk.shell.OnLeftUp({5, 5});
     desk.shell.OnRightDown({1, 2});
     desk.shell.OnRightUp({3, 4});
-    EXPECT_EQ(desk.log, (Log{"right down 1,2", "right up 3,4"}));
+    desk.shell.OnWheel({100, 100}, 1, false);
+    desk.shell.OnWheel({25, 5}, -2, true);
+    EXPECT_EQ(desk.log, (Log{"right down 1,2", "right up 3,4", "across second 25,5 -2"}));
 }
 
 TEST(Shell, AControlOfAScreenThatWasLeftIsNotReleased) {
@@ -126,6 +131,40 @@ TEST(Shell, TheKeyboardReachesEveryControlThatHasANameAndTakesThePointer) {
     EXPECT_EQ(desk.window.focus, (Rect{20, 0, 10, 10}));
     EXPECT_EQ(desk.log, (Log{"key 32", "press first", "release first", "step second 1",
                              "step second -1", "key 57", "key 187"}));
+}
+
+TEST(Shell, F1AndTheViewMenuListTheKeysOfEveryScreen) {
+    ShellDesk desk;
+    desk.missing = {kClipEditor};
+    desk.Open();
+    desk.shell.OnKeyDown(Key::kTab);
+    desk.shell.OnKeyDown(Key::kF1);
+    const std::vector<ShortcutGroup> shown = desk.dialogs.shortcuts;
+    ASSERT_EQ(shown.size(), 4U);
+    EXPECT_EQ(shown[0], (ShortcutGroup{u"Record", {{u"Enter", u"play"}, {u"1, Left", u"back"}}}));
+    EXPECT_EQ(shown[1].title, u"Editor");
+    EXPECT_EQ(shown[2].title, u"About");
+    // What the window keeps for itself is in the list, and nothing else.
+    Text own;
+    for (int code = 1; code < 256; ++code) {
+        const auto key = static_cast<Key>(code);
+        desk.shell.OnKeyDown(Key::kTab);
+        desk.log.clear();
+        desk.shell.OnKeyDown(key);
+        desk.shell.OnKeyUp(key);
+        if (desk.log != Log{Format("key %d", code)}) own += NameOf(key) + u" ";
+    }
+    EXPECT_EQ(own, u"Tab Escape Space F1 + - Record key ");
+    Text listed;
+    for (const Shortcut& line : shown[3].shortcuts)
+        listed += line.keys + u" ";
+    EXPECT_EQ(listed, u"Tab, Shift+Tab Space +, - Escape Record key F1 ");
+
+    desk.dialogs.shortcuts.clear();
+    EXPECT_EQ(desk.window.menus.menus[3].items.back().command, Command::kShortcuts);
+    EXPECT_TRUE(desk.Item(Command::kShortcuts).enabled);
+    EXPECT_TRUE(desk.Run(Command::kShortcuts));
+    EXPECT_EQ(desk.dialogs.shortcuts, shown);
 }
 
 TEST(Shell, TheRecordKeyOfTheHardwareActsWhenItIsLetGo) {

@@ -4,12 +4,15 @@
 
 #include "shell/shell_desk.h"
 #include "support/fake_patience.h"
+#include "support/stalling_ftp.h"
 
 namespace orma::test {
 namespace {
 
 struct StartDesk : ShellDesk {
-    WindowParts parts{app, shell, window, running, [this](const WindowLook& seen) {
+    using ShellDesk::ShellDesk;
+
+    WindowParts parts{app, shell, window, running, held, [this](const WindowLook& seen) {
                           look = seen;
                           log.emplace_back("skin");
                       }};
@@ -21,7 +24,7 @@ TEST(WindowStart, GoesInItsOrder) {
     desk.window.display = {480, 640};
     WriteFileBytes(desk.folder.Path(u"size.txt"), AsBytes("[Size]\nLandscape=2\nBig=1\n"));
     EXPECT_TRUE(StartWindow(desk.parts, {}));
-    EXPECT_EQ(desk.log, (Log{"wait", "close setup", "create Orma Edit 480x380", "open instance",
+    EXPECT_EQ(desk.log, (Log{"wait", "close setup", "open instance", "create Orma Edit 480x380",
                              "skin", "entered 0", "arrow", "show", "raise"}));
     EXPECT_EQ(desk.look.client, (Size{480, 380}));
     EXPECT_EQ(desk.look.scale, 2.0F);
@@ -44,9 +47,41 @@ TEST(WindowStart, OpensTheProjectOfTheCommandLineAndGoesOnWithoutOneThatIsMissin
     EXPECT_EQ(next.app.project.Name(), u"city");
     EXPECT_EQ(next.app.clips.Count(), 1);
     StartDesk without;
-    EXPECT_TRUE(StartWindow(without.parts, desk.folder.Path(u"none.opr")));
+    const Text missing = desk.folder.Path(u"none.opr");
+    EXPECT_TRUE(StartWindow(without.parts, missing));
     EXPECT_EQ(without.app.clips.Count(), 0);
+    EXPECT_EQ(without.app.project.Name(), u"default");
     EXPECT_TRUE(without.shell.IsOpen());
+    EXPECT_TRUE(without.boxes.shown.empty()) << "not before there is a window to stand over";
+    without.loop.RunPending();
+    EXPECT_EQ(without.boxes.Texts(), std::vector<Text>{u"There is no file\n" + missing});
+    without.app.report.ShowError(u"later");
+    EXPECT_EQ(without.boxes.shown.size(), 2U);
+}
+
+TEST(WindowStart, ARecordingOnTheCommandLineIsOpenedInTheProjectOfTheStart) {
+    StartDesk desk;
+    desk.RecordTake();
+    StartDesk next;
+    EXPECT_TRUE(StartWindow(next.parts, desk.app.recording.audioPath));
+    next.loop.RunPending();
+    EXPECT_EQ(next.app.recording.audioPath, desk.app.recording.audioPath);
+    EXPECT_EQ(next.app.recording.length, desk.app.recording.length);
+    EXPECT_EQ(next.app.project.Folder(), next.folder.Path());
+    EXPECT_EQ(next.app.clips.Count(), 0);
+    EXPECT_TRUE(next.boxes.shown.empty());
+    StartDesk without;
+    EXPECT_TRUE(StartWindow(without.parts, desk.folder.Path(u"none.mp2")));
+    without.loop.RunPending();
+    EXPECT_EQ(without.boxes.shown.size(), 1U);
+}
+
+TEST(WindowStart, OfTwoThatStartAtOnceOneIsTheOnlyOne) {
+    StartDesk desk;
+    desk.running.isQuicker = true;
+    EXPECT_FALSE(StartWindow(desk.parts, {}));
+    EXPECT_EQ(desk.log.back(), "raise other");
+    EXPECT_FALSE(desk.shell.IsOpen());
 }
 
 TEST(WindowStart, ASecondInstanceTakesOverOnlyWithAProject) {
@@ -93,7 +128,7 @@ TEST(WindowEnd, SavesTheProjectThenClosesTheWindowThenSavesWhatTheUserLeft) {
     // The take that was still recorded is in the list before the screens go.
     EXPECT_EQ(desk.log,
               (Log{"close text", "save city.opr", "save city.opr", "left 0", "gone 0", "gone 1",
-                   "gone 2", "gone 4", "gone 5", "destroy", "save OrmaSet.sup"}));
+                   "gone 2", "gone 4", "gone 5", "destroy", "save OrmaSet.sup", "leave instance"}));
     EXPECT_EQ(desk.app.clips.Count(), 2);
     EXPECT_EQ(desk.app.settings.LastName, u"city");
     EXPECT_TRUE(desk.app.recorder.IsClosed());
@@ -102,6 +137,43 @@ TEST(WindowEnd, SavesTheProjectThenClosesTheWindowThenSavesWhatTheUserLeft) {
     desk.shell.OnPaint();
     desk.loop.Advance(100);
     EXPECT_EQ(desk.loop.Run(), 0);
+}
+
+/// Asked while a program that is at its end waits for uploads.
+struct LastPatience : Patience {
+    [[nodiscard]] bool GoOn() override {
+        if (asked) asked();
+        return goOn;
+    }
+    std::function<void()> asked;
+    bool goOn = true;
+};
+
+TEST(WindowEnd, WaitsForUploadsBehindAllElseAndTellsOfThoseThatItGivesUp) {
+    for (const bool arrives : {true, false}) {
+        StallingFtp line;
+        line.frozen = true;
+        StartDesk desk(kEveryCommand, &line);
+        ASSERT_TRUE(StartWindow(desk.parts, {}));
+        desk.loop.RunPending();
+        desk.app.writerContext.live.account.server = u"studio";
+        desk.app.project.SetOptions({.liveFtpAllowed = true, .liveFtpNewProjects = true});
+        desk.RecordTake();
+        ASSERT_EQ(desk.app.liveUploads->UnderWay(), 1U);
+        LastPatience patience;
+        patience.goOn = arrives;
+        patience.asked = [&] {
+            EXPECT_EQ(desk.log.back(), "leave instance");
+            line.frozen = !arrives;
+        };
+        EXPECT_TRUE(EndWindow(desk.parts, patience));
+        EXPECT_EQ(desk.app.liveUploads->UnderWay(), 0U);
+        EXPECT_EQ(line.server.files.contains(u"city00.mp2"), arrives);
+        ASSERT_EQ(desk.boxes.shown.size(), arrives ? 0U : 1U);
+        if (!arrives) {
+            EXPECT_EQ(desk.boxes.shown[0].text, u"The take is not uploaded:\ncity00.mp2\ngiven up");
+        }
+    }
 }
 
 }  // namespace

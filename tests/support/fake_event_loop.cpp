@@ -1,6 +1,7 @@
 #include "support/fake_event_loop.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace orma::test {
@@ -12,7 +13,9 @@ struct FakeEventLoop::Tick {
 };
 
 struct FakeEventLoop::Wake {
-    bool signalled;
+    explicit Wake(std::function<void()> call) : handler(std::move(call)) {}
+
+    std::atomic<bool> signalled = false;
     std::function<void()> handler;
 };
 
@@ -54,7 +57,7 @@ std::unique_ptr<Timer> FakeEventLoop::StartTimer(std::uint32_t periodMs,
 }
 
 std::unique_ptr<Wakeup> FakeEventLoop::CreateWakeup(std::function<void()> handler) {
-    wakes_.push_back(std::make_shared<Wake>(Wake{false, std::move(handler)}));
+    wakes_.push_back(std::make_shared<Wake>(std::move(handler)));
     return std::make_unique<FakeWakeup>(*this, wakes_.back());
 }
 
@@ -82,7 +85,7 @@ bool FakeEventLoop::RunOne() {
         return true;
     }
     const auto found = std::find_if(wakes_.begin(), wakes_.end(),
-                                    [](const auto& wake) { return wake->signalled; });
+                                    [](const auto& wake) { return wake->signalled.load(); });
     if (found == wakes_.end()) return false;
     const std::shared_ptr<Wake> wake = *found;  // the handler may destroy its own wake-up
     wake->signalled = false;

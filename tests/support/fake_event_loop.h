@@ -10,7 +10,7 @@
 namespace orma::test {
 
 /// An event loop that a test drives by hand: nothing runs but in RunPending, Advance and Run, and
-/// time passes in Advance alone. One thread, Wakeup::Signal included.
+/// time passes in Advance alone. One thread, but for Wakeup::Signal.
 class FakeEventLoop : public EventLoop {
   public:
     FakeEventLoop();

@@ -19,13 +19,16 @@ class FakeRunningInstance : public RunningInstance {
         return ends;
     }
     void CloseSetup() override { log_.emplace_back("close setup"); }
-    void Open(Requests asked) override {
+    [[nodiscard]] bool Open(Requests asked) override {
         log_.emplace_back("open instance");
         requests = std::move(asked);
+        return !isQuicker;
     }
+    void Leave() override { log_.emplace_back("leave instance"); }
 
     bool isOpen = false;
     bool ends = true;
+    bool isQuicker = false;  // another one, than this
     Requests requests;
 
   private:

@@ -26,7 +26,7 @@ class Desk : public Desktop {
     }
 
     /// Presses buttons, lets periods be heard (+n), moves the place (@n), runs what is pending (|)
-    /// and notes the cursor (.).
+    /// notes the cursor (.), and takes hold of the place or lets it go: ( and ).
     void Play(const std::string& script) {
         std::istringstream in(script);
         int number = 0;
@@ -38,6 +38,8 @@ class Desk : public Desktop {
                 transport.MoveTo(number);
             else if (key == '|')
                 loop.RunPending();
+            else if (key == '(' || key == ')')
+                transport.Drag(key == '(');
             else if (key == '.')
                 places += std::to_string(Cursor()) + " ";
             else
@@ -108,6 +110,10 @@ TEST(TransportTest, WhereTheButtonsLead) {
         {{30, 55}, "@30 P +2 @80 +200 .", "30o", "100 "},
         {{30, 55}, "P > +500 .", "340o", "100 "},
         {{30, 55}, "P > +6 @35 P +100 .", "3430o", "55 "},
+        // Dragged about, it still plays.
+        {{30, 55}, "( @30 P +2 ( @80 ) +200 .", "3630o", "100 "},
+        {{30, 55}, "@30 P +2 ( @10 @40 +200 . )", "360o", "55 "},
+        {{}, "P > ( +2 ) S", "340", ""},
         // What is still heard behind the last buffer can be stopped, and wound back.
         {{30, 98}, "@98 P S +3", "30", ""},
         {{30, 98}, "@98 P < +3", "35", ""},

@@ -3,11 +3,17 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QApplication>
+#include <QDialog>
+#include <QGestureEvent>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPointingDevice>
+#include <QTimer>
+#include <QWheelEvent>
 #include <QWindow>
 #include <string>
 
@@ -103,9 +109,16 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
     Win* Focused() override { return nullptr; }
     void BeforePaint() override { ++frames_; }
     void Log(const char* what, Point at) { log_ += Format("%s %d,%d ", what, at.x, at.y); }
-    void LeftDown(Point at) override { Log("down", at); }
+    void LeftDown(Point at) override {
+        Log("down", at);
+        if (onPress_) onPress_();
+    }
     void LeftUp(Point at) override { Log("up", at); }
     void Moved(Point at) override { Log("move", at); }
+    void Wheel(Point at, int steps, bool sideways) override {
+        Log(sideways ? "across" : "wheel", at);
+        log_ += std::to_string(steps) + " ";
+    }
     void RightDown(Point at) override { Log("right", at); }
     void RightUp(Point at) override { Log("let", at); }
     void KeyDown(orma::Key key, bool shift) override {
@@ -129,6 +142,7 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
     Pointer pointer_;
     Scene scene_{skin_, canvas_, pointer_, {}};
     std::string log_;
+    std::function<void()> onPress_;
     int frames_ = 0;
     MenuBar opening_;
     std::vector<std::unique_ptr<Win>> controls_;
@@ -192,6 +206,66 @@ TEST_F(PageTest, PointerAndKeysReachTheClientAsItsOwn) {
     log_.clear();
     Key(QEvent::KeyPress, Qt::Key_Tab);
     EXPECT_EQ(log_, "09 ");
+}
+
+TEST_F(PageTest, ABoxThatTakesThePointerAwayLetsTheButtonGo) {
+    page_.show();
+    QDialog box(&page_);
+    const auto ask = [&] {
+        QTimer::singleShot(0, &box, &QDialog::accept);
+        box.exec();
+        log_ += "told ";
+    };
+    onPress_ = ask;  // the press itself fails and says so
+    Mouse(QEvent::MouseButtonPress, {7, 3}, Qt::LeftButton, Qt::LeftButton);
+    onPress_ = nullptr;
+    EXPECT_EQ(log_, "down 7,3 told up 7,3 ");
+    log_.clear();
+    Mouse(QEvent::MouseButtonPress, {8, 4}, Qt::LeftButton, Qt::LeftButton);
+    Mouse(QEvent::MouseMove, {9, 4}, Qt::NoButton, Qt::LeftButton);
+    ask();  // something else fails meanwhile
+    Mouse(QEvent::MouseMove, {20, 4}, Qt::NoButton, Qt::LeftButton);
+    Mouse(QEvent::MouseButtonRelease, {20, 4}, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(log_, "down 8,4 move 9,4 up 9,4 told ");
+}
+
+TEST_F(PageTest, WheelAndTouchpadTellWholeNotches) {
+    const auto turn = [&](QPoint by, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QWheelEvent event({5.5, 6}, page_.mapToGlobal(QPointF(5.5, 6)), {}, by, Qt::NoButton,
+                          modifiers, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&page_, &event);
+    };
+    turn({0, 120});
+    turn({0, -90});
+    turn({0, -90});  // a fine wheel
+    turn({0, -60});
+    turn({240, 0});
+    turn({0, -120}, Qt::ShiftModifier);
+    EXPECT_EQ(log_, "wheel 5,6 1 wheel 5,6 -1 wheel 5,6 -1 across 5,6 -2 across 5,6 1 ");
+
+    log_.clear();
+    const auto spread = [&](double value, Qt::NativeGestureType type = Qt::ZoomNativeGesture) {
+        QNativeGestureEvent event(type, QPointingDevice::primaryPointingDevice(), 2, {7, 8}, {7, 8},
+                                  {7, 8}, value, {});
+        QCoreApplication::sendEvent(&page_, &event);
+    };
+    for (int i = 0; i < 8; ++i)
+        spread(0.1);  // 1.1 to the eighth is 2.14
+    spread(90, Qt::RotateNativeGesture);
+    spread(-0.8);
+    spread(-1);
+    EXPECT_EQ(log_, "wheel 7,8 1 wheel 7,8 -2 ");
+
+    log_.clear();
+    page_.move(0, 0);
+    QPinchGesture pinch;
+    pinch.setCenterPoint(page_.mapToGlobal(QPointF(9, 9)));
+    for (const double total : {1.6, 1.6, 2.4, 2.4, 0.5}) {
+        pinch.setTotalScaleFactor(total);
+        QGestureEvent event({&pinch});
+        QCoreApplication::sendEvent(&page_, &event);
+    }
+    EXPECT_EQ(log_, "wheel 9,9 1 wheel 9,9 -2 ");
 }
 
 TEST_F(PageTest, EveryControlWithALabelIsSeenByHelpersOfTheDesktop) {

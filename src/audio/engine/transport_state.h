@@ -12,7 +12,7 @@ enum class TransportState {
     kFastForward = 4,
     kRewind = 5,
     kDragging = 6,  // playing, while a screen's control drags the place along: the player then
-                    // shows each place at once. No button leads here, no lamp shows it
+                    // shows each place at once. No button leads here; its lamp is kPlaying's
 };
 
 }  // namespace orma

@@ -7,8 +7,6 @@
 #include <optional>
 
 #include <poll.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
 
 namespace orma {
 namespace {
@@ -35,33 +33,6 @@ struct PosixEventLoop::TimerSource : Source {
 struct PosixEventLoop::WatchSource : Source {
     int descriptor = -1;
     bool ready = false;
-};
-
-/// An eventfd that lives as long as anybody may still signal it.
-class PosixEventLoop::EventDescriptor {
-  public:
-    EventDescriptor() : descriptor_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
-    ~EventDescriptor() {
-        if (descriptor_ >= 0) ::close(descriptor_);
-    }
-    EventDescriptor(const EventDescriptor&) = delete;
-    EventDescriptor& operator=(const EventDescriptor&) = delete;
-
-    [[nodiscard]] int Get() const { return descriptor_; }
-
-    void Write() noexcept {
-        const std::uint64_t one = 1;
-        // It can only fail when the counter is full, and then the reader wakes anyway.
-        [[maybe_unused]] const ssize_t written = ::write(descriptor_, &one, sizeof one);
-    }
-
-    void Drain() noexcept {
-        std::uint64_t count = 0;
-        [[maybe_unused]] const ssize_t got = ::read(descriptor_, &count, sizeof count);
-    }
-
-  private:
-    int descriptor_;
 };
 
 struct PosixEventLoop::WakeSource : Source {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/event_loop.h"
+#include "platform/posix/event_descriptor.h"
 
 struct pollfd;
 
@@ -45,7 +46,6 @@ class PosixEventLoop : public EventLoop {
     struct TimerSource;
     struct WakeSource;
     struct WatchSource;
-    class EventDescriptor;
     template <class Handle, class SourceType>
     class SourceHandle;
     class WakeHandle;

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string_view>
 #include <thread>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -109,12 +110,16 @@ LocalInstance::LocalInstance(const Text& programFolder) {
 }
 
 LocalInstance::~LocalInstance() {
+    Leave();
+}
+
+void LocalInstance::Leave() {
     notifier_.reset();
     if (socket_ >= 0) {
         ::unlink((name_ + kSocketSuffix).c_str());
-        ::close(socket_);
+        ::close(std::exchange(socket_, -1));
     }
-    if (lock_ >= 0) ::close(lock_);  // last: from now on there is none
+    if (lock_ >= 0) ::close(std::exchange(lock_, -1));  // last: from now on there is none
 }
 
 bool LocalInstance::IsOpen() {
@@ -143,13 +148,13 @@ void LocalInstance::CloseSetup() {
     if (!setup_.empty()) Send(setup_, kClose);
 }
 
-void LocalInstance::Open(Requests requests) {
-    if (name_.empty() || lock_ >= 0) return;
+bool LocalInstance::Open(Requests requests) {
+    if (name_.empty() || lock_ >= 0) return true;
     bool held = false;
     lock_ = TakeLock(name_, held);
     if (lock_ < 0) {
-        Trace("instance: another one was quicker, or there is no lock: this one is not seen");
-        return;
+        Trace("instance: %s", held ? "another one was quicker" : "no lock: this one is not seen");
+        return !held;
     }
     requests_ = std::move(requests);
     // Whoever left a socket behind no longer holds the lock.
@@ -161,11 +166,12 @@ void LocalInstance::Open(Requests requests) {
         ::bind(receiver, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0) {
         Trace("instance: cannot hear others at %s", path.c_str());
         if (receiver >= 0) ::close(receiver);
-        return;
+        return true;
     }
     socket_ = receiver;
     notifier_ = std::make_unique<QSocketNotifier>(socket_, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { Receive(); });
+    return true;
 }
 
 void LocalInstance::Receive() {

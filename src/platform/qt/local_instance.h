@@ -15,7 +15,7 @@ namespace orma {
 /// there is one, which ends with its process however that ends; a datagram socket takes what others
 /// ask of it, one line each: "raise" or "close". Where no such folder can be had, every instance is
 /// the only one. Create it after the toolkit's application object; it is the open instance until it
-/// is destroyed.
+/// leaves or is destroyed.
 class LocalInstance : public RunningInstance {
   public:
     /// `programFolder`: where settings and program files lie; it exists.
@@ -28,7 +28,8 @@ class LocalInstance : public RunningInstance {
     void Raise() override;
     [[nodiscard]] bool Close(int patienceMs) override;
     void CloseSetup() override;
-    void Open(Requests requests) override;
+    [[nodiscard]] bool Open(Requests requests) override;
+    void Leave() override;
 
   private:
     void Receive();

@@ -9,8 +9,7 @@
 #include <deque>
 #include <vector>
 
-#include <sys/eventfd.h>
-#include <unistd.h>
+#include "platform/posix/event_descriptor.h"
 
 namespace orma {
 namespace {
@@ -45,33 +44,6 @@ struct QtEventLoop::Source {
 struct QtEventLoop::WakeSource : Source {
     using Source::Source;
     std::atomic<bool> signalled = false;
-};
-
-/// An eventfd that lives as long as anybody may still signal it.
-class QtEventLoop::EventDescriptor {
-  public:
-    EventDescriptor() : descriptor_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
-    ~EventDescriptor() {
-        if (descriptor_ >= 0) ::close(descriptor_);
-    }
-    EventDescriptor(const EventDescriptor&) = delete;
-    EventDescriptor& operator=(const EventDescriptor&) = delete;
-
-    [[nodiscard]] int Get() const { return descriptor_; }
-
-    void Write() noexcept {
-        const std::uint64_t one = 1;
-        // It can only fail when the counter is full, and then the reader wakes anyway.
-        [[maybe_unused]] const ssize_t written = ::write(descriptor_, &one, sizeof one);
-    }
-
-    void Drain() noexcept {
-        std::uint64_t count = 0;
-        [[maybe_unused]] const ssize_t got = ::read(descriptor_, &count, sizeof count);
-    }
-
-  private:
-    int descriptor_;
 };
 
 /// Outlives the loop in its handles.

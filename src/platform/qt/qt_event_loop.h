@@ -30,7 +30,6 @@ class QtEventLoop : public EventLoop {
     struct Source;
     struct WakeSource;
     struct State;
-    class EventDescriptor;
     class TimerHandle;
     class WakeHandle;
     class Notifier;

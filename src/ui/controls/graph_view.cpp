@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace orma {
 
@@ -37,14 +38,10 @@ void GraphView::Reset(std::int64_t count) {
 }
 
 GraphChange GraphView::Follow(std::int64_t position, std::int64_t count) {
-    if (position == Position()) return GraphChange::kNone;
+    if (position == Position() || std::exchange(follow_, false)) return GraphChange::kNone;
     const bool jumped = position < first_ || position > last_ + width_;
     if (jumped || position < last_ || (position >= count && last_ == count)) {
         return SetPosition(position, count);
-    }
-    if (follow_) {
-        follow_ = false;
-        return GraphChange::kNone;
     }
     SetView(last_, count);
     PutCursor(position, count);
@@ -72,7 +69,7 @@ void GraphView::Refresh(std::int64_t position, std::int64_t count) {
     const std::int64_t before = Position();
     SetView(first_, count);
     cursor_ = before - first_;
-    static_cast<void>(SetPosition(position, count));
+    if (position != before || position > count) static_cast<void>(SetPosition(position, count));
 }
 
 void GraphView::Centre(std::int64_t position, std::int64_t count) {
@@ -92,25 +89,28 @@ std::int64_t GraphView::ScrollTo(std::int64_t moved, std::int64_t whole, std::in
     return p;
 }
 
-void GraphView::SetZoom(int zoom, std::int64_t count) {
+void GraphView::SetZoom(int zoom, std::int64_t count, std::optional<std::int64_t> under) {
     const std::int64_t position = Position();
     // A cursor out of sight has no column to keep: what it would be drawn towards is the edge.
-    const std::int64_t column = std::clamp<std::int64_t>(Column(position), 0, columns_);
+    const std::int64_t column =
+        std::clamp<std::int64_t>(under.value_or(Column(position)), 0, columns_);
+    const std::int64_t place = under ? first_ + Periods(column) : position;
     zoom_ = zoom;
     width_ = std::max<std::int64_t>(Periods(columns_), 1);
-    SetView(position - Periods(column), count);
+    SetView(place - Periods(column), count);
     cursor_ = position - first_;
+    follow_ = true;
 }
 
-bool GraphView::ZoomIn(std::int64_t count) {
+bool GraphView::ZoomIn(std::int64_t count, std::optional<std::int64_t> under) {
     if (zoom_ <= kMinZoom) return false;
-    SetZoom(zoom_ - 1, count);
+    SetZoom(zoom_ - 1, count, under);
     return true;
 }
 
-bool GraphView::ZoomOut(std::int64_t count) {
+bool GraphView::ZoomOut(std::int64_t count, std::optional<std::int64_t> under) {
     if (zoom_ >= 0 && width_ >= count) return false;
-    SetZoom(zoom_ + 1, count);
+    SetZoom(zoom_ + 1, count, under);
     return true;
 }
 

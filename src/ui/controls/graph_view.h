@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace orma {
@@ -47,14 +48,15 @@ class GraphView {
     /// The first periods, one a column, the cursor at the beginning.
     void Reset(std::int64_t count);
 
-    /// Playing or recording went on to `position`: at the end of the view it pages, unless the user
-    /// has just set the view.
+    /// Playing or recording went on to `position`: at the end of the view it pages. Directly behind
+    /// a view that the user has set nothing moves, once.
     GraphChange Follow(std::int64_t position, std::int64_t count);
 
     /// The cursor goes to a place that somebody chose; the view pages once or jumps there.
     GraphChange SetPosition(std::int64_t position, std::int64_t count);
 
     /// Brings view and cursor up to date with a position and a count that may have changed unseen.
+    /// A cursor that stays may be out of view.
     void Refresh(std::int64_t position, std::int64_t count);
 
     /// That place in the middle.
@@ -65,15 +67,16 @@ class GraphView {
     std::int64_t ScrollTo(std::int64_t moved, std::int64_t whole, std::int64_t base,
                           std::int64_t count);
 
-    /// One step of zoom, between kMinZoom and the whole take; the cursor keeps its column as far as
-    /// the take's ends allow. False at the limit.
-    bool ZoomIn(std::int64_t count);
-    bool ZoomOut(std::int64_t count);
+    /// One step of zoom, between kMinZoom and the whole take. What stands in the column `under`, or
+    /// else the cursor, keeps its place as far as the take's ends allow; so with `under` the cursor
+    /// may get out of view. False at the limit.
+    bool ZoomIn(std::int64_t count, std::optional<std::int64_t> under = {});
+    bool ZoomOut(std::int64_t count, std::optional<std::int64_t> under = {});
 
   private:
     void SetView(std::int64_t first, std::int64_t count);
     void PutCursor(std::int64_t position, std::int64_t count);
-    void SetZoom(int zoom, std::int64_t count);
+    void SetZoom(int zoom, std::int64_t count, std::optional<std::int64_t> under);
 
     int columns_;
     int zoom_ = 0;
@@ -81,7 +84,7 @@ class GraphView {
     std::int64_t first_ = 0;
     std::int64_t last_ = 0;
     std::int64_t cursor_ = 0;
-    bool follow_ = true;  // the user has set the view: the next update does not page
+    bool follow_ = true;  // the user has set the view: the next update moves nothing
 };
 
 /// The mark nearest to `position`, the earlier one of two as near. `marks` ascending, not empty.

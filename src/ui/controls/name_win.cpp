@@ -10,24 +10,34 @@ NameWin::NameWin(const Scene& scene, Element element, Font font)
 void NameWin::SetName(const Text& name) {
     if (name == name_) return;
     scene_.canvas.CopyFromPage(NormalPage(), Covered());
-    name_ = name;
+    PresetName(name);
     Paint();
 }
 
+void NameWin::PresetName(const Text& name) {
+    name_ = name;
+    shown_ = name;
+    const auto fits = [&] { return scene_.canvas.Measure(shown_, font_).width <= rect_.w; };
+    for (std::size_t kept = name.size(); kept > 1 && !fits(); --kept) {
+        const std::size_t tail = kept / 2;
+        shown_ = name.substr(0, kept - tail) + u"..." + name.substr(name.size() - tail);
+    }
+}
+
 void NameWin::Paint() {
-    if (name_.empty()) return;
+    if (shown_.empty()) return;
     const SkinColours& colours = scene_.skin.Colours();
     scene_.canvas.Fill(Covered(), colours.textBackground);
-    scene_.canvas.DrawText(rect_, Origin(), name_, font_, colours.text);
+    scene_.canvas.DrawText(rect_, Origin(), shown_, font_, colours.text);
 }
 
 Point NameWin::Origin() const {
-    const int width = scene_.canvas.Measure(name_, font_).width;
+    const int width = scene_.canvas.Measure(shown_, font_).width;
     return TextOrigin(rect_, width, font_, TextAlignment::kCentre);
 }
 
 Rect NameWin::Covered() const {
-    return Common(rect_, TextBox(Origin(), scene_.canvas.Measure(name_, font_), font_));
+    return Common(rect_, TextBox(Origin(), scene_.canvas.Measure(shown_, font_), font_));
 }
 
 }  // namespace orma

@@ -1,6 +1,7 @@
 #include "ui/controls/rec_graph_win.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "ui/controls/graph_columns.h"
@@ -11,6 +12,7 @@ namespace {
 constexpr Pixel kWhite = 0xFFFFFF;
 constexpr int kMarkBitmap = 511;
 constexpr int kDesignHeight = 80;
+constexpr int kNotches = 8;  // of the wheel, for a whole view
 
 }  // namespace
 
@@ -40,6 +42,7 @@ void RecGraphWin::Apply(GraphChange change) {
 }
 
 void RecGraphWin::GraphFollow() {
+    if (dragged_) return;
     const GraphSource source = owner_.source();
     Apply(view_.Follow(source.position, static_cast<std::int64_t>(source.levels.size())));
 }
@@ -57,6 +60,11 @@ void RecGraphWin::GraphScrollTo(std::int64_t moved, std::int64_t whole, std::int
     const std::int64_t position = view_.ScrollTo(moved, whole, base, Count());
     owner_.setPosition(position);  // before the redraw, which shows the owner's position
     GraphRedraw();
+}
+
+void RecGraphWin::DragView(bool on) {
+    dragged_ = on;
+    owner_.dragging(on);
 }
 
 void RecGraphWin::GraphMoveLine(Line which, std::uint32_t position) {
@@ -91,7 +99,7 @@ void RecGraphWin::Paint() {
     view_.Refresh(source.position, static_cast<std::int64_t>(source.levels.size()));
     if (source.levels.empty()) return;
     DrawLevels(source);
-    if (view_.Cursor() <= view_.Width()) DrawMarks(source.marks);
+    DrawMarks(source.marks);
     DrawLine(cursor_, view_.Position());
     DrawLine(range_[0], source.rangeStart);
     DrawLine(range_[1], source.rangeEnd);
@@ -197,6 +205,19 @@ void RecGraphWin::Press() {
 void RecGraphWin::StepBy(int steps) {
     if (IsBusy()) return;
     PickPosition(view_.Position() + steps * std::max<std::int64_t>(view_.Periods(1), 1));
+}
+
+void RecGraphWin::OnWheel(Point at, int steps, bool sideways) {
+    if (sideways) {
+        if (!IsBusy() && view_.Width() < Count()) GraphScrollTo(steps, kNotches, view_.Position());
+        return;
+    }
+    bool changed = false;
+    for (int i = 0; i < std::abs(steps); ++i) {
+        changed |= steps > 0 ? view_.ZoomIn(Count(), at.x - rect_.x)
+                             : view_.ZoomOut(Count(), at.x - rect_.x);
+    }
+    if (changed) GraphRedraw();
 }
 
 Text RecGraphWin::Value() const {

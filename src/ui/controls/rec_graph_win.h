@@ -37,6 +37,9 @@ struct GraphOwner {
     /// Paints what else of the screen lies beneath the graph, each time that the page was restored
     /// there for a repaint of its own.
     std::function<void()> paintBeneath = [] {};
+
+    /// The user drags the view along from now on, or has let it go.
+    std::function<void(bool on)> dragging = [](bool) {};
 };
 
 /// The editor's level graph: the levels as a line, removed stretches and the selection in colours
@@ -53,7 +56,8 @@ class RecGraphWin : public Win {
     /// Another recording: its beginning, one period a column. Draws nothing.
     void GraphReset();
 
-    /// Playing or recording went on: the cursor follows, the view pages at its end.
+    /// Playing or recording went on: the cursor follows, the view pages at its end; but not while
+    /// the view is dragged.
     void GraphFollow();
 
     /// The position is `position` now, by somebody's choice; the source tells the same already.
@@ -63,6 +67,9 @@ class RecGraphWin : public Win {
     /// Moves the view by `moved` of `whole` pixels of a scroll thumb, from the position `base`, and
     /// sets the position to where the cursor comes to stand.
     void GraphScrollTo(std::int64_t moved, std::int64_t whole, std::int64_t base);
+
+    /// Between the two calls the view belongs to who drags it.
+    void DragView(bool on);
 
     /// Moves an edge of the range as it is drawn; the source is to tell the same from now on.
     void GraphMoveLine(Line which, std::uint32_t position);
@@ -78,6 +85,7 @@ class RecGraphWin : public Win {
 
     [[nodiscard]] const GraphView& View() const { return view_; }
     [[nodiscard]] std::int64_t Count() const;  // level bytes
+    [[nodiscard]] std::span<const std::uint32_t> Marks() const { return owner_.source().marks; }
 
     /// The user picked a place, here or on the scroll bar; it is brought into the recording.
     void PickPosition(std::int64_t position);
@@ -93,6 +101,9 @@ class RecGraphWin : public Win {
 
     /// Moves the position by columns, at least a period each.
     void StepBy(int steps) override;
+
+    /// Zooms under the pointer; sideways it scrolls by an eighth of the view, the position with it.
+    void OnWheel(Point at, int steps, bool sideways) override;
 
     /// The position's share of the recording: "42%".
     [[nodiscard]] Text Value() const override;
@@ -123,6 +134,7 @@ class RecGraphWin : public Win {
     DrawnLine cursor_{500, {}};
     DrawnLine range_[2] = {{501, {}}, {502, {}}};
     std::function<void()> viewChanged_ = [] {};
+    bool dragged_ = false;
 };
 
 }  // namespace orma

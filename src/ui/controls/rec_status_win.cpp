@@ -13,7 +13,7 @@ void RecStatusWin::SetState(int state) {
 
 void RecStatusWin::Paint() {
     if (state_ < 0 || state_ >= kStates) return;
-    const Picture& lamp = scene_.skin.Bitmap(kFirstBitmap + state_);
+    const Picture& lamp = scene_.skin.Bitmap(scene_.skin.ForRecorder(kFirstBitmap + state_));
     scene_.canvas.Copy(lamp, {0, 0, rect_.w, rect_.h}, {rect_.x, rect_.y});
 }
 

@@ -6,7 +6,7 @@
 
 namespace orma {
 
-/// The status lamp: one bitmap for each transport state 0 to 5.
+/// The recorder's status lamp: one bitmap for each transport state 0 to 5.
 class RecStatusWin : public Win {
   public:
     RecStatusWin(const Scene& scene, Element element);

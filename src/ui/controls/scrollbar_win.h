@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "ui/controls/rec_graph_win.h"
 
@@ -20,7 +21,8 @@ struct ScrollThumb {
                                   std::int64_t count);
 
 /// The bar under the level graph. Beside the thumb a press pages, on it the thumb can be dragged.
-/// Follows the graph by itself while its screen is entered.
+/// Each mark of the recording has a tick on it, which inverts what lies beneath. Follows the graph
+/// by itself while its screen is entered.
 class ScrollbarWin : public Win {
   public:
     /// `graph` outlives the bar, which becomes its view listener. `redrawWhole`: a changed view
@@ -30,11 +32,14 @@ class ScrollbarWin : public Win {
     void Paint() override;
     [[nodiscard]] Win* HitTest(Point at) override { return TakeIfInside(at); }
     void Press() override;
-    void Release() override { drag_.reset(); }
+    void Release() override;
     void Drag() override;
 
     /// By views, to the left or to the right.
     void StepBy(int steps) override;
+
+    /// Scrolls as over the graph: away from the user goes back.
+    void OnWheel(Point at, int steps, bool sideways) override;
 
     /// Where the view begins, as a share of the recording: "42%".
     [[nodiscard]] Text Value() const override;
@@ -48,11 +53,14 @@ class ScrollbarWin : public Win {
 
     void ShowView();
     [[nodiscard]] ScrollThumb Thumb() const;
+    [[nodiscard]] std::vector<int> Ticks() const;
     [[nodiscard]] Rect RectOf(const ScrollThumb& thumb) const;
 
     RecGraphWin& graph_;
     bool redrawWhole_;
     ScrollThumb drawn_;
+    std::vector<int> drawnTicks_;  // pixels from the bar's left edge, ascending
+    Picture tick_;
     std::optional<DragStart> drag_;
 };
 

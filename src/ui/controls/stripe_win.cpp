@@ -11,6 +11,7 @@ constexpr double kFullCircle = 6.2831853;
 constexpr double kLength = 5.0;  // of the pointer, design pixels
 constexpr int kLineWidth = 2;
 constexpr int kStepPixels = 8;
+constexpr int kKnobBitmap = 519;
 
 }  // namespace
 
@@ -19,6 +20,10 @@ StripeWin::StripeWin(const Scene& scene, Element element, Element middle,
     : Win(scene, element), turn_(std::move(turn)) {
     const ElementRect& within = scene.skin.Design(middle);
     centre_ = {rect_.x + scene.skin.Scaled(within.x), rect_.y + scene.skin.Scaled(within.y)};
+    // Turned, a knob that stands aside in its bitmap would leave its centre, which is not turned.
+    const ElementRect& whole = scene.skin.Design(element);
+    const bool central = 2 * within.x == whole.w && 2 * within.y == whole.h;
+    bitmap_ = central ? scene.skin.ForRecorder(kKnobBitmap) : kKnobBitmap;
 }
 
 void StripeWin::KnobSetValue(std::int32_t value) {
@@ -29,7 +34,7 @@ void StripeWin::KnobSetValue(std::int32_t value) {
 }
 
 void StripeWin::Paint() {
-    scene_.canvas.Copy(scene_.skin.Bitmap(519), {0, 0, rect_.w, rect_.h}, {rect_.x, rect_.y});
+    scene_.canvas.Copy(scene_.skin.Bitmap(bitmap_), {0, 0, rect_.w, rect_.h}, {rect_.x, rect_.y});
 
     const int degrees = 240 - static_cast<int>(std::int64_t{value_} * 300 / 65536) +
                         (scene_.skin.UpsideDown() ? 180 : 0);

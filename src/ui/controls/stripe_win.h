@@ -24,9 +24,11 @@ class StripeWin : public Win {
     void Press() override { dragged_ = 0; }
     void Drag() override;
     void StepBy(int steps) override { turn_(steps); }
+    void OnWheel(Point /*at*/, int steps, bool /*sideways*/) override { turn_(steps); }
 
   private:
-    Point centre_;  // within the window
+    Point centre_;    // within the window
+    int bitmap_ = 0;  // its number
     std::function<void(int)> turn_;
     std::int32_t value_ = 0;
     int dragged_ = 0;  // window pixels that have become steps

@@ -78,6 +78,10 @@ class Win {
     /// Turns or moves it by so many of its own steps: the keyboard's way to drag.
     virtual void StepBy(int /*steps*/) {}
 
+    /// The wheel was turned over it by so many notches: away from the user, or `sideways` to the
+    /// right. Two fingers that spread are a wheel, too: a notch for each doubling.
+    virtual void OnWheel(Point /*at*/, int /*steps*/, bool /*sideways*/) {}
+
     /// What it shows now, in words: "0m:42s.35", "+12dB"; empty for a button.
     [[nodiscard]] virtual Text Value() const { return {}; }
 

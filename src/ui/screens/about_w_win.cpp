@@ -1,6 +1,7 @@
 #include "ui/screens/about_w_win.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -31,6 +32,8 @@ AboutWWin::AboutWWin(const Scene& scene, ScreenHost& host, ProductVersion versio
     text->SetLabel({ControlRole::kText, u"Version", u"Tell it when you ask for help", {}});
     for (int i = kRequiredLines; i < kLines; ++i)
         MakeLine(i);
+    Bind(Key::kLeft, u"The device", [this] { Choose(Page::kDevice); });
+    Bind(Key::kRight, u"The project", [this] { Choose(Page::kProject); });
 }
 
 void AboutWWin::MakeButton(ToggleButtonWin*& place, Element element, Page page,
@@ -59,11 +62,6 @@ void AboutWWin::Entered() {
 
 void AboutWWin::Tick() {
     if (++ticks_ % kTicksOfRefresh == 0) Gather();
-}
-
-void AboutWWin::OnKey(Key key) {
-    if (key == Key::kLeft) Choose(Page::kDevice);
-    if (key == Key::kRight) Choose(Page::kProject);
 }
 
 void AboutWWin::Choose(Page page) {
@@ -107,8 +105,8 @@ Text AboutWWin::Location(Text folder) const {
 std::vector<AboutWWin::Line> AboutWWin::DeviceLines(const AboutInfo& info) const {
     std::vector<Line> lines;
     if (info.freeMemory) {
-        const auto kilobytes =
-            static_cast<int>(std::min<std::uint64_t>(*info.freeMemory / 1024, 9999999));
+        constexpr std::uint64_t kMost = std::numeric_limits<int>::max();
+        const auto kilobytes = static_cast<int>(std::min(*info.freeMemory / 1024, kMost));
         lines.push_back({u"Main memory", info.memoryIsShort ? FormatText("%7d*", kilobytes)
                                                             : FormatText("%7d ", kilobytes)});
     }

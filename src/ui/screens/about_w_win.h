@@ -45,7 +45,6 @@ class AboutWWin : public WWin {
     void Refresh() override { Gather(); }
     void Entered() override;
     void Tick() override;
-    void OnKey(Key key) override;
 
   private:
     enum class Page : std::uint8_t { kDevice, kProject };

@@ -18,26 +18,6 @@ void ClipEditorWWin::RightDown(Point /*at*/) {
         {.text = u"rbutton clip editor", .title = u"text"});
 }
 
-void ClipEditorWWin::OnKey(Key key) {
-    switch (key) {
-        case Key::kEnter:
-        case Key::kSpace:
-            return IsPlaying() ? Stop() : PlayFromCurrent(false);
-        case Key::k7:
-            return Stop();
-        case Key::k8:
-            return PlayFromCurrent(false);
-        case Key::kInsert:
-            return Insert();
-        case Key::kDelete:
-            return Remove();
-        case Key::k0:
-            return Renew();
-        default:
-            return;
-    }
-}
-
 void ClipEditorWWin::OnListNotification(std::uint32_t code) {
     if (busy_ || !IsEntered()) return;
     switch (static_cast<ListNotification>(code)) {

@@ -27,10 +27,8 @@ struct ClipEditorServices {
 /// never a clip. Clips are added, removed, moved, renamed, and played one after the other. While a
 /// take is recorded the list can only be looked at: the current recording is the recorder's.
 ///
-/// Keys: Enter and Space play and stop, 7 stops, 8 plays, Insert adds, Delete removes,
-/// 0 renews. The list has
-/// its own: the arrows mark, F2 renames, Ctrl or Alt with Up and Down moves, Shift with Enter plays
-/// the marked clip alone. UI thread.
+/// The list has keys of its own: the arrows mark, F2 renames, Ctrl or Alt with Up and Down moves,
+/// Shift with Enter plays the marked clip alone. UI thread.
 class ClipEditorWWin : public WWin {
   public:
     /// `detailed`: columns for length, time and location, under a header, in place of the
@@ -50,7 +48,6 @@ class ClipEditorWWin : public WWin {
     void PlayFromCurrent(bool alone);
 
     void RightDown(Point at) override;
-    void OnKey(Key key) override;
     void OnListNotification(std::uint32_t code) override;
     void Refresh() override;
     void Entered() override;
@@ -64,6 +61,7 @@ class ClipEditorWWin : public WWin {
   private:
     // clip_editor_w_win_table.cpp
     void MakeListButtons();
+    void BindKeys();
     [[nodiscard]] ClipListLook Look() const;
 
     // clip_editor_w_win.cpp

@@ -34,6 +34,7 @@ ClipEditorWWin::ClipEditorWWin(const Scene& scene, ScreenHost& host, ClipEditorS
                      u"Play the clips from the marked one on; with Shift and Enter, it alone",
                      u"8"});
     MakeListButtons();
+    BindKeys();
 }
 
 void ClipEditorWWin::MakeListButtons() {
@@ -62,6 +63,17 @@ void ClipEditorWWin::MakeListButtons() {
                                                                   [this, press] { press(*this); }));
         control->SetLabel({ControlRole::kButton, button.name, button.hint, button.shortcut});
     }
+}
+
+void ClipEditorWWin::BindKeys() {
+    for (const Key key : {Key::kEnter, Key::kSpace})
+        Bind(key, u"Play the clips from the marked one on, or stop",
+             [this] { IsPlaying() ? Stop() : PlayFromCurrent(false); });
+    Bind(Key::k7, u"Stop", [this] { Stop(); });
+    Bind(Key::k8, u"Play the clips from the marked one on", [this] { PlayFromCurrent(false); });
+    Bind(Key::kInsert, u"Add a recording", [this] { Insert(); });
+    Bind(Key::kDelete, u"Take the marked clip out of the list", [this] { Remove(); });
+    Bind(Key::k0, u"Read length and time of every clip anew", [this] { Renew(); });
 }
 
 // Rows fill the display without a part of one. Under the header, what is wider than the display is

@@ -5,12 +5,26 @@
 
 namespace orma {
 
+// Also while a take drains behind a stop: its level file is not written yet.
 bool EditorWWin::IsCapturing() const {
     const TransportState state = s_.transport.State();
-    return state == TransportState::kRecordReady || state == TransportState::kRecording;
+    const Recorder& recorder = s_.recorder;
+    return state == TransportState::kRecordReady || state == TransportState::kRecording ||
+           recorder.IsActive() || recorder.IsSaving() || recorder.IsSavingPending();
 }
 
-// The edges of the selection are lines. It has no colour: that would hide the cuts within it.
+// The selection's edges are lines. It has a colour only while its edge is to be moved: it would
+// hide the cuts within it.
+bool EditorWWin::IsSelectionEdited() const {
+    const CurrentRecording& recording = s_.recording;
+    const std::uint32_t start = recording.selectionStart;
+    const std::uint32_t end = recording.selectionEnd;
+    const bool isPart = start < end && (start > 0 || end < recording.length);
+    const bool onEdge = recording.cursor == start || recording.cursor == end;
+    return isPart && onEdge && recording.currentCut < 0 &&
+           s_.transport.State() == TransportState::kStopped && !IsCapturing();
+}
+
 GraphSource EditorWWin::Source() const {
     const CurrentRecording& recording = s_.recording;
     const bool recorded = s_.transport.State() == TransportState::kRecording;
@@ -19,6 +33,8 @@ GraphSource EditorWWin::Source() const {
     source.marks = recording.sheet.marks;
     source.cuts = recording.sheet.cuts;
     source.currentCut = recording.currentCut;
+    source.selectionFlag = IsSelectionEdited();
+    if (source.selectionFlag) source.selection = {recording.selectionStart, recording.selectionEnd};
     source.rangeStart = recording.selectionStart;
     source.rangeEnd = recording.selectionEnd;
     source.position =
@@ -33,7 +49,7 @@ void EditorWWin::Refresh() {
     }
     meter_->SetResolutionShift(s_.audio.resolutionShift);
     ShowName();
-    Light(ButtonsOf(s_.transport.State()));
+    ShowButtons();
     if (!IsEntered()) return;
     graph_->GraphRedraw();
     ShowTimes();
@@ -46,6 +62,7 @@ void EditorWWin::Entered() {
 }
 
 void EditorWWin::Left() {
+    bar_->Release();
     WWin::Left();
     Host().UpdateMenus();
 }
@@ -59,33 +76,24 @@ void EditorWWin::Tick() {
     ShowTimes();
 }
 
-void EditorWWin::OnTransportState(TransportState state, const LitButtons& lit) {
+void EditorWWin::OnTransportState(TransportState state, const LitButtons& /*lit*/) {
     markPeriods_ = 0;
     externalLevel_.Rest();
     meter_->SetResolutionShift(s_.audio.resolutionShift);
-    Light(lit);
+    ShowButtons();
     if (state == TransportState::kStopped) {
         if (IsEntered())
             meter_->VuInit();
         else
             meter_->PresetInit();
+        if (IsEntered()) graph_->GraphSetPosition(Source().position);
     }
     ShowTimes();
     if (IsEntered()) Host().UpdateMenus();
 }
 
-void EditorWWin::Light(const LitButtons& lit) {
-    const auto put = [this](ToggleButtonWin* button, bool on) {
-        if (IsEntered())
-            button->SetState(on);
-        else
-            button->PresetState(on);
-    };
-    put(stop_, lit.stop);
-    put(play_, lit.play);
-    put(record_, lit.record);
-    put(rewind_, lit.rewind);
-    put(fastForward_, lit.fastForward);
+void EditorWWin::ShowButtons() {
+    Light(ButtonsOf(s_.transport.State()));
     if (IsEntered()) {
         // They lie over two of the buttons, which have just been drawn.
         cutBegin_->Paint();
@@ -96,6 +104,8 @@ void EditorWWin::Light(const LitButtons& lit) {
 
 void EditorWWin::ShowCutButtons() {
     if (!IsEntered()) return;
+    const bool edited = IsSelectionEdited();
+    if (std::exchange(selectionShown_, edited) != edited) graph_->GraphRedraw();
     const CurrentRecording& recording = s_.recording;
     CutButtonState state;
     const std::vector<RemovedRange>& cuts = recording.sheet.cuts;
@@ -106,15 +116,17 @@ void EditorWWin::ShowCutButtons() {
     state.selectionEnd = recording.selectionEnd;
     state.length = recording.length;
     state.transportState = static_cast<std::uint32_t>(s_.transport.State());
+    if (s_.transport.State() == TransportState::kDragging)
+        state.transportState = static_cast<std::uint32_t>(TransportState::kPlaying);
     const CutButtonLooks looks = IsCapturing() ? CutButtonLooks{} : UpdateCutButtons(state);
-    const auto put = [](ButtonWin* button, ToggleButtonWin* beneath, ButtonLook look) {
+    const auto put = [](ButtonWin* button, ToggleButtonWin& beneath, ButtonLook look) {
         button->SetState(static_cast<int>(look));
-        if (look == ButtonLook::kOff) beneath->Paint();
+        if (look == ButtonLook::kOff) beneath.Paint();
     };
     if (looks == looks_) return;
     looks_ = looks;
-    put(cutBegin_, rewind_, looks.begin);
-    put(cutEnd_, fastForward_, looks.end);
+    put(cutBegin_, RewindButton(), looks.begin);
+    put(cutEnd_, FastForwardButton(), looks.end);
 }
 
 void EditorWWin::OnMarkText(const Text& text, std::uint32_t periods) {
@@ -126,7 +138,9 @@ void EditorWWin::OnMarkText(const Text& text, std::uint32_t periods) {
 
 void EditorWWin::OnEdgeMoved(const EdgeMove& move) {
     if (!IsEntered()) return;
-    if (move.edge == Edge::kSelectionStart) {
+    if (IsSelectionEdited()) {
+        graph_->GraphRedraw();
+    } else if (move.edge == Edge::kSelectionStart) {
         graph_->GraphMoveLine(RecGraphWin::Line::kRangeStart, move.to);
         graph_->GraphSetPosition(s_.recording.cursor);
     } else if (move.edge == Edge::kSelectionEnd) {
@@ -159,9 +173,13 @@ void EditorWWin::OnClosed() {
 
 void EditorWWin::OnPosition(std::uint32_t /*heard*/, std::uint8_t level) {
     if (IsCapturing()) return;
-    if (s_.transport.State() != TransportState::kStopped) ShowLevel(level);
+    const bool stopped = s_.transport.State() == TransportState::kStopped;
+    if (!stopped) ShowLevel(level);
     if (!IsEntered()) return;
-    graph_->GraphFollow();
+    if (stopped)
+        graph_->GraphSetPosition(s_.recording.cursor);
+    else
+        graph_->GraphFollow();
     ShowTimes();
     ShowCutButtons();
 }

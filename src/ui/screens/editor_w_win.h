@@ -13,11 +13,10 @@
 #include "ui/controls/rec_graph_win.h"
 #include "ui/controls/rec_time_win.h"
 #include "ui/controls/scrollbar_win.h"
-#include "ui/controls/toggle_button_win.h"
 #include "ui/controls/total_nr_secs_win.h"
 #include "ui/controls/vu_win.h"
 #include "ui/screens/external_level.h"
-#include "ui/screens/w_win.h"
+#include "ui/screens/transport_w_win.h"
 
 namespace orma {
 
@@ -33,13 +32,8 @@ struct EditorScreenServices {
 };
 
 /// The editor: the level graph of the current recording with its scroll bar, zoom, marks and cuts,
-/// and the buttons of the recorder. Never upside down.
-///
-/// Keys: Enter, 1, 2, 3, 5, 7, 8 and 9 as on the recorder; Left and Right move the cursor by a
-/// column, Page up and Page down by a view, Home and End to the ends of the selection; Up and Down,
-/// also + and -, zoom in and out; Insert sets or deletes a mark, Delete deletes the current cut,
-/// Backspace takes the last edit back. UI thread.
-class EditorWWin : public WWin {
+/// and the buttons of the recorder. Never upside down. UI thread.
+class EditorWWin : public TransportWWin {
   public:
     /// `redrawWholeBar`: the scroll bar is repainted over its whole length.
     EditorWWin(const Scene& scene, ScreenHost& host, const EditorScreenServices& services,
@@ -52,7 +46,6 @@ class EditorWWin : public WWin {
 
     void Refresh() override;
     void Tick() override;
-    void OnKey(Key key) override;
     void Entered() override;
     void Left() override;
 
@@ -71,44 +64,41 @@ class EditorWWin : public WWin {
   private:
     // editor_w_win.cpp
     [[nodiscard]] bool IsCapturing() const;
+    [[nodiscard]] bool IsSelectionEdited() const;
     [[nodiscard]] GraphSource Source() const;
     void GoTo(std::int64_t position);
     void ZoomIn() { graph_->ZoomIn(); }
     void ZoomOut() { graph_->ZoomOut(); }
     void BackMark() { s_.transport.BackMark(); }
     void ForwardMark() { s_.transport.ForwardMark(); }
-    void Edited(std::uint32_t cursorBefore);
-    void Light(const LitButtons& lit);
+    void Edit(const EditOperation& operation);
+    void ShowButtons();
     void ShowCutButtons();
     void ShowLevel(std::uint8_t level);
     void ShowName();
     void ShowTimes();
 
     // editor_w_win_table.cpp
-    void MakeButtons();
     void MakeDisplay();
     void MakeGraph(bool redrawWholeBar);
     void MakeSideButtons();
+    void BindKeys();
 
     EditorScreenServices s_;
     bool external_;  // an external recorder is attached
     ExternalLevel externalLevel_;
     Text shownPath_;  // of the recording that the graph's view belongs to
     CutButtonLooks looks_;
+    bool selectionShown_ = false;
     std::uint32_t markPeriods_ = 0;  // for which the mark's text still stands
 
-    ToggleButtonWin* stop_ = nullptr;
-    ToggleButtonWin* play_ = nullptr;
-    ToggleButtonWin* record_ = nullptr;
-    ToggleButtonWin* rewind_ = nullptr;
-    ToggleButtonWin* fastForward_ = nullptr;
     NameWin* name_ = nullptr;
     VuWin* meter_ = nullptr;
     RecTimeWin* time_ = nullptr;
     ScrollbarWin* bar_ = nullptr;
     RecGraphWin* graph_ = nullptr;
-    ButtonWin* cutBegin_ = nullptr;  // over rewind_: it moves the edge under the cursor
-    ButtonWin* cutEnd_ = nullptr;    // over fastForward_
+    ButtonWin* cutBegin_ = nullptr;  // over Rewind: it moves the edge under the cursor
+    ButtonWin* cutEnd_ = nullptr;    // over FastForward
     TotalNrSecsWin* total_ = nullptr;
 };
 

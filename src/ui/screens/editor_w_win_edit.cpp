@@ -5,7 +5,6 @@
 
 #include "project/cuts.h"
 #include "project/marks.h"
-#include "project/selection.h"
 #include "project/undo.h"
 #include "ui/screens/editor_w_win.h"
 
@@ -17,81 +16,45 @@ void EditorWWin::GoTo(std::int64_t position) {
 }
 
 void EditorWWin::Undo() {
-    if (IsCapturing()) return;
-    const std::uint32_t cursor = s_.recording.cursor;
-    static_cast<void>(CanUndo(s_.project) ? UndoEdit(s_.project) : RedoEdit(s_.project));
-    Edited(cursor);
+    Edit([](Project& project) { return CanUndo(project) ? UndoEdit(project) : RedoEdit(project); });
 }
 
 void EditorWWin::Mark() {
-    if (IsCapturing() || s_.recording.length == 0) return;
-    const std::uint32_t cursor = s_.recording.cursor;
-    if (EnsureLevels(s_.project)) static_cast<void>(ToggleMark(s_.files, s_.recording));
-    Edited(cursor);
+    Edit([](Project& project) { return ToggleMark(project); });
 }
 
 void EditorWWin::RemoveCut() {
-    if (IsCapturing() || s_.recording.currentCut < 0) return;
-    const std::uint32_t cursor = s_.recording.cursor;
-    static_cast<void>(DeleteCut(s_.project, static_cast<std::size_t>(s_.recording.currentCut)));
-    Edited(cursor);
+    if (s_.recording.currentCut < 0) return;
+    Edit([cut = static_cast<std::size_t>(s_.recording.currentCut)](Project& project) {
+        return DeleteCut(project, cut);
+    });
 }
 
 // A failure was reported; what is shown is true in either case.
-void EditorWWin::Edited(std::uint32_t cursorBefore) {
-    if (s_.recording.cursor != cursorBefore) GoTo(s_.recording.cursor);
-    if (!IsEntered()) return;
+void EditorWWin::Edit(const EditOperation& operation) {
+    if (!s_.transport.Edit(operation) || !IsEntered()) return;
     graph_->GraphRedraw();
     ShowCutButtons();
     ShowTimes();
     Host().UpdateMenus();
 }
 
-void EditorWWin::OnKey(Key key) {
-    switch (key) {
-        case Key::kEnter:
-            return static_cast<int>(s_.transport.State()) >= 2 ? stop_->Press() : play_->Press();
-        case Key::k1:
-            return s_.transport.BackMark();
-        case Key::k3:
-            return s_.transport.ForwardMark();
-        case Key::k2:
-            return rewind_->Press();
-        case Key::k5:
-            return fastForward_->Press();
-        case Key::k7:
-            return stop_->Press();
-        case Key::k8:
-            return play_->Press();
-        case Key::k9:
-            return record_->Press();
-        case Key::kLeft:
-            return graph_->StepBy(-1);
-        case Key::kRight:
-            return graph_->StepBy(1);
-        case Key::kPageUp:
-            return bar_->StepBy(-1);
-        case Key::kPageDown:
-            return bar_->StepBy(1);
-        case Key::kHome:
-            return GoTo(s_.recording.selectionStart);
-        case Key::kEnd:
-            return GoTo(s_.recording.selectionEnd);
-        case Key::kUp:
-        case Key::kPlus:
-            return graph_->ZoomIn();
-        case Key::kDown:
-        case Key::kMinus:
-            return graph_->ZoomOut();
-        case Key::kInsert:
-            return Mark();
-        case Key::kDelete:
-            return RemoveCut();
-        case Key::kBackspace:
-            return Undo();
-        default:
-            return;
-    }
+void EditorWWin::BindKeys() {
+    BindTransportKeys();
+    BindMarkKeys(Key::k1, Key::k3);
+    Bind(Key::kLeft, u"Back by a column", [this] { graph_->StepBy(-1); });
+    Bind(Key::kRight, u"Ahead by a column", [this] { graph_->StepBy(1); });
+    Bind(Key::kPageUp, u"Back by a view", [this] { bar_->StepBy(-1); });
+    Bind(Key::kPageDown, u"Ahead by a view", [this] { bar_->StepBy(1); });
+    Bind(Key::kHome, u"Begin of the selection", [this] { GoTo(s_.recording.selectionStart); });
+    Bind(Key::kEnd, u"End of the selection", [this] { GoTo(s_.recording.selectionEnd); });
+    for (const Key key : {Key::kUp, Key::kPlus})
+        Bind(key, u"Zoom in", [this] { ZoomIn(); });
+    for (const Key key : {Key::kDown, Key::kMinus})
+        Bind(key, u"Zoom out", [this] { ZoomOut(); });
+    Bind(Key::kInsert, u"Set a mark, or delete the one at the cursor", [this] { Mark(); });
+    Bind(Key::kDelete, u"Delete the current cut", [this] { RemoveCut(); });
+    Bind(Key::kBackspace, u"Take the last edit back, or do it again", [this] { Undo(); });
 }
 
 }  // namespace orma

@@ -10,49 +10,17 @@ namespace orma {
 
 EditorWWin::EditorWWin(const Scene& scene, ScreenHost& host, const EditorScreenServices& services,
                        bool redrawWholeBar)
-    : WWin(ScreenIndex::kEditor, scene, host),
+    : TransportWWin(ScreenIndex::kEditor, scene, host, services.transport),
       s_(services),
       external_(services.externalRecorder.IsPresent()) {
-    MakeButtons();
+    MakeTransportButtons({Element::EditStop, Element::EditPlay, Element::EditRecord,
+                          Element::EditRewind, Element::EditFastForward},
+                         true);
     MakeDisplay();
     MakeGraph(redrawWholeBar);
     MakeSideButtons();
+    BindKeys();
     Refresh();
-}
-
-void EditorWWin::MakeButtons() {
-    struct Button {
-        Element element;
-        ToggleButtonWin* EditorWWin::*place;
-        void (*press)(Transport& transport, bool lit);
-        const char16_t* name;
-        const char16_t* hint;
-        const char16_t* digit;
-    };
-    const Button buttons[] = {
-        {Element::EditStop, &EditorWWin::stop_,
-         [](Transport& transport, bool lit) { transport.Stop(lit); }, u"Stop",
-         u"Stop; when stopped, go to where playing began or ended", u"7"},
-        {Element::EditPlay, &EditorWWin::play_,
-         [](Transport& transport, bool lit) { transport.Play(lit); }, u"Play",
-         u"Play; when the recorder is ready, start recording", u"8"},
-        {Element::EditRecord, &EditorWWin::record_,
-         [](Transport& transport, bool lit) { transport.Record(lit); }, u"Record",
-         u"Get ready to record; while recording, set a mark", u"9"},
-        {Element::EditRewind, &EditorWWin::rewind_,
-         [](Transport& transport, bool lit) { transport.Rewind(lit); }, u"Rewind",
-         u"Go back; on an edge, move the edge back", u"2"},
-        {Element::EditFastForward, &EditorWWin::fastForward_,
-         [](Transport& transport, bool lit) { transport.FastForward(lit); }, u"Fast forward",
-         u"Go ahead; on an edge, move the edge ahead", u"5"},
-    };
-    for (const Button& button : buttons) {
-        const auto press = button.press;
-        auto control = std::make_unique<ToggleButtonWin>(
-            OwnScene(), button.element, [this, press](bool lit) { press(s_.transport, lit); });
-        control->SetLabel({ControlRole::kToggle, button.name, button.hint, button.digit});
-        this->*button.place = Add(std::move(control));
-    }
 }
 
 void EditorWWin::MakeDisplay() {
@@ -74,7 +42,8 @@ void EditorWWin::MakeGraph(bool redrawWholeBar) {
     auto graph = std::make_unique<RecGraphWin>(
         OwnScene(), Element::EditRecGraph,
         GraphOwner{[this] { return Source(); }, [this](std::int64_t position) { GoTo(position); },
-                   [this] { return IsCapturing(); }, [this] { name_->Paint(); }});
+                   [this] { return IsCapturing(); }, [this] { name_->Paint(); },
+                   [this](bool on) { s_.transport.Drag(on); }});
     graph->SetLabel({ControlRole::kGraph, u"Waveform",
                      u"Click to go there; at the upper edge, to the nearest mark", u"Left, Right"});
     bar_ = Add(std::make_unique<ScrollbarWin>(OwnScene(), Element::EditScrollGraph, *graph,

@@ -8,8 +8,9 @@
 namespace orma {
 
 /// What the reporter must know of the sound that comes in, as one line of words, and never in a
-/// box: a take may run. Overload, lost sound and lost devices stay until they are acknowledged;
-/// silence goes away with the first sound. UI thread.
+/// box: a take may run. Overload, lost sound and lost devices stay until they are acknowledged, or
+/// what they were about begins anew: nobody looks at the display all the time, and behind a take
+/// one must still see that it was too loud. Silence goes away with the first sound. UI thread.
 class InputWarnings {
   public:
     static constexpr std::uint32_t kSilentSeconds = 5;
@@ -26,7 +27,16 @@ class InputWarnings {
     /// is in no take.
     bool FramesLost(std::uint64_t frames);
 
-    void TakeBegins(std::uint64_t framesLost) { seenFrames_ = framesLost; }
+    /// What was too loud before is in no take.
+    void TakeBegins(std::uint64_t framesLost) {
+        seenFrames_ = framesLost;
+        overload_ = false;
+    }
+
+    /// The output works again.
+    void PlayingBegins() {
+        if (lost_ == LostDevice::kOutput) lost_ = LostDevice::kNone;
+    }
 
     bool InputLost(WaveLoss reason) { return Lost(LostDevice::kInput, reason); }
     bool OutputLost(WaveLoss reason) { return Lost(LostDevice::kOutput, reason); }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/text.h"
+
 namespace orma {
 
 /// The keys that screens know, with their virtual-key codes; a toolkit maps its own onto them.
@@ -32,9 +34,13 @@ enum class Key : int {
     k9,
     kA = 0x41,
     kZ = kA + 25,
+    kF1 = 0x70,
     kPlus = 0xBB,
     kMinus = 0xBD,
     kRecordButton = 0xC1,  // the record key of the device's case; it acts when it is let go
 };
+
+/// What stands on the key, for lists of keys; empty for kOther.
+[[nodiscard]] Text NameOf(Key key);
 
 }  // namespace orma

@@ -10,60 +10,11 @@ constexpr std::int32_t kMostGainDb = 40;
 constexpr std::int32_t kVolumeScale = 40;
 constexpr int kFullVolumeStep = 20;
 
-/// What the arrow keys mean on a device that is held upside down.
-Key Opposite(Key key) {
-    switch (key) {
-        case Key::kLeft:
-            return Key::kRight;
-        case Key::kRight:
-            return Key::kLeft;
-        case Key::kUp:
-            return Key::kDown;
-        case Key::kDown:
-            return Key::kUp;
-        default:
-            return Key::kOther;
-    }
-}
-
 bool IsCapture(TransportState state) {
     return state == TransportState::kRecordReady || state == TransportState::kRecording;
 }
 
 }  // namespace
-
-void RecordWWin::OnKey(Key key) {
-    switch (turned_ ? Opposite(key) : key) {
-        case Key::kEnter:
-            return static_cast<int>(s_.transport.State()) >= 2 ? PressStop() : PressPlay();
-        case Key::kLeft:
-            return !external_ && options_.markButtons ? s_.transport.BackMark() : TurnVolume(-1);
-        case Key::kRight:
-            return !external_ && options_.markButtons ? s_.transport.ForwardMark() : TurnVolume(1);
-        case Key::kUp:
-            return TurnGain(1);
-        case Key::kDown:
-            return TurnGain(-1);
-        case Key::k1:
-            if (options_.markButtons) s_.transport.BackMark();
-            return;
-        case Key::k3:
-            if (options_.markButtons) s_.transport.ForwardMark();
-            return;
-        case Key::k2:
-            return PressRewind();
-        case Key::k5:
-            return PressFastForward();
-        case Key::k7:
-            return PressStop();
-        case Key::k8:
-            return PressPlay();
-        case Key::k9:
-            return PressRecord();
-        default:
-            return;
-    }
-}
 
 void RecordWWin::TurnGain(int steps) {
     if (!options_.gainControl) return;
@@ -110,7 +61,7 @@ void RecordWWin::Left() {
 
 void RecordWWin::Refresh() {
     meter_->SetResolutionShift(s_.audio.resolutionShift);
-    Light(ButtonsOf(s_.transport.State()));
+    ShowState();
     ShowName();
     ShowTime();
     ShowMaxTime();
@@ -120,32 +71,23 @@ void RecordWWin::Refresh() {
     ShowWarning(false);
 }
 
-void RecordWWin::OnTransportState(TransportState state, const LitButtons& lit) {
+void RecordWWin::OnTransportState(TransportState state, const LitButtons& /*lit*/) {
     saved_ = 0;
     markPeriods_ = 0;
     externalLevel_.Rest();
     meter_->SetResolutionShift(s_.audio.resolutionShift);
     if (!IsCapture(state)) warnings_.CaptureEnded();
-    if (state == TransportState::kRecordReady) warnings_.Acknowledge();  // pressed elsewhere
-    Light(lit);
+    if (state == TransportState::kRecordReady) warnings_.Acknowledge();
+    if (state == TransportState::kPlaying) warnings_.PlayingBegins();
+    ShowState();
     ShowWarning(false);
     ShowTime();
     if (state == TransportState::kStopped) RestMeter();
     if (IsEntered()) Host().UpdateMenus();
 }
 
-void RecordWWin::Light(const LitButtons& lit) {
-    const auto put = [this](ToggleButtonWin* button, bool on) {
-        if (IsEntered())
-            button->SetState(on);
-        else
-            button->PresetState(on);
-    };
-    put(stop_, lit.stop);
-    put(play_, lit.play);
-    put(record_, lit.record);
-    put(rewind_, lit.rewind);
-    put(fastForward_, lit.fastForward);
+void RecordWWin::ShowState() {
+    Light(ButtonsOf(s_.transport.State()));
     const int state = static_cast<int>(s_.transport.State());
     if (IsEntered())
         lamp_->SetState(state);
@@ -161,6 +103,11 @@ void RecordWWin::OnMarkText(const Text& text, std::uint32_t periods) {
 void RecordWWin::OnLevel(std::uint8_t level) {
     ShowLevel(level);
     HearInput(level);
+}
+
+void RecordWWin::OnSavingStarted() {
+    warnings_.TakeBegins(s_.recorder.LostFrames());
+    ShowWarning(false);
 }
 
 void RecordWWin::OnSavedPeriods(std::uint32_t count) {

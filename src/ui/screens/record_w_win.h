@@ -13,11 +13,10 @@
 #include "ui/controls/rec_status_win.h"
 #include "ui/controls/rec_time_win.h"
 #include "ui/controls/stripe_win.h"
-#include "ui/controls/toggle_button_win.h"
 #include "ui/controls/vu_win.h"
 #include "ui/screens/external_level.h"
 #include "ui/screens/input_warnings.h"
-#include "ui/screens/w_win.h"
+#include "ui/screens/transport_w_win.h"
 #include "ui/screens/warning_win.h"
 
 namespace orma {
@@ -48,17 +47,10 @@ struct RecorderScreenServices {
 /// the one who warns of the input, whichever screen is shown. With a skin that is upside down the
 /// recorder is held so: texts, meter and arrow keys are turned. Whether an external recorder is
 /// attached is settled when the screen is made. UI thread.
-class RecordWWin : public WWin {
+class RecordWWin : public TransportWWin {
   public:
     RecordWWin(const Scene& scene, ScreenHost& host, const RecorderScreenServices& services,
                const RecorderScreenOptions& options);
-
-    // A press of a button, from wherever it comes: the pointer, a key, a menu.
-    void PressStop() { stop_->Press(); }
-    void PressPlay() { play_->Press(); }
-    void PressRecord() { record_->Press(); }
-    void PressRewind() { rewind_->Press(); }
-    void PressFastForward() { fastForward_->Press(); }
 
     /// Nothing is captured, played or wound: recording may start.
     [[nodiscard]] bool IsReady() const { return s_.transport.State() == TransportState::kStopped; }
@@ -70,7 +62,6 @@ class RecordWWin : public WWin {
     [[nodiscard]] const InputWarnings& Warnings() const { return warnings_; }
 
     void Tick() override;
-    void OnKey(Key key) override;
 
     /// Also when settings have changed.
     void Refresh() override;
@@ -81,7 +72,7 @@ class RecordWWin : public WWin {
     void OnTransportState(TransportState state, const LitButtons& lit) override;
     void OnMarkText(const Text& text, std::uint32_t periods) override;
     void OnLevel(std::uint8_t level) override;
-    void OnSavingStarted() override { warnings_.TakeBegins(s_.recorder.LostFrames()); }
+    void OnSavingStarted() override;
     void OnSavedPeriods(std::uint32_t count) override;
     void OnTimeLeftChanged() override;
     void OnClosed() override;
@@ -95,7 +86,7 @@ class RecordWWin : public WWin {
     static constexpr std::uint32_t kTicksOfStatus = 500;
 
     // record_w_win.cpp
-    void Light(const LitButtons& lit);
+    void ShowState();
     void ShowTime();
     void ShowName();
     void ShowLevel(std::uint8_t level);
@@ -111,7 +102,7 @@ class RecordWWin : public WWin {
     void Put(StripeWin* knob, std::uint32_t value) const;
 
     // record_w_win_table.cpp
-    void MakeButtons();
+    void BindKeys();
     void MakeDisplay();
     void MakeGain();
     void MakeVolume();
@@ -132,11 +123,6 @@ class RecordWWin : public WWin {
     std::uint32_t ticks_ = 0;
 
     // Of the table; null: switched off.
-    ToggleButtonWin* stop_ = nullptr;
-    ToggleButtonWin* play_ = nullptr;
-    ToggleButtonWin* record_ = nullptr;
-    ToggleButtonWin* rewind_ = nullptr;
-    ToggleButtonWin* fastForward_ = nullptr;
     VuWin* meter_ = nullptr;
     RecTimeWin* time_ = nullptr;
     RecStatusWin* lamp_ = nullptr;

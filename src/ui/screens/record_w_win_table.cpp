@@ -6,20 +6,35 @@
 
 namespace orma {
 
+namespace {
+
+Scene HeldAs(const Scene& scene) {
+    const auto page = [&](int number) { return scene.skin.ForRecorder(number); };
+    return {scene.skin,
+            scene.canvas,
+            scene.pointer,
+            {page(scene.pages.normal), page(scene.pages.pressed)}};
+}
+
+}  // namespace
+
 RecordWWin::RecordWWin(const Scene& scene, ScreenHost& host, const RecorderScreenServices& services,
                        const RecorderScreenOptions& options)
-    : WWin(ScreenIndex::kRecorder, scene, host),
+    : TransportWWin(ScreenIndex::kRecorder, HeldAs(scene), host, services.transport),
       s_(services),
       options_(options),
       turned_(scene.skin.UpsideDown()),
       external_(services.externalRecorder.IsPresent()),
       warnings_(options.spdif) {
-    MakeButtons();
+    MakeTransportButtons(
+        {Element::Stop, Element::Play, Element::Record, Element::Rewind, Element::FastForward},
+        !turned_);
     MakeDisplay();
     MakeGain();
     MakeVolume();
     MakeMarkButtons();
     MakeWarning();
+    BindKeys();
     RecordWWin::Refresh();
 }
 
@@ -28,44 +43,24 @@ Text RecordWWin::Shortcut(const char16_t* digit) const {
     return turned_ ? Text{} : Text{digit};
 }
 
-void RecordWWin::MakeButtons() {
-    struct Button {
-        Element element;
-        ToggleButtonWin* RecordWWin::*place;
-        void (*press)(Transport& transport, bool lit);
-        const char16_t* name;
-        const char16_t* hint;
-        const char16_t* digit;
-    };
-    const Button buttons[] = {
-        {Element::Stop, &RecordWWin::stop_,
-         [](Transport& transport, bool lit) { transport.Stop(lit); }, u"Stop",
-         u"Stop; when stopped, go to where playing began or ended", u"7"},
-        {Element::Play, &RecordWWin::play_,
-         [](Transport& transport, bool lit) { transport.Play(lit); }, u"Play",
-         u"Play; when the recorder is ready, start recording", u"8"},
-        {Element::Record, &RecordWWin::record_,
-         [](Transport& transport, bool lit) { transport.Record(lit); }, u"Record",
-         u"Get ready to record; while recording, set a mark", u"9"},
-        {Element::Rewind, &RecordWWin::rewind_,
-         [](Transport& transport, bool lit) { transport.Rewind(lit); }, u"Rewind",
-         u"Wind back; on an edge of a cut or selection, move the edge back", u"2"},
-        {Element::FastForward, &RecordWWin::fastForward_,
-         [](Transport& transport, bool lit) { transport.FastForward(lit); }, u"Fast forward",
-         u"Wind ahead; on an edge of a cut or selection, move the edge ahead", u"5"},
-    };
-    for (const Button& button : buttons) {
-        const bool acknowledges =
-            button.element == Element::Stop || button.element == Element::Record;
-        const auto press = button.press;
-        auto control = std::make_unique<ToggleButtonWin>(OwnScene(), button.element,
-                                                         [this, press, acknowledges](bool lit) {
-                                                             if (acknowledges) Acknowledge();
-                                                             press(s_.transport, lit);
-                                                         });
-        control->SetLabel({ControlRole::kToggle, button.name, button.hint, Shortcut(button.digit)});
-        this->*button.place = Add(std::move(control));
+// Held upside down, the recorder has its arrow keys alone, and they are turned with it.
+void RecordWWin::BindKeys() {
+    const bool marks = options_.markButtons;
+    if (!turned_) {
+        BindTransportKeys();
+        if (marks) BindMarkKeys(Key::k1, Key::k3);
     }
+    const Key left = turned_ ? Key::kRight : Key::kLeft;
+    const Key right = turned_ ? Key::kLeft : Key::kRight;
+    if (marks && !external_) {
+        BindMarkKeys(left, right);
+    } else {
+        Bind(left, u"Volume down", [this] { TurnVolume(-1); });
+        Bind(right, u"Volume up", [this] { TurnVolume(1); });
+    }
+    if (!options_.gainControl) return;
+    Bind(turned_ ? Key::kDown : Key::kUp, u"Microphone gain up", [this] { TurnGain(1); });
+    Bind(turned_ ? Key::kUp : Key::kDown, u"Microphone gain down", [this] { TurnGain(-1); });
 }
 
 void RecordWWin::MakeDisplay() {
@@ -101,7 +96,8 @@ void RecordWWin::MakeGain() {
         external_ ? Element::CFACGainKnobMiddle : Element::GainKnobMiddle,
         [this](int steps) { TurnGain(steps); }));
     gainKnob_->SetLabel({ControlRole::kKnob, u"Microphone gain",
-                         u"Turn up for a quiet voice, down when it says too loud", u"Up, Down"});
+                         u"Turn up for a quiet voice, down when it says too loud",
+                         options_.gainControl ? u"Up, Down" : u""});
 }
 
 void RecordWWin::MakeVolume() {

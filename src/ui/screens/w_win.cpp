@@ -1,5 +1,7 @@
 #include "ui/screens/w_win.h"
 
+#include <algorithm>
+
 namespace orma {
 
 WWin::WWin(ScreenIndex index, const Scene& scene, ScreenHost& host)
@@ -20,6 +22,11 @@ Win* WWin::HitTest(Point at) {
         if (Win* const taker = control->HitTest(at)) return taker;
     }
     return nullptr;
+}
+
+void WWin::OnKey(Key key) {
+    const auto action = std::ranges::find(keys_, key, &KeyAction::key);
+    if (action != keys_.end()) action->act();
 }
 
 void WWin::Entered() {

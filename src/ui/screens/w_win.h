@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "transport/transport_listener.h"
@@ -9,6 +11,13 @@
 #include "ui/screens/screen_host.h"
 
 namespace orma {
+
+/// What a key does on a screen.
+struct KeyAction {
+    Key key = Key::kOther;
+    Text does;  // for who looks for it; keys that do the same say the same
+    std::function<void()> act;
+};
 
 /// A screen: one page of the window with its table of controls. All screens are made at start and
 /// live as long as the window; one is entered at a time. What transport, recorder and player tell
@@ -26,7 +35,12 @@ class WWin : public Win, public TransportListener {
 
     /// Timer 1: every 20 ms unless the device asks for another period.
     virtual void Tick() {}
-    virtual void OnKey(Key /*key*/) {}
+
+    /// Does what Keys tells of that key; other keys do nothing.
+    virtual void OnKey(Key key);
+
+    /// What keys do here, as the device is held and with the controls that are switched on.
+    [[nodiscard]] const std::vector<KeyAction>& Keys() const { return keys_; }
 
     /// The list that the clip editor shows has news; the code tells which.
     virtual void OnListNotification(std::uint32_t /*code*/) {}
@@ -57,6 +71,11 @@ class WWin : public Win, public TransportListener {
         return borrowed;
     }
 
+    /// While the screen is made: from now on the key does that.
+    void Bind(Key key, const char16_t* does, std::function<void()> act) {
+        keys_.push_back({key, does, std::move(act)});
+    }
+
     [[nodiscard]] const Scene& OwnScene() const { return ownScene_; }
     [[nodiscard]] ScreenHost& Host() { return host_; }
 
@@ -66,6 +85,7 @@ class WWin : public Win, public TransportListener {
     ScreenHost& host_;
     bool entered_ = false;
     std::vector<std::unique_ptr<Win>> controls_;
+    std::vector<KeyAction> keys_;
 };
 
 }  // namespace orma

@@ -92,6 +92,10 @@ Picture Stretched(const Picture& picture, Size size) {
     return out;
 }
 
+Picture Turned(const Picture& picture) {
+    return {picture.width, picture.height, {picture.pixels.rbegin(), picture.pixels.rend()}};
+}
+
 }  // namespace
 
 Text SkinFolder(const Text& programFolder, Size client) {
@@ -149,9 +153,12 @@ Font Skin::FontOf(SkinFont font, bool turned) const {
 
 const Picture& Skin::Bitmap(int number) {
     static const Picture kNone;
-    if (number < kFirstBitmap || number > kLastBitmap) return kNone;
-    std::optional<Picture>& bitmap = bitmaps_[static_cast<std::size_t>(number - kFirstBitmap)];
-    if (!bitmap) bitmap = Load(number);
+    const bool turned = number >= kTurned;
+    const int upright = turned ? number - kTurned : number;
+    if (upright < kFirstBitmap || upright > kLastBitmap) return kNone;
+    std::optional<Picture>& bitmap =
+        (turned ? turned_ : bitmaps_)[static_cast<std::size_t>(upright - kFirstBitmap)];
+    if (!bitmap) bitmap = turned ? Turned(Bitmap(upright)) : Load(upright);
     return *bitmap;
 }
 

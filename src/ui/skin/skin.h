@@ -43,6 +43,9 @@ class Skin {
     static constexpr int kFirstBitmap = 490;
     static constexpr int kLastBitmap = 524;
 
+    /// Added to a bitmap's number: the same, turned by 180 degrees.
+    static constexpr int kTurned = 1000;
+
     /// Reads layout and colours. `client`: the window's client area without its menu bar, pixels.
     /// `upsideDown` turns the recorder's elements by 180 degrees. Both references outlive the skin:
     /// a bitmap is read, and stretched to the scale, when it is asked for first.
@@ -72,6 +75,11 @@ class Skin {
     /// The bitmap of that number at the skin's scale; empty when there is none.
     [[nodiscard]] const Picture& Bitmap(int number);
 
+    /// The number of the recorder's bitmap `number`: upside down it is turned with its elements.
+    [[nodiscard]] int ForRecorder(int number) const {
+        return upsideDown_ ? number + kTurned : number;
+    }
+
   private:
     /// Sets scale and page.
     void FitInto(Size client);
@@ -85,7 +93,9 @@ class Skin {
     SkinColours colours_;
     float scale_ = 1.0F;
     Size page_;
-    std::array<std::optional<Picture>, kLastBitmap - kFirstBitmap + 1> bitmaps_;
+    using Bitmaps = std::array<std::optional<Picture>, kLastBitmap - kFirstBitmap + 1>;
+    Bitmaps bitmaps_;
+    Bitmaps turned_;
 };
 
 }  // namespace orma

@@ -37,11 +37,11 @@ TEST(GraphView, APlayedTakeShorterThanTheGraphNeverPages) {
 
 TEST(GraphView, FollowingPagesAtTheEndOfTheViewAndStopsAtTheEndOfTheTake) {
     GraphView view = ViewOf(400);
+    EXPECT_EQ(view.Follow(1, 400), GraphChange::kNone) << "the view has just been set";
     EXPECT_EQ(FollowTo(view, 163, 400), GraphChange::kCursor);
-    EXPECT_EQ(view.Follow(164, 400), GraphChange::kNone) << "the view has just been set";
     ExpectView(view, 0, 164, 163);
-    EXPECT_EQ(view.Follow(165, 400), GraphChange::kView);
-    ExpectView(view, 164, 328, 1);
+    EXPECT_EQ(view.Follow(164, 400), GraphChange::kView);
+    ExpectView(view, 164, 328, 0);
     FollowTo(view, 327, 400);
     EXPECT_EQ(view.Follow(328, 400), GraphChange::kView);
     ExpectView(view, 236, 400, 92);
@@ -145,6 +145,26 @@ TEST(GraphView, ZoomingKeepsTheCursorsColumn) {
     EXPECT_TRUE(view.Shows(300000));
     EXPECT_EQ(view.Column(view.First() + 3), 48);
     EXPECT_EQ(view.Periods(47), 2);
+}
+
+TEST(GraphView, ZoomingUnderAColumnKeepsWhatStandsThereAndLeavesTheCursor) {
+    GraphView view = ViewOf(1000);
+    view.Centre(500, 1000);  // [418, 582)
+    EXPECT_TRUE(view.ZoomIn(1000, 20));
+    ExpectView(view, 428, 510, 72);  // 438 in column 20, two columns a period
+    EXPECT_TRUE(view.ZoomIn(1000, 20));
+    ExpectView(view, 433, 474, 67);
+    EXPECT_FALSE(view.Shows(500));
+    view.Refresh(500, 1000);
+    ExpectView(view, 433, 474, 67);
+    view.Refresh(501, 1000);  // moved: the view follows
+    ExpectView(view, 474, 515, 27);
+    EXPECT_TRUE(view.ZoomOut(1000, 164));
+    ExpectView(view, 433, 515, 68);
+    EXPECT_TRUE(view.ZoomOut(1000, -50)) << "left of the graph is its first column";
+    ExpectView(view, 433, 597, 68);
+    EXPECT_EQ(view.Follow(800, 1000), GraphChange::kNone) << "the user has just set the view";
+    EXPECT_EQ(view.Follow(800, 1000), GraphChange::kView);
 }
 
 TEST(GraphView, AShortTakeIsNotZoomedOutAndItsEndStaysWithTheCursor) {

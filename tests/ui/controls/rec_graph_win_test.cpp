@@ -26,6 +26,8 @@ class RecGraphWinTest : public ::testing::Test {
                     source.marks = marks;
                     source.cuts = cuts;
                     source.currentCut = currentCut;
+                    source.selection = selection;
+                    source.selectionFlag = selectionFlag;
                     source.rangeStart = rangeStart;
                     source.rangeEnd = rangeEnd;
                     source.position = position;
@@ -50,6 +52,8 @@ class RecGraphWinTest : public ::testing::Test {
     std::vector<std::uint32_t> marks;
     std::vector<RemovedRange> cuts;
     std::int32_t currentCut = -1;
+    PeriodRange selection;
+    bool selectionFlag = false;
     std::uint32_t rangeStart = 10;
     std::uint32_t rangeEnd = 900;
     std::uint32_t position = 0;
@@ -72,6 +76,16 @@ TEST_F(RecGraphWinTest, TheLineIsDrawnFirstThenTheCutsInTheirColoursClippedToThe
     EXPECT_EQ(rig.ink.lines[1].points.size(), 11U);
     EXPECT_EQ(rig.ink.lines[2].colour, colours.waveformEditCut);
     EXPECT_EQ(rig.ink.lines[2].points.size(), 64U);
+
+    selection = {90, 150};
+    for (const bool flag : {false, true}) {
+        selectionFlag = flag;
+        Show();
+        ASSERT_EQ(rig.ink.lines.size(), 4U) << "over the cuts";
+        EXPECT_EQ(rig.ink.lines[3].colour, flag ? colours.waveformEditCut : colours.waveformCut);
+        EXPECT_EQ(rig.ink.lines[3].points.front().x, kX + 90);
+        EXPECT_EQ(rig.ink.lines[3].points.size(), 61U);
+    }
 }
 
 TEST_F(RecGraphWinTest, MovingCursorAndLinesAndBackLeavesTheImageAsItWas) {
@@ -207,6 +221,50 @@ TEST_F(RecGraphWinTest, TheBarPagesBesideItsThumbAndDragsOnIt) {
     busy = true;
     rig.PressAt(bar, {45, 120});
     EXPECT_EQ(position, 500U);
+}
+
+TEST_F(RecGraphWinTest, EachMarkTicksTheBarAndGoesWithIt) {
+    marks = {0, 500, 501, 999};
+    Show();
+    const auto inverted = [&](int x, bool lit) {
+        return rig.At(44 + x, 120) == (PlainBitmaps::PixelOfBitmap(lit ? 495 : 494) ^ 0xFFFFFFU);
+    };
+    EXPECT_TRUE(inverted(0, true));
+    EXPECT_TRUE(inverted(78, false)) << "157 * 500 / 1000, and 501 is the same place";
+    EXPECT_TRUE(inverted(156, false));
+    position = 500;
+    graph.GraphSetPosition(500);
+    EXPECT_TRUE(inverted(0, false));
+    EXPECT_TRUE(inverted(78, true));
+    marks = {0};
+    graph.GraphRedraw();
+    EXPECT_TRUE(rig.IsLitExactly({44 + 78, 119, 26, 10}));
+    EXPECT_TRUE(inverted(0, false));
+}
+
+TEST_F(RecGraphWinTest, TheWheelZoomsUnderThePointerAndScrollsSideways) {
+    position = 80;
+    Show();
+    graph.OnWheel({kX + 20, kY + 5}, 2, false);
+    EXPECT_EQ(graph.View().First(), 15);
+    EXPECT_EQ(graph.View().Width(), 41);
+    EXPECT_EQ(position, 80U);
+    graph.OnWheel({kX + 20, kY + 5}, -2, false);
+    EXPECT_EQ(graph.View().First(), 0);
+    position = 500;
+    graph.GraphSetPosition(500);
+    graph.OnWheel({kX, kY}, 2, true);
+    EXPECT_EQ(position, 541U) << "two eighths of 164";
+    EXPECT_EQ(graph.View().First(), 541);
+    bar.OnWheel({45, 120}, 1, false);
+    EXPECT_EQ(position, 521U);
+    busy = true;
+    graph.OnWheel({kX, kY}, 2, true);
+    EXPECT_EQ(position, 521U);
+    busy = false;
+    graph.OnWheel({kX, kY}, -9, false);
+    graph.OnWheel({kX, kY}, 1, true);
+    EXPECT_EQ(position, 521U) << "all of it is in view";
 }
 
 TEST(ScrollThumb, IsNeverUnderFourPixelsNorBeyondTheBar) {

@@ -6,6 +6,7 @@
 
 #include "transport/desktop.h"
 #include "ui/screens/fake_host.h"
+#include "ui/screens/key_lists.h"
 #include "ui/support/screen_rig.h"
 
 namespace orma::test {
@@ -98,10 +99,57 @@ TEST_F(EditorDesk, AnEdgeUnderTheCursorShowsOnTheWindingButtonsAndMoves) {
     ExpectTrueImage();
 }
 
-TEST_F(EditorDesk, ASelectionsEdgeMovesAsALine) {
+TEST_F(EditorDesk, ASelectionHasAColourWhileItsEdgeIsToBeMoved) {
+    const auto isColoured = [&] {
+        ExpectTrueImage();
+        const Colour edit = rig.skin.Colours().waveformEditCut;
+        return rig.CountOf(PixelOf(edit)) > 0;
+    };
+    EXPECT_FALSE(isColoured());
     Go(20);
+    EXPECT_TRUE(isColoured());
     screen->OnKey(Key::k5);
     EXPECT_EQ(app.recording.selectionStart, 21U);
+    EXPECT_TRUE(isColoured());
+    Go(22);
+    EXPECT_FALSE(isColoured());
+    app.recording.selectionStart = 0;
+    app.recording.selectionEnd = 400;
+    screen->Refresh();
+    Go(0);
+    EXPECT_FALSE(isColoured()) << "all of it is no part";
+}
+
+TEST_F(EditorDesk, WhoDragsTheViewHasItToHimselfWhileItPlays) {
+    Go(50);
+    Press('P');
+    Hear(8);
+    const auto position = static_cast<int>(Cursor());
+    const Rect bar = rig.skin.RectOf(Element::EditScrollGraph);
+    rig.PressAt(*screen, {bar.x + 30, bar.y + 2});
+    EXPECT_EQ(transport.State(), TransportState::kDragging);
+    rig.DragTo({bar.x + 60, bar.y + 2});
+    const Picture dragged = rig.image;
+    const Rect graph = rig.skin.RectOf(Element::EditRecGraph);
+    EXPECT_GT(static_cast<int>(Cursor()), position + 60);
+    Hear(8);
+    for (int x = graph.x; x < graph.Right(); ++x)
+        ASSERT_EQ(rig.At(x, 60), dragged.At(x, 60)) << "the graph stays under the pointer";
+    rig.Release();
+    EXPECT_EQ(transport.State(), TransportState::kPlaying);
+    Hear(8);
+    ExpectTrueImage();
+
+    rig.PressAt(*screen, {bar.x + 75, bar.y + 2});
+    EXPECT_EQ(transport.State(), TransportState::kDragging);
+    screen->Left();
+    EXPECT_EQ(transport.State(), TransportState::kPlaying) << "nobody lets it go any more";
+}
+
+TEST_F(EditorDesk, ThePlaceAtTheEndIsShownAlsoWhenTheViewHasJustBeenSet) {
+    Go(200);
+    Go(400);
+    EXPECT_EQ(Cursor(), 400U);
     ExpectTrueImage();
 }
 
@@ -143,6 +191,29 @@ TEST_F(EditorDesk, KeysMoveTheCursorByColumnsViewsAndToTheSelectionsEnds) {
     ExpectTrueImage();
 }
 
+TEST_F(EditorDesk, ListsExactlyTheKeysThatDoSomething) {
+    const std::set<Key> listed = KeysOf(*screen);
+    const auto prepare = [this] {
+        Press('S');
+        loop.RunPending();
+        Go(110);
+        Go(120);  // the cut is current
+        screen->Paint();
+        return std::pair{rig.image.pixels, Cursor()};
+    };
+    const auto present = [this] { return std::pair{rig.image.pixels, Cursor()}; };
+    for (const KeyAction& action : screen->Keys()) {
+        const auto before = prepare();
+        screen->OnKey(action.key);
+        EXPECT_NE(present(), before) << ToUtf8(NameOf(action.key)) << ToUtf8(action.does);
+    }
+    const auto before = prepare();
+    for (int code = 0; code < 256; ++code)
+        if (!listed.contains(static_cast<Key>(code))) screen->OnKey(static_cast<Key>(code));
+    EXPECT_EQ(present(), before);
+    ExpectTooltipsNameKeysOf(*screen);
+}
+
 TEST_F(EditorDesk, ATakeGrowsInTheGraphAndIsNotEditedMeanwhile) {
     Press("RP");
     Speak(200);
@@ -155,6 +226,14 @@ TEST_F(EditorDesk, ATakeGrowsInTheGraphAndIsNotEditedMeanwhile) {
     EXPECT_EQ(app.recording.sheet.marks.size(), marks);
     screen->OnKey(Key::k9);
     EXPECT_EQ(app.recording.sheet.marks.size(), marks + 1);
+    ExpectTrueImage();
+    Press('S');  // the device still holds the last of it
+    ASSERT_FALSE(app.recorder.IsClosed());
+    app.recording.length = 200;
+    screen->OnKey(Key::kInsert);
+    EXPECT_EQ(app.recording.sheet.marks.size(), marks + 1);
+    loop.RunPending();
+    EXPECT_TRUE(app.recorder.IsClosed());
     ExpectTrueImage();
 }
 

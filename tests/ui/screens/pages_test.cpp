@@ -49,7 +49,7 @@ TEST(AboutWWinTest, BothPagesTellWhatIsKnown) {
                            u"mp2 stereo", version, u"MP2 bitrate (kbit/s)", u"192", u"Input EQ",
                            u"mic_int", u"Available recording time", u"02:14:05"}));
 
-    info = {.freeMemory = 9 * 1024, .memoryIsShort = true, .projectLocation = u"/"};
+    info = {.freeMemory = 98765432 * 1024ULL, .memoryIsShort = true, .projectLocation = u"/"};
     for (int i = 0; i < 50; ++i)
         screen.Tick();
     const std::vector<Text> wav = Drawn(rig, screen);
@@ -60,7 +60,7 @@ TEST(AboutWWinTest, BothPagesTellWhatIsKnown) {
     EXPECT_EQ(Drawn(rig, screen)[1], u"At: ...2026/november/mayor and harbour/") << "the end of it";
     screen.OnKey(Key::kLeft);
     EXPECT_EQ(Drawn(rig, screen),
-              (std::vector<Text>{u"Orma Edit", u"Main memory", u"      9*", version}));
+              (std::vector<Text>{u"Orma Edit", u"Main memory", u"98765432*", version}));
 }
 
 TEST(AboutWWinTest, NothingIsPaintedWhileNothingChanges) {

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "audio/files/level_tables.h"
+#include "ui/screens/key_lists.h"
 #include "ui/screens/recorder_desk.h"
 
 namespace orma::test {
@@ -83,6 +84,34 @@ TEST(RecordWWinTest, EveryKeyDoesWhatTheTableSays) {
         EXPECT_EQ(desk.Changes(), row.changes)
             << "key " << static_cast<int>(row.key) << " upside down " << row.upsideDown
             << " external " << row.external << " marks " << row.options.markButtons;
+    }
+}
+
+TEST(RecordWWinTest, ListsExactlyTheKeysThatDoSomething) {
+    RecorderScreenOptions noMarks = kEverything;
+    noMarks.markButtons = false;
+    const struct {
+        RecorderScreenOptions options;
+        bool upsideDown;
+        bool external;
+    } cases[] = {{kEverything, false, false}, {noMarks, false, false}, {{}, false, false},
+                 {kEverything, false, true},  {{}, false, true},       {kEverything, true, false}};
+    for (const auto& one : cases) {
+        MarkedDesk idle(one.options, one.upsideDown, one.external);
+        idle.Open();
+        const std::string before = idle.Changes();
+        const std::set<Key> listed = KeysOf(*idle.screen);
+        for (int code = 0; code < 256; ++code)
+            if (!listed.contains(static_cast<Key>(code)))
+                idle.screen->OnKey(static_cast<Key>(code));
+        EXPECT_EQ(idle.Changes(), before) << one.upsideDown << one.external;
+        for (const Key key : listed) {
+            MarkedDesk desk(one.options, one.upsideDown, one.external);
+            desk.Open();
+            desk.screen->OnKey(key);
+            EXPECT_NE(desk.Changes(), before) << ToUtf8(NameOf(key)) << one.upsideDown;
+        }
+        ExpectTooltipsNameKeysOf(*idle.screen);
     }
 }
 
@@ -205,26 +234,37 @@ TEST(RecordWWinTest, TheDisplayTellsTimeLeftBatteryGainAndVolume) {
     EXPECT_EQ(outside.ValueAt(kVolumeText), "  -2dB");
 }
 
-TEST(RecordWWinTest, OverloadIsToldUntilTheNextPressOrAClick) {
+TEST(RecordWWinTest, OverloadIsToldUntilTheNextTakeOrAClick) {
     for (const bool saving : {false, true}) {
-        for (const Place end : {kStop, kRecord, kWarning}) {
-            RecorderDesk desk;
-            desk.screen->PressRecord();
-            if (saving) desk.screen->PressPlay();
-            desk.Hear(2, kClipped);
-            desk.Hear(30, kSpeech);
-            EXPECT_EQ(desk.ValueAt(kWarning), "Too loud: overload");
-            EXPECT_EQ(desk.ValueAt(kMaxTime), "") << "it stands in its place";
-            EXPECT_EQ(desk.host.announced, (std::vector<Text>{u"Too loud: overload"})) << "once";
-            const Rect line = desk.rig.skin.RectOf(Element::MaxTime);
-            if (end == kWarning)
-                EXPECT_EQ(desk.rig.PressAt(*desk.screen, {line.x + 1, line.y + 1}), desk.At(end));
-            else
-                desk.At(end)->Press();
-            EXPECT_EQ(desk.ValueAt(kWarning), "");
-            EXPECT_NE(desk.ValueAt(kMaxTime), "");
-            EXPECT_EQ(desk.screen->HitTest({line.x + 1, line.y + 1}), nullptr);
-        }
+        RecorderDesk desk;
+        desk.screen->PressRecord();
+        if (saving) desk.screen->PressPlay();
+        desk.Hear(1, kSpeech);
+        desk.Hear(2, kClipped);
+        desk.Hear(30, kSpeech);
+        EXPECT_EQ(desk.ValueAt(kWarning), "Too loud: overload");
+        EXPECT_EQ(desk.ValueAt(kMaxTime), "") << "it stands in its place";
+        EXPECT_EQ(desk.host.announced, (std::vector<Text>{u"Too loud: overload"})) << "once";
+        if (saving) desk.screen->PressRecord();  // a mark
+        EXPECT_EQ(desk.ValueAt(kWarning), "Too loud: overload");
+        desk.screen->PressStop();
+        desk.loop.RunPending();
+        desk.screen->PressStop();
+        EXPECT_EQ(desk.ValueAt(kWarning), "Too loud: overload") << "the take is to be judged";
+
+        desk.screen->PressRecord();
+        EXPECT_EQ(desk.ValueAt(kWarning), "");
+        EXPECT_NE(desk.ValueAt(kMaxTime), "");
+        desk.Hear(1, kClipped);
+        EXPECT_EQ(desk.ValueAt(kWarning), "Too loud: overload");
+        desk.screen->PressPlay();
+        desk.Hear(2, kSpeech);
+        EXPECT_EQ(desk.ValueAt(kWarning), "") << "that was before this take";
+        desk.Hear(1, kClipped);
+        const Rect line = desk.rig.skin.RectOf(Element::MaxTime);
+        EXPECT_EQ(desk.rig.PressAt(*desk.screen, {line.x + 1, line.y + 1}), desk.At(kWarning));
+        EXPECT_EQ(desk.ValueAt(kWarning), "");
+        EXPECT_EQ(desk.screen->HitTest({line.x + 1, line.y + 1}), nullptr);
     }
 }
 
@@ -254,7 +294,7 @@ TEST(RecordWWinTest, SilenceOfFiveSecondsIsToldUntilThereIsSound) {
     desk.Hear(3, kQuiet);
     EXPECT_EQ(desk.ValueAt(kWarning), "No sound from the microphone");
     desk.Hear(1, kSpeech);
-    EXPECT_EQ(desk.ValueAt(kWarning), "Too loud: overload");
+    EXPECT_EQ(desk.ValueAt(kWarning), "");
     desk.Hear(100, kQuiet);
     EXPECT_EQ(desk.ValueAt(kWarning), "No sound from the microphone");
     desk.screen->PressStop();
@@ -291,6 +331,9 @@ TEST(RecordWWinTest, LostDevicesAndLostSoundAreTold) {
     desk.screen->PressPlay();
     desk.waves.out.events->OnWaveOutLost(WaveLoss::kStalled);
     EXPECT_EQ(desk.ValueAt(kWarning), "Loudspeaker stalled");
+    desk.screen->PressPlay();
+    EXPECT_EQ(desk.ValueAt(kWarning), "Some sound was lost") << "the loudspeaker is back";
+    desk.screen->PressStop();
     desk.transport.Record(true);  // a key of the case
     EXPECT_EQ(desk.ValueAt(kWarning), "");
 }
@@ -303,7 +346,8 @@ TEST(RecordWWinTest, BehindAnotherScreenItListensAndDrawsNothing) {
     desk.rig.PaintPage();
     desk.screen->PressRecord();
     desk.screen->PressPlay();
-    desk.Hear(10, kClipped);
+    desk.Hear(1, kSpeech);
+    desk.Hear(9, kClipped);
     EXPECT_EQ(desk.rig.TakeChanges(), std::vector<Rect>{});
     EXPECT_EQ(desk.host.announced, (std::vector<Text>{u"Too loud: overload"}))
         << "heard all the same";

@@ -150,6 +150,16 @@ TEST_F(SkinTest, ABitmapIsDecodedOnceWhenItIsAskedFor) {
     EXPECT_TRUE(skin.Bitmap(525).IsEmpty());
 }
 
+TEST_F(SkinTest, TheRecordersBitmapsAreTurnedUpsideDown) {
+    Skin skin = Make({240, 270}, true);
+    EXPECT_EQ(skin.Bitmap(skin.ForRecorder(503)).pixels,
+              (std::vector<Pixel>{0x121212, 0x111111, 0x101010, 0x020202, 0x010101, 0}));
+    EXPECT_EQ(skin.Bitmap(503).pixels[0], 0U) << "the other screens' stay";
+    EXPECT_TRUE(skin.Bitmap(skin.ForRecorder(504)).IsEmpty());
+    EXPECT_TRUE(skin.Bitmap(skin.ForRecorder(525)).IsEmpty());
+    EXPECT_EQ(Make({240, 270}).ForRecorder(503), 503);
+}
+
 TEST_F(SkinTest, AFileOfTheFolderCountsBeforeTheBuiltInOneEvenIfItIsDamaged) {
     builtIn_.files[{504, false}] = test::GreyBitmap(3, 2);
     Put(u"503.bmp", test::GreyBitmap(1, 1, 9));
