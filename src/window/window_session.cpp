@@ -21,10 +21,11 @@ constexpr ProductVersion kVersion{ORMA_VERSION_NUMBERS};
 /// What this window can carry out.
 CommandSet Available() {
     using enum Command;
-    return {kRecorder,   kEditor,   kAbout,  kExit,          kOpenProject,
-            kNewProject, kOpenClip, kDelete, kSaveSelection, kCropBegin,
-            kCropEnd,    kCutBegin, kCutEnd, kMark,          kCopyToClipEditor,
-            kNone};
+    return {kRecorder,   kEditor,      kAbout,           kExit,          kOpenProject,
+            kNewProject, kOpenClip,    kDelete,          kSaveSelection, kCropBegin,
+            kCropEnd,    kCutBegin,    kCutEnd,          kMark,          kCopyToClipEditor,
+            kNone,       kPublishClip, kPublishClipList, kClipToFile,    kClipListToFile,
+            kImage,      kFastClip,    kFastClipList};
 }
 
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.
@@ -71,7 +72,8 @@ WindowSession::WindowSession(Machine& machine, RunningInstance& running)
               .window = window_,
               .dialogs = dialogs_,
               .makeScreen = [this](ScreenIndex index) { return MakeScreen(index); },
-              .available = Available()}),
+              .available = Available(),
+              .publishDialogs = &publishDialogs_}),
       app_(machine.MakePorts(), {shell_, progress_}, machine.ProgramFolder()) {}
 
 WindowSession::~WindowSession() = default;

@@ -10,6 +10,7 @@
 #include "platform/running_instance.h"
 #include "shell/shell.h"
 #include "shell/window_start.h"
+#include "window/dialogs/qt_publish_dialogs.h"
 #include "window/file_dialogs.h"
 #include "window/progress_relay.h"
 #include "window/qt_ink.h"
@@ -77,6 +78,7 @@ class WindowSession : private QtMainWindow::Client {
     Pages background_;
     ProgressRelay progress_;
     FileDialogs dialogs_;
+    QtPublishDialogs publishDialogs_;
     QtMainWindow window_{*this};
     Shell shell_;
     Application app_;
