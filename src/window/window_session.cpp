@@ -25,7 +25,7 @@ CommandSet Available() {
             kNewProject, kOpenClip,    kDelete,          kSaveSelection, kCropBegin,
             kCropEnd,    kCutBegin,    kCutEnd,          kMark,          kCopyToClipEditor,
             kNone,       kPublishClip, kPublishClipList, kClipToFile,    kClipListToFile,
-            kImage,      kFastClip,    kFastClipList};
+            kImage,      kFastClip,    kFastClipList,    kInputOptions};
 }
 
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.

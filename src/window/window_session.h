@@ -77,7 +77,7 @@ class WindowSession : private QtMainWindow::Client {
     std::optional<Canvas> canvas_;
     Pages background_;
     ProgressRelay progress_;
-    FileDialogs dialogs_;
+    FileDialogs dialogs_{app_};
     QtPublishDialogs publishDialogs_;
     QtMainWindow window_{*this};
     Shell shell_;

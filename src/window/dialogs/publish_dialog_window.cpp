@@ -12,6 +12,7 @@
 #include <QStandardItemModel>
 
 #include "window/dialogs/dialog_look.h"
+#include "window/dialogs/dialog_parts.h"
 #include "window/dialogs/image_list_view.h"
 #include "window/dialogs/qt_text.h"
 #include "window/dialogs/thumbnail.h"
@@ -20,8 +21,6 @@ namespace orma {
 namespace {
 
 constexpr int kMaxCharacters = static_cast<int>(EmailDialog::kMaxCharacters);
-constexpr int kMargin = 16;
-constexpr int kGap = 10;
 constexpr int kWidth = 440;
 
 /// The order of the tab key: down the dialog, whatever the order of its table is.
@@ -42,24 +41,6 @@ QString NameOf(DialogRole role) {
         default:
             return {};
     }
-}
-
-QLabel* Legend(const QString& text) {
-    auto* label = new QLabel(text);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, look::kLegend);
-    label->setPalette(palette);
-    return label;
-}
-
-QFrame* Hairline() {
-    auto* line = new QFrame;
-    line->setFrameShape(QFrame::HLine);
-    line->setFrameShadow(QFrame::Plain);
-    QPalette palette = line->palette();
-    palette.setColor(QPalette::WindowText, look::kHairline);
-    line->setPalette(palette);
-    return line;
 }
 
 }  // namespace
@@ -88,7 +69,7 @@ QWidget* PublishDialogWindow::Make(const DialogControl& control) {
     const QString label = ToQt(control.label);
     switch (control.role) {
         case DialogRole::kInfo:
-            return info_ = Legend({});
+            return info_ = NewLegend({});
         case DialogRole::kServer:
             return MakeServers();
         case DialogRole::kRecipient:
@@ -194,13 +175,11 @@ QWidget* PublishDialogWindow::Of(DialogRole role) const {
 // mail and the buttons that end the dialog.
 
 void PublishDialogWindow::Arrange() {
-    auto* page = new QVBoxLayout(this);
-    page->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-    page->setSpacing(kGap);
+    QVBoxLayout* const page = NewPage(*this);
 
     auto* fields = new QFormLayout;
-    fields->setHorizontalSpacing(kMargin);
-    fields->setVerticalSpacing(kGap);
+    fields->setHorizontalSpacing(kDialogMargin);
+    fields->setVerticalSpacing(kDialogGap);
     fields->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     fields->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     for (const DialogControl& control : parts_.resource.controls) {
@@ -208,7 +187,7 @@ void PublishDialogWindow::Arrange() {
                            control.role == DialogRole::kRecipient ||
                            control.role == DialogRole::kSubject;
         if (!field) continue;
-        QLabel* const label = Legend(ToQt(control.label));
+        QLabel* const label = NewLegend(ToQt(control.label));
         label->setBuddy(Of(control.role));
         fields->addRow(label, Of(control.role));
     }
@@ -216,16 +195,16 @@ void PublishDialogWindow::Arrange() {
     page->addLayout(fields);
 
     if (images_ != nullptr) {
-        if (hasFields) page->addWidget(Hairline());
+        if (hasFields) page->addWidget(NewHairline());
         if (attach_ != nullptr) page->addWidget(attach_);
         auto* buttons = new QVBoxLayout;
-        buttons->setSpacing(kGap - 2);
+        buttons->setSpacing(kDialogGap - 2);
         for (const DialogRole role : {DialogRole::kAdd, DialogRole::kRemove, DialogRole::kClear})
             if (QWidget* button = Of(role)) buttons->addWidget(button);
         buttons->addStretch();
         if (keepNames_ != nullptr) buttons->addWidget(keepNames_);
         auto* list = new QHBoxLayout;
-        list->setSpacing(kGap);
+        list->setSpacing(kDialogGap);
         list->addWidget(images_, 1);
         list->addLayout(buttons);
         page->addLayout(list, 1);
@@ -234,12 +213,12 @@ void PublishDialogWindow::Arrange() {
     }
 
     auto* last = new QHBoxLayout;
-    last->setSpacing(kGap);
+    last->setSpacing(kDialogGap);
     if (info_ != nullptr) last->addWidget(info_);
     last->addStretch(1);
     for (const DialogRole role : {DialogRole::kStart, DialogRole::kCancel})
         if (QWidget* button = Of(role)) last->addWidget(button);
-    page->addSpacing(kGap / 2);
+    page->addSpacing(kDialogGap / 2);
     page->addLayout(last);
     setMinimumWidth(std::min(kWidth, screen()->availableSize().width()));
 }
