@@ -117,6 +117,10 @@ void QtMainWindow::ServeJob() {
     if (window_) window_->Job().Serve();
 }
 
+PageWidget* QtMainWindow::Page() {
+    return window_ ? &window_->Page() : nullptr;
+}
+
 bool QtMainWindow::Save(const Text& path) {
     return window_ && window_->grab().save(QString::fromStdU16String(path));
 }

@@ -8,6 +8,8 @@
 
 namespace orma {
 
+class PageWidget;
+
 /// The window of the desktop: a menu bar over one page. The bar is told what a menu shows when it
 /// opens, and carries every choice to its client as a command.
 class QtMainWindow : public MainWindow {
@@ -51,6 +53,9 @@ class QtMainWindow : public MainWindow {
     /// reach the page. Keys wait until the next turn of the loop; all else that the user does is
     /// dropped, timers too; wake-ups wait. Nothing without a window.
     void ServeJob();
+
+    /// The client area; null without a window.
+    [[nodiscard]] PageWidget* Page();
 
     /// Saves the window as it looks, menu bar included. False when it cannot be written.
     [[nodiscard]] bool Save(const Text& path);

@@ -25,7 +25,7 @@ CommandSet Available() {
             kNewProject, kOpenClip,    kDelete,          kSaveSelection, kCropBegin,
             kCropEnd,    kCutBegin,    kCutEnd,          kMark,          kCopyToClipEditor,
             kNone,       kPublishClip, kPublishClipList, kClipToFile,    kClipListToFile,
-            kImage,      kFastClip,    kFastClipList,    kInputOptions};
+            kImage,      kFastClip,    kFastClipList,    kInputOptions,  kEditText};
 }
 
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.
@@ -73,6 +73,7 @@ WindowSession::WindowSession(Machine& machine, RunningInstance& running)
               .dialogs = dialogs_,
               .makeScreen = [this](ScreenIndex index) { return MakeScreen(index); },
               .available = Available(),
+              .textEditor = &textEditor_,
               .publishDialogs = &publishDialogs_}),
       app_(machine.MakePorts(), {shell_, progress_}, machine.ProgramFolder()) {}
 

@@ -11,7 +11,9 @@
 #include "shell/shell.h"
 #include "shell/window_start.h"
 #include "window/dialogs/qt_publish_dialogs.h"
+#include "window/dialogs/qt_text_editor.h"
 #include "window/file_dialogs.h"
+#include "window/page_widget.h"
 #include "window/progress_relay.h"
 #include "window/qt_ink.h"
 #include "window/qt_main_window.h"
@@ -80,6 +82,9 @@ class WindowSession : private QtMainWindow::Client {
     FileDialogs dialogs_{app_};
     QtPublishDialogs publishDialogs_;
     QtMainWindow window_{*this};
+    QtTextEditor textEditor_{
+        app_,
+        {[this]() -> QWidget* { return window_.Page(); }, [this] { shell_.CloseTextEditor(); }}};
     Shell shell_;
     Application app_;
 };
