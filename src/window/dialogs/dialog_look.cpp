@@ -6,6 +6,8 @@
 #include <QScreen>
 #include <QWidget>
 
+#include "window/dialogs/dialog_style.h"
+
 namespace orma {
 namespace {
 
@@ -54,6 +56,7 @@ void InstallDialogLook() {
     QFont font(QStringLiteral("Inter"));
     font.setPixelSize(kTextHeight);
     font.setStyleHint(QFont::SansSerif);
+    QApplication::setStyle(new DialogStyle);  // which takes it
     QApplication::setFont(font);
     QApplication::setPalette(CasePalette());
     qApp->setStyleSheet(QString::fromLatin1(kKeys));
