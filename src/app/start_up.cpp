@@ -66,6 +66,7 @@ bool ProjectExists(Application& app, const Text& folder, const Text& name) {
 bool ReopenAt(Application& app, const Text& folder, const Text& name) {
     if (ProjectExists(app, folder, name)) return LoadAt(app, folder, name);
     if (HasInterruptedTakes(app.ports.storage, folder, name)) NewAt(app, folder, name);
+    app.project.AdoptTextDraft();
     return true;
 }
 

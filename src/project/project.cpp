@@ -31,6 +31,7 @@ void Project::SetPath(const Text& folder, const Text& name) {
     folder_ = AsFolder(folder);
     name_ = name.empty() ? u"default" : name;
     attached_ = false;
+    draft_.reset();
 }
 
 Text Project::ProjectFilePath() const {
@@ -113,6 +114,8 @@ void Project::NewProject() {
     attached_ = true;
     before_.reset();
     AdoptTextFile();
+    foreignText_ = data_.text;
+    AdoptTextDraft();
 }
 
 void Project::NextRecording() {

@@ -101,6 +101,7 @@ class Project : public TakeKeeper {
     /// level file is written as well when it is missing although levels are known: its first write
     /// had failed. False on failure (reported); the previous project file then stands, unless it
     /// was the level file that failed.
+    /// Where no file is written for want of clips, the user's text is kept beside its place.
     bool SaveProject();
 
     /// The same without a look at the level file: on failure the previous project file stands.
@@ -158,6 +159,11 @@ class Project : public TakeKeeper {
     [[nodiscard]] const Text& ProjectText() const { return data_.text; }
     void SetProjectText(const Text& text) { data_.text = text; }
 
+    /// Brings back the text that was written for the current path while it had no project file (see
+    /// text_draft.h); beside another text it stands below that. Loading, creating and saving do so
+    /// themselves; once per path.
+    void AdoptTextDraft();
+
     /// Straight-to-FTP recording of this project; stays off unless the options allow it.
     void SetLiveFtp(bool on) { liveFtp_ = on && options_.liveFtpAllowed; }
 
@@ -207,6 +213,7 @@ class Project : public TakeKeeper {
     void RecomputePaths();
     void ApplySampleRateCode(std::uint32_t code);
     void AdoptTextFile();
+    [[nodiscard]] bool PutTextDraft(const Text& text);
     void OpenNumberedRecording();
 
     void LeaveRefusedPath();
@@ -240,7 +247,9 @@ class Project : public TakeKeeper {
     std::optional<Place> before_;  // what SetPath replaced, until the new path proves good
     std::int32_t recordingIndex_ = -1;
     bool liveFtp_ = false;
-    bool takePending_ = false;  // between PrepareTake and its end
+    bool takePending_ = false;   // between PrepareTake and its end
+    Text foreignText_;           // the user did not write it here, or gave it up: not worth a draft
+    std::optional<Text> draft_;  // what the draft of the current path holds; none: not read yet
     std::vector<RecoveredTake> recovered_;
     std::vector<Text> leftAlone_;
     std::vector<ClipEntry> missing_;  // clips whose recording was absent at load, as stored

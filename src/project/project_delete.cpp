@@ -4,6 +4,7 @@
 
 #include "project/project.h"
 #include "project/same_path.h"
+#include "project/text_draft.h"
 
 namespace orma {
 namespace {
@@ -71,9 +72,12 @@ bool Project::DeleteNumbered(const PathParts& chosen) {
         }
     }
     if (firstError != 0) Files().report.ReportSystemFailure(u"DeleteFile", firstError);
+    (void)WriteTextDraft(Files(), basePath + u".opr", {});
 
     if (SamePath(basePath, folder_ + name_)) {
         missing_.clear();
+        draft_.emplace();
+        foreignText_ = data_.text;
         recordingIndex_ = -1;
         OpenNumberedRecording();
         return firstError == 0;

@@ -9,6 +9,7 @@
 #include "project/missing_clips.h"
 #include "project/project.h"
 #include "project/take_rewrite.h"
+#include "project/text_draft.h"
 #include "project/whole_file.h"
 
 namespace orma {
@@ -61,6 +62,7 @@ bool Project::LoadProject() {
 
 void Project::LeaveRefusedPath() {
     if (!before_) return;  // a second load of a project in memory: its path stays
+    draft_.reset();
     if (before_->name.empty()) *before_ = {folder_, FreeProjectName(Disk(), folder_, name_), false};
     folder_ = before_->folder;
     name_ = before_->name;
@@ -82,6 +84,8 @@ void Project::Adopt(ProjectRecord record) {
 
     AdoptClips(std::exchange(record.clips, {}));
     data_ = std::move(record);
+    foreignText_.clear();
+    AdoptTextDraft();
     if (!SelectClip(ShownIndex(data_.currentClip))) OpenNumberedRecording();
 }
 
@@ -137,11 +141,33 @@ bool Project::SaveProject() {
 }
 
 bool Project::SaveProjectFile() {
+    AdoptTextDraft();
     const ProjectRecord record = RecordToSave();
-    if (record.clips.empty()) return !attached_ || RemoveProjectFile();
+    if (record.clips.empty()) {
+        const bool kept = PutTextDraft(record.text == foreignText_ ? Text() : record.text);
+        return kept && (!attached_ || RemoveProjectFile());
+    }
     if (!MakeRoomFor(record) || !WriteProjectFile(Files(), ProjectFilePath(), record)) return false;
     attached_ = true;
     before_.reset();
+    (void)PutTextDraft({});  // one that stays says nothing new
+    return true;
+}
+
+void Project::AdoptTextDraft() {
+    if (draft_) return;
+    draft_ = ReadTextDraft(Files(), ProjectFilePath());
+    if (draft_->empty() || data_.text.find(*draft_) != Text::npos) return;
+    if (data_.text.empty() || data_.text == foreignText_)
+        data_.text = *draft_;
+    else
+        data_.text += u"\r\n\r\n" + *draft_;
+}
+
+bool Project::PutTextDraft(const Text& text) {
+    if (text == *draft_) return true;
+    if (!WriteTextDraft(Files(), ProjectFilePath(), text)) return false;
+    draft_ = text;
     return true;
 }
 

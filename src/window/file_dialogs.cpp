@@ -2,10 +2,12 @@
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QInputDialog>
 
 #include "base/path.h"
-#include "window/shortcuts_dialog.h"
+#include "window/dialogs/input_options_dialog.h"
+#include "window/dialogs/name_dialog.h"
+#include "window/dialogs/qt_text.h"
+#include "window/dialogs/shortcuts_dialog.h"
 
 namespace orma {
 namespace {
@@ -14,29 +16,24 @@ constexpr const char* kProjects = "OrmA Project (*.opr)";
 constexpr const char* kClips = "Recordings (*.wav *.mp2)";
 constexpr const char* kAll = "Recordings and projects (*.wav *.mp2 *.opr)";
 
-/// Any file name survives the way there and back.
-QString QtPath(const Text& path) {
-    return QFile::decodeName(QByteArray::fromStdString(ToUtf8(path)));
-}
-
 std::optional<Text> PathOf(const QString& chosen) {
     if (chosen.isEmpty()) return std::nullopt;
-    return FromUtf8(QFile::encodeName(chosen).toStdString());
+    return PathFromQt(chosen);
 }
 
 std::optional<Text> AskOpen(const char* title, const Text& proposed, const char* filter) {
     return PathOf(QFileDialog::getOpenFileName(QApplication::activeWindow(), title,
-                                               QtPath(proposed), filter));
+                                               PathToQt(proposed), filter));
 }
 
 /// The extension is set in the dialog, so that it asks about the file that will be replaced.
 std::optional<Text> AskSave(const char* title, const Text& proposed, const char* filter,
                             const QString& extension) {
-    QFileDialog dialog(QApplication::activeWindow(), title, QtPath(proposed), filter);
+    QFileDialog dialog(QApplication::activeWindow(), title, PathToQt(proposed), filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(extension);
-    dialog.selectFile(QtPath(proposed));
+    dialog.selectFile(PathToQt(proposed));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
     return PathOf(dialog.selectedFiles().front());
 }
@@ -66,12 +63,11 @@ std::optional<Text> FileDialogs::SaveSelection(const Text& proposed) {
 }
 
 std::optional<Text> FileDialogs::ClipName(const Text& proposed) {
-    bool answered = false;
-    const QString name =
-        QInputDialog::getText(QApplication::activeWindow(), "Orma Edit", "Type in a new name",
-                              QLineEdit::Normal, QString::fromStdU16String(proposed), &answered);
-    if (!answered) return std::nullopt;
-    return name.toStdU16String();
+    return AskName(proposed);
+}
+
+void FileDialogs::InputOptions() {
+    AskInputOptions(app_);
 }
 
 void FileDialogs::ShowShortcuts(const std::vector<ShortcutGroup>& groups) {

@@ -4,9 +4,15 @@
 
 namespace orma {
 
-/// The desktop's own file dialogs, over the active window.
+struct Application;
+
+/// The questions of the window's commands, over the active window: the desktop's own file dialogs,
+/// and the program's own.
 class FileDialogs : public Dialogs {
   public:
+    /// `app` outlives it; it may be built later.
+    explicit FileDialogs(Application& app) : app_(app) {}
+
     [[nodiscard]] std::optional<Text> OpenProject(const Text& proposed) override;
     [[nodiscard]] std::optional<Text> NewProject(const Text& proposed) override;
     [[nodiscard]] std::optional<Text> OpenClip(const Text& proposed) override;
@@ -14,9 +20,11 @@ class FileDialogs : public Dialogs {
     [[nodiscard]] std::optional<Text> SaveSelection(const Text& proposed) override;
     [[nodiscard]] std::optional<Text> ClipName(const Text& proposed) override;
 
-    /// Not offered by the menus.
-    void InputOptions() override {}
+    void InputOptions() override;
     void ShowShortcuts(const std::vector<ShortcutGroup>& groups) override;
+
+  private:
+    Application& app_;
 };
 
 }  // namespace orma

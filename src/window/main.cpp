@@ -11,6 +11,7 @@
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_signal_watch.h"
 #include "window/accessible_page.h"
+#include "window/dialogs/dialog_look.h"
 #include "window/window_session.h"
 
 namespace {
@@ -77,6 +78,7 @@ int main(int count, char** values) {
     QApplication::setWindowIcon(Icon());
     QApplication::setQuitOnLastWindowClosed(false);
     InstallAccessiblePage();
+    InstallDialogLook();
 
     const Arguments arguments = Parse(application);
     const Text screenshot = arguments.screenshot.isEmpty()

@@ -66,7 +66,7 @@ class PageWidget : public QWidget {
     PageClient& client_;
     QRegion unseen_;  // changed and not yet painted
     bool painting_ = false;
-    bool shown_ = false;  // ever; traced, as the program's start ends with it
+    bool shown_ = false;     // ever; traced, as the program's start ends with it
     bool held_ = false;      // the left button
     bool pressing_ = false;  // a press is being carried out
     Point place_;            // of the pointer while the button is held

@@ -23,10 +23,14 @@ constexpr ProductVersion kVersion{ORMA_VERSION_NUMBERS};
 /// What this window can carry out.
 CommandSet Available() {
     using enum Command;
-    return {kRecorder,      kEditor,           kClipEditor, kListView, kAbout,
-            kExit,          kOpenProject,      kNewProject, kOpenClip, kDelete,
-            kSaveSelection, kCropBegin,        kCropEnd,    kCutBegin, kCutEnd,
-            kMark,          kCopyToClipEditor, kNone,       kShortcuts};
+    return {kRecorder,    kEditor,          kClipEditor,   kListView,
+            kEditText,    kAbout,           kShortcuts,    kExit,
+            kOpenProject, kNewProject,      kOpenClip,     kDelete,
+            kRecord,      kSaveSelection,   kCropBegin,    kCropEnd,
+            kCutBegin,    kCutEnd,          kMark,         kCopyToClipEditor,
+            kPublishClip, kPublishClipList, kClipToFile,   kClipListToFile,
+            kImage,       kFastClip,        kFastClipList, kInputOptions,
+            kNone};
 }
 
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.
@@ -46,7 +50,8 @@ Text SkinRoot(const Text& programFolder, Size client) {
         return QDir(QString::fromStdU16String(SkinFolder(root, client))).exists();
     };
     const Text shipped =
-        (QCoreApplication::applicationDirPath() + QStringLiteral("/../share/orma-edit/skin/")).toStdU16String();
+        (QCoreApplication::applicationDirPath() + QStringLiteral("/../share/orma-edit/skin/"))
+            .toStdU16String();
     return !exists(programFolder) && exists(shipped) ? shipped : programFolder;
 }
 
@@ -74,7 +79,9 @@ WindowSession::WindowSession(Machine& machine, RunningInstance& running)
               .window = window_,
               .dialogs = dialogs_,
               .makeScreen = [this](ScreenIndex index) { return MakeScreen(index); },
-              .available = Available()}),
+              .available = Available(),
+              .textEditor = &textEditor_,
+              .publishDialogs = &publishDialogs_}),
       app_(machine.MakePorts(boxes_), {shell_, progress_}, machine.ProgramFolder()) {}
 
 // Whatever was left open is closed while everything that it tells still lives.

@@ -10,7 +10,10 @@
 #include "platform/running_instance.h"
 #include "shell/shell.h"
 #include "shell/window_start.h"
+#include "window/dialogs/qt_publish_dialogs.h"
+#include "window/dialogs/qt_text_editor.h"
 #include "window/file_dialogs.h"
+#include "window/page_widget.h"
 #include "window/progress_relay.h"
 #include "window/qt_clip_list.h"
 #include "window/qt_ink.h"
@@ -80,13 +83,17 @@ class WindowSession : private QtMainWindow::Client {
     std::optional<Canvas> canvas_;
     Pages background_;
     ProgressRelay progress_;
-    FileDialogs dialogs_;
+    FileDialogs dialogs_{app_};
+    QtPublishDialogs publishDialogs_;
     QtMainWindow window_{*this};
     QtClipList clipList_{[this] { return window_.Page(); }, ink_,
                          [this](ListNotification news) {
                              (void)shell_.OnCommand(static_cast<std::uint32_t>(Command::kListView),
                                                     static_cast<std::uint32_t>(news));
                          }};
+    QtTextEditor textEditor_{
+        app_,
+        {[this]() -> QWidget* { return window_.Page(); }, [this] { shell_.CloseTextEditor(); }}};
     Shell shell_;
     Application app_;
 };

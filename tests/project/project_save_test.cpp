@@ -149,5 +149,66 @@ TEST_F(ProjectSave, AFailedSaveIsReportedAndLeavesTheOldFile) {
     EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), before);
 }
 
+TEST_F(ProjectSave, KeepsTheTextOfAProjectThatHasNoFileYet) {
+    const auto startAgain = [&] {
+        project.SetPath(rig.files.folder.Path(), u"fresh");
+        project.NewProject();
+    };
+    startAgain();
+    project.SetProjectText(u"Pilot: Mme Ren\u00E9 \u2013 10:30");
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"fresh.opr"));
+    startAgain();
+    EXPECT_EQ(project.ProjectText(), u"Pilot: Mme Ren\u00E9 \u2013 10:30");
+
+    rig.RecordTake(40);
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_TRUE(rig.Exists(u"fresh.opr"));
+    EXPECT_FALSE(rig.Exists(u"fresh.opr.text"));
+    // Removed with the last clip, the file no longer holds it either.
+    rig.clips.Clear();
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"fresh.opr"));
+    EXPECT_TRUE(rig.Exists(u"fresh.opr.text"));
+    project.SetProjectText(u"");
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"fresh.opr.text"));
+    EXPECT_TRUE(rig.files.boxes.shown.empty());
+}
+
+TEST_F(ProjectSave, KeepsNoTextThatTheUserDidNotWriteHereOrDeleted) {
+    const Text textFile = rig.Path(u"sheet.txt");
+    test::WriteFileBytes(textFile, AsBytes("Fill in"));
+    project.SetOptions({.useTextFile = true, .textFile = textFile});
+    project.SetPath(rig.files.folder.Path(), u"fresh");
+    project.NewProject();
+    ASSERT_EQ(project.ProjectText(), u"Fill in");
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"fresh.opr.text"));
+
+    project.SetPath(rig.files.folder.Path(), u"talk");
+    LoadWith({u"talk00"});
+    project.SetProjectText(u"Given up");
+    ASSERT_TRUE(project.SaveProject());
+    ASSERT_TRUE(project.DeletePath(rig.Path(u"talk.opr")));
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"talk.opr.text"));
+}
+
+TEST_F(ProjectSave, AProjectsOwnTextAndADraftBesideItAreBothKept) {
+    rig.AddProjectFile(u"talk", {u"talk00"});
+    ASSERT_TRUE(project.LoadProject());
+    project.SetProjectText(u"Own");
+    ASSERT_TRUE(project.SaveProject());
+    test::WriteFileBytes(rig.Path(u"talk.opr.text"), AsBytes("Draft"));
+    for (int start = 0; start < 2; ++start) {
+        project.SetPath(rig.files.folder.Path(), u"talk");
+        ASSERT_TRUE(project.LoadProject());
+        EXPECT_EQ(project.ProjectText(), u"Own\r\n\r\nDraft");
+        ASSERT_TRUE(project.SaveProject());
+        EXPECT_FALSE(rig.Exists(u"talk.opr.text"));
+    }
+}
+
 }  // namespace
 }  // namespace orma

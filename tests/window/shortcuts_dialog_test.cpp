@@ -1,4 +1,4 @@
-#include "window/shortcuts_dialog.h"
+#include "window/dialogs/shortcuts_dialog.h"
 
 #include <QApplication>
 #include <QTreeWidget>

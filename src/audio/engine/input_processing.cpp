@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
+#include "audio/engine/truncate.h"
 #include "base/trace.h"
 
 namespace orma {
@@ -11,18 +11,7 @@ namespace {
 
 constexpr std::int32_t kMaxGainDb = 40;
 constexpr std::int32_t kMaxOutputStep = 20;
-constexpr std::int32_t kUnity = 1 << 28;  // of the filter coefficients
-constexpr float kCoefficientScale = 1.0F / static_cast<float>(kUnity);
-constexpr std::array<std::int32_t, 5> kPassThrough = {0, 0, 0, 0, kUnity};
-
-// Toward zero, held at the ends of the range: an unstable band must not become undefined behaviour.
-template <class Float>
-std::int32_t Truncate(Float value) {
-    constexpr Float kEnd = 2147483648.0;
-    if (value >= kEnd) return std::numeric_limits<std::int32_t>::max();
-    if (value < -kEnd) return std::numeric_limits<std::int32_t>::min();
-    return std::isnan(value) ? 0 : static_cast<std::int32_t>(value);
-}
+constexpr float kCoefficientScale = 1.0F / static_cast<float>(kUnityCoefficient);
 
 std::int32_t Product(std::int32_t coefficient, std::int32_t value) {
     return Truncate(static_cast<float>(coefficient) * static_cast<float>(value) *
@@ -37,11 +26,6 @@ std::int32_t Sum(std::int32_t a, std::int32_t b, std::int32_t c) {
 
 std::int16_t Clip(std::int64_t sample) {
     return static_cast<std::int16_t>(std::clamp<std::int64_t>(sample, -32767, 32767));
-}
-
-// Between 0 and half the sample rate, with a bandwidth: what the bell filter is stable for.
-bool IsRealisable(const EqualizerBand& band, std::uint32_t sampleRate) {
-    return band.frequency != 0 && 2 * std::uint32_t{band.frequency} < sampleRate && band.q != 0;
 }
 
 }  // namespace
@@ -110,34 +94,28 @@ bool InputProcessing::SelectByName(const Text& name) {
     return true;
 }
 
+void InputProcessing::SwitchEqualizerOff() {
+    active_.on = 0;
+    currentSetName_.clear();
+    ComputeAllBands();
+}
+
 void InputProcessing::ComputeBand(std::size_t band) {
     ComputeGainFactor();
     if (active_.on == 0 || band >= coefficients_.size()) return;
     const EqualizerBand& settings = active_.bands[band];
     coefficients_[band] = kPassThrough;
     if (settings.enabled == 0) return;
-    if (!IsRealisable(settings, sampleRate_)) {
+    const std::optional<BellFilter> bell = DesignBell(settings, sampleRate_);
+    if (!bell) {
         Trace("band %zu passed through: %u Hz, Q %u", band, unsigned{settings.frequency},
               unsigned{settings.q});
         return;
     }
-
-    // The bell filter by the bilinear transform, K the prewarped frequency, V the gain.
-    const double gainDb = settings.gain / 10.0;
-    const double q = settings.q / 10.0;
-    const double k = std::tan(settings.frequency * 3.14159265 / sampleRate_);
-    const double v = std::pow(10.0, gainDb / 20);
-    const double d = gainDb >= 0 ? k / q : k / (v * q);
-    const double n = 1 / (1 + d + k * k);
-    const double minusA1 = -2 * (k * k - 1) * n;
-    const double a2 = (k * k + 1 - d) * n;
-    const double b1 = 2 * (k * k - 1) * n;
-    const double b0 = 1 + d * (v - 1) * n;
-    const double b2 = a2 + d * (1 - v) * n;
-    const auto fixed = [](double value) { return Truncate(value * kUnity); };
-    coefficients_[band] = {fixed(b2), fixed(minusA1), fixed(-a2), fixed(b1), fixed(b0)};
+    coefficients_[band] = FixedPoint(*bell);
     // The trace calls the feed-forward terms a and the negated feedback terms b.
-    Trace("a0=%f,a1=%f,a2=%f,b1=%f,b2=%f", b0, b1, b2, minusA1, -a2);
+    Trace("a0=%f,a1=%f,a2=%f,b1=%f,b2=%f", bell->b0, bell->b1, bell->b2, bell->minusA1,
+          bell->minusA2);
 }
 
 void InputProcessing::ChooseEqualizerForHeadset() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 
+#include "audio/engine/equalizer_filter.h"
 #include "base/equalizer_set.h"
 #include "platform/headset_probe.h"
 #include "platform/wave.h"
@@ -49,10 +50,12 @@ class InputProcessing {
     /// Selects the set of that name and computes it; false (nothing changes) when there is none.
     [[nodiscard]] bool SelectByName(const Text& name);
 
-    /// Recomputes the gain factor and, while the equaliser is on, the coefficients of band 0..2:
-    /// the peaking biquad whose numerator carries a boost and whose denominator carries a cut. A
-    /// band that is switched off, or that no filter can realise (0 Hz, half the sample rate or
-    /// above, Q 0), passes the sound through.
+    /// No set is in use from now on.
+    void SwitchEqualizerOff();
+
+    /// Recomputes the gain factor and, while the equaliser is on, the coefficients of band 0..2,
+    /// see DesignBell. A band that is switched off, or that no filter can realise, passes the sound
+    /// through.
     void ComputeBand(std::size_t band);
 
     /// For a set named "..._ext" or "..._int": changes to its twin by whether a headset is present.
@@ -74,7 +77,7 @@ class InputProcessing {
     [[nodiscard]] const Text& CurrentSetName() const { return currentSetName_; }
 
     /// Coefficients of a band, scaled by 2^28: b2, -a1, -a2, b1, b0.
-    [[nodiscard]] const std::array<std::int32_t, 5>& Coefficients(std::size_t band) const {
+    [[nodiscard]] const BandCoefficients& Coefficients(std::size_t band) const {
         return coefficients_[band];
     }
 
@@ -99,7 +102,7 @@ class InputProcessing {
     std::uint32_t outputStep_ = 20;
     bool volumeControl_ = true;
     bool alternativeHeadsetKey_ = false;
-    std::array<std::array<std::int32_t, 5>, 3> coefficients_{};
+    std::array<BandCoefficients, 3> coefficients_{};
     std::array<StageState, 3> stages_{};
     std::array<std::int32_t, 2> dc_{};
 };

@@ -268,5 +268,49 @@ TEST_F(InputProcessingTest, SetsTheOutputVolumeOfBothSides) {
     EXPECT_EQ(processing.OutputStep(), 20U);
 }
 
+TEST(EqualizerResponse, IsWhatTheFilterDoesToASine) {
+    const EqualizerSet set = Set(u"", Band(200, 30, 7), Band(1000, -45, 10), Band(6000, 60, 20));
+    const EqualizerSet middle = Set(u"", {}, Band(1000, -45, 10));
+    // A single bell reaches its gain at its centre and nothing at both ends.
+    EXPECT_NEAR(EqualizerResponseDb(middle, 44100, 1000), -4.5, 0.001);
+    EXPECT_NEAR(EqualizerResponseDb(middle, 44100, 1), 0, 0.001);
+    EXPECT_NEAR(EqualizerResponseDb(middle, 44100, 22049), 0, 0.001);
+    EXPECT_GT(EqualizerResponseDb(Set(u"", Band(6000, 60, 20)), 44100, 6000), 5.99);
+
+    FakeEventLoop loop;
+    FakeWaveSystem waves{loop};
+    FakeHeadset headset;
+    InputProcessing processing(waves, headset);
+    InputProcessingSettings settings;
+    settings.sets[0] = set;
+    settings.sets[0].name = settings.currentSetName = u"set";
+    processing.Load(settings, 44100);
+    for (const double frequency : {150.0, 640.0, 1000.0, 3000.0, 6000.0, 15000.0}) {
+        processing.ClearState();
+        Samples sine(44100);
+        for (std::size_t i = 0; i < sine.size(); ++i)
+            sine[i] = static_cast<std::int16_t>(
+                std::lround(8000 * std::sin(2 * std::numbers::pi * frequency *
+                                            static_cast<double>(i) / 44100)));
+        processing.ProcessInputBuffer(sine, 1);
+        double power = 0;  // of the second half, when the filter has settled
+        for (std::size_t i = sine.size() / 2; i < sine.size(); ++i)
+            power += static_cast<double>(sine[i]) * sine[i];
+        const double gained =
+            10 * std::log10(power / (static_cast<double>(sine.size()) / 2) / (8000.0 * 8000 / 2));
+        EXPECT_NEAR(gained, EqualizerResponseDb(set, 44100, frequency), 0.05) << frequency;
+    }
+}
+
+TEST(EqualizerResponse, IsFlatWhereNothingFilters) {
+    EqualizerSet off = Set(u"", Band(1000, 60, 10));
+    off.on = 0;
+    EqualizerBand disabled = Band(1000, 60, 10);
+    disabled.enabled = 0;
+    for (const EqualizerSet& set : {off, Set(u"", disabled), Set(u"", Band(0, 60, 10)),
+                                    Set(u"", Band(1000, 60, 0)), Set(u"", Band(22050, 60, 10))})
+        EXPECT_EQ(EqualizerResponseDb(set, 44100, 1000), 0);
+}
+
 }  // namespace
 }  // namespace orma::test

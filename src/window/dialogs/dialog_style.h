@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace orma {
+
+/// The desktop's style with the icons of message boxes in the page's manner: flat, in its colours,
+/// sharp in every size.
+class DialogStyle : public QProxyStyle {
+  public:
+    [[nodiscard]] QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                                     const QWidget* widget) const override;
+};
+
+}  // namespace orma
