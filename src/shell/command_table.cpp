@@ -167,9 +167,7 @@ void Publish(Shell& shell, std::uint32_t) {
     if (!busy) shell.CloseTextEditor();  // its text goes along
     PublishJob job(app.Publishing(*shell.Publishing()));
     (void)(job.*kOperation)(busy);
-    if (busy) return;
-    if (shell.CurrentScreen() == ScreenIndex::kProgress) shell.SelectScreen(shell.PreviousScreen());
-    shell.Refresh();
+    if (!busy) shell.Refresh();
 }
 
 void PublishImage(Shell& shell, std::uint32_t) {

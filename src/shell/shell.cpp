@@ -129,6 +129,12 @@ void Shell::Enter(ScreenIndex index) {
     UpdateMenus();
 }
 
+void Shell::EndJob() {
+    s_.window.EndJob();
+    pressed_ = false;  // the button may be held still
+    captured_ = nullptr;
+}
+
 void Shell::OpenTextEditor() {
     if (s_.textEditor == nullptr || s_.textEditor->IsOpen()) return;
     s_.textEditor->Open();

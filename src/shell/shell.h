@@ -112,6 +112,10 @@ class Shell : public ScreenHost, public TransportListener {
     /// them anew and is painted.
     void Refresh();
 
+    /// A job that blocked the event loop is over: no click that was made meanwhile acts any more,
+    /// and closing the window counts now.
+    void EndJob();
+
     /// Opens the text editor over the current screen unless it is open.
     void OpenTextEditor();
     void CloseTextEditor();

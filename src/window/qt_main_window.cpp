@@ -121,6 +121,12 @@ PageWidget* QtMainWindow::Page() {
     return window_ ? &window_->Page() : nullptr;
 }
 
+void QtMainWindow::EndJob() {
+    if (!window_) return;
+    window_->Job().Drop();
+    if (window_->Job().TakeClose()) client_.OnCloseRequest();
+}
+
 bool QtMainWindow::Save(const Text& path) {
     return window_ && window_->grab().save(QString::fromStdU16String(path));
 }

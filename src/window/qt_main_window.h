@@ -46,12 +46,13 @@ class QtMainWindow : public MainWindow {
     void CapturePointer(bool on) override;
     void ShowFocus(const Rect& control) override;
     void ShowWaitCursor(bool on) override;
+    void EndJob() override;
     void Announce(const Text& text) override;
     [[nodiscard]] Size Display() override;
 
     /// For long work that blocks the event loop: shows what has changed and lets the left button
-    /// reach the page. Keys wait until the next turn of the loop; all else that the user does is
-    /// dropped, timers too; wake-ups wait. Nothing without a window.
+    /// reach the page. Keys wait until the next turn of the loop, a wish to close until EndJob; all
+    /// else that the user does is dropped, timers too; wake-ups wait. Nothing without a window.
     void ServeJob();
 
     /// The client area; null without a window.

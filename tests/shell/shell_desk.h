@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "app/start_up.h"
+#include "shell/job_screen.h"
 #include "shell/shell.h"
 #include "support/fake_clock.h"
 #include "support/fake_event_loop.h"
@@ -262,7 +263,6 @@ class ShellDesk {
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
     NoHeadset headset;
-    NoProgress progress;
     ScreenRig rig;
     FakeMainWindow window{log};
     FakeRunningInstance running{log};
@@ -271,6 +271,7 @@ class ShellDesk {
     CancelledPublishing publishing;
     std::set<ScreenIndex> missing;  // places that stay empty
     Shell shell;
+    JobScreen progress{shell};
     Application app{{.storage = storage,
                      .clock = clock,
                      .boxes = boxes,
