@@ -44,7 +44,6 @@ void ListView(Shell& shell, std::uint32_t notification) {
 // Files. While something is recorded or played no dialog is shown: the operation itself refuses.
 
 using Question = std::optional<Text> (Dialogs::*)(const Text& proposed);
-using FileOperation = bool (*)(Application& app, const Text& path);
 
 /// True when the user answered and the operation was done.
 bool RunOnFile(Shell& shell, Question question, const Text& proposed, FileOperation operation,
@@ -54,15 +53,9 @@ bool RunOnFile(Shell& shell, Question question, const Text& proposed, FileOperat
         (void)operation(app, {});
         return false;
     }
-    // The text belongs to the project that is left, and is saved with it.
     shell.CloseTextEditor();
     const std::optional<Text> path = (shell.UserDialogs().*question)(proposed);
-    if (!path) return false;
-    shell.ShowWaitCursor(true);
-    const bool done = operation(app, *path);
-    shell.ShowWaitCursor(false);
-    shell.Refresh();
-    return done;
+    return path && RunOnPath(shell, *path, operation);
 }
 
 void OpenProject(Shell& shell, std::uint32_t) {

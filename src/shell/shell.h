@@ -6,6 +6,7 @@
 
 #include "app/application.h"
 #include "shell/dialogs.h"
+#include "shell/file_commands.h"
 #include "shell/keyboard_focus.h"
 #include "shell/main_window.h"
 #include "shell/menus.h"
@@ -94,6 +95,9 @@ class Shell : public ScreenHost, public TransportListener {
     /// Timer 1 ticks in another period from now on; 0: not at all.
     void SetTimer(std::uint32_t periodMs);
 
+    /// The user dropped that file on the window; see OpenFile.
+    void OnDrop(const Text& path) { OpenFile(*this, path); }
+
     // Screens.
 
     /// Closes the text editor, if it is open, and makes that screen the current one: the other one
@@ -115,6 +119,9 @@ class Shell : public ScreenHost, public TransportListener {
     /// A job that blocked the event loop is over: no click that was made meanwhile acts any more,
     /// and closing the window counts now.
     void EndJob();
+
+    /// The current project becomes the first of the recent ones, once it has a file.
+    void NoteProject();
 
     /// Opens the text editor over the current screen unless it is open.
     void OpenTextEditor();

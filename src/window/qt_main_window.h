@@ -25,6 +25,10 @@ class QtMainWindow : public MainWindow {
         /// The picture of a menu's bitmap line.
         [[nodiscard]] virtual const Picture& MenuBitmap() = 0;
 
+        /// Whether a file of that name may be dropped on the window, and one that was.
+        [[nodiscard]] virtual bool TakesDrop(const Text& path) = 0;
+        virtual void OnDrop(const Text& path) = 0;
+
         /// The user closes the window, which stays until Destroy.
         virtual void OnCloseRequest() = 0;
     };

@@ -61,6 +61,8 @@ class WindowSession : private QtMainWindow::Client {
         return shell_.OnMenuOpening(static_cast<TopMenu>(place));
     }
     [[nodiscard]] const Picture& MenuBitmap() override { return skin_->Bitmap(kMenuBitmap); }
+    [[nodiscard]] bool TakesDrop(const Text& path) override { return IsOpenable(path); }
+    void OnDrop(const Text& path) override { shell_.OnDrop(path); }
     void OnCloseRequest() override { shell_.OnCloseRequest(); }
 
     void LoadSkin(const WindowLook& look);

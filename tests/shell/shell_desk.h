@@ -219,8 +219,8 @@ class ShellDesk {
     }
 
     /// A project with a take of 40 periods, as the recorder's state has it.
-    void RecordTake() {
-        app.project.SetPath(folder.Path(), u"city");
+    void RecordTake(const Text& name = u"city") {
+        app.project.SetPath(folder.Path(), name);
         app.project.NewProject();
         FollowProject(app);
         app.transport.Record(true);
