@@ -108,12 +108,15 @@ bool EditCropEnd(Application& app) {
     return CropEnd(app.project);
 }
 
-bool EditCutBegin(Application& app) {
-    return EnsureLevels(app.project) && CutBegin(app.project, app.settings.OneSecondCut != 0);
-}
-
-bool EditCutEnd(Application& app) {
-    return EnsureLevels(app.project) && CutEnd(app.project, app.settings.OneSecondCut != 0);
+/// A new cut is the current one once the cursor went to it, also when it stood there already: the
+/// next "Cut end" is that of an empty cut at the cursor.
+template <bool (*kOperation)(Project& project, bool oneSecond)>
+bool EditCut(Application& app) {
+    if (!EnsureLevels(app.project) || !kOperation(app.project, app.settings.OneSecondCut != 0))
+        return false;
+    if (app.recording.currentCut < 0)
+        app.transport.MoveTo(static_cast<std::int32_t>(app.recording.cursor));
+    return true;
 }
 
 bool EditMark(Application& app) {
@@ -189,8 +192,8 @@ constexpr Row kTable[] = {
     {Command::kSaveSelection, SaveSelection},
     {Command::kPublishClipList, Publish<&PublishJob::MenuPublishCliplist>},
     {Command::kOpenClip, OpenClip},
-    {Command::kCutBegin, Edit<EditCutBegin>},
-    {Command::kCutEnd, Edit<EditCutEnd>},
+    {Command::kCutBegin, Edit<EditCut<CutBegin>>},
+    {Command::kCutEnd, Edit<EditCut<CutEnd>>},
     {Command::kMark, Edit<EditMark>},
     {Command::kNone, TraceOnly},
     {Command::kCopyToClipEditor, CopyToClips},
