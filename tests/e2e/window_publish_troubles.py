@@ -106,6 +106,12 @@ def broken():
             check(user.program.poll() is None, "the window went and left the upload")
             user.wait_end(60)
             reporter.check_arrived(stored, "the window was closed meanwhile")
+        server.kill()
+        with window(reporter) as user:
+            upload(user)
+            user.dialog("Error")
+            user.program.terminate()  # as the end of the desktop's session does
+            user.wait_end()
 
 
 def dialogs():
