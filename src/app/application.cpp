@@ -49,7 +49,8 @@ Application::Application(Ports platform, FrontEnd frontEnd, Text folder)
                             recording.currentCut},
               .transport = transport.State(),
               .listener = transport,
-              .externalRecorder = &externalRecorder}) {
+              .externalRecorder = &externalRecorder}),
+      recentProjects(ports.storage, programFolder + u"recent.txt") {
     if (ports.liveFtp != nullptr) {
         liveUploads.emplace(*ports.liveFtp, ports.loop, report);
         writerContext.live.ftp = &liveUploads->Services();

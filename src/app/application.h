@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/live_uploads.h"
+#include "app/recent_projects.h"
 #include "audio/engine/pdaudio_in.h"
 #include "platform/event_loop.h"
 #include "platform/mail_outbox.h"
@@ -86,6 +87,7 @@ struct Application {
     Player player;
 
     PublishChoices publishChoices;
+    RecentProjects recentProjects;  // the window loads and keeps them
 
     /// What a publish job stands on; `dialogs` outlive the job.
     [[nodiscard]] PublishServices Publishing(PublishDialogs& dialogs);

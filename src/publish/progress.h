@@ -11,6 +11,11 @@ class PublishProgress {
   public:
     virtual ~PublishProgress() = default;
 
+    /// Around all that a job sends, its last boxes included: one Begin, later one End. Everything
+    /// below comes between the two; what a job checks and asks before it sends is not shown.
+    virtual void Begin() {}
+    virtual void End() {}
+
     virtual void SetText(const Text& text) = 0;
     virtual void SetRange(std::uint32_t steps) = 0;
     virtual void Step(std::uint32_t steps) = 0;
@@ -21,6 +26,18 @@ class PublishProgress {
 
     /// True once the user asked to cancel.
     [[nodiscard]] virtual bool IsCancelled() = 0;
+};
+
+/// Shows a job's progress as long as it lives, whichever way the job ends.
+class ShownProgress {
+  public:
+    explicit ShownProgress(PublishProgress& progress) : progress_(progress) { progress_.Begin(); }
+    ~ShownProgress() { progress_.End(); }
+    ShownProgress(const ShownProgress&) = delete;
+    ShownProgress& operator=(const ShownProgress&) = delete;
+
+  private:
+    PublishProgress& progress_;
 };
 
 }  // namespace orma

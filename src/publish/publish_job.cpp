@@ -89,8 +89,10 @@ PublishOutcome PublishJob::PublishClip(Mode mode, bool busy) {
         const Text& baseName = s_.project.Name();
         const bool withImages = mode == Mode::kNormal;
         if (withImages && !ChooseDestination(baseName, 0, false)) return PublishOutcome::kRefused;
-        if (withImages && HasImages() && s_.state.choices.imagesAttached)
+        if (withImages && HasImages() && s_.state.choices.imagesAttached) {
+            const ShownProgress shown(s_.progress);
             return SendCompanions(baseName);
+        }
         s_.readers.files.report.ShowError(u"Nothing recorded or selected");
         return PublishOutcome::kRefused;
     }
@@ -131,6 +133,7 @@ PublishOutcome PublishJob::MenuPublishImage(bool busy) {
     StoreCurrentRecording();
     if (!ChooseDestination(s_.project.Name(), 0, true) || !HasImages())
         return PublishOutcome::kRefused;
+    const ShownProgress shown(s_.progress);
     return SendImages(s_.project.Name(), settings_.keepImageNames);
 }
 
@@ -173,6 +176,7 @@ PublishOutcome PublishJob::Publish(const ClipList& clips, const Text& baseName, 
     }
 
     const AudioDeliveryTerms terms = FillContext(*publication, baseName, toFile);
+    const ShownProgress shown(s_.progress);
     const InternetSilence silence(s_.readers.files.report, terms.autoResume);
     AudioDelivery delivery({s_.readers, s_.writers, s_.progress, s_.patience}, *publication, terms);
     const PublishOutcome outcome = delivery.Run(baseName);

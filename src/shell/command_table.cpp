@@ -44,7 +44,6 @@ void ListView(Shell& shell, std::uint32_t notification) {
 // Files. While something is recorded or played no dialog is shown: the operation itself refuses.
 
 using Question = std::optional<Text> (Dialogs::*)(const Text& proposed);
-using FileOperation = bool (*)(Application& app, const Text& path);
 
 /// True when the user answered and the operation was done.
 bool RunOnFile(Shell& shell, Question question, const Text& proposed, FileOperation operation,
@@ -54,15 +53,9 @@ bool RunOnFile(Shell& shell, Question question, const Text& proposed, FileOperat
         (void)operation(app, {});
         return false;
     }
-    // The text belongs to the project that is left, and is saved with it.
     shell.CloseTextEditor();
     const std::optional<Text> path = (shell.UserDialogs().*question)(proposed);
-    if (!path) return false;
-    shell.ShowWaitCursor(true);
-    const bool done = operation(app, *path);
-    shell.ShowWaitCursor(false);
-    shell.Refresh();
-    return done;
+    return path && RunOnPath(shell, *path, operation);
 }
 
 void OpenProject(Shell& shell, std::uint32_t) {
@@ -98,13 +91,20 @@ void Edit(Shell& shell, std::uint32_t) {
     if (shell.App().transport.Edit(kOperation)) shell.Refresh();
 }
 
+/// A new cut is the current one once the cursor went to it, also when it stood there already: the
+/// next "Cut end" is that of an empty cut at the cursor.
 template <bool (*kOperation)(Project& project, bool oneSecond)>
 void Cut(Shell& shell, std::uint32_t) {
-    const bool oneSecond = shell.App().settings.OneSecondCut != 0;
-    const auto cut = [oneSecond](Project& project) {
-        return EnsureLevels(project) && kOperation(project, oneSecond);
+    Application& app = shell.App();
+    bool done = false;
+    const auto cut = [&](Project& project) {
+        done = EnsureLevels(project) && kOperation(project, app.settings.OneSecondCut != 0);
+        return done;
     };
-    if (shell.App().transport.Edit(cut)) shell.Refresh();
+    if (!app.transport.Edit(cut)) return;
+    if (done && app.recording.currentCut < 0)
+        app.transport.MoveTo(static_cast<std::int32_t>(app.recording.cursor));
+    shell.Refresh();
 }
 
 void CopyToClips(Shell& shell, std::uint32_t) {
@@ -147,9 +147,7 @@ void Publish(Shell& shell, std::uint32_t) {
     if (!busy) shell.CloseTextEditor();  // its text goes along
     PublishJob job(app.Publishing(*shell.Publishing()));
     (void)(job.*kOperation)(busy);
-    if (busy) return;
-    if (shell.CurrentScreen() == ScreenIndex::kProgress) shell.SelectScreen(shell.PreviousScreen());
-    shell.Refresh();
+    if (!busy) shell.Refresh();
 }
 
 void PublishImage(Shell& shell, std::uint32_t) {

@@ -34,6 +34,7 @@ enum class Command : std::uint32_t {
     kRecord = 40057,
     kFastClip = 40062,
     kFastClipList = 40063,
+    kRecentProject = 40100,  // the first of RecentProjects::kMost in a row
     kShortcuts = 40200,
 };
 

@@ -40,6 +40,10 @@ class MainWindow {
 
     virtual void ShowWaitCursor(bool on) = 0;
 
+    /// A job that blocked the event loop is over: what the pointer did and nobody saw yet is
+    /// dropped, and the close that the user asked for meanwhile is told now.
+    virtual void EndJob() = 0;
+
     /// A screen reader says it; nothing else happens.
     virtual void Announce(const Text& text) = 0;
 

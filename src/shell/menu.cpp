@@ -7,7 +7,9 @@ template <typename Change>
 void ForEach(MenuBar& bar, Command command, Change change) {
     for (Menu& menu : bar.menus)
         for (MenuItem& item : menu.items)
-            if (item.kind != MenuItem::Kind::kSeparator && item.command == command) change(item);
+            if (item.command == command && item.kind != MenuItem::Kind::kSeparator &&
+                item.kind != MenuItem::Kind::kSubmenu)
+                change(item);
 }
 
 }  // namespace

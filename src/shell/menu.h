@@ -10,13 +10,19 @@ namespace orma {
 
 /// One line of a menu.
 struct MenuItem {
-    enum class Kind : std::uint8_t { kCommand, kSeparator, kBitmap };  // kBitmap: bitmap 520
+    enum class Kind : std::uint8_t {
+        kCommand,
+        kSeparator,
+        kBitmap,   // bitmap 520
+        kSubmenu,  // opens `items`, and is no command
+    };
 
     Kind kind = Kind::kCommand;
     Command command = Command::kNone;
     Text text{};  // behind a tab: the key that does the same
     bool enabled = true;
     bool ticked = false;
+    std::vector<MenuItem> items{};
 
     friend bool operator==(const MenuItem&, const MenuItem&) = default;
 };

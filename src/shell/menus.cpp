@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "app/recent_projects.h"
+#include "base/path.h"
+
 namespace orma {
 namespace {
 
@@ -64,12 +67,42 @@ Items ViewItems() {
             Line(Command::kShortcuts, u"Keyboard shortcuts\tF1")};
 }
 
+void EnableItems(Items& items, const MenuState& state, const CommandSet& available) {
+    for (MenuItem& item : items) {
+        if (item.kind == MenuItem::Kind::kSubmenu)
+            EnableItems(item.items, state, available);
+        else if (item.kind != MenuItem::Kind::kSeparator)
+            item.enabled = IsAvailable(item.command, available) && IsEnabled(item.command, state);
+    }
+}
+
 void Append(Items& items, std::initializer_list<MenuItem> more) {
     items.push_back(Separator());
     items.insert(items.end(), more);
 }
 
+Command RecentProject(std::size_t place) {
+    return static_cast<Command>(static_cast<std::size_t>(Command::kRecentProject) + place);
+}
+
+/// The name, and as much of the folder's end as a menu can show.
+Text RecentText(const Text& path) {
+    constexpr std::size_t kMostOfFolder = 40;
+    const PathParts parts = SplitPath(path);
+    const Text& folder = parts.folder;
+    const Text shown = folder.size() <= kMostOfFolder
+                           ? folder
+                           : u"..." + folder.substr(folder.size() - kMostOfFolder);
+    return parts.name + u"   " + shown;
+}
+
 }  // namespace
+
+std::optional<std::size_t> RecentPlace(Command command) {
+    const auto place =
+        static_cast<std::size_t>(command) - static_cast<std::size_t>(Command::kRecentProject);
+    return place < RecentProjects::kMost ? std::optional(place) : std::nullopt;
+}
 
 MenuBar BuildMenuBar(MainMenu menu, const MenuOptions& options) {
     Items file = FileItems();
@@ -91,6 +124,14 @@ MenuBar BuildMenuBar(MainMenu menu, const MenuOptions& options) {
              {u"  View  ", std::move(view)}}};
 }
 
+void AddRecentProjects(Menu& file, const std::vector<Text>& paths) {
+    if (paths.empty()) return;
+    MenuItem recent{.kind = MenuItem::Kind::kSubmenu, .text = u"Recent projects"};
+    for (std::size_t i = 0; i < paths.size(); ++i)
+        recent.items.push_back(Line(RecentProject(i), RecentText(paths[i])));
+    file.items.insert(file.items.end() - 1, {std::move(recent), Separator()});
+}
+
 void RenewMarkItem(Menu& edit, bool onMark) {
     const auto isMark = [](const MenuItem& item) {
         return item.kind == MenuItem::Kind::kCommand && item.command == Command::kMark;
@@ -105,6 +146,7 @@ void RenewMarkItem(Menu& edit, bool onMark) {
 
 bool IsEnabled(Command command, const MenuState& state) {
     if (state.screen == ScreenIndex::kProgress) return false;
+    if (RecentPlace(command)) command = Command::kOpenProject;
     const bool idle = !state.capturing && !state.playing;
     const bool editable = !state.capturing && state.recorded;
     // There one sees what is published, and a box says what is missing.
@@ -153,16 +195,19 @@ bool IsEnabled(Command command, const MenuState& state) {
             return editable;
         case Command::kListView:
         case Command::kNone:
+        case Command::kRecentProject:
             break;
     }
     return false;
 }
 
+bool IsAvailable(Command command, const CommandSet& available) {
+    return available.contains(RecentPlace(command) ? Command::kOpenProject : command);
+}
+
 void EnableItems(MenuBar& bar, const MenuState& state, const CommandSet& available) {
     for (Menu& menu : bar.menus)
-        for (MenuItem& item : menu.items)
-            if (item.kind != MenuItem::Kind::kSeparator)
-                item.enabled = available.contains(item.command) && IsEnabled(item.command, state);
+        EnableItems(menu.items, state, available);
 }
 
 }  // namespace orma

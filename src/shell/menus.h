@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <set>
 
 #include "shell/menu.h"
@@ -30,8 +31,17 @@ struct MenuOptions {
 /// cursor stands on a mark, else "Mark".
 void RenewMarkItem(Menu& edit, bool onMark);
 
+/// Appends the recent projects, the latest first, as a submenu before "Exit"; nothing without any.
+void AddRecentProjects(Menu& file, const std::vector<Text>& paths);
+
 /// The commands that this build of the window can carry out.
 using CommandSet = std::set<Command>;
+
+/// The place of a recent project in their list, for the commands that open one.
+[[nodiscard]] std::optional<std::size_t> RecentPlace(Command command);
+
+/// Recent projects are there where projects can be opened.
+[[nodiscard]] bool IsAvailable(Command command, const CommandSet& available);
 
 /// What decides which commands make sense.
 struct MenuState {

@@ -35,6 +35,8 @@ void Shell::Open(Size client) {
     client_ = client;
     open_ = true;
     SetTimer(kTimerMs);
+    s_.app.recentProjects.Load();
+    NoteProject();
     CreateScreens();
 }
 
@@ -129,6 +131,12 @@ void Shell::Enter(ScreenIndex index) {
     UpdateMenus();
 }
 
+void Shell::EndJob() {
+    s_.window.EndJob();
+    pressed_ = false;  // the button may be held still
+    captured_ = nullptr;
+}
+
 void Shell::OpenTextEditor() {
     if (s_.textEditor == nullptr || s_.textEditor->IsOpen()) return;
     s_.textEditor->Open();
@@ -146,6 +154,12 @@ void Shell::Refresh() {
     Invalidate();
 }
 
+void Shell::NoteProject() {
+    Application& app = s_.app;
+    const Text path = app.project.ProjectFilePath();
+    if (app.ports.storage.Exists(path)) app.recentProjects.Add(path);
+}
+
 void Shell::Invalidate() {
     outOfDate_ = true;
     s_.window.Update({0, 0, client_.width, client_.height});
@@ -161,9 +175,14 @@ void Shell::OnPaint() {
 
 bool Shell::OnCommand(std::uint32_t id, std::uint32_t notification) {
     const auto command = static_cast<Command>(id);
-    const CommandAction action = FindAction(command);
-    if (action == nullptr || !s_.available.contains(command)) return false;
-    action(*this, notification);
+    if (!IsAvailable(command, s_.available)) return false;
+    if (const auto recent = RecentPlace(command)) {
+        OpenRecentProject(*this, *recent);
+    } else {
+        const CommandAction action = FindAction(command);
+        if (action == nullptr) return false;
+        action(*this, notification);
+    }
     // A list tells news of every kind, and screens answer it themselves.
     if (command == Command::kListView || !open_) return true;
     UpdateMenus();
@@ -194,6 +213,8 @@ MenuBar Shell::BarOfNow() const {
     const MainMenu kind =
         currentIndex_ == ScreenIndex::kEditor ? MainMenu::kEditor : MainMenu::kRecorder;
     MenuBar bar = BuildMenuBar(kind, OptionsOf(app.settings));
+    AddRecentProjects(bar.menus[static_cast<std::size_t>(TopMenu::kFile)],
+                      app.recentProjects.Paths());
     const LevelSheet& sheet = app.recording.sheet;
     RenewMarkItem(bar.menus[static_cast<std::size_t>(TopMenu::kEdit)],
                   FindMark(sheet, app.recording.cursor) < sheet.marks.size());

@@ -6,6 +6,7 @@
 
 #include "app/application.h"
 #include "shell/dialogs.h"
+#include "shell/file_commands.h"
 #include "shell/keyboard_focus.h"
 #include "shell/main_window.h"
 #include "shell/menus.h"
@@ -96,6 +97,9 @@ class Shell : public ScreenHost, public TransportListener {
     /// Timer 1 ticks in another period from now on; 0: not at all.
     void SetTimer(std::uint32_t periodMs);
 
+    /// The user dropped that file on the window; see OpenFile.
+    void OnDrop(const Text& path) { OpenFile(*this, path); }
+
     // Screens.
 
     /// Closes the text editor, if it is open, and makes that screen the current one: the other one
@@ -113,6 +117,13 @@ class Shell : public ScreenHost, public TransportListener {
     /// Project, recording or its marks and cuts are not what they were: the current screen reads
     /// them anew and is painted.
     void Refresh();
+
+    /// A job that blocked the event loop is over: no click that was made meanwhile acts any more,
+    /// and closing the window counts now.
+    void EndJob();
+
+    /// The current project becomes the first of the recent ones, once it has a file.
+    void NoteProject();
 
     /// Opens the text editor over the current screen unless it is open.
     void OpenTextEditor();

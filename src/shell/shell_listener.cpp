@@ -53,6 +53,7 @@ void Shell::OnStopped() {
 
 void Shell::OnClosed() {
     TellScreens(&TransportListener::OnClosed);
+    NoteProject();  // the first take made its file
     UpdateMenus();
     if (closePatience_ != nullptr) Quit();
 }

@@ -22,10 +22,20 @@ void JobEvents::Serve() {
     serving_ = false;
 }
 
+void JobEvents::Drop() {
+    dropping_ = true;
+    Serve();
+    dropping_ = false;
+}
+
+bool JobEvents::IsWindow(const QObject* receiver) const {
+    return receiver == page_.window()->windowHandle();
+}
+
 bool JobEvents::IsForPage(const QObject* receiver, const QEvent& event) const {
+    if (dropping_ && event.type() != QEvent::MouseButtonRelease) return false;
     const auto& mouse = static_cast<const QMouseEvent&>(event);
-    return mouse.button() == Qt::LeftButton &&
-           (receiver == &page_ || receiver == page_.window()->windowHandle());
+    return mouse.button() == Qt::LeftButton && (receiver == &page_ || IsWindow(receiver));
 }
 
 void JobEvents::Keep(QObject* receiver, const QEvent& event) {
@@ -45,6 +55,7 @@ bool JobEvents::eventFilter(QObject* receiver, QEvent* event) {
             Keep(receiver, *event);
             return true;
         case QEvent::Close:
+            closeAsked_ = closeAsked_ || IsWindow(receiver);
             event->ignore();
             return true;
         case QEvent::SockAct:  // comes again; not every dispatcher leaves it out when asked to
@@ -66,6 +77,7 @@ bool JobEvents::eventFilter(QObject* receiver, QEvent* event) {
         case QEvent::NativeGesture:
         case QEvent::InputMethod:
         case QEvent::DragEnter:
+        case QEvent::DragMove:
         case QEvent::Drop:
             return true;
         default:

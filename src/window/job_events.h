@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPointer>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "window/page_widget.h"
@@ -11,8 +12,9 @@
 namespace orma {
 
 /// Lets the screen live while a job blocks the event loop: what changed is shown, the left button
-/// reaches the page and nothing else. Keys are kept for the loop; the rest of what a user can do,
-/// closing the window included, and timers are dropped; sockets, and so wake-ups, wait.
+/// reaches the page and nothing else. Keys are kept for the loop, a wish to close the window for
+/// the job's end; the rest of what a user can do, and timers, are dropped; sockets, and so
+/// wake-ups, wait.
 class JobEvents : public QObject {
   public:
     /// `page` outlives it.
@@ -20,6 +22,13 @@ class JobEvents : public QObject {
 
     /// Handles what has arrived. Not re-entrant: within it nothing happens.
     void Serve();
+
+    /// The job is over: drops what the pointer did and nobody handled. A left button that is let go
+    /// still counts, or the toolkit would take it for held.
+    void Drop();
+
+    /// True once after the user wanted to close the window.
+    [[nodiscard]] bool TakeClose() { return std::exchange(closeAsked_, false); }
 
   protected:
     bool eventFilter(QObject* receiver, QEvent* event) override;
@@ -33,12 +42,15 @@ class JobEvents : public QObject {
     /// More than anybody types while waiting.
     static constexpr std::size_t kMostKeys = 100;
 
+    [[nodiscard]] bool IsWindow(const QObject* receiver) const;
     [[nodiscard]] bool IsForPage(const QObject* receiver, const QEvent& event) const;
     void Keep(QObject* receiver, const QEvent& event);
 
     PageWidget& page_;
     std::vector<KeptKey> keys_;
     bool serving_ = false;
+    bool dropping_ = false;
+    bool closeAsked_ = false;
 };
 
 }  // namespace orma

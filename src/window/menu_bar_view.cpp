@@ -8,11 +8,30 @@
 namespace orma {
 namespace {
 
+using Items = std::vector<MenuItem>;
+
 /// The same lines, which may be grey or ticked differently.
-bool HasSameLines(const Menu& a, const Menu& b) {
-    return std::ranges::equal(a.items, b.items, [](const MenuItem& x, const MenuItem& y) {
-        return x.kind == y.kind && x.command == y.command && x.text == y.text;
+bool HasSameLines(const Items& a, const Items& b) {
+    return std::ranges::equal(a, b, [](const MenuItem& x, const MenuItem& y) {
+        return x.kind == y.kind && x.command == y.command && x.text == y.text &&
+               HasSameLines(x.items, y.items);
     });
+}
+
+/// File names hold what menus take for a mnemonic's mark.
+QString Plain(const Text& text) {
+    return QString::fromStdU16String(text).replace(u'&', QStringLiteral("&&"));
+}
+
+/// The choice that leads here may come from one of these lines, so they go a little later.
+void Clear(QMenu& menu) {
+    for (QAction* const action : menu.actions()) {
+        menu.removeAction(action);
+        if (QMenu* const submenu = action->menu())
+            submenu->deleteLater();
+        else
+            action->deleteLater();
+    }
 }
 
 /// A tick makes an action checkable for good: one that is not ticked shows no empty box.
@@ -20,6 +39,17 @@ void SetState(QAction& action, const MenuItem& item) {
     action.setEnabled(item.enabled);
     action.setCheckable(item.ticked);
     action.setChecked(item.ticked);
+}
+
+void SetStates(const QMenu& view, const Items& items) {
+    const auto actions = view.actions();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        QAction& action = *actions[static_cast<qsizetype>(i)];
+        if (items[i].kind == MenuItem::Kind::kSubmenu)
+            SetStates(*action.menu(), items[i].items);
+        else if (items[i].kind != MenuItem::Kind::kSeparator)
+            SetState(action, items[i]);
+    }
 }
 
 }  // namespace
@@ -48,19 +78,24 @@ void MenuBarView::ShowMenu(std::size_t place, const Menu& menu) {
     if (shown_[place] == menu) return;
     QMenu& view = *menus_[place];
     view.setTitle(QString::fromStdU16String(menu.title));
-    if (!HasSameLines(menu, shown_[place])) Fill(view, menu.items);
-    const auto actions = view.actions();
-    for (std::size_t i = 0; i < menu.items.size(); ++i)
-        if (menu.items[i].kind != MenuItem::Kind::kSeparator)
-            SetState(*actions[static_cast<qsizetype>(i)], menu.items[i]);
+    if (!HasSameLines(menu.items, shown_[place].items)) {
+        Clear(view);
+        Fill(view, menu.items);
+    }
+    SetStates(view, menu.items);
     shown_[place] = menu;
 }
 
 void MenuBarView::Fill(QMenu& menu, const std::vector<MenuItem>& items) {
-    menu.clear();
     for (const MenuItem& item : items) {
         if (item.kind == MenuItem::Kind::kSeparator) {
             menu.addSeparator();
+            continue;
+        }
+        if (item.kind == MenuItem::Kind::kSubmenu) {
+            auto* const submenu = new QMenu(Plain(item.text), &menu);
+            Fill(*submenu, item.items);
+            menu.addMenu(submenu);
             continue;
         }
         QAction* action = nullptr;
@@ -68,7 +103,7 @@ void MenuBarView::Fill(QMenu& menu, const std::vector<MenuItem>& items) {
             action = new BitmapAction(client_.MenuBitmap(), &menu);
         else
             action = new QAction(&menu);
-        action->setText(QString::fromStdU16String(item.text));
+        action->setText(Plain(item.text));
         QObject::connect(action, &QAction::triggered,
                          [this, command = item.command] { client_.OnCommand(command); });
         menu.addAction(action);

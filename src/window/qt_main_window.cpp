@@ -3,10 +3,14 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDropEvent>
+#include <QFile>
 #include <QLayout>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QScreen>
+#include <QUrl>
 
 #include "window/job_events.h"
 #include "window/menu_bar_view.h"
@@ -26,6 +30,7 @@ class QtMainWindow::Window : public QMainWindow {
                        Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
         setWindowTitle(title);
         setCentralWidget(page_);
+        setAcceptDrops(true);
         menuBar()->setNativeMenuBar(false);  // the client area stands below it in this window
         layout()->setSizeConstraint(QLayout::SetFixedSize);
         announced_->setFixedSize(0, 0);
@@ -48,7 +53,28 @@ class QtMainWindow::Window : public QMainWindow {
         client_.OnCloseRequest();
     }
 
+    void dragEnterEvent(QDragEnterEvent* event) override {
+        if (!DroppedPath(*event).empty()) event->acceptProposedAction();
+    }
+
+    /// Whoever drags waits for the answer, and opening may ask: it comes after it.
+    void dropEvent(QDropEvent* event) override {
+        const Text path = DroppedPath(*event);
+        if (path.empty()) return;
+        event->acceptProposedAction();
+        QMetaObject::invokeMethod(
+            this, [this, path] { client_.OnDrop(path); }, Qt::QueuedConnection);
+    }
+
   private:
+    /// One local file that the client takes; empty for anything else.
+    [[nodiscard]] Text DroppedPath(const QDropEvent& event) const {
+        const QList<QUrl> urls = event.mimeData()->urls();
+        if (urls.size() != 1 || !urls.front().isLocalFile()) return {};
+        const Text path = FromUtf8(QFile::encodeName(urls.front().toLocalFile()).toStdString());
+        return client_.TakesDrop(path) ? path : Text();
+    }
+
     Client& client_;
     PageWidget* page_;
     QWidget* announced_;  // invisible; its name is what was told last
@@ -121,6 +147,12 @@ void QtMainWindow::ServeJob() {
 
 PageWidget* QtMainWindow::Page() {
     return window_ ? &window_->Page() : nullptr;
+}
+
+void QtMainWindow::EndJob() {
+    if (!window_) return;
+    window_->Job().Drop();
+    if (window_->Job().TakeClose()) client_.OnCloseRequest();
 }
 
 bool QtMainWindow::Save(const Text& path) {

@@ -25,6 +25,10 @@ class QtMainWindow : public MainWindow {
         /// The picture of a menu's bitmap line.
         [[nodiscard]] virtual const Picture& MenuBitmap() = 0;
 
+        /// Whether a file of that name may be dropped on the window, and one that was.
+        [[nodiscard]] virtual bool TakesDrop(const Text& path) = 0;
+        virtual void OnDrop(const Text& path) = 0;
+
         /// The user closes the window, which stays until Destroy.
         virtual void OnCloseRequest() = 0;
     };
@@ -46,12 +50,13 @@ class QtMainWindow : public MainWindow {
     void CapturePointer(bool on) override;
     void ShowFocus(const Rect& control) override;
     void ShowWaitCursor(bool on) override;
+    void EndJob() override;
     void Announce(const Text& text) override;
     [[nodiscard]] Size Display() override;
 
     /// For long work that blocks the event loop: shows what has changed and lets the left button
-    /// reach the page. Keys wait until the next turn of the loop; all else that the user does is
-    /// dropped, timers too; wake-ups wait. Nothing without a window.
+    /// reach the page. Keys wait until the next turn of the loop, a wish to close until EndJob; all
+    /// else that the user does is dropped, timers too; wake-ups wait. Nothing without a window.
     void ServeJob();
 
     /// The client area; null without a window.

@@ -8,13 +8,13 @@
 #include "machine/machine.h"
 #include "platform/posix/posix_system_status.h"
 #include "platform/running_instance.h"
+#include "shell/job_screen.h"
 #include "shell/shell.h"
 #include "shell/window_start.h"
 #include "window/dialogs/qt_publish_dialogs.h"
 #include "window/dialogs/qt_text_editor.h"
 #include "window/file_dialogs.h"
 #include "window/page_widget.h"
-#include "window/progress_relay.h"
 #include "window/qt_clip_list.h"
 #include "window/qt_ink.h"
 #include "window/qt_main_window.h"
@@ -63,6 +63,8 @@ class WindowSession : private QtMainWindow::Client {
         return shell_.OnMenuOpening(static_cast<TopMenu>(place));
     }
     [[nodiscard]] const Picture& MenuBitmap() override { return skin_->Bitmap(kMenuBitmap); }
+    [[nodiscard]] bool TakesDrop(const Text& path) override { return IsOpenable(path); }
+    void OnDrop(const Text& path) override { shell_.OnDrop(path); }
     void OnCloseRequest() override { shell_.OnCloseRequest(); }
 
     void LoadSkin(const WindowLook& look);
@@ -82,7 +84,7 @@ class WindowSession : private QtMainWindow::Client {
     std::optional<Skin> skin_;
     std::optional<Canvas> canvas_;
     Pages background_;
-    ProgressRelay progress_;
+    JobScreen progress_{shell_};
     FileDialogs dialogs_{app_};
     QtPublishDialogs publishDialogs_;
     QtMainWindow window_{*this};

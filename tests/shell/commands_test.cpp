@@ -172,6 +172,13 @@ TEST(Commands, EditingWorksAtTheCursorAndThePlayerFollowsIt) {
     run(Command::kCutEnd, 25);
     ASSERT_EQ(recording.sheet.cuts.size(), 1U);
     EXPECT_EQ(recording.cursor, 5U);
+    recording.sheet.cuts.clear();
+    recording.currentCut = -1;
+    app.settings.OneSecondCut = 0;
+    run(Command::kCutBegin, 10);
+    run(Command::kCutEnd, 22);
+    ASSERT_EQ(recording.sheet.cuts.size(), 1U) << "both ends of one cut";
+    EXPECT_EQ(recording.sheet.cuts[0].end, 22U);
     run(Command::kCropBegin, 3);
     run(Command::kCropEnd, 38);
     EXPECT_EQ(recording.selectionStart, 3U);

@@ -7,6 +7,7 @@
 
 #include "app/start_up.h"
 #include "shell/held_boxes.h"
+#include "shell/job_screen.h"
 #include "shell/shell.h"
 #include "support/fake_clock.h"
 #include "support/fake_event_loop.h"
@@ -237,8 +238,8 @@ class ShellDesk {
     }
 
     /// A project with a take of 40 periods, as the recorder's state has it.
-    void RecordTake() {
-        app.project.SetPath(folder.Path(), u"city");
+    void RecordTake(const Text& name = u"city") {
+        app.project.SetPath(folder.Path(), name);
         app.project.NewProject();
         FollowProject(app);
         app.transport.Record(true);
@@ -282,7 +283,6 @@ class ShellDesk {
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
     NoHeadset headset;
-    NoProgress progress;
     ScreenRig rig;
     FakeMainWindow window{log};
     FakeRunningInstance running{log};
@@ -291,6 +291,7 @@ class ShellDesk {
     CancelledPublishing publishing;
     std::set<ScreenIndex> missing;  // places that stay empty
     Shell shell;
+    JobScreen progress{shell};
     Application app;
 
   private:

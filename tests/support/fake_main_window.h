@@ -28,6 +28,7 @@ class FakeMainWindow : public MainWindow {
     void CapturePointer(bool on) override { captured = on; }
     void ShowFocus(const Rect& control) override { focus = control; }
     void ShowWaitCursor(bool on) override { log_.emplace_back(on ? "wait" : "arrow"); }
+    void EndJob() override { log_.emplace_back("end job"); }
     void Announce(const Text& text) override { announced.push_back(text); }
     [[nodiscard]] Size Display() override { return display; }
 

@@ -3,18 +3,23 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDialog>
+#include <QDropEvent>
 #include <QGestureEvent>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
 #include <QTimer>
+#include <QUrl>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -130,6 +135,8 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
     }
     const Menu& OnMenuOpening(std::size_t place) override { return opening_.menus[place]; }
     const Picture& MenuBitmap() override { return image_; }
+    bool TakesDrop(const Text& path) override { return path.ends_with(u".opr"); }
+    void OnDrop(const Text& path) override { log_ += "drop " + ToUtf8(path) + " "; }
     void OnCloseRequest() override { log_ += "close "; }
 
     test::MemoryStorage storage_;
@@ -389,6 +396,94 @@ TEST_F(PageTest, MenusFollowTheirDataAndTellCommands) {
     edit->actions()[0]->trigger();
     bar.actions()[0]->menu()->actions()[0]->trigger();
     EXPECT_EQ(log_, "command 40043 command 40020 ");
+}
+
+TEST_F(PageTest, ASubmenuIsMadeAnewByTheChoiceWithinIt) {
+    QMenuBar bar;
+    MenuBarView view(bar, *this);
+    using Kind = MenuItem::Kind;
+    const auto file = [](const char16_t* first, bool enabled) {
+        return MenuBar{{{u"File",
+                         {{.kind = Kind::kSubmenu,
+                           .text = u"Recent",
+                           .items = {{.command = Command::kNone, .text = first, .enabled = enabled},
+                                     {.command = Command::kExit, .text = u"b"}}}}}}};
+    };
+    view.Show(file(u"one & two", false));
+    QMenu* const menu = bar.actions()[0]->menu();
+    ASSERT_EQ(menu->actions().size(), 1);
+    QMenu* submenu = menu->actions()[0]->menu();
+    ASSERT_NE(submenu, nullptr);
+    ASSERT_EQ(submenu->actions().size(), 2);
+    EXPECT_EQ(submenu->actions()[0]->text(), "one && two");
+    EXPECT_FALSE(submenu->actions()[0]->isEnabled());
+    view.Show(file(u"one & two", true));
+    EXPECT_EQ(menu->actions()[0]->menu(), submenu) << "the same lines";
+    EXPECT_TRUE(submenu->actions()[0]->isEnabled());
+
+    const QMetaObject::Connection again = QObject::connect(
+        submenu->actions()[1], &QAction::triggered, [&] { view.Show(file(u"another", true)); });
+    submenu->actions()[1]->trigger();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QObject::disconnect(again);
+    submenu = menu->actions()[0]->menu();
+    ASSERT_EQ(submenu->actions().size(), 2);
+    EXPECT_EQ(submenu->actions()[0]->text(), "another");
+    EXPECT_EQ(log_, "command 40024 ");
+}
+
+TEST_F(PageTest, OneFileOfOursIsTakenFromTheDesktop) {
+    QtMainWindow window(*this);
+    ASSERT_TRUE(window.Create(u"Drop", kSize));
+    const auto windows = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find(windows, QStringLiteral("Drop"), &QWidget::windowTitle);
+    ASSERT_NE(found, windows.end());
+    QWidget* const target = *found;
+    const auto drop = [&](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(target, &enter);
+        QDropEvent event({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(target, &event);
+        EXPECT_EQ(log_, "") << "the one who drags must not wait";
+        QCoreApplication::processEvents();
+        return enter.isAccepted();
+    };
+    EXPECT_FALSE(drop({QUrl("https://desk.invalid/a.opr")}));
+    EXPECT_FALSE(drop({QUrl::fromLocalFile("/a/b.txt")}));
+    EXPECT_FALSE(drop({QUrl::fromLocalFile("/a/b.opr"), QUrl::fromLocalFile("/a/c.opr")}));
+    EXPECT_EQ(log_, "");
+    EXPECT_TRUE(drop({QUrl::fromLocalFile("/a/b c.opr")}));
+    EXPECT_EQ(log_, "drop /a/b c.opr ");
+}
+
+TEST_F(PageTest, AfterAJobClicksAreDroppedAndAWishToCloseIsKnown) {
+    page_.show();
+    QCoreApplication::processEvents();
+    JobEvents job(page_);
+    const auto post = [&](QEvent::Type type) {
+        QCoreApplication::postEvent(
+            &page_,
+            new QMouseEvent(type, QPointF(3, 4), page_.mapToGlobal(QPointF(3, 4)), Qt::LeftButton,
+                            type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                            Qt::NoModifier));
+    };
+    post(QEvent::MouseButtonPress);
+    QCoreApplication::processEvents();
+    log_.clear();
+    post(QEvent::MouseButtonPress);
+    post(QEvent::MouseButtonRelease);  // of the button that was held when the job began
+    QCoreApplication::postEvent(page_.windowHandle(), new QCloseEvent);
+    job.Drop();
+    EXPECT_EQ(log_, "up 3,4 ");
+    EXPECT_TRUE(page_.isVisible());
+    EXPECT_TRUE(job.TakeClose());
+    EXPECT_FALSE(job.TakeClose());
+    post(QEvent::MouseButtonPress);
+    job.Serve();
+    EXPECT_EQ(log_, "up 3,4 down 3,4 ");
 }
 
 }  // namespace

@@ -24,7 +24,8 @@ constexpr RecorderScreenOptions kEverything{.showMaxTime = true,
 
 /// Where the build put the shipped skins.
 Text SkinRoot() {
-    return (QCoreApplication::applicationDirPath() + QStringLiteral("/../skin/")).toStdU16String();
+    return (QCoreApplication::applicationDirPath() + QStringLiteral("/../share/orma-edit/skin/"))
+        .toStdU16String();
 }
 
 /// Every command that needs nobody to answer it.
@@ -116,7 +117,7 @@ std::unique_ptr<WWin> Stage::Make(ScreenIndex index) {
                                      .secondsLeft = 2 * 3600 + 14 * 60 + 5};
                 });
         case ScreenIndex::kProgress:
-            return std::make_unique<ProgressWWin>(scene(kProgressPages), shell, [] {});
+            return std::make_unique<ProgressWWin>(scene(kProgressPages), shell, clock_, [] {});
         case ScreenIndex::kClipEditor:
         case ScreenIndex::kTextEditor:
             break;

@@ -77,7 +77,7 @@ class Stage : private SystemStatus {
     NoProgress progress_;
     std::vector<std::string> log_;
     FakeMainWindow window_{log_};
-    FileDialogs dialogs_;
+    FileDialogs dialogs_{app};
     ResourceBitmaps bitmaps_;
     QtInk ink_;
     Picture image_;

@@ -7,6 +7,14 @@
 namespace orma {
 namespace {
 
+/// "0:07", "12:34", "1:02:03".
+Text TimeText(std::uint32_t seconds) {
+    const auto part = [](std::uint32_t value) { return static_cast<unsigned>(value); };
+    if (seconds < 3600) return FormatText("%u:%02u", part(seconds / 60), part(seconds % 60));
+    return FormatText("%u:%02u:%02u", part(seconds / 3600), part(seconds / 60 % 60),
+                      part(seconds % 60));
+}
+
 /// A size as people read it: "512 KB", "12.3 MB".
 Text SizeText(std::uint64_t bytes) {
     constexpr std::uint64_t kMega = 1000000;
@@ -16,8 +24,11 @@ Text SizeText(std::uint64_t bytes) {
 
 }  // namespace
 
-ProgressWWin::ProgressWWin(const Scene& scene, ScreenHost& host, std::function<void()> letPointerIn)
-    : WWin(ScreenIndex::kProgress, scene, host), letPointerIn_(std::move(letPointerIn)) {
+ProgressWWin::ProgressWWin(const Scene& scene, ScreenHost& host, Clock& clock,
+                           std::function<void()> letPointerIn)
+    : WWin(ScreenIndex::kProgress, scene, host),
+      clock_(clock),
+      letPointerIn_(std::move(letPointerIn)) {
     cancel_ = Add(
         std::make_unique<PushButtonWin>(OwnScene(), Element::ProgressCancel, [this] { Cancel(); }));
     cancel_->SetLabel({ControlRole::kButton,
@@ -45,6 +56,8 @@ void ProgressWWin::Entered() {
     cancelled_ = false;
     done_ = 0;
     range_ = 0;
+    totalBytes_ = 0;
+    shownAt_.reset();
     text_->PresetText({});
     bytes_->PresetText({});
     WWin::Entered();
@@ -60,27 +73,44 @@ void ProgressWWin::Cancel() {
 // The job's next steps do not take the answer to the button away.
 void ProgressWWin::SetText(const Text& text) {
     Put(*bytes_, {});
+    totalBytes_ = 0;
+    estimate_.Restart();
     if (!cancelled_) Put(*text_, text);
+    shownAt_.reset();
 }
 
 void ProgressWWin::SetRange(std::uint32_t steps) {
     range_ = steps;
     done_ = 0;
-    ShowBar();
+    shownAt_.reset();
 }
 
 void ProgressWWin::Step(std::uint32_t steps) {
     done_ += std::min(steps, range_ - std::min(done_, range_));
-    ShowBar();
 }
 
 void ProgressWWin::SetBytes(std::uint64_t done, std::uint64_t total) {
-    Put(*bytes_, SizeText(done) + u" of " + SizeText(total));
+    doneBytes_ = done;
+    totalBytes_ = total;
 }
 
 bool ProgressWWin::IsCancelled() {
+    const std::uint32_t now = clock_.Ticks();
+    if (shownAt_ && now - *shownAt_ < kFrameMs) return cancelled_;
+    ShowBar();
+    ShowBytes(now);
     if (letPointerIn_) letPointerIn_();
+    shownAt_ = clock_.Ticks();
     return cancelled_;
+}
+
+// Also without news: in a transfer that stands still the time that is left grows.
+void ProgressWWin::ShowBytes(std::uint32_t now) {
+    if (totalBytes_ == 0) return;
+    Text text = SizeText(doneBytes_) + u" of " + SizeText(totalBytes_);
+    if (const auto left = estimate_.SecondsLeft(now, doneBytes_, totalBytes_))
+        text += u", " + TimeText(*left) + u" left";
+    Put(*bytes_, text);
 }
 
 void ProgressWWin::ShowBar() {

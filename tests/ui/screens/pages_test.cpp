@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/fake_clock.h"
 #include "ui/screens/about_w_win.h"
 #include "ui/screens/fake_host.h"
 #include "ui/screens/progress_w_win.h"
@@ -84,8 +85,11 @@ TEST(AboutWWinTest, NothingIsPaintedWhileNothingChanges) {
 struct ProgressDesk {
     ScreenRig rig{{.pages = {492, 493}}};
     FakeHost host;
+    FakeClock clock;
+    int slices = 0;
     std::function<void()> pointer;
-    ProgressWWin screen{rig.scene, host, [this] {
+    ProgressWWin screen{rig.scene, host, clock, [this] {
+                            ++slices;
                             if (pointer) pointer();
                         }};
 
@@ -93,6 +97,12 @@ struct ProgressDesk {
         screen.Entered();
         screen.Paint();
         rig.TakeChanges();
+    }
+
+    /// The job goes on for that long and asks whether it is cancelled.
+    [[nodiscard]] bool After(std::uint32_t milliseconds) {
+        clock.ticks += milliseconds;
+        return screen.IsCancelled();
     }
 
     [[nodiscard]] int BarWidth() {
@@ -109,22 +119,71 @@ TEST(ProgressWWinTest, TextsBarAndBytesAreShownWhileTheJobRuns) {
     const Rect bar = desk.rig.skin.RectOf(Element::ProgressBar);
     desk.screen.SetText(u"  Publishing audio...  ");
     desk.screen.SetRange(5);
+    EXPECT_FALSE(desk.After(0));
     EXPECT_EQ(desk.BarWidth(), 0);
     desk.screen.Step(1);
+    EXPECT_FALSE(desk.After(ProgressWWin::kFrameMs));
     EXPECT_EQ(desk.BarWidth(), bar.w / 5);
     desk.screen.Step(7);
-    EXPECT_EQ(desk.BarWidth(), bar.w) << "never beyond its end";
     desk.screen.SetBytes(900'001, 12'340'000);
+    EXPECT_FALSE(desk.After(ProgressWWin::kFrameMs));
+    EXPECT_EQ(desk.BarWidth(), bar.w) << "never beyond its end";
     EXPECT_EQ(desk.rig.ink.Texts(),
               (std::vector<Text>{u"  Publishing audio...  ", u"901 KB of 12.3 MB"}));
     ASSERT_EQ(desk.rig.ink.texts.size(), 2U);
     EXPECT_EQ(desk.rig.ink.texts[1].origin.y - desk.rig.ink.texts[0].origin.y, 26);
     desk.screen.SetRange(3);
+    EXPECT_FALSE(desk.After(0));
     EXPECT_EQ(desk.BarWidth(), 0) << "the next part of the job";
 
     desk.screen.Left();
     desk.screen.Entered();
     EXPECT_EQ(Drawn(desk.rig, desk.screen), std::vector<Text>{}) << "the next job starts anew";
+}
+
+TEST(ProgressWWinTest, AJobThatAsksAllTheTimeIsShownAFrameNowAndThen) {
+    ProgressDesk desk;
+    desk.screen.SetRange(1000);
+    for (int i = 0; i < 1000; ++i) {  // two seconds
+        desk.screen.Step(1);
+        desk.screen.SetBytes(static_cast<std::uint64_t>(i) * 1000, 1'000'000);
+        EXPECT_FALSE(desk.After(2));
+    }
+    EXPECT_EQ(desk.slices, 2000 / static_cast<int>(ProgressWWin::kFrameMs));
+    EXPECT_LE(desk.rig.TakeChanges().size(), 4U * 41U) << "bar and line";
+    desk.screen.SetText(u"  Publishing text...  ");
+    EXPECT_FALSE(desk.After(0));
+    EXPECT_EQ(desk.slices, 41) << "what comes next is shown at once";
+}
+
+TEST(ProgressWWinTest, TheTimeThatIsLeftIsToldOnceItIsKnownAndDoesNotJump) {
+    ProgressDesk desk;
+    constexpr std::uint64_t kTotal = 10'000'000;
+    std::uint64_t done = 300'000;  // taken at once by the system
+    std::vector<Text> seen;
+    const auto send = [&](int times, std::uint64_t bytes) {
+        for (int i = 0; i < times; ++i) {
+            done += bytes;
+            desk.screen.SetBytes(done, kTotal);
+            EXPECT_FALSE(desk.After(100));
+            const Text line = desk.screen.Controls().back()->Value();
+            const std::size_t comma = line.find(u", ");
+            const Text left = comma == Text::npos ? Text() : line.substr(comma + 2);
+            if (seen.empty() || seen.back() != left) seen.push_back(left);
+        }
+    };
+    send(25, 20'000);
+    EXPECT_EQ(seen, std::vector<Text>{Text()}) << "too early to tell";
+    for (int i = 0; i < 150; ++i)  // the network takes it in gulps
+        send(1, i % 5 == 0 ? 100'000 : 0);
+    EXPECT_LE(seen.size(), 16U) << "a second each";
+    EXPECT_GE(seen.back(), u"0:29 left");
+    EXPECT_LE(seen.back(), u"0:33 left");
+    send(100, 0);
+    EXPECT_GT(seen.back(), u"1:30 left") << "it stands still";
+    done = kTotal;
+    send(1, 0);
+    EXPECT_EQ(seen.back(), Text());
 }
 
 TEST(ProgressWWinTest, CancelIsPressedFromWithinTheJob) {
@@ -141,6 +200,7 @@ TEST(ProgressWWinTest, CancelIsPressedFromWithinTheJob) {
     EXPECT_TRUE(desk.screen.IsCancelled());
     desk.pointer = nullptr;
     desk.screen.SetText(u"  Publishing audio...  ");
+    EXPECT_TRUE(desk.screen.IsCancelled());
     EXPECT_EQ(Drawn(desk.rig, desk.screen), (std::vector<Text>{u"  Cancelling...  "}));
     EXPECT_TRUE(desk.screen.IsCancelled());
     EXPECT_EQ(desk.host.announced, (std::vector<Text>{u"Cancelling"}));

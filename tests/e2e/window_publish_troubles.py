@@ -1,0 +1,155 @@
+#!/usr/bin/env python3
+"""Publications that go wrong, in the window: a stalled server and Cancel, a server that dies and
+comes back, dialogs that are cancelled, an address that is none, a recording that is gone, a window
+that is closed meanwhile. Each ends with the screen as it was, nothing lost and nothing claimed, and
+the window records afterwards."""
+
+import contextlib
+import threading
+import time
+
+from delivery import Reporter, ftp_servers, proxies, run_all, scripted
+from orma_e2e import SPEECH, check, equal
+from window_desk import display
+from window_user import User, wait_for
+
+SECONDS = 120  # of sound: more than the network's buffers hold
+
+
+@contextlib.contextmanager
+def window(reporter, **settings):
+    """A window with the reporter's project on the editor's screen."""
+    reporter.run("settings", "set", "PublishToFile=1",
+                 *(f"{name}={value}" for name, value in settings.items()))
+    with display() as screen:
+        with User(screen, reporter.home, "--audio", f"virtual:in={SPEECH}",
+                  reporter.project) as user:
+            user.choose("View", "Editor")
+            user.start_looks = user.looks(reporter, "start")
+            yield user
+
+
+def records(reporter, user):
+    """The window is alive: it takes a take."""
+    user.choose("View", "Record")
+    before = len(list(reporter.folder.glob("talk*.mp2")))
+    user.click("Record")
+    time.sleep(0.7)
+    user.click("Play")
+    time.sleep(1.5)
+    user.click("Stop")
+    wait_for(lambda: len(list(reporter.folder.glob("talk*.mp2"))) == before + 1, "another take")
+
+
+def unchanged(reporter, user, what):
+    user.no_box()
+    check(user.looks(reporter, "end") == user.start_looks, f"{what}: the screen is not as before")
+
+
+def upload(user):
+    user.choose("Publish", "Cliplist")
+    user.answer("Publish through FTP", "Return")
+
+
+def stalled():
+    """Cancel is heard while the server stands still; what came by then is no publication."""
+    with Reporter(seconds=SECONDS) as reporter, ftp_servers.PureFtpd() as server, \
+            proxies.FtpProxy(server) as proxy:
+        reporter.use(server.account(proxy.port))
+        with window(reporter) as user:
+            frozen = threading.Event()
+            proxy.when(500_000, lambda: (proxy.freeze(), frozen.set()))
+            upload(user)
+            check(frozen.wait(60), "the upload never began")
+            time.sleep(1)
+            check(user.looks(reporter, "sending") != user.start_looks, "nothing shows the progress")
+            user.click("ProgressCancel")
+            began = time.monotonic()
+            user.answer("Info", "Return", seconds=30)
+            check(time.monotonic() - began < 25, "a cancelled job went on")
+            unchanged(reporter, user, "Cancel")
+            check((server.root / "talk.wav").stat().st_size < reporter.size, "it is whole")
+            proxy.thaw()
+            records(reporter, user)
+
+
+def broken():
+    """A server that dies is told, asked about, and made whole when it is back. A second time the
+    window is closed while the upload goes on: it arrives, and then the program ends."""
+    with Reporter(seconds=SECONDS) as reporter, ftp_servers.Vsftpd() as server, \
+            proxies.FtpProxy(server) as proxy:
+        reporter.use(server.account(proxy.port))
+        stored = server.root / "talk.wav"
+        with window(reporter) as user:
+            for yes in (True, False):
+                proxy.when(reporter.size // 3, server.kill)
+                upload(user)
+                user.answer("Error", "Return", seconds=40)
+                user.dialog("Publishing interrupted!")
+                proxy.check_fired()
+                server.start()
+                user.answer("Publishing interrupted!", "Return" if yes else "Escape")
+                if yes:
+                    wait_for(lambda: stored.stat().st_size == reporter.size, "the rest", 60)
+                time.sleep(2)
+                unchanged(reporter, user, "a server that died")
+                if yes:
+                    reporter.check_arrived(stored, "after a Yes")
+                else:
+                    check(stored.stat().st_size < reporter.size, "a No, yet the file is whole")
+                stored.unlink()
+            proxy.when(reporter.size // 3, lambda: time.sleep(3))
+            upload(user)
+            time.sleep(1)
+            user.close()
+            time.sleep(0.5)
+            check(user.program.poll() is None, "the window went and left the upload")
+            user.wait_end(60)
+            reporter.check_arrived(stored, "the window was closed meanwhile")
+        server.kill()
+        with window(reporter) as user:
+            upload(user)
+            user.dialog("Error")
+            user.program.terminate()  # as the end of the desktop's session does
+            user.wait_end()
+
+
+def dialogs():
+    """What is cancelled or refused before anything is sent changes nothing."""
+    with Reporter(seconds=6) as reporter, scripted.ScriptedSmtp() as server:
+        reporter.use_mail("127.0.0.1", server.port)
+        with window(reporter, PublishMethod=2) as user:
+            user.choose("Publish", "Cliplist")
+            user.answer("Publish through email direct", "Escape")
+            unchanged(reporter, user, "Cancel")
+            user.choose("Publish", "Cliplist")
+            dialog = user.dialog("Publish through email direct")
+            user.tool("type", "nobody at all")
+            user.tool("key", "Return")
+            user.answer("error", "Return")
+            user.dialog("Publish through email direct")
+            user.tool("key", "Escape")
+            user.wait_gone(dialog, "the dialog")
+            unchanged(reporter, user, "an address that is none")
+            equal(server.said, [], "what the server heard")
+
+            take = reporter.path("talk01.mp2")
+            away = take.rename(reporter.path("elsewhere"))
+            user.choose("Publish", "Cliplist to File", grey=("Clip to File",))
+            user.answer("Error", "Return")
+            unchanged(reporter, user, "a recording that is gone")
+            check(reporter.file.exists(), "the earlier publication went")
+            away.rename(take)
+            reporter.file.unlink()
+            user.choose("Publish", "Cliplist to File", grey=("Clip to File",))
+            wait_for(reporter.file.exists, "the file")
+            reporter.check_arrived(reporter.file, "once the recording is back")
+            records(reporter, user)
+
+
+def main():
+    run_all([("stalled", stalled), ("broken", broken), ("dialogs", dialogs)], workers=3)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,101 @@
+#include "shell/job_screen.h"
+
+#include <gtest/gtest.h>
+
+#include "shell/shell_desk.h"
+
+namespace orma::test {
+namespace {
+
+/// A progress screen's side of a job; the user does `meanwhile` at each look.
+class Watcher : public PublishProgress {
+  public:
+    void SetText(const Text& text) override { texts.push_back(text); }
+    void SetRange(std::uint32_t) override {}
+    void Step(std::uint32_t) override {}
+    [[nodiscard]] bool IsCancelled() override {
+        ++looks;
+        if (meanwhile) meanwhile();
+        return cancelled;
+    }
+
+    std::vector<Text> texts;
+    int looks = 0;
+    bool cancelled = false;
+    std::function<void()> meanwhile;
+};
+
+struct JobDesk : ShellDesk {
+    JobDesk() {
+        Open();
+        RecordTake();
+        app.settings.PublishToFile = 1;
+        app.recording.selectionEnd = 30;
+        progress.ShowOn(&watcher);
+        shell.SelectScreen(ScreenIndex::kEditor);
+        log.clear();
+    }
+
+    [[nodiscard]] bool IsPublished() { return storage.Exists(folder.Path(u"pub_city.wav")); }
+
+    Watcher watcher;
+};
+
+TEST(JobScreen, TheProgressScreenIsCurrentWhileAJobSendsAndThenTheOneBefore) {
+    JobDesk desk;
+    desk.watcher.meanwhile = [&] {
+        EXPECT_EQ(desk.shell.CurrentScreen(), ScreenIndex::kProgress);
+        EXPECT_FALSE(desk.Item(Command::kExit).enabled);
+    };
+    EXPECT_TRUE(desk.Run(Command::kClipToFile));
+    EXPECT_GT(desk.watcher.looks, 0);
+    EXPECT_TRUE(desk.IsPublished());
+    EXPECT_EQ(desk.log,
+              (Log{"left 1", "entered 5", "end job", "left 5", "entered 1", "refreshed 1"}));
+    EXPECT_TRUE(desk.Item(Command::kExit).enabled);
+
+    desk.log.clear();
+    desk.app.recording.selectionEnd = 0;
+    EXPECT_TRUE(desk.Run(Command::kClipToFile));
+    EXPECT_EQ(desk.log, Log{"refreshed 1"}) << "refused before anything is sent";
+    EXPECT_EQ(desk.boxes.Texts(), std::vector<Text>{u"Nothing recorded or selected"});
+}
+
+TEST(JobScreen, ACancelledJobComesBackToo) {
+    JobDesk desk;
+    desk.watcher.cancelled = true;
+    EXPECT_TRUE(desk.Run(Command::kClipToFile));
+    EXPECT_EQ(desk.shell.CurrentScreen(), ScreenIndex::kEditor);
+    EXPECT_FALSE(desk.IsPublished());
+    EXPECT_EQ(desk.boxes.Texts(),
+              std::vector<Text>{u"Publishing was cancelled.\nNo file was published."});
+}
+
+TEST(JobScreen, TheEndOfTheProgramCancelsTheJobAndThenComes) {
+    JobDesk desk;
+    desk.watcher.meanwhile = [&] { desk.shell.OnCloseRequest(); };
+    EXPECT_TRUE(desk.Run(Command::kClipToFile));
+    EXPECT_FALSE(desk.IsPublished());
+    EXPECT_EQ(desk.loop.Run(), 0);
+}
+
+// Cancel is pressed and held until the job is over; the next press must be one.
+TEST(JobScreen, APressFromTheJobIsForgottenWithIt) {
+    JobDesk desk;
+    desk.watcher.meanwhile = [&] { desk.shell.OnLeftDown({5, 5}); };
+    EXPECT_TRUE(desk.Run(Command::kClipToFile));
+    desk.log.clear();
+    desk.shell.OnLeftUp({5, 5});
+    desk.shell.OnLeftDown({25, 5});
+    EXPECT_EQ(desk.log, Log{"press second"});
+}
+
+TEST(JobScreen, WithoutAProgressScreenTheJobRunsAllTheSame) {
+    JobDesk desk;
+    desk.progress.ShowOn(nullptr);
+    EXPECT_TRUE(desk.Run(Command::kClipToFile));
+    EXPECT_TRUE(desk.IsPublished());
+}
+
+}  // namespace
+}  // namespace orma::test
