@@ -67,12 +67,12 @@ Items ViewItems() {
             Line(Command::kShortcuts, u"Keyboard shortcuts\tF1")};
 }
 
-void EnableItems(Items& items, const MenuState& state, const CommandSet& available) {
+void EnableItems(Items& items, const MenuState& state) {
     for (MenuItem& item : items) {
         if (item.kind == MenuItem::Kind::kSubmenu)
-            EnableItems(item.items, state, available);
+            EnableItems(item.items, state);
         else if (item.kind != MenuItem::Kind::kSeparator)
-            item.enabled = IsAvailable(item.command, available) && IsEnabled(item.command, state);
+            item.enabled = IsEnabled(item.command, state);
     }
 }
 
@@ -201,13 +201,9 @@ bool IsEnabled(Command command, const MenuState& state) {
     return false;
 }
 
-bool IsAvailable(Command command, const CommandSet& available) {
-    return available.contains(RecentPlace(command) ? Command::kOpenProject : command);
-}
-
-void EnableItems(MenuBar& bar, const MenuState& state, const CommandSet& available) {
+void EnableItems(MenuBar& bar, const MenuState& state) {
     for (Menu& menu : bar.menus)
-        EnableItems(menu.items, state, available);
+        EnableItems(menu.items, state);
 }
 
 }  // namespace orma

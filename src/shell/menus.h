@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <optional>
-#include <set>
 
 #include "shell/menu.h"
 #include "ui/screens/screen_host.h"
@@ -34,14 +33,8 @@ void RenewMarkItem(Menu& edit, bool onMark);
 /// Appends the recent projects, the latest first, as a submenu before "Exit"; nothing without any.
 void AddRecentProjects(Menu& file, const std::vector<Text>& paths);
 
-/// The commands that this build of the window can carry out.
-using CommandSet = std::set<Command>;
-
 /// The place of a recent project in their list, for the commands that open one.
 [[nodiscard]] std::optional<std::size_t> RecentPlace(Command command);
-
-/// Recent projects are there where projects can be opened.
-[[nodiscard]] bool IsAvailable(Command command, const CommandSet& available);
 
 /// What decides which commands make sense.
 struct MenuState {
@@ -61,7 +54,7 @@ struct MenuState {
 /// runs, no files while something is recorded or played, no editing during a take.
 [[nodiscard]] bool IsEnabled(Command command, const MenuState& state);
 
-/// Enables what is available and makes sense, greys the rest.
-void EnableItems(MenuBar& bar, const MenuState& state, const CommandSet& available);
+/// Enables what makes sense, greys the rest.
+void EnableItems(MenuBar& bar, const MenuState& state);
 
 }  // namespace orma

@@ -175,7 +175,6 @@ void Shell::OnPaint() {
 
 bool Shell::OnCommand(std::uint32_t id, std::uint32_t notification) {
     const auto command = static_cast<Command>(id);
-    if (!IsAvailable(command, s_.available)) return false;
     if (const auto recent = RecentPlace(command)) {
         OpenRecentProject(*this, *recent);
     } else {
@@ -218,7 +217,7 @@ MenuBar Shell::BarOfNow() const {
     const LevelSheet& sheet = app.recording.sheet;
     RenewMarkItem(bar.menus[static_cast<std::size_t>(TopMenu::kEdit)],
                   FindMark(sheet, app.recording.cursor) < sheet.marks.size());
-    EnableItems(bar, StateOfMenus(), s_.available);
+    EnableItems(bar, StateOfMenus());
     for (std::size_t i = 0; i < kScreens; ++i)
         bar.Tick(CommandOf(static_cast<ScreenIndex>(i)), ticked_[i]);
     return bar;

@@ -26,7 +26,6 @@ struct ShellServices {
     MainWindow& window;
     Dialogs& dialogs;
     ScreenFactory makeScreen;
-    CommandSet available;                      // all others are grey and unknown
     TextEditor* textEditor = nullptr;          // null: there is none
     PublishDialogs* publishDialogs = nullptr;  // null: nothing is published
 };
@@ -72,8 +71,8 @@ class Shell : public ScreenHost, public TransportListener {
     /// A frame is about to be shown: paints the current screen if the image is out of date.
     void OnPaint();
 
-    /// A command of menus and pop-ups; `notification` is the list view's. False when the id is none
-    /// or not available.
+    /// A command of menus and pop-ups; `notification` is the list view's. False when the id is
+    /// none.
     bool OnCommand(std::uint32_t id, std::uint32_t notification = 0);
 
     /// The menu at that place is about to open: brings it up to date and returns it as it is to be

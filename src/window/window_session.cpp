@@ -20,19 +20,6 @@ constexpr Pages kAboutPages{498, 499};
 constexpr std::uint64_t kShortMemory = 16U << 20;  // bytes
 constexpr ProductVersion kVersion{ORMA_VERSION_NUMBERS};
 
-/// What this window can carry out.
-CommandSet Available() {
-    using enum Command;
-    return {kRecorder,    kEditor,          kClipEditor,   kListView,
-            kEditText,    kAbout,           kShortcuts,    kExit,
-            kOpenProject, kNewProject,      kOpenClip,     kDelete,
-            kRecord,      kSaveSelection,   kCropBegin,    kCropEnd,
-            kCutBegin,    kCutEnd,          kMark,         kCopyToClipEditor,
-            kPublishClip, kPublishClipList, kClipToFile,   kClipListToFile,
-            kImage,       kFastClip,        kFastClipList, kInputOptions,
-            kNone};
-}
-
 /// Uploads that accompanied recordings stand a stall of two minutes; the window is gone meanwhile.
 class UploadPatience : public Patience {
   public:
@@ -79,7 +66,6 @@ WindowSession::WindowSession(Machine& machine, RunningInstance& running)
               .window = window_,
               .dialogs = dialogs_,
               .makeScreen = [this](ScreenIndex index) { return MakeScreen(index); },
-              .available = Available(),
               .textEditor = &textEditor_,
               .publishDialogs = &publishDialogs_}),
       app_(machine.MakePorts(boxes_), {shell_, progress_}, machine.ProgramFolder()) {}

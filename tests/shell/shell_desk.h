@@ -195,7 +195,7 @@ class CancelledPublishing : public PublishDialogs {
 };
 
 /// Every command there is.
-inline const CommandSet kEveryCommand = {
+inline constexpr Command kEveryCommand[] = {
     Command::kRecorder,     Command::kEditor,        Command::kClipEditor,
     Command::kEditText,     Command::kAbout,         Command::kPublishClip,
     Command::kExit,         Command::kOpenProject,   Command::kNewProject,
@@ -212,12 +212,11 @@ inline const CommandSet kEveryCommand = {
 /// scripted microphone.
 class ShellDesk {
   public:
-    explicit ShellDesk(CommandSet available = kEveryCommand, FtpClients* liveFtp = nullptr)
+    explicit ShellDesk(FtpClients* liveFtp = nullptr)
         : shell({.app = app,
                  .window = window,
                  .dialogs = dialogs,
                  .makeScreen = [this](ScreenIndex index) { return Make(index); },
-                 .available = std::move(available),
                  .textEditor = &editor,
                  .publishDialogs = &publishing}),
           app({.storage = storage,

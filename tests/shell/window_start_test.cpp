@@ -153,7 +153,7 @@ TEST(WindowEnd, WaitsForUploadsBehindAllElseAndTellsOfThoseThatItGivesUp) {
     for (const bool arrives : {true, false}) {
         StallingFtp line;
         line.frozen = true;
-        StartDesk desk(kEveryCommand, &line);
+        StartDesk desk(&line);
         ASSERT_TRUE(StartWindow(desk.parts, {}));
         desk.loop.RunPending();
         desk.app.writerContext.live.account.server = u"studio";

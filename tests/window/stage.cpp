@@ -28,13 +28,6 @@ Text SkinRoot() {
         .toStdU16String();
 }
 
-/// Every command that needs nobody to answer it.
-CommandSet Available() {
-    using enum Command;
-    return {kRecorder, kEditor,   kClipEditor, kAbout, kCropBegin,
-            kCropEnd,  kCutBegin, kCutEnd,     kMark};
-}
-
 Picture Black(Size size) {
     Picture picture{size.width, size.height, {}};
     picture.pixels.resize(static_cast<std::size_t>(size.width) *
@@ -66,8 +59,7 @@ Stage::Stage(Size client)
       shell({.app = app,
              .window = window_,
              .dialogs = dialogs_,
-             .makeScreen = [this](ScreenIndex index) { return Make(index); },
-             .available = Available()}),
+             .makeScreen = [this](ScreenIndex index) { return Make(index); }}),
       app({.storage = disk_,
            .clock = clock_,
            .boxes = boxes_,
