@@ -6,6 +6,7 @@
 #include <QIcon>
 #include <cstdio>
 
+#include "platform/qt/display.h"
 #include "platform/qt/local_instance.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -27,7 +28,7 @@ struct Arguments {
     Text path;  // of a project or recording; absolute
 };
 
-Arguments Parse(const QApplication& application) {
+Arguments Parse(const QCoreApplication& application) {
     const QCommandLineOption home("home", "Program folder with the settings.", "folder");
     const QCommandLineOption audio(
         "audio", "portaudio, or virtual:[in=FILE][,out=FILE][,pace=real|fast|SPEED].", "system",
@@ -71,9 +72,15 @@ QIcon Icon() {
 
 int main(int count, char** values) {
     QtSignalWatch::Block();
+    QCoreApplication::setApplicationName("orma-edit");
+    QCoreApplication::setApplicationVersion(ORMA_VERSION);
+    if (!HasDisplay(count, values)) {
+        const QCoreApplication bare(count, values);
+        (void)Parse(bare);  // the help is told all the same
+        std::fputs("orma-edit: there is no display\n", stderr);
+        return kFailed;
+    }
     QApplication application(count, values);
-    QApplication::setApplicationName("orma-edit");
-    QApplication::setApplicationVersion(ORMA_VERSION);
     QApplication::setDesktopFileName("orma-edit");
     QApplication::setWindowIcon(Icon());
     QApplication::setQuitOnLastWindowClosed(false);

@@ -42,6 +42,9 @@ def main():
             check(re.search(rf"(?<![\w-]){re.escape(word)}\b", manual),
                   f"the manual does not know {command}")
 
+        nowhere = {"DISPLAY": "", "WAYLAND_DISPLAY": "", "QT_QPA_PLATFORM": ""}
+        check("--screenshot" in output(prefix / "bin/orma-edit", "--help", **nowhere),
+              "without a display the window's program does not explain itself")
         picture = Path(folder, "window.png")
         home = Path(folder, "home")
         output(prefix / "bin/orma-edit", "--home", home, "--audio", f"virtual:in={SPEECH}", "--screenshot",
