@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "project/clip_operations.h"
 #include "window/stage.h"
 
 namespace orma::test {
@@ -109,6 +110,16 @@ constexpr Shot kShots[] = {
          stage.Key(Key::kPlus);
          stage.Key(Key::kPlus);
      }},
+    {"clips",
+     [](Stage& stage) {
+         stage.RecordTake();
+         for (const auto& [end, title] : {std::pair{280, u"Statement"}, {110, u"Question"}}) {
+             stage.app.recording.selectionEnd = static_cast<std::uint32_t>(end);
+             EXPECT_TRUE(CopyToClipEditor(stage.app.project, title));
+         }
+         stage.DateRecordings();
+         stage.Run(Command::kClipEditor);
+     }},
     {"about-device", [](Stage& stage) { stage.Run(Command::kAbout); }},
     {"about-project",
      [](Stage& stage) {
@@ -121,7 +132,11 @@ constexpr Shot kShots[] = {
          stage.Progress().SetText(u"  Publishing audio...  ");
          stage.Progress().SetRange(5);
          stage.Progress().Step(3);
-         stage.Progress().SetBytes(7'400'000, 12'340'000);
+         for (std::uint64_t sent = 0; sent <= 7'400'000; sent += 740'000) {
+             stage.Pass(1000);
+             stage.Progress().SetBytes(sent, 12'340'000);
+             EXPECT_FALSE(stage.Progress().IsCancelled());
+         }
      }},
 };
 

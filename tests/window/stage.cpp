@@ -1,12 +1,16 @@
 #include "window/stage.h"
 
 #include <QCoreApplication>
+#include <QImage>
 #include <algorithm>
+#include <chrono>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
 #include "app/start_up.h"
 #include "ui/screens/about_w_win.h"
+#include "ui/screens/clip_editor_w_win.h"
 #include "ui/screens/editor_w_win.h"
 #include "ui/screens/record_w_win.h"
 
@@ -15,6 +19,7 @@ namespace {
 
 constexpr Pages kBackground{494, 495};
 constexpr Pages kProgressPages{492, 493};
+constexpr Pages kClipPages{496, 497};
 constexpr Pages kAboutPages{498, 499};
 constexpr RecorderScreenOptions kEverything{.showMaxTime = true,
                                             .showBattery = true,
@@ -56,6 +61,7 @@ Stage::Stage(Size client)
     : image_(Black(client)),
       skin_(disk_, bitmaps_, SkinRoot(), client, false),
       canvas_(image_, ink_, [](const Rect&) {}),
+      page_(*this, client),
       shell({.app = app,
              .window = window_,
              .dialogs = dialogs_,
@@ -111,6 +117,11 @@ std::unique_ptr<WWin> Stage::Make(ScreenIndex index) {
         case ScreenIndex::kProgress:
             return std::make_unique<ProgressWWin>(scene(kProgressPages), shell, clock_, [] {});
         case ScreenIndex::kClipEditor:
+            return std::make_unique<ClipEditorWWin>(
+                scene(kClipPages), shell,
+                ClipEditorServices{app.transport, app.recorder, app.project, clipList_,
+                                   [] { return std::nullopt; }},
+                app.settings.DetailedView != 0);
         case ScreenIndex::kTextEditor:
             break;
     }
@@ -174,9 +185,23 @@ void Stage::RecordTake() {
     ASSERT_EQ(app.recording.sheet.marks.size(), 3U);
 }
 
+void Stage::DateRecordings() {
+    using namespace std::chrono;
+    const sys_seconds noon = sys_days{2026y / March / 14} + 12h;
+    for (const auto& file : std::filesystem::directory_iterator(ToUtf8(folder_.Path())))
+        std::filesystem::last_write_time(file.path(), file_clock::from_sys(noon));
+}
+
 const Picture& Stage::Frame() {
     shell.OnPaint();
-    return image_;
+    if (shell.CurrentScreen() != ScreenIndex::kClipEditor) return image_;
+    const QImage shown = page_.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    withList_ = image_;
+    for (int y = 0; y < image_.height; ++y)
+        for (int x = 0; x < image_.width; ++x)
+            withList_.pixels[static_cast<std::size_t>(y * image_.width + x)] =
+                shown.pixel(x, y) & 0xFFFFFF;
+    return withList_;
 }
 
 const Picture& Stage::WholeFrame() {

@@ -16,6 +16,8 @@
 #include "support/temp_folder.h"
 #include "ui/screens/progress_w_win.h"
 #include "window/file_dialogs.h"
+#include "window/page_widget.h"
+#include "window/qt_clip_list.h"
 #include "window/qt_ink.h"
 #include "window/resource_bitmaps.h"
 
@@ -24,7 +26,7 @@ namespace orma::test {
 /// The client area with its real skin, letters and screens, on a whole application whose sound,
 /// clock, machine and disk space are always the same: what it shows depends on nothing but what is
 /// done here.
-class Stage : private SystemStatus {
+class Stage : private SystemStatus, private PageClient {
   public:
     /// `client` in pixels: its shape chooses the skin, its size the scale.
     explicit Stage(Size client);
@@ -39,6 +41,12 @@ class Stage : private SystemStatus {
 
     /// Lets `periods` of what is played be heard.
     void Hear(int periods);
+
+    /// Dates the project's recordings at noon of a day of 2026.
+    void DateRecordings();
+
+    /// Lets time pass, milliseconds.
+    void Pass(std::uint32_t ms) { clock_.ticks += ms; }
 
     void Go(std::int32_t position) { app.transport.MoveTo(position); }
     void Run(Command command);
@@ -64,6 +72,20 @@ class Stage : private SystemStatus {
     std::optional<std::uint64_t> FreeMemory() override { return 123'456'000; }
     std::optional<int> ProcessorLoad() override { return 7; }
 
+    // PageClient: nobody is at the page but the clip list.
+    [[nodiscard]] const Picture& Image() override { return image_; }
+    [[nodiscard]] std::span<const std::unique_ptr<Win>> Controls() override { return {}; }
+    [[nodiscard]] Win* Focused() override { return nullptr; }
+    void BeforePaint() override { shell.OnPaint(); }
+    void LeftDown(Point) override {}
+    void LeftUp(Point) override {}
+    void Moved(Point) override {}
+    void Wheel(Point, int, bool) override {}
+    void RightDown(Point) override {}
+    void RightUp(Point) override {}
+    void KeyDown(orma::Key, bool) override {}
+    void KeyUp(orma::Key) override {}
+
     [[nodiscard]] std::unique_ptr<WWin> Make(ScreenIndex index);
     void Deliver(std::int16_t amplitude);
 
@@ -83,6 +105,9 @@ class Stage : private SystemStatus {
     Picture image_;
     Skin skin_;
     Canvas canvas_;
+    PageWidget page_;
+    QtClipList clipList_{[this] { return &page_; }, ink_, [](ListNotification) {}};
+    Picture withList_;
     std::uint32_t spoken_ = 0;  // periods
 
   public:
