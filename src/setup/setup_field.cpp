@@ -140,7 +140,7 @@ constexpr SetupField kRecording[] = {
 constexpr SetupField kInput[] = {
     {.setting = "InputOptions", .kind = kCheck, .label = "Reporters may choose the equaliser set"},
     {.setting = "CurrentPresetName",
-     .kind = kEqualizerSet,
+     .kind = kSetName,
      .label = "Set in use",
      .explanation = "A name that ends in _ext or _int changes to the other one with a headset."},
 };

@@ -21,7 +21,7 @@ struct SetupField {
         kCode,  // four bytes, typed as letters
         kInputDevice,
         kOutputDevice,
-        kEqualizerSet,  // the name of one
+        kSetName,  // of an equaliser set
     };
     struct Choice {
         std::uint32_t value;
