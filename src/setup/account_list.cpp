@@ -136,8 +136,19 @@ void MailAccountList::Load() {
     }
 }
 
-/// The name alone tells the choice: the places of server and log-in are those of account 0.
+/// The name alone tells the choice: the settings in use are those of account 0, which shares their
+/// place, as account 1 has its place outside the table.
 void MailAccountList::Store() {
+    const SmtpDestination& first = record_.Smtp[0];
+    record_.SmtpServer = first.Server;
+    record_.SmtpUser = first.User;
+    record_.SmtpPassword = first.Password;
+    record_.SmtpAuth = first.Auth;
+    const SmtpDestination& second = record_.Smtp[1];
+    record_.Smtp1Server = second.Server;
+    record_.Smtp1User = second.User;
+    record_.Smtp1Password = second.Password;
+    record_.Smtp1Auth = second.Auth;
     if (use_ == InUse::kEntry) record_.CurrentSmtpName = Title(entry_);
     if (use_ == InUse::kNone) record_.CurrentSmtpName.clear();
 }

@@ -15,15 +15,23 @@ constexpr std::string_view kBigKey = "Big";
 
 SetupDocument::SetupDocument(FileServices services, const Text& programFolder)
     : services_(services), folder_(AsFolder(programFolder)) {
-    const auto number = [](std::string_view name, std::uint32_t* value, std::int64_t largest) {
+    const auto add = [&](std::string name, Setting::Value value, std::int64_t largest = 0) {
         Setting setting{};
-        setting.name = name;
+        setting.name = std::move(name);
         setting.value = value;
         setting.largest = largest;
-        return setting;
+        moreSettings_.push_back(std::move(setting));
     };
-    shapeSettings_ = {number(kWindowShape, &shape_.landscape, 2),
-                      number(kWindowBig, &shape_.big, 1)};
+    add(std::string(kWindowShape), &shape_.landscape, 2);
+    add(std::string(kWindowBig), &shape_.big, 1);
+    for (std::size_t i = 0; i < 2; ++i) {
+        SmtpDestination& account = record_.Smtp[i];
+        const std::string prefix = mail_.Prefix(i);
+        add(prefix + "Server", &account.Server);
+        add(prefix + "User", &account.User);
+        add(prefix + "Password", &account.Password);
+        add(prefix + "Auth", &account.Auth, 1);
+    }
     Load();
 }
 
@@ -42,7 +50,7 @@ void SetupDocument::Load() {
 }
 
 const Setting* SetupDocument::Find(std::string_view name) const {
-    for (const Setting& setting : shapeSettings_)
+    for (const Setting& setting : moreSettings_)
         if (setting.name == name) return &setting;
     return table_.Find(name);
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <istream>
 #include <optional>
 #include <string>
@@ -29,7 +28,8 @@ class SetupDocument {
 
     [[nodiscard]] const SettingsRecord& Record() const { return record_; }
 
-    /// The option of that name, those of the window's shape included; null when there is none.
+    /// The option of that name, also of the window's shape and of mail accounts 0 and 1, which the
+    /// settings' table knows by other names; null when there is none.
     [[nodiscard]] const Setting* Find(std::string_view name) const;
 
     [[nodiscard]] AccountList& Ftp() { return ftp_; }
@@ -72,7 +72,7 @@ class SetupDocument {
     SettingsRecord record_;
     SettingsTable table_{record_};
     WindowShape shape_;
-    std::array<Setting, 2> shapeSettings_;
+    std::vector<Setting> moreSettings_;  // that the table lacks
     std::optional<SettingsStore> store_;
     FtpAccountList ftp_{record_};
     MailAccountList mail_{record_};

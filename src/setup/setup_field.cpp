@@ -147,7 +147,7 @@ constexpr SetupField kInput[] = {
 
 constexpr SetupField kEqualizerSet[] = {
     {.setting = "Name", .kind = kText, .label = "Name"},
-    {.setting = "EqOn", .kind = kCheck, .label = "The equaliser is on with this set"},
+    {.setting = "EqOn", .kind = kCheck, .label = "Equaliser on"},
     {.setting = "GainOffset", .kind = kNumber, .label = "Gain offset", .unit = " dB"},
 };
 
@@ -162,7 +162,7 @@ constexpr SetupField kPublishing[] = {
     {.setting = "FtpPublishing",
      .kind = kCheck,
      .label = "Clips and clip lists may be published",
-     .heading = "Way"},
+     .heading = "Delivery"},
     {.setting = "PublishMethod", .kind = kChoice, .label = "Way", .choices = kMethods},
     {.setting = "ServerChoice",
      .kind = kCheck,

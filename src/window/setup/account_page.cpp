@@ -20,6 +20,7 @@ namespace orma {
 namespace {
 
 constexpr int kListWidth = 170;  // pixels
+constexpr int kLineHeight = 26;
 const QColor kGood(34, 102, 32);
 const QColor kBad(166, 38, 0);
 
@@ -70,7 +71,8 @@ QWidget* AccountPage::MakeList() {
     const auto button = [this](const char* text, const char* told, void (*clicked)(AccountPage&)) {
         auto* made = new QPushButton(QString::fromUtf8(text));
         made->setAccessibleName(QString::fromUtf8(told));
-        made->setStyleSheet(QStringLiteral("min-width: 30px"));
+        made->setStyleSheet(
+            QStringLiteral("min-width: 30px; padding-left: 8px; padding-right: 8px"));
         connect(made, &QPushButton::clicked, this, [this, clicked] { clicked(*this); });
         return made;
     };
@@ -135,7 +137,9 @@ void AccountPage::ShowList() {
     list_->clear();
     for (std::size_t i = 0; i < accounts_.Count(); ++i) {
         const Text& title = accounts_.Title(i);
-        list_->addItem(title.empty() ? QStringLiteral("(no name)") : ToQt(title));
+        auto* item =
+            new QListWidgetItem(title.empty() ? QStringLiteral("(no name)") : ToQt(title), list_);
+        item->setSizeHint({0, kLineHeight});
     }
     list_->setCurrentRow(accounts_.Count() == 0 ? -1 : static_cast<int>(entry_));
     ShowInUse();

@@ -45,7 +45,7 @@ EqualizerPage::EqualizerPage(const SetupContext& context) : context_(context) {
         context_.edited({});  // other faults are to be seen
     });
     form_ = new SetupForm(document, SetupFields::kEqualizerSet, context_.choices, edited,
-                          {.labelWidth = 90, .compact = true});
+                          {.labelWidth = 76, .compact = true});
     constexpr std::uint32_t kRates[] = {48000, 44100};
     view_ = new EqualizerView(kRates[document.Record().SampleRateCode == 0 ? 0 : 1]);
     view_->setFixedHeight(170);
@@ -58,12 +58,12 @@ EqualizerPage::EqualizerPage(const SetupContext& context) : context_(context) {
     left->addStretch(1);
     auto* upper = new QHBoxLayout;
     upper->setSpacing(kDialogMargin);
-    upper->addLayout(left, 5);
-    upper->addWidget(view_, 6);
+    upper->addLayout(left, 4);
+    upper->addWidget(view_, 7);
     page->addLayout(upper);
 
     auto* bands = new QHBoxLayout;
-    bands->setSpacing(kDialogMargin + kDialogGap);
+    bands->setSpacing(kDialogMargin);
     for (std::size_t i = 0; i < bands_.size(); ++i) {
         bands_[i] = new SetupForm(document, SetupFields::kBand, context_.choices, edited,
                                   {.labelWidth = 64, .compact = true});

@@ -62,8 +62,8 @@ FieldEditor Number(const SetupField& field, const Setting& range, FieldEdited ed
                   static_cast<double>(range.largest) / scale);
     box->setSuffix(QString::fromUtf8(field.unit));
     box->setSingleStep(tenths ? 0.5 : 1);
-    box->setMinimumWidth(96);
-    box->setMaximumWidth(160);
+    constexpr double kShort = 99'999;
+    box->setFixedWidth(static_cast<double>(range.largest) > kShort ? 150 : 92);
     new WheelGuard(box);
     QObject::connect(box, &QDoubleSpinBox::valueChanged, box,
                      [edited = std::move(edited), scale](double value) {

@@ -35,7 +35,7 @@ SetupForm::SetupForm(SetupDocument& document, SetupFields rows, const FieldChoic
     : document_(document), prefix_(FirstPrefix(rows)) {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(kDialogGap);
+    grid->setHorizontalSpacing(look.compact ? 6 : kDialogGap);
     grid->setVerticalSpacing(look.compact ? 4 : 5);
     grid->setColumnMinimumWidth(0, look.labelWidth);
     grid->setColumnStretch(1, 1);

@@ -26,12 +26,13 @@ namespace orma {
 namespace {
 
 constexpr int kTitlesWidth = 150;  // pixels
+constexpr int kTitleHeight = 34;
 
 constexpr const char* kLook = R"(
 QListWidget#pages { background: transparent; border: none; outline: none; }
-QListWidget#pages::item { padding: 8px 10px; border-radius: 6px; color: #211f1b; }
+QListWidget#pages::item { padding-left: 10px; border-radius: 6px; color: #211f1b; }
 QListWidget#pages::item:selected { background: #211f1b; color: #fff4dc; }
-QListWidget#pages:focus::item:selected { border: 2px solid #ff6f0f; padding: 6px 8px; }
+QListWidget#pages::item:selected:focus { border: 2px solid #ff6f0f; padding-left: 8px; }
 )";
 
 const char* const kJsonFiles = "Settings (*.json);;All files (*)";
@@ -107,7 +108,8 @@ SetupContext SetupWindow::Context() {
 }
 
 void SetupWindow::AddPage(const char* title, SetupPage* page) {
-    titles_->addItem(QString::fromLatin1(title));
+    auto* item = new QListWidgetItem(QString::fromLatin1(title), titles_);
+    item->setSizeHint({kTitlesWidth, kTitleHeight});
     stack_->addWidget(page);
     pages_.push_back(page);
 }
