@@ -35,6 +35,7 @@ const Text& NameOf(const Entry& entry) {
 
 void AccountList::Add() {
     Clear(count_);
+    Propose(count_);
     if (count_ == 0 && use_ == InUse::kNone) UseEntry(0);
     ++count_;
 }

@@ -54,6 +54,7 @@ class AccountList {
 
   protected:
     virtual void Clear(std::size_t entry) = 0;
+    virtual void Propose(std::size_t /*entry*/) {}  // what a new account begins with
     virtual void Exchange(std::size_t entry, std::size_t other) = 0;
 
     std::size_t count_ = 0;
@@ -76,6 +77,7 @@ class FtpAccountList : public AccountList {
 
   private:
     void Clear(std::size_t entry) override;
+    void Propose(std::size_t entry) override { record_.Ftp[entry].Passive = 1; }
     void Exchange(std::size_t entry, std::size_t other) override;
 
     SettingsRecord& record_;

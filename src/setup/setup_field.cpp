@@ -76,12 +76,14 @@ constexpr SetupField kRecording[] = {
     {.setting = "ProjectTextFile",
      .kind = kFile,
      .label = "Text file",
-     .explanation = "Its extension also names the text that is published."},
+     .explanation = "Its extension also names the text that is published.",
+     .needs = "UseProjectTextFile"},
     {.setting = "PostCreateStep", .kind = kCheck, .label = "Run a command when a project was made"},
     {.setting = "PostCreateCommand",
      .kind = kText,
      .label = "Command",
-     .explanation = "A line for the shell; $1 is the path of the project."},
+     .explanation = "A line for the shell; $1 is the path of the project.",
+     .needs = "PostCreateStep"},
     {.setting = "StartMode",
      .kind = kChoice,
      .label = "Project",
@@ -109,7 +111,8 @@ constexpr SetupField kRecording[] = {
     {.setting = "SpdifInputSelect",
      .kind = kNumber,
      .label = "Its input",
-     .explanation = "The number that the card knows it by."},
+     .explanation = "The number that the card knows it by.",
+     .needs = "SpdifInput"},
     {.setting = "AltEarjackKey",
      .kind = kCheck,
      .label = "Look for the headset in the alternative place"},
@@ -129,12 +132,19 @@ constexpr SetupField kRecording[] = {
      .kind = kCheck,
      .label = "Projects may record straight to FTP",
      .explanation = "The take is uploaded meanwhile; it never waits for the network."},
-    {.setting = "LiveFtpNewProjects", .kind = kCheck, .label = "New projects do so"},
+    {.setting = "LiveFtpNewProjects",
+     .kind = kCheck,
+     .label = "New projects do so",
+     .needs = "LiveFtpAllowed"},
     {.setting = "CloseSync", .kind = kCheck, .label = "Close the desktop's synchronisation window"},
     {.setting = "MicGainTool",
      .kind = kCheck,
      .label = "Run the microphone-gain tool before recording"},
-    {.setting = "MicGainToolMode", .kind = kChoice, .label = "Its commands", .choices = kToolModes},
+    {.setting = "MicGainToolMode",
+     .kind = kChoice,
+     .label = "Its commands",
+     .choices = kToolModes,
+     .needs = "MicGainTool"},
 };
 
 constexpr SetupField kInput[] = {
@@ -153,9 +163,13 @@ constexpr SetupField kEqualizerSet[] = {
 
 constexpr SetupField kBand[] = {
     {.setting = "Enabled", .kind = kCheck, .label = "On"},
-    {.setting = "Frequency", .kind = kNumber, .label = "Frequency", .unit = " Hz"},
-    {.setting = "Gain", .kind = kTenths, .label = "Gain", .unit = " dB"},
-    {.setting = "Q", .kind = kTenths, .label = "Q"},
+    {.setting = "Frequency",
+     .kind = kNumber,
+     .label = "Frequency",
+     .unit = " Hz",
+     .needs = "Enabled"},
+    {.setting = "Gain", .kind = kTenths, .label = "Gain", .unit = " dB", .needs = "Enabled"},
+    {.setting = "Q", .kind = kTenths, .label = "Q", .needs = "Enabled"},
 };
 
 constexpr SetupField kPublishing[] = {
@@ -189,7 +203,8 @@ constexpr SetupField kPublishing[] = {
     {.setting = "FastBitrateIndex",
      .kind = kChoice,
      .label = "Fast bit rate",
-     .choices = kMonoBitRates},
+     .choices = kMonoBitRates,
+     .needs = "FastPublishing"},
     {.setting = "ImagePublishing", .kind = kCheck, .label = "Images and videos may go along"},
     {.setting = "PublishText",
      .kind = kCheck,
@@ -293,8 +308,8 @@ constexpr SetupField kMailAccount[] = {
      .explanation = "With TLS nothing is sent in clear, and the certificate is verified.",
      .choices = kMailSecurities},
     {.setting = "Auth", .kind = kCheck, .label = "Log in before sending"},
-    {.setting = "User", .kind = kText, .label = "User"},
-    {.setting = "Password", .kind = kPassword, .label = "Password"},
+    {.setting = "User", .kind = kText, .label = "User", .needs = "Auth"},
+    {.setting = "Password", .kind = kPassword, .label = "Password", .needs = "Auth"},
 };
 
 }  // namespace

@@ -33,8 +33,9 @@ struct SetupField {
     const char* label;
     const char* explanation = "";
     std::span<const Choice> choices = {};
-    const char* unit = "";     // behind a number
-    const char* heading = "";  // over the field; begins a part of the page
+    const char* unit = "";        // behind a number
+    const char* heading = "";     // over the field; begins a part of the page
+    std::string_view needs = "";  // a check above it without which it has no effect
 };
 
 /// The rows of a page, or of one entry of a table.

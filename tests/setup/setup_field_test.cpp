@@ -63,6 +63,9 @@ TEST(SetupFields, ShowEveryOptionOfTheConfigurationOrStateWhyNot) {
         EXPECT_NE(rows.contains(setting.name), IsShownByNoRow(setting.name)) << setting.name;
     for (const std::string& name : rows)
         EXPECT_NE(document.Find(name), nullptr) << name;
+    for (const SetupFields group : {SetupFields::kRecording, SetupFields::kPublishing})
+        for (const SetupField& field : FieldsOf(group))
+            EXPECT_TRUE(field.needs.empty() || rows.contains(std::string(field.needs)));
 }
 
 TEST(SetupFields, OfferEachNumberOnceAndNoneThatTheSettingRefuses) {

@@ -55,15 +55,17 @@ SetupForm::SetupForm(SetupDocument& document, SetupFields rows, const FieldChoic
                                               const Setting* const target = document_.Find(setting);
                                               if (target == nullptr) return;
                                               (void)target->Set(value);  // the widget has its range
+                                              ShowNeeds();
                                               edited(setting);
                                           }),
+                .label = nullptr,
                 .fault = NewFault()};
         const bool isCheck = field.kind == SetupField::Kind::kCheck;
         if (!isCheck) {
-            QLabel* const label = NewLegend(QString::fromUtf8(field.label));
-            label->setBuddy(row.editor.focus);
-            row.editor.focus->setAccessibleName(label->text());
-            grid->addWidget(label, line, 0);
+            row.label = NewLegend(QString::fromUtf8(field.label));
+            row.label->setBuddy(row.editor.focus);
+            row.editor.focus->setAccessibleName(row.label->text());
+            grid->addWidget(row.label, line, 0);
         }
         row.editor.focus->setAccessibleDescription(QString::fromUtf8(field.explanation));
         // A short field keeps its width, a long one takes what there is.
@@ -86,6 +88,18 @@ void SetupForm::ShowValues(const std::string& prefix) {
     for (const Row& row : rows_) {
         const Setting* const setting = document_.Find(prefix_ + std::string(row.field->setting));
         if (setting != nullptr) row.editor.show(setting->Get());
+    }
+    ShowNeeds();
+}
+
+/// Fields whose check is off are kept, but out of reach.
+void SetupForm::ShowNeeds() {
+    for (const Row& row : rows_) {
+        if (row.field->needs.empty()) continue;
+        const Setting* const check = document_.Find(prefix_ + std::string(row.field->needs));
+        const bool counts = check != nullptr && check->Get() != "0";
+        row.editor.widget->setEnabled(counts);
+        if (row.label != nullptr) row.label->setEnabled(counts);
     }
 }
 

@@ -42,9 +42,12 @@ class SetupForm : public QWidget {
     void FocusOnFirst();
 
   private:
+    void ShowNeeds();
+
     struct Row {
         const SetupField* field;
         FieldEditor editor;
+        QLabel* label;  // null: the widget bears it
         QLabel* fault;
     };
 
