@@ -25,6 +25,7 @@
 namespace orma {
 namespace {
 
+const QString kTitle = QStringLiteral("Orma Edit set-up");
 constexpr int kTitlesWidth = 150;  // pixels
 constexpr int kTitleHeight = 34;
 
@@ -41,7 +42,7 @@ const char* const kJsonFiles = "Settings (*.json);;All files (*)";
 
 SetupWindow::SetupWindow(SetupServices services)
     : services_(std::move(services)), document_(services_.files, services_.programFolder) {
-    setWindowTitle(QStringLiteral("Orma Edit set-up"));
+    setWindowTitle(QStringLiteral("Orma Edit set-up[*]"));
     setStyleSheet(QString::fromLatin1(kLook));
     titles_ = new QListWidget;
     titles_->setObjectName(QStringLiteral("pages"));
@@ -183,8 +184,9 @@ void SetupWindow::ShowFaults() {
 bool SetupWindow::GoToFirstFault() {
     showAllFaults_ = true;
     ShowFaults();
+    const std::vector<SettingsFault> faults = faults_;  // they are looked for again on the way
     for (std::size_t i = 0; i < pages_.size(); ++i) {
-        for (const SettingsFault& fault : faults_) {
+        for (const SettingsFault& fault : faults) {
             if (!pages_[i]->FocusOn(fault.setting)) continue;
             titles_->setCurrentRow(static_cast<int>(i));
             (void)pages_[i]->FocusOn(fault.setting);  // now that it is seen
@@ -220,7 +222,7 @@ bool SetupWindow::Apply() {
 bool SetupWindow::MayOverwrite() {
     if (!document_.IsChangedOnDisk()) return true;
     const QScopedValueRollback asking(asking_, true);
-    QMessageBox box(QMessageBox::Question, windowTitle(),
+    QMessageBox box(QMessageBox::Question, kTitle,
                     QStringLiteral("The settings were changed by another program meanwhile."),
                     QMessageBox::NoButton, this);
     box.setInformativeText(
@@ -260,7 +262,7 @@ void SetupWindow::LookAround() {
 
 SetupWindow::Fate SetupWindow::AskForChanges(const QString& text) {
     const QScopedValueRollback asking(asking_, true);
-    QMessageBox box(QMessageBox::Question, windowTitle(), text, QMessageBox::NoButton, this);
+    QMessageBox box(QMessageBox::Question, kTitle, text, QMessageBox::NoButton, this);
     const auto* save = box.addButton(QStringLiteral("Save"), QMessageBox::AcceptRole);
     const auto* drop = box.addButton(QStringLiteral("Don't save"), QMessageBox::DestructiveRole);
     QPushButton* const keep =
@@ -340,7 +342,7 @@ void SetupWindow::Export() {
                                                       QString::fromLatin1(kJsonFiles));
     if (path.isEmpty()) return;
     const auto secrets = QMessageBox::question(
-        this, windowTitle(), QStringLiteral("Export the passwords as well, readable as they are?"),
+        this, kTitle, QStringLiteral("Export the passwords as well, readable as they are?"),
         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No);
     if (secrets == QMessageBox::Cancel) return;
     const std::string json = document_.Export(secrets == QMessageBox::Yes) + "\n";
