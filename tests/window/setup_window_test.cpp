@@ -159,6 +159,11 @@ TEST_F(SetupWindowTest, SavesNothingThatIsWrongAndSaysWhere) {
     EXPECT_FALSE(desk.storage.Exists(desk.folder.Path(u"OrmaIni.sup")));
     Type("Server", "ftp.example");
     EXPECT_FALSE(Tells("Type the server's name."));
+    for (int i = 0; i < 6; ++i)
+        EXPECT_FALSE(window->findChild<QListWidget*>(QStringLiteral("pages"))
+                         ->item(i)
+                         ->text()
+                         .contains(QStringLiteral("\u26a0")));
     Click("Save");
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(Stored().FtpServer, u"ftp.example");

@@ -110,6 +110,7 @@ SetupContext SetupWindow::Context() {
 
 void SetupWindow::AddPage(const char* title, SetupPage* page) {
     auto* item = new QListWidgetItem(QString::fromLatin1(title), titles_);
+    item->setData(Qt::UserRole, item->text());  // without a mark of faults
     item->setSizeHint({kTitlesWidth, kTitleHeight});
     stack_->addWidget(page);
     pages_.push_back(page);
@@ -176,7 +177,7 @@ void SetupWindow::ShowFaults() {
     for (std::size_t i = 0; i < pages_.size(); ++i) {
         const bool wrong = pages_[i]->ShowFaults(shown);
         QListWidgetItem* const item = titles_->item(static_cast<int>(i));
-        const QString title = item->text().section(QLatin1String("  \u26a0"), 0, 0);
+        const QString title = item->data(Qt::UserRole).toString();
         item->setText(wrong ? title + QStringLiteral("  \u26a0") : title);
     }
 }
