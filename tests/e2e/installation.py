@@ -46,6 +46,9 @@ def main():
         home = Path(folder, "home")
         output(prefix / "bin/orma-edit", "--home", home, "--audio", f"virtual:in={SPEECH}", "--screenshot",
                picture, QT_QPA_PLATFORM="offscreen")
+        check("--home" in output(prefix / "bin/orma-setup", "--help", QT_QPA_PLATFORM="offscreen"),
+              "the installed set-up program does not run")
+        check((share / "man/man1/orma-setup.1.gz").exists(), "it has no manual")
         check(picture.read_bytes().startswith(b"\x89PNG"), "the installed window shows nothing")
         for shape in ("Portrait", "Square", "Landscape"):
             check((share / f"orma-edit/skin/{shape}/494@2x.bmp").exists(), f"no skin {shape}")
