@@ -29,7 +29,8 @@ Text FtpWords(const FtpResult& result, const Text& server) {
         case kFtpWrongPassword:
             return u"User or password cannot be right" + said;
         case kFtpNameNotResolved:
-            return u"There is no server named " + server + u", or no name service here.";
+            return u"There is no server named " + SplitFtpServer(server).host +
+                   u", or no name service here.";
         case kFtpCannotConnect:
             return u"Nobody listens at " + server + u": a wrong port, or a firewall.";
         case kFtpConnectionLost:

@@ -4,6 +4,7 @@ logs in at a real server with the right one, Save makes it the account that the 
 starting editor closes the set-up window, unless something there would be lost."""
 
 import os
+import socket
 import subprocess
 import sys
 import time
@@ -87,6 +88,24 @@ def configures_and_tests_an_account(environment, desk, server):
         return window.picture(desk.path("saved.png"))
 
 
+def gives_up_a_silent_server(environment, desk):
+    """Nobody answers at the account's server; Escape ends the wait."""
+    with socket.create_server(("127.0.0.1", 0)) as silent:
+        desk.run("settings", "set", f"Ftp[0].Server=127.0.0.1:{silent.getsockname()[1]}",
+                 "Ftp[0].Name=News")
+        with SetupWindow(environment, desk.home) as window:
+            window.press(*["ctrl+Next"] * FTP_PAGE)
+            window.press(*["Tab"] * 13)
+            window.press("space")
+            wait = window.find("Test")
+            window.picture(desk.path("waiting.png"))
+            window.tool("windowfocus", "--sync", wait)
+            window.press("Escape")
+            wait_for("giving up", lambda: not window.tool("search", "--onlyvisible", "--name",
+                                                          "^Test$"), seconds=3)
+            check(window.program.poll() is None, "the program ended")
+
+
 def closes_for_the_editor(environment, desk):
     with SetupWindow(environment, desk.home) as window:
         with Window(environment, desk.home, "--audio", f"virtual:in={SPEECH}"):
@@ -117,6 +136,7 @@ def main():
         environment = dict(screen, XDG_RUNTIME_DIR=str(desk.path("run")))
         os.mkdir(environment["XDG_RUNTIME_DIR"], 0o700)
         configures_and_tests_an_account(environment, desk, server)
+        gives_up_a_silent_server(environment, desk)
         closes_for_the_editor(environment, desk)
 
 

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSignalBlocker>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -253,6 +254,8 @@ void AccountPage::ShowVerdict(const ConnectionVerdict& verdict) {
     verdict_->setPalette(palette);
     verdict_->setText(ToQt(verdict.words));
     verdict_->setAccessibleName(verdict_->text());
+    // It may have made the page longer.
+    QTimer::singleShot(0, verdict_, [this] { account_->ensureWidgetVisible(verdict_); });
 }
 
 }  // namespace orma

@@ -28,11 +28,17 @@ namespace {
 const QString kTitle = QStringLiteral("Orma Edit set-up");
 constexpr int kTitlesWidth = 150;  // pixels
 constexpr int kTitleHeight = 34;
+constexpr int kTwoLines = 36;
 
 constexpr const char* kLook = R"(
 QListWidget#pages { background: transparent; border: none; outline: none; }
 QListWidget#pages::item { padding-left: 10px; border-radius: 6px; color: #211f1b; }
 QListWidget#pages::item:selected { background: #211f1b; color: #fff4dc; }
+QPushButton { outline: none; }
+QScrollBar:vertical { background: transparent; border: none; width: 12px; margin: 0; }
+QScrollBar::handle:vertical { background: #c8c0ae; border-radius: 4px; margin: 2px; min-height: 36px; }
+QScrollBar::handle:vertical:hover { background: #7a7161; }
+QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }
 QListWidget#pages::item:selected:focus { border: 2px solid #ff6f0f; padding-left: 8px; }
 )";
 
@@ -118,6 +124,7 @@ void SetupWindow::AddPage(const char* title, SetupPage* page) {
 
 QWidget* SetupWindow::MakeButtons() {
     auto* part = new QWidget;
+    part->setMinimumHeight(kTwoLines);  // whether the state is told in one or two
     auto* row = new QHBoxLayout(part);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(kDialogGap);
