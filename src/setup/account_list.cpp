@@ -150,6 +150,7 @@ void MailAccountList::Store() {
     record_.Smtp1User = second.User;
     record_.Smtp1Password = second.Password;
     record_.Smtp1Auth = second.Auth;
+    if (use_ == InUse::kNone && count_ > 0) UseEntry(0);
     if (use_ == InUse::kEntry) record_.CurrentSmtpName = Title(entry_);
     if (use_ == InUse::kNone) record_.CurrentSmtpName.clear();
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "settings/settings_record.h"
 
@@ -29,6 +30,9 @@ class AccountList {
     /// Under what name an account is known; its server where it has none.
     [[nodiscard]] virtual const Text& Title(std::size_t entry) const = 0;
 
+    /// The setting that names the account in use.
+    [[nodiscard]] virtual std::string_view NameInUse() const = 0;
+
     [[nodiscard]] InUse Use() const { return use_; }
     [[nodiscard]] std::size_t EntryInUse() const { return entry_; }
 
@@ -38,7 +42,7 @@ class AccountList {
     /// Appends an empty account, the first of which is in use; below Capacity.
     void Add();
 
-    /// Removes an account; the one in use leaves none in use.
+    /// Removes an account. Of FTP the one in use leaves none in use; of mail the first is then.
     void Remove(std::size_t entry);
 
     /// Exchanges neighbours.
@@ -70,6 +74,7 @@ class FtpAccountList : public AccountList {
 
     [[nodiscard]] std::size_t Capacity() const override { return record_.Ftp.size(); }
     [[nodiscard]] std::string Prefix(std::size_t entry) const override;
+    [[nodiscard]] std::string_view NameInUse() const override { return "CurrentFtpName"; }
     [[nodiscard]] const Text& Title(std::size_t entry) const override;
     [[nodiscard]] const Text& OtherTitle() const override;
     void Load() override;
@@ -91,6 +96,7 @@ class MailAccountList : public AccountList {
 
     [[nodiscard]] std::size_t Capacity() const override { return record_.Smtp.size(); }
     [[nodiscard]] std::string Prefix(std::size_t entry) const override;
+    [[nodiscard]] std::string_view NameInUse() const override { return "CurrentSmtpName"; }
     [[nodiscard]] const Text& Title(std::size_t entry) const override;
     [[nodiscard]] const Text& OtherTitle() const override;
     void Load() override;

@@ -23,6 +23,10 @@ class Check {
         Publishing();
         for (std::size_t i = 0; i < s_.Ftp.size(); ++i)
             Ftp("Ftp[" + std::to_string(i) + "].", s_.Ftp[i]);
+        const bool needsFtp =
+            s_.FtpPublishing != 0 && s_.PublishMethod == 0 && s_.ServerChoice == 0;
+        if (needsFtp && !ftpNames_.empty() && s_.CurrentFtpName.empty() && s_.FtpServer.empty())
+            Add("CurrentFtpName", "Choose the account that publications go to.");
         for (std::size_t i = 0; i < s_.Smtp.size(); ++i)
             Mail("Smtp[" + std::to_string(i) + "].", s_.Smtp[i]);
         Equalizer();

@@ -113,8 +113,9 @@ bool SetupDocument::Save() {
         services_.report.ReportSystemFailure(u"CreateDirectory", error);
         return false;
     }
-    const bool isNew = !onDisk_;
-    if (isNew || ValuesOf(SettingsFile::kConfiguration) != knownConfiguration_) {
+    const bool isMissing = !onDisk_;
+    if (isMissing || IsChangedOnDisk() ||
+        ValuesOf(SettingsFile::kConfiguration) != knownConfiguration_) {
         if (!store_->SaveConfiguration()) return false;
         onDisk_ = ReadConfiguration();
     }

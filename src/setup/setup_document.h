@@ -41,12 +41,9 @@ class SetupDocument {
     /// True when somebody else has written the configuration since it was loaded or saved.
     [[nodiscard]] bool IsChangedOnDisk() const;
 
-    /// From now on what lies there counts as known: Save replaces it.
-    void KeepMine() { onDisk_ = ReadConfiguration(); }
-
-    /// Writes what was edited, and makes the projects folder when it is missing. Of the user state,
-    /// which the editor writes as well, only what was edited here is changed. False when something
-    /// could not be written (reported).
+    /// Writes what was edited, over what another program wrote meanwhile, and makes the projects
+    /// folder when it is missing. Of the user state, which the editor writes as well, only what was
+    /// edited here is changed. False when something could not be written (reported).
     [[nodiscard]] bool Save();
 
     /// Takes settings from a JSON object, see ImportSettings. Returns an empty text, or why it was

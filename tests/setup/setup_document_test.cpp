@@ -135,7 +135,9 @@ TEST_F(SetupDocumentTest, KeepsTheAccountInUseWhileTheListChanges) {
 
     SetupDocument again(files.services, Home());
     again.Ftp().Remove(0);
+    again.Mail().Remove(0);
     ASSERT_TRUE(again.Save());
+    EXPECT_EQ(Loaded().CurrentSmtpName, u"post.example");  // there is always one in use
     EXPECT_EQ(Loaded().CurrentFtpName, u"");
     EXPECT_EQ(Loaded().FtpServer, u"");
 }
@@ -204,6 +206,8 @@ TEST_F(CheckSettingsTest, FindsBitRatesThatLayerTwoDoesNotHave) {
 
 TEST_F(CheckSettingsTest, FindsAccountsThatCannotBeReachedOrToldApart) {
     record.Ftp[0].Name = u"News";
+    EXPECT_EQ(Faults(), "CurrentFtpName Ftp[0].Server");  // nobody could choose it either
+    record.CurrentFtpName = u"News";
     EXPECT_EQ(Faults(), "Ftp[0].Server");
     for (const char16_t* wrong :
          {u"ftp://host", u"my host", u"host/in", u"host:", u"host:0", u"host:65536", u"host:21x"}) {

@@ -43,6 +43,8 @@ AccountPage::AccountPage(const SetupContext& context, AccountList& accounts, Set
     use->addWidget(NewLegend(QStringLiteral("Account in use")));
     use->addWidget(inUse_, 1);
     page->addLayout(use);
+    useFault_ = NewFault();
+    page->addWidget(useFault_);
     page->addWidget(NewHairline());
 
     auto* both = new QHBoxLayout;
@@ -195,6 +197,7 @@ void AccountPage::Remove() {
     accounts_.Remove(entry_);
     ShowValues();
     context_.edited({});
+    ShowInUse();  // another one may be now
 }
 
 void AccountPage::Move(int by) {
@@ -220,14 +223,24 @@ void AccountPage::Edited(const std::string& setting) {
 
 bool AccountPage::ShowFaults(std::span<const SettingsFault> faults) {
     form_->ShowFaults(faults);
+    const auto use = std::find_if(faults.begin(), faults.end(), [&](const SettingsFault& fault) {
+        return fault.setting == accounts_.NameInUse();
+    });
+    useFault_->setVisible(use != faults.end());
+    if (use != faults.end()) useFault_->setText(QString::fromStdString(use->text));
     const std::string prefix = accounts_.Prefix(0);
     const std::string table = prefix.substr(0, prefix.find('[') + 1);
-    return std::any_of(faults.begin(), faults.end(), [&](const SettingsFault& fault) {
-        return fault.setting.starts_with(table);
-    });
+    return use != faults.end() ||
+           std::any_of(faults.begin(), faults.end(), [&](const SettingsFault& fault) {
+               return fault.setting.starts_with(table);
+           });
 }
 
 bool AccountPage::FocusOn(const std::string& setting) {
+    if (setting == accounts_.NameInUse()) {
+        inUse_->setFocus();
+        return true;
+    }
     for (std::size_t i = 0; i < accounts_.Count(); ++i) {
         if (!setting.starts_with(accounts_.Prefix(i))) continue;
         entry_ = i;

@@ -45,6 +45,7 @@ class AccountPage : public SetupPage {
     std::size_t entry_ = 0;  // marked, when there is any
 
     QComboBox* inUse_;
+    QLabel* useFault_;
     QListWidget* list_;
     QPushButton* add_;
     QPushButton* remove_;

@@ -314,6 +314,7 @@ void SetupWindow::Raise() {
     if (isMinimized()) showNormal();
     raise();
     activateWindow();
+    QApplication::alert(this);  // the window that asked may open above this one
 }
 
 void SetupWindow::changeEvent(QEvent* event) {
