@@ -201,7 +201,7 @@ void AccountPage::Remove() {
 }
 
 void AccountPage::Move(int by) {
-    const auto other = static_cast<std::size_t>(static_cast<int>(entry_) + by);
+    const std::size_t other = by < 0 ? entry_ - 1 : entry_ + 1;
     accounts_.Swap(entry_, other);
     entry_ = other;
     ShowValues();

@@ -31,7 +31,7 @@ std::string FirstPrefix(SetupFields rows) {
 }  // namespace
 
 SetupForm::SetupForm(SetupDocument& document, SetupFields rows, const FieldChoices& choices,
-                     std::function<void(const std::string& setting)> edited, Look look)
+                     const std::function<void(const std::string& setting)>& edited, Look look)
     : document_(document), prefix_(FirstPrefix(rows)) {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);

@@ -24,10 +24,10 @@ class SetupForm : public QWidget {
 
     /// `document` outlives the form; `edited` hears the setting that the user changed.
     SetupForm(SetupDocument& document, SetupFields rows, const FieldChoices& choices,
-              std::function<void(const std::string& setting)> edited, Look look);
+              const std::function<void(const std::string& setting)>& edited, Look look);
     SetupForm(SetupDocument& document, SetupFields rows, const FieldChoices& choices,
-              std::function<void(const std::string& setting)> edited)
-        : SetupForm(document, rows, choices, std::move(edited), Look{}) {}
+              const std::function<void(const std::string& setting)>& edited)
+        : SetupForm(document, rows, choices, edited, Look{}) {}
 
     /// Shows the settings whose names begin with `prefix`.
     void ShowValues(const std::string& prefix = {});
