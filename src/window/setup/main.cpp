@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
+#include <QIcon>
 #include <cstdio>
 
 #include "machine/machine.h"
@@ -47,6 +48,10 @@ int main(int count, char** values) {
     QApplication::setApplicationName("orma-setup");
     QApplication::setApplicationVersion(ORMA_VERSION);
     QApplication::setDesktopFileName("orma-setup");
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128})
+        icon.addFile(QString(":/icon/%1.png").arg(size));
+    QApplication::setWindowIcon(icon);
     InstallDialogLook();
     // Accounts hold passwords: what is written here is for its owner alone.
     CreateFilesForOwnerOnly();
