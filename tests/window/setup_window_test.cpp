@@ -23,6 +23,12 @@ namespace orma::test {
 namespace {
 
 struct SetupWindowTest : testing::Test {
+    SetupWindowTest() {
+        // Whichever test told the application to end: boxes wait again.
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QApplication::exec();
+    }
+
     MailDesk desk;
     FakeFtp ftp;
     NetworkPorts network{ftp, desk.tcp, desk.tls, desk.hash, desk.outbox};
