@@ -2,7 +2,7 @@
 
 include(GNUInstallDirs)
 
-install(TARGETS orma orma-edit)
+install(TARGETS orma orma-edit orma-setup)
 foreach(shape Portrait Square Landscape)
   install(DIRECTORY ${CMAKE_BINARY_DIR}/${ORMA_SKINS}/${shape} DESTINATION ${ORMA_SKINS})
 endforeach()
@@ -10,7 +10,8 @@ install(DIRECTORY ${CMAKE_BINARY_DIR}/share/icons DESTINATION ${CMAKE_INSTALL_DA
 install(FILES assets/icon/orma-edit.svg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 
-install(FILES assets/desktop/orma-edit.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES assets/desktop/orma-edit.desktop assets/desktop/orma-setup.desktop
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES assets/desktop/orma-edit.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
 configure_file(assets/desktop/org.ormaedit.OrmaEdit.metainfo.xml
   ${CMAKE_BINARY_DIR}/org.ormaedit.OrmaEdit.metainfo.xml @ONLY)
@@ -19,6 +20,7 @@ install(FILES ${CMAKE_BINARY_DIR}/org.ormaedit.OrmaEdit.metainfo.xml
 set(completions ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 install(FILES assets/desktop/orma.bash DESTINATION ${completions} RENAME orma)
 install(FILES assets/desktop/orma.bash DESTINATION ${completions} RENAME orma-edit)
+install(FILES assets/desktop/orma.bash DESTINATION ${completions} RENAME orma-setup)
 
 # compressed(SOURCE NAME FOLDER): installs a text as Debian wants it, without a time in the result
 function(compressed source name folder)
@@ -35,6 +37,7 @@ set(docs ${CMAKE_INSTALL_DATADIR}/doc/orma-edit)
 configure_file(assets/desktop/changelog.in ${CMAKE_BINARY_DIR}/install/changelog @ONLY)
 compressed(${CMAKE_SOURCE_DIR}/docs/man/orma.1 orma.1 ${CMAKE_INSTALL_MANDIR}/man1)
 compressed(${CMAKE_SOURCE_DIR}/docs/man/orma-edit.1 orma-edit.1 ${CMAKE_INSTALL_MANDIR}/man1)
+compressed(${CMAKE_SOURCE_DIR}/docs/man/orma-setup.1 orma-setup.1 ${CMAKE_INSTALL_MANDIR}/man1)
 compressed(${CMAKE_SOURCE_DIR}/CHANGELOG.md changelog ${docs})
 compressed(${CMAKE_BINARY_DIR}/install/changelog changelog.Debian ${docs})
 install(FILES assets/desktop/copyright DESTINATION ${docs})

@@ -1,4 +1,4 @@
-# Completion for orma and orma-edit. Commands and options are asked of the programs themselves.
+# Completion for orma, orma-edit and orma-setup. Commands and options are asked of the programs themselves.
 
 # _orma_words PROGRAM [COMMAND...]: what its help names at the begin of a line
 _orma_words() {
@@ -43,3 +43,10 @@ _orma_edit() {
     fi
 }
 complete -o filenames -F _orma_edit orma-edit
+
+_orma_setup() {
+    local words=()
+    mapfile -t words < <(_orma_words "$1")
+    mapfile -t COMPREPLY < <(compgen -W "${words[*]}" -- "${COMP_WORDS[COMP_CWORD]}")
+}
+complete -o filenames -o dirnames -F _orma_setup orma-setup

@@ -8,8 +8,8 @@
 #include "cli/describe.h"
 #include "cli/environment.h"
 #include "cli/output.h"
-#include "cli/settings_import.h"
 #include "platform/posix/console.h"
+#include "settings/settings_json.h"
 
 namespace orma::cli {
 namespace {
@@ -116,15 +116,13 @@ int Set(const Globals& globals, const SettingsOptions& options) {
 int Export(const Globals& globals, const SettingsOptions& options) {
     const std::string path = options.file.empty() ? "" : ToUtf8(CallerPath(options.file));
     const Store store(globals);
-    Json settings = Json::object();
-    for (const Setting& setting : store.Table().All())
-        if (!setting.secret || options.secrets) settings[setting.name] = SettingValue(setting);
+    const std::string settings = ExportSettings(store.Table(), options.secrets);
     if (path.empty()) {
-        Print(settings, true);
+        std::printf("%s\n", settings.c_str());
         return kOk;
     }
     std::ofstream file(path);
-    file << settings.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    file << settings << '\n';
     file.close();
     if (!file) throw std::runtime_error("cannot write " + options.file);
     return kOk;
@@ -135,8 +133,9 @@ int Import(const Globals& globals, const SettingsOptions& options) {
     if (!file) throw std::runtime_error("cannot read " + options.file);
     Store store(globals);
     // Nothing is saved before every value was accepted.
-    const std::set<std::string> names = ImportSettings(file, store.Table());
-    return SaveAndTell(store, names, globals);
+    const SettingsImport import = ImportSettings(file, store.Table());
+    if (!import.refusal.empty()) throw std::runtime_error(import.refusal);
+    return SaveAndTell(store, import.names, globals);
 }
 
 }  // namespace

@@ -9,17 +9,12 @@
 #include "cli/output.h"
 #include "publish/dialogs/current_accounts.h"
 #include "stream/connection_test.h"
-#include "stream/jstream_smtp.h"
 
 namespace orma::cli {
 namespace {
 
 bool MailServerAnswers(Application& app, const SmtpAccount& account) {
-    JStreamsmtp smtp(*app.mail);
-    if (smtp.Open(account) == SmtpOpenResult::kOk) {
-        smtp.Disconnect();
-        return true;
-    }
+    if (TestMailLogIn(account, *app.mail) == SmtpOpenResult::kOk) return true;
     app.report.ShowError(u"No log-in at the mail server.");
     return false;
 }

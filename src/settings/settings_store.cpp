@@ -199,7 +199,6 @@ void SettingsStore::RememberAccounts() {
     knownPlaces_ = {Place0(record_), Place1(record_)};
 }
 
-/// Brings the table up to date with what was edited in the places.
 void SettingsStore::TakeOverPlaces() {
     const std::array<SmtpDestination, 2> places = {Place0(record_), Place1(record_)};
     const std::array<bool, 2> chosen = {HasChosenAccount(record_), false};

@@ -52,6 +52,10 @@ class SettingsStore {
     /// edit of account 0.
     [[nodiscard]] bool SaveConfiguration();
 
+    /// Brings entries 0 and 1 of the mail table up to date with what was edited in their places, as
+    /// saving does: for whoever shows the table after an import.
+    void TakeOverPlaces();
+
     /// Where a file is.
     [[nodiscard]] Text PathOf(SettingsFile file) const;
 
@@ -62,7 +66,6 @@ class SettingsStore {
     void DeriveFields(std::uint32_t version);
     void ApplyUserState();
     void RememberAccounts();
-    void TakeOverPlaces();
 
     FileServices services_;
     SettingsRecord& record_;

@@ -8,4 +8,15 @@ bool TestConnection(int publishMethod, const FtpAccount& account, FtpServices se
     return FtpSession(services, account, manner).IsConnected();
 }
 
+FtpResult TestFtpLogIn(const FtpAccount& account, FtpServices services) {
+    return FtpSession(services, account, {.silent = true}).LastResult();
+}
+
+SmtpOpenResult TestMailLogIn(const SmtpAccount& account, const MailServices& services) {
+    JStreamsmtp smtp(services);
+    const SmtpOpenResult result = smtp.Open(account);
+    if (result == SmtpOpenResult::kOk) smtp.Disconnect();
+    return result;
+}
+
 }  // namespace orma

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "stream/ftp_session.h"
+#include "stream/jstream_smtp.h"
 
 namespace orma {
 
@@ -14,5 +15,13 @@ namespace orma {
                                   FtpServices services,
                                   const std::function<bool()>& mailServerAnswers,
                                   FtpManner manner = {.silent = true});
+
+/// Logs in at an FTP server and out again, without a report: how that went. Blocking, UI thread.
+[[nodiscard]] FtpResult TestFtpLogIn(const FtpAccount& account, FtpServices services);
+
+/// Greets a mail server, logs in where the account says so, and leaves. Blocking, UI
+/// thread.
+[[nodiscard]] SmtpOpenResult TestMailLogIn(const SmtpAccount& account,
+                                           const MailServices& services);
 
 }  // namespace orma

@@ -27,6 +27,9 @@ enum class SmtpOpenResult : int {
     kNoLogIn = 13,  // TLS, and the server lists no log-in that is known here
 };
 
+/// What the user is told of it.
+[[nodiscard]] Text TextOf(SmtpOpenResult result);
+
 /// A mail server and the SMTP dialogue with it (RFC 5321), and the attachment of the one message
 /// under way. Writable (good, open, not reading) while a message takes its attachment. Each reply
 /// is awaited for at most 10 s and is whatever one read yields; a code counts wherever it stands in

@@ -43,12 +43,16 @@ def main():
                   f"the manual does not know {command}")
 
         nowhere = {"DISPLAY": "", "WAYLAND_DISPLAY": "", "QT_QPA_PLATFORM": ""}
-        check("--screenshot" in output(prefix / "bin/orma-edit", "--help", **nowhere),
-              "without a display the window's program does not explain itself")
+        for program in ("orma-edit", "orma-setup"):
+            check("--home" in output(prefix / "bin" / program, "--help", **nowhere),
+                  f"without a display {program} does not explain itself")
         picture = Path(folder, "window.png")
         home = Path(folder, "home")
         output(prefix / "bin/orma-edit", "--home", home, "--audio", f"virtual:in={SPEECH}", "--screenshot",
                picture, QT_QPA_PLATFORM="offscreen")
+        check("--home" in output(prefix / "bin/orma-setup", "--help", QT_QPA_PLATFORM="offscreen"),
+              "the installed set-up program does not run")
+        check((share / "man/man1/orma-setup.1.gz").exists(), "it has no manual")
         check(picture.read_bytes().startswith(b"\x89PNG"), "the installed window shows nothing")
         for shape in ("Portrait", "Square", "Landscape"):
             check((share / f"orma-edit/skin/{shape}/494@2x.bmp").exists(), f"no skin {shape}")

@@ -10,8 +10,8 @@ void Mp2Bitrate::SetMp2Bitrate(std::uint32_t index, ErrorReporter& report) {
     index_ = index;
 }
 
-bool Mp2Bitrate::IsLegalFor(bool stereo) const {
-    const std::uint32_t rate = BitsPerSecond();
+bool Mp2Bitrate::IsLegal(std::uint32_t index, bool stereo) {
+    const std::uint32_t rate = kBitsPerSecond[index];
     if (!stereo) return rate <= 192000;
     return rate >= 64000 && rate != 80000;
 }

@@ -32,7 +32,8 @@ class Mp2Bitrate {
 
     /// False for the pairs that Layer II forbids and the encoder refuses: mono 224 and 256 kbit/s,
     /// stereo 32, 48, 56 and 80 kbit/s (ISO/IEC 11172-3, 2.4.2.3).
-    [[nodiscard]] bool IsLegalFor(bool stereo) const;
+    [[nodiscard]] bool IsLegalFor(bool stereo) const { return IsLegal(index_, stereo); }
+    [[nodiscard]] static bool IsLegal(std::uint32_t index, bool stereo);
 
   private:
     std::uint32_t index_ = 3;

@@ -96,7 +96,7 @@ int TakeLock(const std::string& name, bool& held) {
 
 }  // namespace
 
-LocalInstance::LocalInstance(const Text& programFolder) {
+LocalInstance::LocalInstance(const Text& programFolder, Program program) {
     const std::string folder = RuntimeFolder();
     if (folder.empty()) {
         Trace("instance: no runtime folder, others are not seen");
@@ -105,8 +105,8 @@ LocalInstance::LocalInstance(const Text& programFolder) {
     std::error_code error;
     const auto canonical = std::filesystem::weakly_canonical(ToUtf8(programFolder), error);
     const std::string home = ShortName(error ? ToUtf8(programFolder) : canonical.string());
-    name_ = folder + "orma-edit-" + home;
     setup_ = folder + "orma-edit-setup-" + home;
+    name_ = program == Program::kSetup ? setup_ : folder + "orma-edit-" + home;
 }
 
 LocalInstance::~LocalInstance() {

@@ -18,8 +18,11 @@ namespace orma {
 /// leaves or is destroyed.
 class LocalInstance : public RunningInstance {
   public:
-    /// `programFolder`: where settings and program files lie; it exists.
-    explicit LocalInstance(const Text& programFolder);
+    enum class Program { kEditor, kSetup };
+
+    /// Of one of the two programs. `programFolder`: where settings and program files lie; it
+    /// exists.
+    explicit LocalInstance(const Text& programFolder, Program program = Program::kEditor);
     ~LocalInstance() override;
     LocalInstance(const LocalInstance&) = delete;
     LocalInstance& operator=(const LocalInstance&) = delete;

@@ -1,0 +1,100 @@
+// orma-setup: the window in which Orma Edit is set up.
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QIcon>
+#include <cstdio>
+
+#include "machine/machine.h"
+#include "platform/posix/console.h"
+#include "platform/qt/display.h"
+#include "platform/qt/local_instance.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_message_boxes.h"
+#include "window/dialogs/dialog_look.h"
+#include "window/dialogs/qt_text.h"
+#include "window/setup/setup_window.h"
+
+namespace {
+
+using namespace orma;
+
+constexpr int kFailed = 1;
+constexpr int kUsage = 2;
+
+MachineOptions Parse(const QCoreApplication& application) {
+    const QCommandLineOption home("home", "Program folder with the settings.", "folder");
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Sets up Orma Edit: formats, accounts, options.");
+    parser.addOption(home);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.process(application);
+    MachineOptions options;
+    options.home = QFile::encodeName(parser.value(home)).toStdString();
+    return options;
+}
+
+QStringList Names(const std::vector<WaveDeviceInfo>& devices) {
+    QStringList names;
+    for (const WaveDeviceInfo& device : devices)
+        names.append(ToQt(device.name));
+    return names;
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+    QCoreApplication::setApplicationName("orma-setup");
+    QCoreApplication::setApplicationVersion(ORMA_VERSION);
+    if (!HasDisplay(count, values)) {
+        const QCoreApplication bare(count, values);
+        (void)Parse(bare);  // the help is told all the same
+        std::fputs("orma-setup: there is no display\n", stderr);
+        return kFailed;
+    }
+    QApplication application(count, values);
+    QApplication::setDesktopFileName("orma-setup");
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128})
+        icon.addFile(QString(":/icon/%1.png").arg(size));
+    QApplication::setWindowIcon(icon);
+    InstallDialogLook();
+    // Accounts hold passwords: what is written here is for its owner alone.
+    CreateFilesForOwnerOnly();
+
+    const MachineOptions options = Parse(application);
+    QtEventLoop loop;
+    QtMessageBoxes boxes;
+    Machine machine(loop, boxes);
+    if (std::string error; !machine.Open(options, error)) {
+        std::fprintf(stderr, "orma-setup: %s\n", error.c_str());
+        return kUsage;
+    }
+    LocalInstance running(machine.ProgramFolder(), LocalInstance::Program::kSetup);
+    SetupWindow* open = nullptr;
+    const auto raise = [&] {
+        if (open != nullptr) open->Raise();
+    };
+    const auto close = [&] {
+        if (open != nullptr) open->CloseOnRequest();
+    };
+    if (!running.Open({.raise = raise, .close = close})) {
+        running.Raise();
+        return 0;
+    }
+    LocalInstance editor(machine.ProgramFolder());
+    const Ports ports = machine.MakePorts();
+    ErrorReporter report(boxes, ports.storage);
+    SetupWindow window({.files = {ports.storage, report},
+                        .network = *ports.network,
+                        .programFolder = machine.ProgramFolder(),
+                        .devices = {.inputs = [&] { return Names(machine.Waves().Inputs()); },
+                                    .outputs = [&] { return Names(machine.Waves().Outputs()); },
+                                    .equalizerSets = {}},
+                        .isEditorOpen = [&] { return editor.IsOpen(); }});
+    open = &window;
+    window.show();
+    return QApplication::exec();
+}
