@@ -71,6 +71,8 @@ TEST(MessageBoxes, TheEndOfTheProgramAnswersNo) {
     const MessageBox deletion{.text = u"Delete?", .buttons = BoxButtons::kOkCancel};
     EXPECT_EQ(Answer(deletion, [](QMessageBox&) { QCoreApplication::exit(0); }),
               BoxAnswer::kCancel);
+    QTimer::singleShot(0, [] { QCoreApplication::quit(); });
+    QCoreApplication::exec();  // from here on loops run again
 }
 
 }  // namespace
