@@ -178,7 +178,7 @@ bool IsEnabled(Command command, const MenuState& state) {
         case Command::kPublishClip:
             return idle && (state.recorded || state.imagePublishing || clipEditor);
         case Command::kPublishClipList:
-            return idle && (state.clips || state.imagePublishing);
+            return idle && (state.clips || state.imagePublishing || clipEditor);
         case Command::kClipListToFile:
         case Command::kFastClipList:
             return idle && (state.clips || clipEditor);

@@ -105,7 +105,7 @@ TEST(Menus, CommandsAreEnabledWhenTheyMakeSense) {
         {Command::kPublishClip,
          {&take, &nothing, &noImages, &unselected, &clips},
          {&bare, &capturing, &playing}},
-        {Command::kPublishClipList, {&take, &nothing}, {&bare, &capturing}},
+        {Command::kPublishClipList, {&take, &nothing, &clips}, {&bare, &capturing}},
         {Command::kImage, {&nothing}, {&noImages, &capturing, &playing}},
         {Command::kClipToFile, {&take, &unselected, &clips}, {&nothing, &playing}},
         {Command::kClipListToFile, {&take, &clips}, {&nothing, &playing}},
