@@ -403,6 +403,12 @@ TEST_F(PageTest, MenusFollowTheirDataAndTellCommands) {
     edit->actions()[0]->trigger();
     bar.actions()[0]->menu()->actions()[0]->trigger();
     EXPECT_EQ(log_, "command 40043 command 40020 ");
+
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    edit->actions()[0]->trigger();
+    EXPECT_EQ(log_, "command 40043 command 40020 ") << "no job within a job's dialog";
 }
 
 TEST_F(PageTest, ASubmenuIsMadeAnewByTheChoiceWithinIt) {
