@@ -74,6 +74,9 @@ def main():
             window.menu(PUBLISH, *["Down"] * 4, "Return")  # Clip to File
             published = desk.path("pub_talk.wav")
             wait_for("the publication", published.exists)
+            window.key("F2")
+            window.tool("type", "--window", window.id, "Harbour")
+            time.sleep(1)  # typed, but not confirmed
             window.program.terminate()
             window.wait_end()
         whole = without_ticks(published)
@@ -81,7 +84,7 @@ def main():
         desk.run("publish", project, "--clip", 2, "--to", "file")
         check(whole == without_ticks(published), "the clip was not published whole")
         equal(samples(heard), 2 * take, "what was heard")
-        equal(titles(desk, project), ["talk00", "Mayor"], "the list")
+        equal(titles(desk, project), ["talk00", "Harbour"], "the list")
 
 
 if __name__ == "__main__":
