@@ -150,6 +150,19 @@ void Publish(Shell& shell, std::uint32_t) {
     if (!busy) shell.Refresh();
 }
 
+/// A recording in which nothing is selected is meant whole, as a clip without an end is.
+template <PublishOperation kOperation>
+void PublishClip(Shell& shell, std::uint32_t notification) {
+    CurrentRecording& recording = shell.App().recording;
+    const bool whole = !IsBusy(shell.App()) && recording.length > 0 &&
+                       recording.selectionStart == 0 && recording.selectionEnd == 0;
+    if (whole) recording.selectionEnd = recording.length;
+    Publish<kOperation>(shell, notification);
+    if (!whole) return;
+    recording.selectionEnd = 0;
+    shell.Refresh();
+}
+
 void PublishImage(Shell& shell, std::uint32_t) {
     if (!IsBusy(shell.App())) Publish<&PublishJob::MenuPublishImage>(shell, 0);
 }
@@ -165,7 +178,7 @@ constexpr Row kTable[] = {
     {Command::kClipEditor, Select<ScreenIndex::kClipEditor>},
     {Command::kEditText, EditText},
     {Command::kAbout, Select<ScreenIndex::kAbout>},
-    {Command::kPublishClip, Publish<&PublishJob::MenuPublishClip>},
+    {Command::kPublishClip, PublishClip<&PublishJob::MenuPublishClip>},
     {Command::kExit, Exit},
     {Command::kOpenProject, OpenProject},
     {Command::kNewProject, NewProject},
@@ -182,11 +195,11 @@ constexpr Row kTable[] = {
     {Command::kNone, TraceOnly},
     {Command::kCopyToClipEditor, CopyToClips},
     {Command::kInputOptions, InputOptions},
-    {Command::kClipToFile, Publish<&PublishJob::MenuPublishClipToFile>},
+    {Command::kClipToFile, PublishClip<&PublishJob::MenuPublishClipToFile>},
     {Command::kClipListToFile, Publish<&PublishJob::MenuPublishCliplistToFile>},
     {Command::kImage, PublishImage},
     {Command::kRecord, Record},
-    {Command::kFastClip, Publish<&PublishJob::MenuPublishFastClip>},
+    {Command::kFastClip, PublishClip<&PublishJob::MenuPublishFastClip>},
     {Command::kFastClipList, Publish<&PublishJob::MenuPublishFastCliplist>},
     {Command::kShortcuts, ShowShortcuts},
 };

@@ -172,13 +172,13 @@ bool IsEnabled(Command command, const MenuState& state) {
             return idle && state.selection;
         case Command::kClipToFile:
         case Command::kFastClip:
-            return idle && (state.selection || clipEditor);
+            return idle && (state.recorded || clipEditor);
         case Command::kCopyToClipEditor:
             return idle && state.recorded;
         case Command::kPublishClip:
-            return idle && (state.selection || state.imagePublishing || clipEditor);
+            return idle && (state.recorded || state.imagePublishing || clipEditor);
         case Command::kPublishClipList:
-            return idle && (state.clips || state.imagePublishing);
+            return idle && (state.clips || state.imagePublishing || clipEditor);
         case Command::kClipListToFile:
         case Command::kFastClipList:
             return idle && (state.clips || clipEditor);

@@ -102,6 +102,16 @@ class ClipTree::Delegate : public QStyledItemDelegate {
         tree_.Tell(ListNotification::kTitleTyped);
     }
 
+  protected:
+    /// The menu bar opens without taking the keyboard away, and its commands may replace the clips.
+    bool eventFilter(QObject* editor, QEvent* event) override {
+        if (event->type() == QEvent::FocusOut) {
+            const QWidget* const popup = QApplication::activePopupWidget();
+            if (popup != nullptr && popup->parent() != editor) tree_.EndEditing();
+        }
+        return QStyledItemDelegate::eventFilter(editor, event);
+    }
+
   private:
     [[nodiscard]] static Text TextOf(const QModelIndex& index) {
         return index.data().toString().toStdU16String();
@@ -257,6 +267,15 @@ bool ClipTree::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
     if (!IsClip(index.row()) || (trigger == SelectedClicked && index.column() != 0)) return false;
     if (!mayEdit_(index.row())) return false;
     return QTreeWidget::edit(index.siblingAtColumn(0), trigger, event);
+}
+
+void ClipTree::EndEditing() {
+    if (state() != EditingState) return;
+    for (auto* const editor : viewport()->findChildren<QLineEdit*>()) {
+        if (editor->isHidden()) continue;  // one that is closed already
+        commitData(editor);
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
 }
 
 // One row is always selected whole, whatever keys are held.

@@ -27,6 +27,9 @@ class ClipTree : public QTreeWidget {
     [[nodiscard]] const Text& TypedTitle() const { return typedTitle_; }
     [[nodiscard]] std::int32_t DropRow() const { return dropRow_; }
 
+    /// What was typed so far counts, as with Return.
+    void EndEditing();
+
     /// From now on nothing is told.
     void Silence() { silent_ = true; }
 

@@ -1,5 +1,6 @@
 #include "window/menu_bar_view.h"
 
+#include <QApplication>
 #include <QMenu>
 #include <algorithm>
 
@@ -104,8 +105,10 @@ void MenuBarView::Fill(QMenu& menu, const std::vector<MenuItem>& items) {
         else
             action = new QAction(&menu);
         action->setText(Plain(item.text));
-        QObject::connect(action, &QAction::triggered,
-                         [this, command = item.command] { client_.OnCommand(command); });
+        QObject::connect(action, &QAction::triggered, [this, command = item.command] {
+            // Assistive tools reach the menus past a dialog.
+            if (QApplication::activeModalWidget() == nullptr) client_.OnCommand(command);
+        });
         menu.addAction(action);
     }
 }

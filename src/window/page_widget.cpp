@@ -1,6 +1,7 @@
 #include "window/page_widget.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QGestureEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -122,16 +123,21 @@ bool PageWidget::CanStep(const Win& control) {
            role == ControlRole::kGraph;
 }
 
+/// Assistive tools reach the page past a dialog, unlike pointer and keys.
+bool PageWidget::IsBlocked() const {
+    return heldBack_ || QApplication::activeModalWidget() != nullptr;
+}
+
 void PageWidget::PressControl(Win& control) {
     const auto here = [&] { return std::ranges::count(Controls(), &control) != 0; };
-    if (heldBack_ || !here() || !CanPress(control)) return;
+    if (IsBlocked() || !here() || !CanPress(control)) return;
     control.Press();
     // What it did may have led to another screen, where it must not paint.
     if (here()) control.Release();
 }
 
 void PageWidget::StepControl(Win& control, int steps) {
-    if (!heldBack_ && std::ranges::count(Controls(), &control) != 0 && CanStep(control))
+    if (!IsBlocked() && std::ranges::count(Controls(), &control) != 0 && CanStep(control))
         control.StepBy(steps);
 }
 

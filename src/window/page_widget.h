@@ -58,6 +58,7 @@ class PageWidget : public QWidget {
     bool focusNextPrevChild(bool next) override;
 
   private:
+    [[nodiscard]] bool IsBlocked() const;
     void TellToggles(const Rect& changed);
 
     /// Two fingers have spread to so many times their distance.
@@ -71,7 +72,7 @@ class PageWidget : public QWidget {
     bool pressing_ = false;  // a press is being carried out
     Point place_;            // of the pointer while the button is held
     QRect focus_;
-    bool heldBack_ = false;
+    bool heldBack_ = false;            // a job blocks the event loop
     QPoint turned_;                    // of the wheel, eighths of a degree that are no notch yet
     double spread_ = 0;                // of two fingers, doublings that are no notch yet
     double pinch_ = 1;                 // times that the gesture on a touch screen has spread so far

@@ -25,6 +25,7 @@ void QtClipList::Create(const ClipListLook& look, std::function<bool(std::int32_
 // Maybe from within one of its own events.
 void QtClipList::Destroy() {
     if (!tree_) return;
+    tree_->EndEditing();
     tree_->Silence();
     if (PageWidget* const page = page_()) {
         const bool had = tree_->hasFocus();

@@ -63,12 +63,18 @@ class QtMainWindow::Window : public QMainWindow {
         if (path.empty()) return;
         event->acceptProposedAction();
         QMetaObject::invokeMethod(
-            this, [this, path] { client_.OnDrop(path); }, Qt::QueuedConnection);
+            this,
+            [this, path] {
+                if (QApplication::activeModalWidget() == nullptr) client_.OnDrop(path);
+            },
+            Qt::QueuedConnection);
     }
 
   private:
-    /// One local file that the client takes; empty for anything else.
+    /// One local file that the client takes; empty for anything else, and under a dialog or a box,
+    /// whose owner counts on the project that it began with.
     [[nodiscard]] Text DroppedPath(const QDropEvent& event) const {
+        if (QApplication::activeModalWidget() != nullptr) return {};
         const QList<QUrl> urls = event.mimeData()->urls();
         if (urls.size() != 1 || !urls.front().isLocalFile()) return {};
         const Text path = FromUtf8(QFile::encodeName(urls.front().toLocalFile()).toStdString());

@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
 """The clip list in the window: a clip is renamed and moved by keys, one is added through the file
-dialog, one removed, and the list is played to its end. What was heard and the project are right
-afterwards."""
+dialog, one removed, the list is played to its end, and a whole clip is published. What was heard,
+the project and the published file are right afterwards."""
 
 import time
 
+from delivery import without_ticks
 from orma_e2e import ROOT, Desk, check, equal, fail, samples
 from window_desk import Window, display
 
 SKIN = ROOT / "assets/skin/Portrait"
-VIEW = 207
+PUBLISH, VIEW = 88, 207
 
 
 def titles(desk, project):
@@ -26,7 +27,7 @@ def wait_for(what, condition, seconds=20):
 
 def main():
     with Desk() as desk, display() as screen:
-        desk.run("settings", "set", f"ProjectsFolder={desk.folder}/")
+        desk.run("settings", "set", f"ProjectsFolder={desk.folder}/", "PublishToFile=1")
         project, heard = desk.path("talk.opr"), desk.path("heard.wav")
         desk.record("talk.opr", "--seconds", 2)
         desk.record("talk.opr", "--seconds", 3)
@@ -70,10 +71,20 @@ def main():
             take = samples(desk.path("talk00.wav"))
             wait_for("playing to the end", lambda: heard.stat().st_size >= 44 + 4 * len(take))
             time.sleep(1)
+            window.menu(PUBLISH, *["Down"] * 4, "Return")  # Clip to File
+            published = desk.path("pub_talk.wav")
+            wait_for("the publication", published.exists)
+            window.key("F2")
+            window.tool("type", "--window", window.id, "Harbour")
+            time.sleep(1)  # typed, but not confirmed
             window.program.terminate()
             window.wait_end()
+        whole = without_ticks(published)
+        published.unlink()
+        desk.run("publish", project, "--clip", 2, "--to", "file")
+        check(whole == without_ticks(published), "the clip was not published whole")
         equal(samples(heard), 2 * take, "what was heard")
-        equal(titles(desk, project), ["talk00", "Mayor"], "the list")
+        equal(titles(desk, project), ["talk00", "Harbour"], "the list")
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 #include "shell/job_screen.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "shell/shell_desk.h"
@@ -55,10 +56,30 @@ TEST(JobScreen, TheProgressScreenIsCurrentWhileAJobSendsAndThenTheOneBefore) {
     EXPECT_TRUE(desk.Item(Command::kExit).enabled);
 
     desk.log.clear();
-    desk.app.recording.selectionEnd = 0;
+    desk.app.recording.selectionStart = 30;
     EXPECT_TRUE(desk.Run(Command::kClipToFile));
     EXPECT_EQ(desk.log, Log{"refreshed 1"}) << "refused before anything is sent";
     EXPECT_EQ(desk.boxes.Texts(), std::vector<Text>{u"Nothing recorded or selected"});
+}
+
+TEST(JobScreen, ARecordingWithoutASelectionIsPublishedWhole) {
+    JobDesk desk;
+    const auto published = [&] {
+        EXPECT_TRUE(desk.Run(Command::kClipToFile));
+        std::uint64_t bytes = 0;
+        std::unique_ptr<StorageFile> file;
+        EXPECT_EQ(desk.storage.Open(desk.folder.Path(u"pub_city.wav"), {}, file), 0);
+        EXPECT_EQ(file->Size(bytes), 0);
+        return bytes;
+    };
+    const CurrentRecording& recording = desk.app.recording;
+    desk.app.recording.selectionEnd = recording.length;
+    const std::uint64_t whole = published();
+    desk.app.recording.selectionEnd = 0;
+    EXPECT_TRUE(desk.Item(Command::kPublishClip).enabled);
+    EXPECT_EQ(published(), whole);
+    EXPECT_EQ(recording.selectionEnd, 0U);
+    EXPECT_THAT(desk.boxes.Texts(), testing::IsEmpty());
 }
 
 TEST(JobScreen, ACancelledJobComesBackToo) {

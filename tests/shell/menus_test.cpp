@@ -77,6 +77,10 @@ TEST(Menus, CommandsAreEnabledWhenTheyMakeSense) {
     const MenuState playing = with([](MenuState& s) { s.playing = true; });
     const MenuState recorder = with([](MenuState& s) { s.screen = ScreenIndex::kRecorder; });
     const MenuState job = with([](MenuState& s) { s.screen = ScreenIndex::kProgress; });
+    const MenuState unselected = with([](MenuState& s) {
+        s.selection = false;
+        s.imagePublishing = false;
+    });
     const MenuState noImages = with([](MenuState& s) { s.imagePublishing = false; });
     const MenuState bare{.imagePublishing = false};
     const MenuState clips{.screen = ScreenIndex::kClipEditor, .imagePublishing = false};
@@ -96,14 +100,14 @@ TEST(Menus, CommandsAreEnabledWhenTheyMakeSense) {
         {Command::kOpenProject, {&nothing, &take}, {&capturing, &playing, &job}},
         {Command::kNewProject, {&nothing}, {&capturing, &playing}},
         {Command::kDelete, {&nothing}, {&capturing, &playing}},
-        {Command::kSaveSelection, {&take}, {&nothing, &capturing, &playing}},
+        {Command::kSaveSelection, {&take}, {&nothing, &unselected, &capturing, &playing}},
         {Command::kCopyToClipEditor, {&take, &recorder}, {&nothing, &capturing, &playing}},
         {Command::kPublishClip,
-         {&take, &nothing, &noImages, &clips},
+         {&take, &nothing, &noImages, &unselected, &clips},
          {&bare, &capturing, &playing}},
-        {Command::kPublishClipList, {&take, &nothing}, {&bare, &capturing}},
+        {Command::kPublishClipList, {&take, &nothing, &clips}, {&bare, &capturing}},
         {Command::kImage, {&nothing}, {&noImages, &capturing, &playing}},
-        {Command::kClipToFile, {&take, &clips}, {&nothing, &playing}},
+        {Command::kClipToFile, {&take, &unselected, &clips}, {&nothing, &playing}},
         {Command::kClipListToFile, {&take, &clips}, {&nothing, &playing}},
         {Command::kFastClip, {&take, &clips}, {&nothing, &capturing}},
         {Command::kFastClipList, {&take, &clips}, {&nothing, &capturing}},

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <string>
@@ -176,6 +177,26 @@ TEST_F(ClipTreeTest, ATitleIsTypedInPlaceEscapeForgetsItAndItMayBeRefused) {
     tree_.Mark(3);
     Key(Qt::Key_F2);
     EXPECT_EQ(Editor(), nullptr) << "the total";
+}
+
+TEST_F(ClipTreeTest, ATitleThatIsBeingTypedCountsBeforeACommandOfTheMenuDoes) {
+    QMenu menu(&page_);
+    menu.addAction("Editor");
+    Key(Qt::Key_F2);
+    Editor()->setText("Mayor");
+    menu.popup(page_.mapToGlobal(QPoint()));
+    EXPECT_EQ(Told(), "3:1 ");
+    EXPECT_EQ(tree_.TypedTitle(), u"Mayor");
+    EXPECT_EQ(Editor(), nullptr) << "it would rename what stands in its row then";
+    menu.close();
+
+    Key(Qt::Key_F2);
+    QMenu own(Editor());  // Cut, Copy, Paste
+    own.addAction("Paste");
+    own.popup(page_.mapToGlobal(QPoint()));
+    EXPECT_NE(Editor(), nullptr);
+    own.close();
+    EXPECT_EQ(Told(), "");
 }
 
 TEST_F(ClipTreeTest, AClipIsDraggedToWhereTheLineShows) {

@@ -67,10 +67,22 @@ TEST(MessageBoxes, OnlyTheFirstButtonSaysYes) {
     EXPECT_EQ(Answer({.text = u"", .title = u"Error"}, Escape), BoxAnswer::kOk);
 }
 
+TEST(MessageBoxes, NobodyIsToldToWaitWhereTheUserIsAsked) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    (void)Answer({.text = u"Delete?", .buttons = BoxButtons::kOkCancel}, [](QMessageBox& box) {
+        EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
+        box.close();
+    });
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    QApplication::restoreOverrideCursor();
+}
+
 TEST(MessageBoxes, TheEndOfTheProgramAnswersNo) {
     const MessageBox deletion{.text = u"Delete?", .buttons = BoxButtons::kOkCancel};
     EXPECT_EQ(Answer(deletion, [](QMessageBox&) { QCoreApplication::exit(0); }),
               BoxAnswer::kCancel);
+    QTimer::singleShot(0, [] { QCoreApplication::quit(); });
+    QCoreApplication::exec();  // from here on loops run again
 }
 
 }  // namespace

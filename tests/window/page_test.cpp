@@ -309,6 +309,13 @@ TEST_F(PageTest, EveryControlWithALabelIsSeenByHelpersOfTheDesktop) {
     child(2)->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
     child(3)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(log_, "press release step-1 ");
+
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    child(2)->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    EXPECT_EQ(log_, "press release step-1 ") << "a take must not begin behind a dialog";
 }
 
 TEST_F(PageTest, AControlThatIsGoneIsInvalidAndTakesNothing) {
@@ -396,6 +403,12 @@ TEST_F(PageTest, MenusFollowTheirDataAndTellCommands) {
     edit->actions()[0]->trigger();
     bar.actions()[0]->menu()->actions()[0]->trigger();
     EXPECT_EQ(log_, "command 40043 command 40020 ");
+
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    edit->actions()[0]->trigger();
+    EXPECT_EQ(log_, "command 40043 command 40020 ") << "no job within a job's dialog";
 }
 
 TEST_F(PageTest, ASubmenuIsMadeAnewByTheChoiceWithinIt) {
@@ -455,6 +468,12 @@ TEST_F(PageTest, OneFileOfOursIsTakenFromTheDesktop) {
     EXPECT_FALSE(drop({QUrl::fromLocalFile("/a/b.txt")}));
     EXPECT_FALSE(drop({QUrl::fromLocalFile("/a/b.opr"), QUrl::fromLocalFile("/a/c.opr")}));
     EXPECT_EQ(log_, "");
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    EXPECT_FALSE(drop({QUrl::fromLocalFile("/a/b.opr")})) << "what it asks is about this project";
+    EXPECT_EQ(log_, "");
+    dialog.hide();
     EXPECT_TRUE(drop({QUrl::fromLocalFile("/a/b c.opr")}));
     EXPECT_EQ(log_, "drop /a/b c.opr ");
 }

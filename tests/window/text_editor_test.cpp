@@ -1,7 +1,10 @@
 #include <QApplication>
+#include <QDragEnterEvent>
 #include <QElapsedTimer>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QTextCursor>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -67,6 +70,21 @@ TEST_F(TextEditorTest, EscapeClosesAndATextThatNobodyTouchedStaysAsItIs) {
     Type("new ");
     editor.Close();
     EXPECT_EQ(app->project.ProjectText(), u"new bare\nends");
+}
+
+TEST_F(TextEditorTest, ADraggedFileIsLeftToTheWindowAndAWordIsTaken) {
+    editor.Open();
+    const auto takes = [&](const QMimeData& data) {
+        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(Sheet()->viewport(), &enter);
+        return enter.isAccepted();
+    };
+    QMimeData data;
+    data.setText("file:///takes/a.opr");  // as file managers tell it besides
+    EXPECT_TRUE(takes(data));
+    data.setUrls({QUrl::fromLocalFile("/takes/a.opr")});
+    EXPECT_FALSE(takes(data));
 }
 
 TEST_F(TextEditorTest, WhatWasTypedOutlivesACrash) {

@@ -40,6 +40,22 @@ std::pair<Choice, Choice> ChoicesOf(BoxButtons buttons) {
     return {ok, ok};
 }
 
+/// A box waits for the user, whatever the operation that shows it makes the user wait for.
+class Arrow {
+  public:
+    Arrow() {
+        if (waiting_) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~Arrow() {
+        if (waiting_) QApplication::restoreOverrideCursor();
+    }
+    Arrow(const Arrow&) = delete;
+    Arrow& operator=(const Arrow&) = delete;
+
+  private:
+    bool waiting_ = QApplication::overrideCursor() != nullptr;
+};
+
 }  // namespace
 
 BoxAnswer QtMessageBoxes::Show(const MessageBox& box) {
@@ -50,6 +66,7 @@ BoxAnswer QtMessageBoxes::Show(const MessageBox& box) {
     window.setTextFormat(Qt::PlainText);  // texts quote file names and servers
     window.setDefaultButton(box.secondIsDefault ? second.button : first.button);
     window.setEscapeButton(second.button);
+    const Arrow arrow;
     return window.exec() == first.button ? first.answer : second.answer;
 }
 

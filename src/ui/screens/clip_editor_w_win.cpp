@@ -15,7 +15,7 @@ constexpr int kLeastWidth = 20;  // of a column, design pixels
 
 void ClipEditorWWin::RightDown(Point /*at*/) {
     s_.project.Readers().files.report.Boxes().Show(
-        {.text = u"rbutton clip editor", .title = u"text"});
+        {.text = u"rbutton clip editor", .title = u"text", .icon = BoxIcon::kInformation});
 }
 
 void ClipEditorWWin::OnListNotification(std::uint32_t code) {

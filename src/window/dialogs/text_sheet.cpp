@@ -1,7 +1,10 @@
 #include "window/dialogs/text_sheet.h"
 
+#include <QDragEnterEvent>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QMimeData>
+#include <QUrl>
 
 #include "window/dialogs/dialog_look.h"
 #include "window/dialogs/qt_text.h"
@@ -46,6 +49,13 @@ void TextSheet::Cover() {
 bool TextSheet::eventFilter(QObject* watched, QEvent* event) {
     if (watched == parentWidget() && event->type() == QEvent::Resize) Cover();
     return QPlainTextEdit::eventFilter(watched, event);
+}
+
+void TextSheet::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls() && event->mimeData()->urls().front().isLocalFile())
+        event->ignore();
+    else
+        QPlainTextEdit::dragEnterEvent(event);
 }
 
 void TextSheet::keyPressEvent(QKeyEvent* event) {

@@ -20,6 +20,9 @@ class TextSheet : public QPlainTextEdit {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+
+    /// Files are the window's: it opens those that are its own. Texts are taken.
+    void dragEnterEvent(QDragEnterEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

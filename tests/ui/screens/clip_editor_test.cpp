@@ -336,6 +336,7 @@ TEST_F(ClipDesk, TheRightButtonShowsItsBox) {
     screen->RightDown({10, 10});
     ASSERT_EQ(boxes.shown.size(), 1U);
     EXPECT_EQ(boxes.shown[0].text, u"rbutton clip editor");
+    EXPECT_NE(boxes.shown[0].icon, BoxIcon::kError);
     EXPECT_EQ(boxes.shown[0].title, u"text");
 }
 
