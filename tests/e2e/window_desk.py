@@ -143,9 +143,9 @@ class Window:
                   "click", 1)
         time.sleep(0.7)
 
-    def picture(self, path):
-        """What the display shows of the window, as a PNG file."""
-        x, y, width, height = self.geometry()
+    def picture(self, path, window=None):
+        """What the display shows of the window, or of a dialog of it, as a PNG file."""
+        x, y, width, height = self.geometry(window)
         tool("ffmpeg", "-y", "-v", "error", "-f", "x11grab", "-draw_mouse", "0", "-video_size",
              f"{width}x{height}", "-i", f"{self.environment['DISPLAY']}+{x},{y}", "-frames:v", "1",
              "-pred", "mixed", "-compression_level", "100", path)
