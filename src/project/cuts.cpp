@@ -67,10 +67,7 @@ std::optional<std::size_t> AddCut(Project& project, std::uint32_t begin, std::ui
     // What stood from here on has moved up.
     if (recording.currentCut >= 0 && static_cast<std::size_t>(recording.currentCut) >= index)
         ++recording.currentCut;
-    UndoRecord& undo = recording.undo;
-    const bool edge =
-        undo.kind == UndoRecord::kCutBeginChanged || undo.kind == UndoRecord::kCutEndChanged;
-    if (edge && undo.index >= index) ++undo.index;
+    recording.undo = {.kind = UndoRecord::kCutMade, .index = index, .cut = {}};
     RefreshClipLength(project);
     return index;
 }

@@ -66,6 +66,8 @@ bool UndoEdit(Project& project) {
     const FileServices files = project.Readers().files;
     CurrentRecording& recording = project.Recording();
     UndoRecord undo = recording.undo;
+    // Its deletion makes a record of its own: to take that back is to cut again.
+    if (undo.kind == UndoRecord::kCutMade) return DeleteCut(project, undo.index);
     bool done = false;
     if (undo.kind == UndoRecord::kMarkDeleted)
         done = InsertMark(files, recording, undo.value);

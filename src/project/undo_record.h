@@ -7,9 +7,10 @@
 
 namespace orma {
 
-/// The one deletion or edge change that can be taken back. Positions in buffer periods.
+/// The one new cut, deletion or edge change that can be taken back. Positions in buffer periods.
 struct UndoRecord {
     static constexpr std::uint32_t kMarkDeleted = 1;
+    static constexpr std::uint32_t kCutMade = 2;
     static constexpr std::uint32_t kCutDeleted = 10;
     static constexpr std::uint32_t kCutBeginChanged = 11;
     static constexpr std::uint32_t kCutEndChanged = 12;

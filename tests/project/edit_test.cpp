@@ -108,21 +108,36 @@ TEST_F(EditTest, ANewCutIsASecondLongOrEmptyAndStaysInTheRecording) {
     EXPECT_TRUE(CutEnd(project, false));
     EXPECT_EQ(StoredCuts(), (Cuts{{0, 2, 0}, {50, 50, 0}, {90, 100, 0}}));
     EXPECT_EQ(ClipLength(), 88U);
-    EXPECT_FALSE(CanUndo(project));
+}
+
+TEST_F(EditTest, ANewCutIsTakenBackWithTheLengthItWasGiven) {
+    SetCut(1, 2);
+    recording.currentCut = -1;
+    recording.cursor = 50;
+    EXPECT_TRUE(CutBegin(project, false));
+    recording.currentCut = 1;
+    recording.cursor = 60;
+    EXPECT_TRUE(CutEnd(project, false));
+    EXPECT_TRUE(UndoEdit(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}}));
+    EXPECT_EQ(ClipLength(), 99U);
+    EXPECT_TRUE(UndoEdit(project));  // once more: cut again
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {50, 60, 0}}));
+    EXPECT_TRUE(RedoEdit(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}}));
 }
 
 TEST_F(EditTest, AnEdgeMovesToTheCursorAndBack) {
     SetCut(20, 60);
     recording.cursor = 60;  // not in front of the end
     EXPECT_TRUE(CutBegin(project, true));
-    EXPECT_FALSE(CanUndo(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{20, 60, 0}}));
+    ASSERT_TRUE(AddCut(project, 1, 2));  // the current cut is the second one now
+    EXPECT_EQ(recording.currentCut, 1);
     recording.cursor = 30;
     EXPECT_TRUE(CutBegin(project, true));
-    EXPECT_EQ(StoredCuts(), (Cuts{{30, 60, 0}}));
-    EXPECT_EQ(ClipLength(), 70U);
-    ASSERT_TRUE(AddCut(project, 1, 2));  // the moved cut is the second one now
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {30, 60, 0}}));
     EXPECT_EQ(ClipLength(), 69U);
-    EXPECT_EQ(recording.currentCut, 1);
     EXPECT_TRUE(UndoEdit(project));
     EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {20, 60, 0}}));
     EXPECT_EQ(ClipLength(), 59U);
