@@ -10,7 +10,7 @@ namespace orma {
 namespace {
 
 constexpr const char* kName = "shortcuts";
-constexpr QSize kSize{540, 680};
+constexpr QSize kSize{600, 680};
 constexpr int kGap = 8;  // between the window and the list beside it
 
 QString Shown(const Text& text) {
