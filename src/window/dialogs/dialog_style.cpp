@@ -73,4 +73,10 @@ QIcon DialogStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,
     }
 }
 
+int DialogStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                           QStyleHintReturn* data) const {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
 }  // namespace orma
