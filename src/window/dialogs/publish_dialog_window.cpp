@@ -161,6 +161,7 @@ QWidget* PublishDialogWindow::MakeImages() {
 QPushButton* PublishDialogWindow::MakeButton(const DialogControl& control,
                                              void (PublishDialogWindow::*clicked)()) {
     auto* button = new QPushButton(ToQt(control.label));
+    button->setAutoDefault(false);  // the Enter key is Start's, whichever was pressed last
     connect(button, &QPushButton::clicked, this, clicked);
     return button;
 }
