@@ -201,7 +201,8 @@ TEST_P(LiveWriters, AQueueThatASlowLineEmptiesTakesUpMoreAtOnce) {
     std::uint32_t fed = 0;
     while (narrow.BytesWaiting() < 140'000 && fed < 160)
         fed += Feed(writer, 1, fed);
-    line.room = 80'000;
+    // Enough for a full piece behind the first one, which is as long as the thread was slow.
+    line.room = 110'000;
     for (int ms = 0; ms < 2000 && narrow.BytesWaiting() > 100'000; ++ms)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     fed += Feed(writer, 40, fed);
