@@ -41,6 +41,7 @@ class Page : public PageClient {
     void LeftDown(Point) override {}
     void LeftUp(Point) override {}
     void Moved(Point) override {}
+    void Wheel(Point, int, bool) override {}
     void RightDown(Point) override {}
     void RightUp(Point) override {}
     void KeyDown(Key, bool) override {}
