@@ -73,10 +73,9 @@ QImage ImageOf(const Picture& picture) {
     return image;
 }
 
-std::string CompareWithGolden(const std::string& name, const Picture& picture) {
+std::string CompareWithGolden(const std::string& name, const QImage& shown) {
     const QString file = QString::fromStdString(name) + ".png";
     const QString golden = QStringLiteral(ORMA_GOLDEN_FOLDER "/") + file;
-    const QImage shown = ImageOf(picture);
     if (qgetenv("ORMA_GOLDEN") == "update") {
         const QImage small = Small(shown);
         const QImage before = QImage(golden).convertToFormat(QImage::Format_RGB32);

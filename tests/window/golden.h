@@ -30,6 +30,6 @@ struct Difference {
 /// Holds a picture against the file of that name in tests/golden. Nothing is wrong with an empty
 /// answer; else it tells what is, and names the files in the build folder that show it. With
 /// ORMA_GOLDEN=update in the environment it writes the file instead.
-[[nodiscard]] std::string CompareWithGolden(const std::string& name, const Picture& picture);
+[[nodiscard]] std::string CompareWithGolden(const std::string& name, const QImage& shown);
 
 }  // namespace orma::test

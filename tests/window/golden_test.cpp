@@ -148,9 +148,9 @@ TEST_P(GoldenTest, EveryScreenLooksAsItDid) {
         Stage stage(GetParam().client);
         shot.play(stage);
         const std::string name = std::string(GetParam().name) + "/" + shot.name;
-        const std::string wrong = CompareWithGolden(name, stage.Frame());
-        EXPECT_TRUE(wrong.empty()) << wrong;
         const QImage shown = ImageOf(stage.Frame());
+        const std::string wrong = CompareWithGolden(name, shown);
+        EXPECT_TRUE(wrong.empty()) << wrong;
         const Difference all = Compare(shown, ImageOf(stage.WholeFrame()));
         EXPECT_EQ(all.pixels, 0) << "painted anew it looks different";
     }

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "window/dialogs/dialog_look.h"
+
 namespace orma::test {
 namespace {
 
@@ -13,6 +15,7 @@ class Offscreen : public testing::Environment {
     void SetUp() override {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         app_ = std::make_unique<QApplication>(count_, arguments_);
+        InstallDialogLook();
     }
     void TearDown() override { app_.reset(); }
 
