@@ -17,7 +17,7 @@ EDIT = os.environ.get("ORMA_EDIT", str(Path(ORMA).with_name("orma-edit")))
 def display(width=1280, height=1024):
     """An X server of our own; yields the environment for programs on it."""
     read, write = os.pipe()
-    server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0",
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-noreset", "-screen", "0",
                                f"{width}x{height}x24", "-nolisten", "tcp"],
                               pass_fds=[write], stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL)
