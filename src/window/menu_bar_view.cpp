@@ -1,6 +1,8 @@
 #include "window/menu_bar_view.h"
 
 #include <QApplication>
+#include <QFontInfo>
+#include <QMainWindow>
 #include <QMenu>
 #include <algorithm>
 
@@ -10,6 +12,8 @@ namespace orma {
 namespace {
 
 using Items = std::vector<MenuItem>;
+
+constexpr int kLeastHeight = 10;  // of letters, pixels
 
 /// The same lines, which may be grey or ticked differently.
 bool HasSameLines(const Items& a, const Items& b) {
@@ -62,6 +66,20 @@ void MenuBarView::Show(const MenuBar& bar) {
         ShowMenu(i, bar.menus[i]);
     for (std::size_t i = 0; i < menus_.size(); ++i)
         menus_[i]->menuAction()->setVisible(i < bar.menus.size());
+    Fit();
+}
+
+/// In the narrowest window smaller letters keep the last menu from being hidden behind a mark.
+void MenuBarView::Fit() {
+    const auto* const window = qobject_cast<QMainWindow*>(bar_.window());
+    if (window == nullptr || window->centralWidget() == nullptr) return;  // nothing to fit into
+    const int room = window->centralWidget()->width();
+    QFont font = bar_.font();
+    int height = QFontInfo(font).pixelSize();
+    while (height > kLeastHeight && bar_.sizeHint().width() > room) {
+        font.setPixelSize(--height);
+        bar_.setFont(font);
+    }
 }
 
 void MenuBarView::Append() {

@@ -21,6 +21,7 @@ class MenuBarView {
 
   private:
     void Append();
+    void Fit();
     void ShowMenu(std::size_t place, const Menu& menu);
     void Fill(QMenu& menu, const std::vector<MenuItem>& items);
 
