@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
-#include <QIcon>
 #include <cstdio>
 
 #include "platform/qt/display.h"
@@ -60,14 +59,6 @@ Arguments Parse(const QCoreApplication& application) {
     return arguments;
 }
 
-/// What the window bears on the desktop. Wayland takes it from the desktop entry instead.
-QIcon Icon() {
-    QIcon icon;
-    for (const int size : {16, 32, 48, 128})
-        icon.addFile(QString(":/icon/%1.png").arg(size));
-    return icon;
-}
-
 }  // namespace
 
 int main(int count, char** values) {
@@ -82,7 +73,6 @@ int main(int count, char** values) {
     }
     QApplication application(count, values);
     QApplication::setDesktopFileName("orma-edit");
-    QApplication::setWindowIcon(Icon());
     QApplication::setQuitOnLastWindowClosed(false);
     InstallAccessiblePage();
     InstallDialogLook();

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QIcon>
 #include <QPalette>
 #include <QScreen>
 #include <QWidget>
@@ -50,6 +51,14 @@ QPushButton:pressed { background: #ff6f0f; color: #211f1b; border-color: #b04400
 QPushButton:disabled { background: #ece7db; color: #a09888; border-color: #c8c0ae; }
 )";
 
+/// Of the program that is linked with it; Wayland takes it from the desktop entry instead.
+QIcon CarriedIcon() {
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128})
+        icon.addFile(QStringLiteral(":/icon/%1.png").arg(size));
+    return icon;
+}
+
 }  // namespace
 
 void InstallDialogLook() {
@@ -60,6 +69,7 @@ void InstallDialogLook() {
     QApplication::setFont(font);
     QApplication::setPalette(CasePalette());
     qApp->setStyleSheet(QString::fromLatin1(kKeys));
+    QApplication::setWindowIcon(CarriedIcon());
 }
 
 void FitToDisplay(QWidget& dialog) {

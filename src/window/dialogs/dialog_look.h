@@ -25,7 +25,8 @@ inline const QColor kPanelLegend{168, 158, 136};
 }  // namespace look
 
 /// Gives everything that this process shows besides the page the page's look: boxes, file dialogs,
-/// menus and the program's own dialogs are then of one hand. Once, behind the application object.
+/// menus and the program's own dialogs are then of one hand, and windows bear the icon that the
+/// program carries. Once, behind the application object.
 void InstallDialogLook();
 
 /// Makes a dialog as large as it likes to be, or as the display lets it.

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
-#include <QIcon>
 #include <cstdio>
 
 #include "machine/machine.h"
@@ -56,10 +55,6 @@ int main(int count, char** values) {
     }
     QApplication application(count, values);
     QApplication::setDesktopFileName("orma-setup");
-    QIcon icon;
-    for (const int size : {16, 32, 48, 128})
-        icon.addFile(QString(":/icon/%1.png").arg(size));
-    QApplication::setWindowIcon(icon);
     InstallDialogLook();
     // Accounts hold passwords: what is written here is for its owner alone.
     CreateFilesForOwnerOnly();
