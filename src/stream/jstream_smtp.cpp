@@ -296,7 +296,11 @@ int JStreamsmtp::StartMessage(const MailMessage& message) {
     }
     Trace("smtp: data OK");
     mime_.Start(message);
-    if (!socket_.Has(kGood)) return Fail();
+    if (!socket_.Has(kGood)) {  // the link broke within the head: nobody else would tell
+        Trace("smtp: head ERROR");
+        ShowError(u"message not accepted");
+        return Fail();
+    }
     status |= kGood | kOpen;
     return 0;
 }

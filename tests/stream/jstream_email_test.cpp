@@ -37,6 +37,7 @@ struct JStreamEmailTest : testing::Test {
         if (!Open()) return false;
         for (const char* piece : {"f", "oo", "ba"})
             mail.Write(piece, static_cast<std::uint32_t>(std::strlen(piece)));
+        writerSawIt = !mail.Has(JStream::kGood);
         return mail.CloseMail();
     }
     void AskForLogIn() {
@@ -58,6 +59,7 @@ struct JStreamEmailTest : testing::Test {
     MailDelivery delivery{.account = {.server = u"mail.x.org"}};
     MailMessage message{u"desk@x.org", u"Talk", u"me@x.org", "Body\r\n..two", u"talk.wav"};
     JStreamEMAIL mail{desk.mail};
+    bool writerSawIt = false;  // the attachment broke off: then it is the job that tells
 };
 
 TEST_F(JStreamEmailTest, SpeaksPlainSmtpToTheByte) {
@@ -92,7 +94,11 @@ TEST_F(JStreamEmailTest, ClaimsNothingWhenTheServerGoesAtAnyStep) {
         desk.tcp.replies = kPlainServer;
         desk.tcp.sends.clear();
         desk.tcp.failingSend = sends;
+        desk.boxes.shown.clear();
+        writerSawIt = false;
         EXPECT_EQ(Send(), sends == beforeQuit) << sends;
+        const bool isTold = !desk.boxes.shown.empty() || writerSawIt;
+        EXPECT_EQ(isTold, sends != beforeQuit) << sends;
     }
 }
 
