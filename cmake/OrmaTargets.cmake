@@ -7,14 +7,20 @@ if(ORMA_WARNINGS_AS_ERRORS)
 endif()
 target_include_directories(orma_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
-# orma_library(NAME [USES target...]): a static library of every .cpp file in the calling folder.
-# A folder of headers alone becomes an interface library.
+set(ORMA_SMALL_CODE "" CACHE STRING "Options for code that no sample and no pixel passes through")
+
+# orma_library(NAME [SMALL] [USES target...]): a static library of every .cpp file in the calling
+# folder; SMALL where size counts more than speed. A folder of headers alone becomes an interface
+# library.
 function(orma_library name)
-  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  cmake_parse_arguments(ARG "SMALL" "" "USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   if(sources)
     add_library(${name} STATIC ${sources})
     target_link_libraries(${name} PUBLIC orma_flags ${ARG_USES})
+    if(ARG_SMALL)
+      target_compile_options(${name} PRIVATE ${ORMA_SMALL_CODE})
+    endif()
   else()
     add_library(${name} INTERFACE)
     target_link_libraries(${name} INTERFACE orma_flags ${ARG_USES})
