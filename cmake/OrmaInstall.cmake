@@ -3,6 +3,7 @@
 include(GNUInstallDirs)
 
 install(TARGETS orma orma-edit orma-setup)
+install(TARGETS orma_network LIBRARY DESTINATION lib/orma-edit)
 foreach(shape Portrait Square Landscape)
   install(DIRECTORY ${CMAKE_BINARY_DIR}/${ORMA_SKINS}/${shape} DESTINATION ${ORMA_SKINS})
 endforeach()

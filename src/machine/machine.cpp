@@ -49,7 +49,7 @@ Ports Machine::MakePorts(MessageBoxes& boxes) {
             .spdif = hardware_.card.get(),
             .desktop = &desktop_,
             .network = &network_,
-            .liveFtp = &liveFtp_};
+            .liveFtp = &loaded_.LiveFtp()};
 }
 
 }  // namespace orma

@@ -5,10 +5,8 @@
 
 #include "app/application.h"
 #include "machine/hardware.h"
+#include "machine/loaded_network.h"
 #include "machine/machine_options.h"
-#include "platform/curl/curl_ftp_clients.h"
-#include "platform/openssl/openssl_keyed_hash.h"
-#include "platform/openssl/openssl_tls.h"
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_storage.h"
 #include "platform/posix/posix_tcp.h"
@@ -45,23 +43,16 @@ class Machine {
     [[nodiscard]] WaveSystem& Waves() { return *hardware_.waves; }
 
   private:
-    /// A recording goes on through stalls of at least a minute; its queue holds two.
-    static constexpr FtpLimits kLiveLimits{
-        .connectMs = 90'000, .replyMs = 120'000, .stallMs = 120'000};
-
     EventLoop& loop_;
     MessageBoxes& boxes_;
     PosixStorage storage_;
     PosixClock clock_;
     ShellCommands desktop_;
     Hardware hardware_;
-    CurlFtpClients ftp_;
+    LoadedNetwork loaded_;
     PosixTcpConnections tcp_;
-    OpensslTlsConnections tls_;
-    OpensslKeyedHash hash_;
     XdgMailOutbox outbox_;
-    NetworkPorts network_{ftp_, tcp_, tls_, hash_, outbox_};
-    CurlFtpClients liveFtp_{kLiveLimits};
+    NetworkPorts network_{loaded_.Ftp(), tcp_, loaded_.Tls(), loaded_.Hash(), outbox_};
     Text folder_;
     std::FILE* trace_ = nullptr;
 };

@@ -6,6 +6,7 @@ import gzip
 import os
 import re
 import shutil
+import socket
 import subprocess
 import tempfile
 from pathlib import Path
@@ -26,6 +27,24 @@ def commands_of(program):
     part = text.partition("Subcommands:\n")
     commands = re.findall(r"^  ([a-z][a-z-]*) ", part[2], re.MULTILINE)
     return [*commands, *re.findall(r"--[a-z-]+", part[0])]
+
+
+def network_is_beside_the_program(prefix, home):
+    """The installed program loads what talks to servers; without it that alone is missing."""
+    def told():
+        done = subprocess.run([prefix / "bin/orma", "--home", home, "test-connection"], text=True,
+                              timeout=60, capture_output=True)
+        equal(done.returncode, 1, f"nobody listens there: {done.stdout}{done.stderr}")
+        return done.stdout + done.stderr
+
+    with socket.socket() as nobody:
+        nobody.bind(("127.0.0.1", 0))
+        server = "127.0.0.1:%d" % nobody.getsockname()[1]
+        output(prefix / "bin/orma", "--home", home, "settings", "set", f"FtpServer={server}")
+        whole = told()
+        check("connect" in whole and "library" not in whole, f"not asked: {whole}")
+        (prefix / "lib/orma-edit/network.so").unlink()
+        check("shared library" in told(), f"the reason is not told: {told()}")
 
 
 def main():
@@ -54,6 +73,7 @@ def main():
               "the installed set-up program does not run")
         check((share / "man/man1/orma-setup.1.gz").exists(), "it has no manual")
         check(picture.read_bytes().startswith(b"\x89PNG"), "the installed window shows nothing")
+        network_is_beside_the_program(prefix, home)
         for shape in ("Portrait", "Square", "Landscape"):
             check((share / f"orma-edit/skin/{shape}/494@2x.bmp").exists(), f"no skin {shape}")
         sizes = {icon.parent.parent.name for icon in share.glob("icons/hicolor/*/apps/orma-edit.*")}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/ftp_client.h"
+#include "platform/keyed_hash.h"
+#include "platform/tls_connection.h"
+
+namespace orma {
+
+/// What the module of the network brings: the adapters that stand on libcurl and OpenSSL. These and
+/// the forty libraries below them are 5 MB of memory and half of the program's loading time, and
+/// most days of a recorder see no network: so they are loaded when the first of them is used.
+struct NetworkAdapters {
+    std::unique_ptr<FtpClients> ftp;
+    std::unique_ptr<FtpClients> liveFtp;  // waits as long as a recording's queue holds out
+    std::unique_ptr<TlsConnections> tls;
+    std::unique_ptr<KeyedHash> hash;
+};
+
+/// The one name that the module exports; fills `adapters`, which must not outlive the module.
+extern "C" void OrmaOpenNetwork(NetworkAdapters& adapters);
+
+/// Where the module lies, seen from the folder of the program.
+inline constexpr const char* kNetworkModule = "../lib/orma-edit/network.so";
+
+}  // namespace orma
