@@ -19,13 +19,20 @@ Block WithinBoth(const Picture& source, const Rect& from, const Picture& target,
     return {{written.x - dx, written.y - dy, written.w, written.h}, {written.x, written.y}};
 }
 
+/// `combine` gets what stands in the target and what the source has there.
 template <typename Combine>
 void Transfer(const Picture& source, const Block& block, Picture& target, Combine combine) {
     for (int row = 0; row < block.from.h; ++row) {
-        const Pixel* read = &source.At(block.from.x, block.from.y + row);
-        Pixel* write = &target.At(block.to.x, block.to.y + row);
-        for (int i = 0; i < block.from.w; ++i)
-            write[i] = combine(write[i], read[i]);
+        const std::size_t read = source.PlaceOf(block.from.x, block.from.y + row);
+        Pixel* const write = &target.At(block.to.x, block.to.y + row);
+        const auto width = static_cast<std::size_t>(block.from.w);
+        if (source.indices.empty()) {
+            for (std::size_t i = 0; i < width; ++i)
+                write[i] = combine(write[i], source.pixels[read + i]);
+        } else {
+            for (std::size_t i = 0; i < width; ++i)
+                write[i] = combine(write[i], source.palette[source.indices[read + i]]);
+        }
     }
 }
 

@@ -1,7 +1,6 @@
 #include "ui/skin/bitmap_file.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 
 namespace orma {
@@ -12,7 +11,7 @@ constexpr std::size_t kInfoHeader = 40;
 constexpr std::size_t kPaletteEntry = 4;  // blue, green, red, unused
 constexpr std::uint32_t kUncompressed = 0;
 
-using Palette = std::array<Pixel, 256>;
+constexpr std::size_t kColours = 256;
 
 /// What the headers say.
 struct Head {
@@ -48,23 +47,22 @@ bool IsWhole(const Head& head, std::size_t fileBytes) {
 }
 
 /// The colours that the file holds; the others are black.
-Palette ReadPalette(ByteSpan file, const Head& head) {
+std::vector<Pixel> ReadPalette(ByteSpan file, const Head& head) {
     const std::size_t possible = std::size_t{1} << head.bits;
     std::size_t count = head.colours == 0 ? possible : head.colours;
     count = std::min({count, possible, (file.size() - head.palette) / kPaletteEntry});
-    Palette palette{};
+    std::vector<Pixel> palette(kColours);
     for (std::size_t i = 0; i < count; ++i)
         palette[i] = LoadLe<Pixel>(file.data() + head.palette + kPaletteEntry * i) & 0xFFFFFF;
     return palette;
 }
 
 /// Unpacks indices of `bits` bits, the leftmost pixel in the highest ones.
-void UnpackIndices(const std::uint8_t* row, std::uint32_t bits, const Palette& palette,
-                   std::span<Pixel> pixels) {
+void UnpackIndices(const std::uint8_t* row, std::uint32_t bits, std::span<std::uint8_t> indices) {
     const std::uint32_t mask = (1U << bits) - 1;
-    for (std::size_t x = 0; x < pixels.size(); ++x) {
+    for (std::size_t x = 0; x < indices.size(); ++x) {
         const std::size_t end = (x + 1) * bits;  // in bits, behind this pixel
-        pixels[x] = palette[(row[(end - 1) / 8] >> ((8 - end % 8) % 8)) & mask];
+        indices[x] = static_cast<std::uint8_t>((row[(end - 1) / 8] >> ((8 - end % 8) % 8)) & mask);
     }
 }
 
@@ -85,17 +83,23 @@ Picture DecodeBitmap(ByteSpan file) {
     if (!indexed && head.bits != 24 && head.bits != 32) return {};
     if (!IsWhole(head, file.size())) return {};
 
-    const Palette palette = indexed ? ReadPalette(file, head) : Palette{};
     Picture picture{static_cast<int>(head.width), static_cast<int>(head.height)};
-    picture.pixels.resize(static_cast<std::size_t>(head.width * head.height));
+    const auto size = static_cast<std::size_t>(head.width * head.height);
+    const auto width = static_cast<std::size_t>(head.width);
+    if (indexed) {
+        picture.palette = ReadPalette(file, head);
+        picture.indices.resize(size);
+    } else {
+        picture.pixels.resize(size);
+    }
     for (int y = 0; y < picture.height; ++y) {
         const int rowInFile = head.topDown ? y : picture.height - 1 - y;
         const std::uint8_t* const row = file.data() + head.rows + head.RowBytes() * rowInFile;
-        const std::span pixels(&picture.At(0, y), static_cast<std::size_t>(picture.width));
+        const std::size_t place = picture.PlaceOf(0, y);
         if (indexed) {
-            UnpackIndices(row, head.bits, palette, pixels);
+            UnpackIndices(row, head.bits, std::span(picture.indices).subspan(place, width));
         } else {
-            UnpackColours(row, head.bits / 8, pixels);
+            UnpackColours(row, head.bits / 8, std::span(picture.pixels).subspan(place, width));
         }
     }
     return picture;

@@ -76,24 +76,34 @@ std::optional<Bytes> ReadBitmapFile(Storage& storage, const Text& path) {
     return bytes;
 }
 
-/// A plain copying stretch: each pixel is the one of `picture` in its place.
-Picture Stretched(const Picture& picture, Size size) {
-    if (std::int64_t{size.width} * size.height > kLargestPicture) return {};
-    Picture out{size.width, size.height};
-    out.pixels.resize(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height));
+/// Each value is the one of `values` in its place.
+template <typename Value>
+std::vector<Value> Stretched(const std::vector<Value>& values, const Picture& picture, Size size) {
+    std::vector<Value> out;
+    if (values.empty()) return out;
+    out.reserve(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height));
     const auto place = [](int at, int from, int to) {
         return static_cast<int>(std::int64_t{at} * from / to);
     };
     for (int y = 0; y < size.height; ++y) {
         const int row = place(y, picture.height, size.height);
         for (int x = 0; x < size.width; ++x)
-            out.At(x, y) = picture.At(place(x, picture.width, size.width), row);
+            out.push_back(values[picture.PlaceOf(place(x, picture.width, size.width), row)]);
     }
     return out;
 }
 
-Picture Turned(const Picture& picture) {
-    return {picture.width, picture.height, {picture.pixels.rbegin(), picture.pixels.rend()}};
+/// A plain copying stretch.
+Picture Stretched(const Picture& picture, Size size) {
+    if (std::int64_t{size.width} * size.height > kLargestPicture) return {};
+    return {size.width, size.height, Stretched(picture.pixels, picture, size),
+            Stretched(picture.indices, picture, size), picture.palette};
+}
+
+Picture Turned(Picture picture) {
+    std::reverse(picture.pixels.begin(), picture.pixels.end());
+    std::reverse(picture.indices.begin(), picture.indices.end());
+    return picture;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/bitmap_bytes.h"
+#include "ui/support/picture_pixels.h"
 
 namespace orma {
 namespace {
@@ -48,7 +49,8 @@ TEST(BitmapFileTest, EveryDepthGivesTheSamePicture) {
         const Picture picture = DecodeBitmap(one.file);
         EXPECT_EQ(picture.width, 3) << one.name;
         EXPECT_EQ(picture.height, 2) << one.name;
-        EXPECT_EQ(picture.pixels, (std::vector<Pixel>{kInk, 0, kInk, 0, 0, kInk})) << one.name;
+        EXPECT_EQ(test::PixelsOf(picture), (std::vector<Pixel>{kInk, 0, kInk, 0, 0, kInk}))
+            << one.name;
     }
 }
 

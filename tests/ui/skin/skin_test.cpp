@@ -8,6 +8,7 @@
 #include "base/trace_lines.h"
 #include "support/bitmap_bytes.h"
 #include "support/memory_storage.h"
+#include "ui/support/picture_pixels.h"
 
 namespace orma {
 
@@ -140,7 +141,7 @@ TEST_F(SkinTest, AnAbsurdLayoutIsShownSomehow) {
 TEST_F(SkinTest, ABitmapIsDecodedOnceWhenItIsAskedFor) {
     Skin skin = Make({240, 270});
     EXPECT_EQ(builtIn_.asked, 0);
-    EXPECT_EQ(skin.Bitmap(503).pixels,
+    EXPECT_EQ(test::PixelsOf(skin.Bitmap(503)),
               (std::vector<Pixel>{0, 0x010101, 0x020202, 0x101010, 0x111111, 0x121212}));
     EXPECT_EQ(&skin.Bitmap(503), &skin.Bitmap(503));
     EXPECT_EQ(builtIn_.asked, 1);
@@ -152,9 +153,9 @@ TEST_F(SkinTest, ABitmapIsDecodedOnceWhenItIsAskedFor) {
 
 TEST_F(SkinTest, TheRecordersBitmapsAreTurnedUpsideDown) {
     Skin skin = Make({240, 270}, true);
-    EXPECT_EQ(skin.Bitmap(skin.ForRecorder(503)).pixels,
+    EXPECT_EQ(test::PixelsOf(skin.Bitmap(skin.ForRecorder(503))),
               (std::vector<Pixel>{0x121212, 0x111111, 0x101010, 0x020202, 0x010101, 0}));
-    EXPECT_EQ(skin.Bitmap(503).pixels[0], 0U) << "the other screens' stay";
+    EXPECT_EQ(test::PixelsOf(skin.Bitmap(503))[0], 0U) << "the other screens' stay";
     EXPECT_TRUE(skin.Bitmap(skin.ForRecorder(504)).IsEmpty());
     EXPECT_TRUE(skin.Bitmap(skin.ForRecorder(525)).IsEmpty());
     EXPECT_EQ(Make({240, 270}).ForRecorder(503), 503);
@@ -165,7 +166,7 @@ TEST_F(SkinTest, AFileOfTheFolderCountsBeforeTheBuiltInOneEvenIfItIsDamaged) {
     Put(u"503.bmp", test::GreyBitmap(1, 1, 9));
     Put(u"504.bmp", AsBytes("BM, as it were"));
     Skin skin = Make({240, 270});
-    EXPECT_EQ(skin.Bitmap(503).pixels, std::vector<Pixel>{0x090909});
+    EXPECT_EQ(test::PixelsOf(skin.Bitmap(503)), std::vector<Pixel>{0x090909});
     EXPECT_TRUE(skin.Bitmap(504).IsEmpty());
     EXPECT_TRUE(trace_.Contain("No bitmap created:504"));
 }
@@ -173,12 +174,12 @@ TEST_F(SkinTest, AFileOfTheFolderCountsBeforeTheBuiltInOneEvenIfItIsDamaged) {
 TEST_F(SkinTest, ABitmapIsStretchedByCopyingItsNearestPixels) {
     Skin larger = Make({360, 405});
     EXPECT_EQ(larger.Bitmap(503).width, 4);  // 4.5
-    EXPECT_EQ(larger.Bitmap(503).pixels,
+    EXPECT_EQ(test::PixelsOf(larger.Bitmap(503)),
               (std::vector<Pixel>{0, 0, 0x010101, 0x020202,  //
                                   0, 0, 0x010101, 0x020202,  //
                                   0x101010, 0x101010, 0x111111, 0x121212}));
     Skin smaller = Make({120, 135});
-    EXPECT_EQ(smaller.Bitmap(503).pixels, std::vector<Pixel>{0});
+    EXPECT_EQ(test::PixelsOf(smaller.Bitmap(503)), std::vector<Pixel>{0});
     builtIn_.files[{503, false}] = test::GreyBitmap(1, 1);
     EXPECT_TRUE(Make({120, 135}).Bitmap(503).IsEmpty());
 
@@ -189,7 +190,7 @@ TEST_F(SkinTest, ABitmapIsStretchedByCopyingItsNearestPixels) {
 }
 
 TEST_F(SkinTest, AtTwiceTheSizeADoubledDrawingTakesThePlaceOfAStretchedOne) {
-    const auto first = [&](Size client) { return Make(client).Bitmap(503).pixels.at(0); };
+    const auto first = [&](Size client) { return test::PixelsOf(Make(client).Bitmap(503)).at(0); };
     const Bytes doubled = test::GreyBitmap(6, 4, 50);
     builtIn_.files[{503, true}] = doubled;
     EXPECT_EQ(first({480, 540}), 0x323232U);
