@@ -39,15 +39,22 @@ int TakeNotches(int& gathered) {
     return notches;
 }
 
-/// That part of the picture with the opaque pixels that every display understands.
-QImage PartOf(const Picture& picture, const QRect& part) {
-    QImage image(part.size(), QImage::Format_RGB32);
-    for (int y = 0; y < part.height(); ++y) {
-        const Pixel* from = &picture.At(part.x(), part.y() + y);
-        std::transform(from, from + part.width(), reinterpret_cast<QRgb*>(image.scanLine(y)),
-                       [](Pixel pixel) { return pixel | 0xFF000000U; });
+constexpr int kStripRows = 32;
+
+/// Draws that part of the picture with the opaque pixels that every display understands, a strip at
+/// a time: an image of the whole page would be allocated with every frame.
+void DrawPart(QPainter& painter, const Picture& picture, const QRect& part) {
+    QImage strip(part.width(), std::min(part.height(), kStripRows), QImage::Format_RGB32);
+    for (int y = 0; y < part.height(); y += strip.height()) {
+        const int rows = std::min(strip.height(), part.height() - y);
+        for (int row = 0; row < rows; ++row) {
+            const Pixel* const from =
+                &picture.pixels[picture.PlaceOf(part.x(), part.y() + y + row)];
+            std::transform(from, from + part.width(), reinterpret_cast<QRgb*>(strip.scanLine(row)),
+                           [](Pixel pixel) { return pixel | 0xFF000000U; });
+        }
+        painter.drawImage(QPoint(part.x(), part.y() + y), strip, QRect(0, 0, part.width(), rows));
     }
-    return image;
 }
 
 QString TooltipOf(const ControlLabel& label) {
@@ -202,7 +209,7 @@ void PageWidget::paintEvent(QPaintEvent* event) {
     const Picture& picture = client_.Image();
     for (const QRect& asked : event->region()) {
         const QRect rect = asked.intersected(QtRect(picture.Bounds()));
-        if (!rect.isEmpty()) painter.drawImage(rect.topLeft(), PartOf(picture, rect));
+        if (!rect.isEmpty()) DrawPart(painter, picture, rect);
     }
     unseen_ -= event->region();
     if (!unseen_.isEmpty()) update(unseen_);
