@@ -38,8 +38,7 @@ void JStreamAudioWriteBWFFTP::OpenRemote(const Text& name) {
     blind_ = false;
     context_.committed = false;
     context_.unverified = false;
-    handed_ = 0;
-    older_.reset();
+    traces_ = {};
     CloseFile();
     SetDestination(context_.remote.account, context_.remote.extension);
     OpenAnew();
@@ -48,15 +47,8 @@ void JStreamAudioWriteBWFFTP::OpenRemote(const Text& name) {
 /// Opens the file at its beginning. What stands there before is an earlier publication.
 void JStreamAudioWriteBWFFTP::OpenAnew() {
     if (!EnsureConnected()) return;
-    if (!older_) older_ = PublishedSize(name_);
+    if (!traces_.older) traces_.older = PublishedSize(name_);
     OpenForWriting(name_);
-}
-
-/// How many of this publication's first bytes the server has. A size that was there before is the
-/// earlier publication's: some servers show a new file only when it is whole, others drop what
-/// broke off. One that nobody has asked for before, or beyond what was sent, means nothing.
-std::uint64_t JStreamAudioWriteBWFFTP::Held(std::uint64_t size) const {
-    return older_ && size != *older_ && size <= handed_ ? size : 0;
 }
 
 void JStreamAudioWriteBWFFTP::Open(const Text& name) {
@@ -73,18 +65,14 @@ int JStreamAudioWriteBWFFTP::Resume(const Text& name, std::uint32_t offset) {
     CloseFile();
     Connect();
     if (!IsConnected()) return kNoConnection;
-    std::uint64_t held = 0;
-    blind_ = false;
+    std::optional<std::uint64_t> size;
     if (offset > 0) {
-        const std::optional<std::uint64_t> size = PublishedSize(name);
+        size = PublishedSize(name);
         // Not to be taken for a server that cannot tell: nobody knows what it holds.
         if (!size && !LastResult().Ok()) return kNoConnection;
-        if (size)
-            held = Held(*size);
-        else if (!older_)  // it never could
-            held = offset;
-        blind_ = !size && held > 0;
     }
+    const auto [held, blind] = DecideResumeOffset(traces_, size, offset);
+    blind_ = blind;
     if (held == 0) {
         OpenAnew();
     } else if (const ResumeAnswer answer = ResumeOpen(name, static_cast<std::uint32_t>(held));
@@ -117,7 +105,7 @@ void JStreamAudioWriteBWFFTP::Write(const void* buffer, std::uint32_t count) {
         std::clamp<std::uint64_t>(held_, position_, position_ + count) - position_);
     position_ += count;
     if (held == count || !IsOpen()) return;
-    handed_ = std::max(handed_, position_);
+    traces_.handed = std::max(traces_.handed, position_);
     JStreamWrFTP::Write(static_cast<const std::uint8_t*>(buffer) + held, count - held);
     context_.bytesSent = held_ + BytesWritten();
 }
@@ -159,11 +147,12 @@ void JStreamAudioWriteBWFFTP::Close() {
     CloseFile();
     if (CloseResult().Ok()) {
         const std::optional<std::uint64_t> size = PublishedSize(name_);
-        const bool fits = size ? *size == position_ : LastResult().Ok() && !older_;
+        const bool fits = size ? *size == position_ : LastResult().Ok() && !traces_.older;
         context_.committed = fits && !blind_;
         // Bytes under way were lost, and the server took the broken end for a good one. As long as
         // its file grows that is an interruption like any other.
-        const bool cutShort = !blind_ && size && *size < position_ && Held(*size) > held_;
+        const bool cutShort =
+            !blind_ && size && *size < position_ && HeldBytes(traces_, *size) > held_;
         context_.unverified = !context_.committed && !cutShort;
     } else {
         ReportUnconfirmed();

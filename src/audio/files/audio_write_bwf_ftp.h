@@ -1,8 +1,7 @@
 #pragma once
 
-#include <optional>
-
 #include "audio/files/audio_write.h"
+#include "audio/files/resume_offset.h"
 #include "audio/files/wr_mp2.h"
 #include "stream/jstream_wr_ftp.h"
 
@@ -50,16 +49,14 @@ class JStreamAudioWriteBWFFTP : public JStreamAudioWrite, public JStreamWrFTP, p
 
   private:
     void OpenAnew();
-    [[nodiscard]] std::uint64_t Held(std::uint64_t size) const;
     void Begin(std::uint64_t held);
 
     WriterContext& context_;
     Text name_;
-    std::uint64_t held_ = 0;              // bytes at the file's start that are not sent again
-    std::uint64_t position_ = 0;          // bytes of the file so far, sent or held
-    std::uint64_t handed_ = 0;            // bytes up to the farthest write, completed or not
-    std::optional<std::uint64_t> older_;  // size of what stood under the name before, where told
-    bool blind_ = false;                  // resumed where the server could not tell what it held
+    UploadTraces traces_;
+    std::uint64_t held_ = 0;      // bytes at the file's start that are not sent again
+    std::uint64_t position_ = 0;  // bytes of the file so far, sent or held
+    bool blind_ = false;          // resumed where the server could not tell what it held
     bool finished_ = false;
     Bytes last_;  // the last block of sound
 };
