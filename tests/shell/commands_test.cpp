@@ -209,6 +209,7 @@ TEST(Commands, EachPublishCommandIsItsOwnJob) {
         desk.Open();
         desk.RecordTake();
         desk.app.settings.PublishToFile = 1;
+        desk.app.settings.FtpServer = u"ftp.radio.invalid";
         desk.app.recording.selectionEnd = 30;
         desk.editor.isOpen = true;
         EXPECT_TRUE(desk.Run(one.command));
