@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "app/application_menu.h"
+#include "base/path.h"
 #include "base/trace.h"
 #include "project/clip_operations.h"
 #include "project/cuts.h"
@@ -62,9 +63,21 @@ void OpenProject(Shell& shell, std::uint32_t) {
     RunOnFile(shell, &Dialogs::OpenProject, shell.App().project.ProjectFilePath(), MenuOpen);
 }
 
+/// The folder, or the user's documents in place of the program's own folder where that is a hidden
+/// one: nobody finds there again what he has saved.
+Text VisibleFolder(Shell& shell, const Text& folder) {
+    const bool hidden = folder == shell.App().programFolder && folder.find(u"/.") != Text::npos;
+    return hidden ? shell.UserDialogs().Documents() : folder;
+}
+
+/// In the projects' folder. Without one in the settings, which then have the program's, beside the
+/// present project.
 void NewProject(Shell& shell, std::uint32_t) {
     const Application& app = shell.App();
-    const Text proposed = AsFolder(app.settings.ProjectsFolder) + app.project.Name() + u".opr";
+    const Text set = AsFolder(app.settings.ProjectsFolder);
+    const Text folder = VisibleFolder(shell, set == app.programFolder ? app.project.Folder() : set);
+    const Text name = FreeProjectName(app.ports.storage, folder, app.project.Name());
+    const Text proposed = folder + name + u".opr";
     if (RunOnFile(shell, &Dialogs::NewProject, proposed, MenuNewProject))
         shell.SelectScreen(ScreenIndex::kRecorder);
 }
@@ -80,8 +93,9 @@ void Delete(Shell& shell, std::uint32_t) {
 void SaveSelection(Shell& shell, std::uint32_t) {
     const Application& app = shell.App();
     const bool selected = app.recording.selectionStart < app.recording.selectionEnd;
-    RunOnFile(shell, &Dialogs::SaveSelection, ProposedSelectionPath(app.project), MenuSaveSelAs,
-              !selected);
+    const PathParts parts = SplitPath(ProposedSelectionPath(app.project));
+    const Text proposed = VisibleFolder(shell, parts.folder) + parts.name + parts.extension;
+    RunOnFile(shell, &Dialogs::SaveSelection, proposed, MenuSaveSelAs, !selected);
 }
 
 // Editing.
