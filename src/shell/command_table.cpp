@@ -11,6 +11,7 @@
 #include "project/marks.h"
 #include "project/save_selection.h"
 #include "project/selection.h"
+#include "shell/publish_note.h"
 #include "shell/shell.h"
 
 namespace orma {
@@ -149,19 +150,21 @@ void Record(Shell& shell, std::uint32_t) {
     if (ready) shell.App().transport.Record(true);
 }
 
-// Publishing. The job runs to its end inside the call and tells the user how it ended.
+// Publishing. The job runs to its end inside the call and tells the user what went wrong.
 
 using PublishOperation = PublishOutcome (PublishJob::*)(bool busy);
 
-template <PublishOperation kOperation>
+template <PublishOperation kOperation, bool kWithSound = true>
 void Publish(Shell& shell, std::uint32_t) {
     if (shell.Publishing() == nullptr) return;
     Application& app = shell.App();
     const bool busy = IsBusy(app);
     if (!busy) shell.CloseTextEditor();  // its text goes along
     PublishJob job(app.Publishing(*shell.Publishing()));
-    (void)(job.*kOperation)(busy);
+    const PublishOutcome outcome = (job.*kOperation)(busy);
     if (!busy) shell.Refresh();
+    if (outcome != PublishOutcome::kPublished) return;
+    if (const auto note = NoteOf(job, app, kWithSound)) shell.ShowNote(*note);
 }
 
 /// A recording in which nothing is selected is meant whole, as a clip without an end is.
@@ -178,7 +181,7 @@ void PublishClip(Shell& shell, std::uint32_t notification) {
 }
 
 void PublishImage(Shell& shell, std::uint32_t) {
-    if (!IsBusy(shell.App())) Publish<&PublishJob::MenuPublishImage>(shell, 0);
+    if (!IsBusy(shell.App())) Publish<&PublishJob::MenuPublishImage, false>(shell, 0);
 }
 
 struct Row {
