@@ -25,7 +25,7 @@ constexpr std::size_t kDated = 22;
 
 void ClipEditorWWin::RightDown(Point /*at*/) {
     s_.project.Readers().files.report.Boxes().Show(
-        {.text = u"rbutton clip editor", .title = u"text", .icon = BoxIcon::kInformation});
+        {.text = u"rbutton clip editor", .title = u"text", .icon = BoxIcon::kNone});
 }
 
 void ClipEditorWWin::OnListNotification(std::uint32_t code) {

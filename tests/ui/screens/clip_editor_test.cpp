@@ -351,6 +351,7 @@ TEST_F(ClipDesk, TheRightButtonShowsItsBox) {
     screen->RightDown({10, 10});
     ASSERT_EQ(boxes.shown.size(), 1U);
     EXPECT_EQ(boxes.shown[0].text, u"rbutton clip editor");
+    EXPECT_EQ(boxes.shown[0].icon, BoxIcon::kNone);
     EXPECT_NE(boxes.shown[0].icon, BoxIcon::kError);
     EXPECT_EQ(boxes.shown[0].title, u"text");
 }
