@@ -8,6 +8,7 @@
 #include "keys.h"
 #include "meter.h"
 #include "panel.h"
+#include "type.h"
 
 namespace orma::art {
 namespace {
@@ -42,6 +43,7 @@ class Sheet {
     void RenewKey(Element element);
     void ScrollBar(Element element);
     void ProgressBar(Element element);
+    void Caption(Element element, const char* text);
     void VersionStrip();
     void Grilles();
     void Brand(Element display);
@@ -112,6 +114,18 @@ void Sheet::ProgressBar(Element element) {
     painter_.fillRect(Rect(element), pressed_ ? palette_.lit : palette_.trough);
 }
 
+/// Only lit, since the editor, which shares the normal page, has no knobs. A layout without a place
+/// for it goes without.
+void Sheet::Caption(Element element, const char* text) {
+    const QRectF place = Rect(element);
+    if (!pressed_ || place.isEmpty()) return;
+    painter_.save();
+    painter_.setClipRect(place);
+    DrawLine(painter_, text, Type(10, QFont::Medium), {place.left() + 1, place.bottom() - 2},
+             Qt::AlignLeft, palette_.textDim);
+    painter_.restore();
+}
+
 /// The version has a display of its own where it stands outside the large one.
 void Sheet::VersionStrip() {
     const QRectF version = Rect(Element::AboutVersion);
@@ -155,6 +169,8 @@ void Sheet::Brand(Element display) {
 void DrawTransport(Sheet& sheet) {
     sheet.Display(Element::WindowRecord);
     sheet.Meter(Element::VU);
+    sheet.Caption(Element::GainCaption, "Gain");
+    sheet.Caption(Element::VolCaption, "Volume");
     sheet.ScrollBar(Element::EditScrollGraph);
     sheet.ZoomKey(Element::EditZoomOut, Glyph::ZoomOut, Glyph::Minus);
     sheet.ZoomKey(Element::EditZoomIn, Glyph::ZoomIn, Glyph::Plus);

@@ -208,6 +208,8 @@ void PaintRecorder(Screen& screen, int state, const QString& time) {
     screen.Text(Element::MaxTime, "02h:14m max", kTextPixels, kMedium, Qt::AlignLeft);
     screen.Text(Element::Battery, "Battery: 83%", kTextPixels, kMedium, Qt::AlignLeft);
     screen.Text(Element::CFACGainText, "+12dB", kTextPixels, kMedium, Qt::AlignLeft);
+    screen.Lit(Element::GainCaption);
+    screen.Lit(Element::VolCaption);
     screen.Knob(Element::GainKnob, Element::GainKnobMiddle, 40000);
     screen.Text(Element::CFACVolText, "  -6dB", kTextPixels, kMedium, Qt::AlignLeft);
     screen.Knob(Element::CFACVolKnob, Element::CFACVolKnobMiddle, 25000);

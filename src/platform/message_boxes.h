@@ -4,7 +4,7 @@
 
 namespace orma {
 
-enum class BoxIcon { kError, kWarning, kInformation, kQuestion };
+enum class BoxIcon { kNone, kError, kWarning, kInformation, kQuestion };
 enum class BoxButtons { kOk, kOkCancel, kYesNo };
 enum class BoxAnswer { kOk, kCancel, kYes, kNo };
 

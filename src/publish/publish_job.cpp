@@ -262,6 +262,8 @@ bool PublishJob::ChooseDestination(const Text& baseName, std::uint64_t audioByte
                       .serverChoice = settings_.serverChoice,
                       .ftpServers = FtpChoices(record).lines.size(),
                       .imagesOnly = imagesOnly});
+    const bool offersServers = resource != nullptr && resource->Has(DialogRole::kServer);
+    if (!HasServer(offersServers)) return false;  // before a dialog is filled in for nothing
     if (resource != nullptr && settings_.method == PublishMethod::kFtp) {
         FtpDialog dialog(s_.state, *resource);
         if (!s_.dialogs.ShowFtpDialog(dialog)) return false;
@@ -273,13 +275,23 @@ bool PublishJob::ChooseDestination(const Text& baseName, std::uint64_t audioByte
     return DestinationFits();
 }
 
+/// Is there a server to send to, or does the dialog offer one? Reported otherwise.
+bool PublishJob::HasServer(bool offered) {
+    const bool ftp = settings_.method == PublishMethod::kFtp;
+    if (settings_.method == PublishMethod::kOutbox) return true;
+    if (!(ftp ? settings_.ftp.server : settings_.smtp.server).empty()) return true;
+    // An FTP dialog lists servers alone, a mail dialog placeholders, too.
+    if (offered && (ftp || SmtpChoices(s_.state.settings).lines.front().entry)) return true;
+    s_.readers.files.report.ShowError(
+        (ftp ? Text(u"No FTP server is set up.") : Text(u"No mail server is set up.")) +
+        u"\nIt is added with orma-setup.");
+    return false;
+}
+
 bool PublishJob::DestinationFits() {
+    if (!HasServer(false)) return false;
     ErrorReporter& report = s_.readers.files.report;
-    if (settings_.method == PublishMethod::kFtp) {
-        if (!settings_.ftp.server.empty()) return true;
-        report.ShowError(u"No FTP server is set up.");
-        return false;
-    }
+    if (settings_.method == PublishMethod::kFtp) return true;
     if (IsMailAddress(s_.state.choices.recipient)) return true;
     report.Boxes().Show({.text = u"Illegal email-address", .title = u"error"});
     return false;

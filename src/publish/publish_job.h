@@ -76,6 +76,7 @@ class PublishJob {
     [[nodiscard]] bool ReadClips(const ClipList& clips, Publication& publication);
     [[nodiscard]] bool ChooseDestination(const Text& baseName, std::uint64_t audioBytes,
                                          bool imagesOnly);
+    [[nodiscard]] bool HasServer(bool offered);
     [[nodiscard]] bool DestinationFits();
     [[nodiscard]] AudioDeliveryTerms FillContext(const Publication& publication,
                                                  const Text& baseName, bool toFile);

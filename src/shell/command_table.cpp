@@ -4,12 +4,14 @@
 #include <iterator>
 
 #include "app/application_menu.h"
+#include "base/path.h"
 #include "base/trace.h"
 #include "project/clip_operations.h"
 #include "project/cuts.h"
 #include "project/marks.h"
 #include "project/save_selection.h"
 #include "project/selection.h"
+#include "shell/publish_note.h"
 #include "shell/shell.h"
 
 namespace orma {
@@ -62,9 +64,21 @@ void OpenProject(Shell& shell, std::uint32_t) {
     RunOnFile(shell, &Dialogs::OpenProject, shell.App().project.ProjectFilePath(), MenuOpen);
 }
 
+/// The folder, or the user's documents in place of the program's own folder where that is a hidden
+/// one: nobody finds there again what he has saved.
+Text VisibleFolder(Shell& shell, const Text& folder) {
+    const bool hidden = folder == shell.App().programFolder && folder.find(u"/.") != Text::npos;
+    return hidden ? shell.UserDialogs().Documents() : folder;
+}
+
+/// In the projects' folder. Without one in the settings, which then have the program's, beside the
+/// present project.
 void NewProject(Shell& shell, std::uint32_t) {
     const Application& app = shell.App();
-    const Text proposed = AsFolder(app.settings.ProjectsFolder) + app.project.Name() + u".opr";
+    const Text set = AsFolder(app.settings.ProjectsFolder);
+    const Text folder = VisibleFolder(shell, set == app.programFolder ? app.project.Folder() : set);
+    const Text name = FreeProjectName(app.ports.storage, folder, app.project.Name());
+    const Text proposed = folder + name + u".opr";
     if (RunOnFile(shell, &Dialogs::NewProject, proposed, MenuNewProject))
         shell.SelectScreen(ScreenIndex::kRecorder);
 }
@@ -80,8 +94,9 @@ void Delete(Shell& shell, std::uint32_t) {
 void SaveSelection(Shell& shell, std::uint32_t) {
     const Application& app = shell.App();
     const bool selected = app.recording.selectionStart < app.recording.selectionEnd;
-    RunOnFile(shell, &Dialogs::SaveSelection, ProposedSelectionPath(app.project), MenuSaveSelAs,
-              !selected);
+    const PathParts parts = SplitPath(ProposedSelectionPath(app.project));
+    const Text proposed = VisibleFolder(shell, parts.folder) + parts.name + parts.extension;
+    RunOnFile(shell, &Dialogs::SaveSelection, proposed, MenuSaveSelAs, !selected);
 }
 
 // Editing.
@@ -135,19 +150,21 @@ void Record(Shell& shell, std::uint32_t) {
     if (ready) shell.App().transport.Record(true);
 }
 
-// Publishing. The job runs to its end inside the call and tells the user how it ended.
+// Publishing. The job runs to its end inside the call and tells the user what went wrong.
 
 using PublishOperation = PublishOutcome (PublishJob::*)(bool busy);
 
-template <PublishOperation kOperation>
+template <PublishOperation kOperation, bool kWithSound = true>
 void Publish(Shell& shell, std::uint32_t) {
     if (shell.Publishing() == nullptr) return;
     Application& app = shell.App();
     const bool busy = IsBusy(app);
     if (!busy) shell.CloseTextEditor();  // its text goes along
     PublishJob job(app.Publishing(*shell.Publishing()));
-    (void)(job.*kOperation)(busy);
+    const PublishOutcome outcome = (job.*kOperation)(busy);
     if (!busy) shell.Refresh();
+    if (outcome != PublishOutcome::kPublished) return;
+    if (const auto note = NoteOf(job, app, kWithSound)) shell.ShowNote(*note);
 }
 
 /// A recording in which nothing is selected is meant whole, as a clip without an end is.
@@ -164,7 +181,7 @@ void PublishClip(Shell& shell, std::uint32_t notification) {
 }
 
 void PublishImage(Shell& shell, std::uint32_t) {
-    if (!IsBusy(shell.App())) Publish<&PublishJob::MenuPublishImage>(shell, 0);
+    if (!IsBusy(shell.App())) Publish<&PublishJob::MenuPublishImage, false>(shell, 0);
 }
 
 struct Row {

@@ -28,6 +28,9 @@ class Dialogs {
     /// Saving: a recording of the proposed one's extension; as NewProject.
     [[nodiscard]] virtual std::optional<Text> SaveSelection(const Text& proposed) = 0;
 
+    /// The folder in which the user keeps documents, with its separator; asks nothing.
+    [[nodiscard]] virtual Text Documents() = 0;
+
     /// "Type in a new name": of a clip.
     [[nodiscard]] virtual std::optional<Text> ClipName(const Text& proposed) = 0;
 

@@ -1,6 +1,7 @@
 #include "shell/keyboard_focus.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace orma {
 namespace {
@@ -49,8 +50,8 @@ void KeyboardFocus::Clear() {
 
 void KeyboardFocus::Move(const WWin& screen, bool back) {
     std::vector<Win*> stops;
-    for (const auto& control : screen.Controls())
-        if (control != nullptr && TakesFocus(*control)) stops.push_back(control.get());
+    std::ranges::copy_if(Singly(screen.Controls()), std::back_inserter(stops),
+                         [](Win* control) { return TakesFocus(*control); });
     if (stops.empty()) {
         Clear();
         return;

@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "shell/menu.h"
+#include "shell/note.h"
 #include "ui/paint/geometry.h"
 
 namespace orma {
@@ -46,6 +47,10 @@ class MainWindow {
 
     /// A screen reader says it; nothing else happens.
     virtual void Announce(const Text& text) = 0;
+
+    /// Tells over the page how something ended well, for some seconds or until the user does the
+    /// next thing; a screen reader says it. Unlike a box it wants no answer.
+    virtual void ShowNote(const Note& note) = 0;
 
     /// The width and height of the display, pixels.
     [[nodiscard]] virtual Size Display() = 0;

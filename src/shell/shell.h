@@ -137,6 +137,7 @@ class Shell : public ScreenHost, public TransportListener {
     [[nodiscard]] Dialogs& UserDialogs() { return s_.dialogs; }
     [[nodiscard]] PublishDialogs* Publishing() { return s_.publishDialogs; }
 
+    void ShowNote(const Note& note) { s_.window.ShowNote(note); }
     void ShowWaitCursor(bool on) { s_.window.ShowWaitCursor(on); }
 
     /// The place of the pointer, for the scenes of screens; valid as long as the shell lives.

@@ -94,6 +94,7 @@ class AccessibleControl : public QAccessibleInterface, public QAccessibleActionI
         state.checkable = control_.Label().role == ControlRole::kToggle;
         state.checked = state.checkable && control_.IsOn();
         state.readOnly = !state.focusable;
+        state.disabled = !control_.IsEnabled();
         return state;
     }
     void* interface_cast(QAccessible::InterfaceType type) override {

@@ -82,7 +82,7 @@ class ClipTree::Delegate : public QStyledItemDelegate {
                           const QModelIndex& /*index*/) const override {
         auto* const editor = new QLineEdit(parent);
         editor->setFrame(false);
-        editor->setFont(QtFontOf(tree_.look_.names));
+        editor->setFont(QtFontOf(tree_.names_));
         editor->setAccessibleName(QStringLiteral("Title of the clip"));
         return editor;
     }
@@ -117,7 +117,7 @@ class ClipTree::Delegate : public QStyledItemDelegate {
         return index.data().toString().toStdU16String();
     }
     [[nodiscard]] const Font& FontOf(const QModelIndex& index) const {
-        return index.column() == 0 ? tree_.look_.names : tree_.look_.texts;
+        return index.column() == 0 ? tree_.names_ : tree_.texts_;
     }
     [[nodiscard]] Text Shown(const QModelIndex& index, int width) const {
         const Font& font = FontOf(index);
@@ -167,7 +167,7 @@ void ClipTree::Style() {
         return Mixed(colours.textBackground, colours.text, percent);
     };
     setFrameShape(QFrame::NoFrame);
-    header()->setFont(QtFontOf(look_.texts));
+    header()->setFont(QtFontOf(texts_));  // counts when it is there before the style is
     setStyleSheet(
         QStringLiteral(
             "QTreeView { background: %1; border: none; outline: none; }"
@@ -205,6 +205,8 @@ void ClipTree::Show(const ClipListContent& content) {
     const bool before = std::exchange(silent_, true);
     columns_ = content.columns;
     clips_ = static_cast<int>(content.clips);
+    names_ = content.names;
+    if (std::exchange(texts_, content.texts) != content.texts) Style();
     setColumnCount(static_cast<int>(columns_.size()));
     QStringList titles;
     for (const ClipListColumn& column : columns_)
@@ -306,7 +308,7 @@ void ClipTree::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
 
 QRect ClipTree::TotalRect(const QRect& cell, const QModelIndex& index) const {
     const Text text = index.data().toString().toStdU16String();
-    const int needed = ink_.Measure(text, look_.texts).width + 2 * look_.inset;
+    const int needed = ink_.Measure(text, texts_).width + 2 * look_.inset;
     const int left = std::min(cell.left(), viewport()->width() - needed);
     return {left, cell.top(), viewport()->width() - left, cell.height()};
 }

@@ -67,6 +67,8 @@ class ClipTree : public QTreeWidget {
     bool silent_ = false;
     int clips_ = 0;
     std::vector<ClipListColumn> columns_;
+    Font names_;  // see ClipListContent
+    Font texts_;
     Text typedTitle_;
     std::int32_t dropRow_ = -1;
     std::optional<QPoint> pressed_;  // on a clip, which may be dragged from there

@@ -1,7 +1,9 @@
 #include "window/file_dialogs.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
+#include <QStandardPaths>
 
 #include "base/path.h"
 #include "window/dialogs/input_options_dialog.h"
@@ -60,6 +62,12 @@ std::optional<Text> FileDialogs::SaveSelection(const Text& proposed) {
     const bool mp2 = proposed.ends_with(u"2");
     return AskSave("Save selection", proposed, mp2 ? "MPEG Layer II (*.mp2)" : "Wave (*.wav)",
                    mp2 ? QStringLiteral("mp2") : QStringLiteral("wav"));
+}
+
+Text FileDialogs::Documents() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const bool exists = !folder.isEmpty() && QDir(folder).exists();
+    return AsFolder(PathFromQt(exists ? folder : QDir::homePath()));
 }
 
 std::optional<Text> FileDialogs::ClipName(const Text& proposed) {

@@ -18,6 +18,7 @@ class FileDialogs : public Dialogs {
     [[nodiscard]] std::optional<Text> OpenClip(const Text& proposed) override;
     [[nodiscard]] std::optional<Text> Delete(const Text& proposed) override;
     [[nodiscard]] std::optional<Text> SaveSelection(const Text& proposed) override;
+    [[nodiscard]] Text Documents() override;
     [[nodiscard]] std::optional<Text> ClipName(const Text& proposed) override;
 
     void InputOptions() override;

@@ -82,9 +82,9 @@ int main(int count, char** values) {
                                 ? Text()
                                 : CallerPath(QFile::encodeName(arguments.screenshot).toStdString());
     QtEventLoop loop;
-    // The end of the desktop's session ends a take as closing the window does.
+    // The end of the desktop's session ends a take as closing the window does, and cancels a job.
     WindowSession* open = nullptr;
-    const QtSignalWatch ended([&] {
+    QtSignalWatch ended([&] {
         if (open != nullptr) open->Close();
     });
     QtMessageBoxes boxes;
@@ -95,6 +95,7 @@ int main(int count, char** values) {
     }
     LocalInstance running(machine.ProgramFolder());
     WindowSession session(machine, running);
+    session.DuringJobs([&ended] { ended.Poll(); });
     if (!session.Start(arguments.path)) return 0;
     open = &session;
     bool saved = true;

@@ -89,10 +89,9 @@ void PageWidget::Flush() {
 }
 
 std::vector<Win*> PageWidget::Controls() const {
-    std::vector<Win*> controls;
-    for (const auto& control : client_.Controls())
-        if (control && control->Label().role != ControlRole::kNone)
-            controls.push_back(control.get());
+    std::vector<Win*> controls = Singly(client_.Controls());
+    std::erase_if(controls,
+                  [](const Win* control) { return control->Label().role == ControlRole::kNone; });
     return controls;
 }
 

@@ -14,6 +14,7 @@
 
 #include "window/job_events.h"
 #include "window/menu_bar_view.h"
+#include "window/note_card.h"
 #include "window/page_widget.h"
 
 namespace orma {
@@ -140,6 +141,12 @@ void QtMainWindow::ShowWaitCursor(bool on) {
 
 void QtMainWindow::Announce(const Text& text) {
     if (window_) window_->Announce(QString::fromStdU16String(text));
+}
+
+void QtMainWindow::ShowNote(const Note& note) {
+    if (!window_) return;
+    NoteCard::ShowOver(window_->Page(), note);
+    Announce(note.headline + u". " + note.detail);
 }
 
 Size QtMainWindow::Display() {

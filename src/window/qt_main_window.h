@@ -52,6 +52,7 @@ class QtMainWindow : public MainWindow {
     void ShowWaitCursor(bool on) override;
     void EndJob() override;
     void Announce(const Text& text) override;
+    void ShowNote(const Note& note) override;
     [[nodiscard]] Size Display() override;
 
     /// For long work that blocks the event loop: shows what has changed and lets the left button

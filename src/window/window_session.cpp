@@ -117,8 +117,11 @@ std::unique_ptr<WWin> WindowSession::MakeScreen(ScreenIndex index) {
             return std::make_unique<AboutWWin>(scene(kAboutPages), shell_, kVersion,
                                                [this] { return InfoOf(app_, system_); });
         case ScreenIndex::kProgress: {
-            auto screen = std::make_unique<ProgressWWin>(
-                scene(kProgressPages), shell_, app_.ports.clock, [this] { window_.ServeJob(); });
+            auto screen = std::make_unique<ProgressWWin>(scene(kProgressPages), shell_,
+                                                         app_.ports.clock, [this] {
+                                                             window_.ServeJob();
+                                                             if (duringJobs_) duringJobs_();
+                                                         });
             progress_.ShowOn(screen.get());
             return screen;
         }

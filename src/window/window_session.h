@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "app/application.h"
 #include "machine/machine.h"
@@ -35,6 +37,9 @@ class WindowSession : private QtMainWindow::Client {
 
     /// Asks for the end as the user does who closes the window.
     void Close() { shell_.OnCloseRequest(); }
+
+    /// `look` is called again and again while a job keeps the event loop from turning.
+    void DuringJobs(std::function<void()> look) { duringJobs_ = std::move(look); }
 
     /// After the event loop; see EndWindow.
     bool End();
@@ -76,6 +81,7 @@ class WindowSession : private QtMainWindow::Client {
     static constexpr int kMenuBitmap = 520;
 
     RunningInstance& running_;
+    std::function<void()> duringJobs_;
     HeldBoxes boxes_;
     PosixSystemStatus system_;
     QtInk ink_;

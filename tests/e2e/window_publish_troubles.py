@@ -43,6 +43,8 @@ def records(reporter, user):
 
 def unchanged(reporter, user, what):
     user.no_box()
+    user.tool("key", "Shift_L")  # with which a card that tells of success goes
+    time.sleep(0.3)
     check(user.looks(reporter, "end") == user.start_looks, f"{what}: the screen is not as before")
 
 
@@ -106,6 +108,15 @@ def broken():
             check(user.program.poll() is None, "the window went and left the upload")
             user.wait_end(60)
             reporter.check_arrived(stored, "the window was closed meanwhile")
+        stored.unlink()
+        with window(reporter) as user:
+            proxy.when(reporter.size // 3, proxy.freeze)
+            upload(user)
+            wait_for(lambda: not proxy.armed, "a third of the upload", 60)
+            user.program.terminate()  # as the end of the desktop's session does
+            user.wait_end(25)
+            check(stored.stat().st_size < reporter.size, "the stalled upload is whole")
+            proxy.thaw()
         server.kill()
         with window(reporter) as user:
             upload(user)

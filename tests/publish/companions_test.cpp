@@ -186,7 +186,17 @@ TEST(PublishChecks, RefuseWithTheirTexts) {
     rig.settings.PublishMethod = 0;
     rig.settings.FtpServer.clear();
     EXPECT_TRUE(refused(job.MenuPublishFastCliplist(false)));
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Illegal email-address", u"No FTP server is set up."));
+    rig.settings.FtpPublishing = 1;
+    rig.settings.ImagePublishing = 1;
+    EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
+    rig.settings.PublishMethod = 2;
+    rig.settings.SmtpServer.clear();
+    EXPECT_TRUE(refused(job.MenuPublishImage(false)));
+    EXPECT_THAT(rig.dialogs.shown, IsEmpty()) << "nobody fills a dialog in for nothing";
+    const Text noFtp = u"No FTP server is set up.\nIt is added with orma-setup.";
+    EXPECT_THAT(rig.Boxes(),
+                ElementsAre(u"Illegal email-address", noFtp, noFtp,
+                            u"No mail server is set up.\nIt is added with orma-setup."));
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include "project/undo.h"
@@ -79,7 +81,7 @@ TEST(Commands, FilesAreHandledByPathAndTheScreenShowsWhatIsCurrentThen) {
     desk.dialogs.answers = {desk.folder.Path(u"pier.opr")};
     desk.editor.isOpen = true;
     EXPECT_TRUE(desk.Run(Command::kNewProject));
-    EXPECT_EQ(desk.dialogs.proposed, desk.folder.Path(u"city.opr"));
+    EXPECT_EQ(desk.dialogs.proposed, desk.folder.Path(u"city1-.opr"));
     EXPECT_EQ(app.project.Name(), u"pier");
     EXPECT_EQ(desk.shell.CurrentScreen(), ScreenIndex::kRecorder);
     EXPECT_FALSE(desk.editor.isOpen);
@@ -105,6 +107,39 @@ TEST(Commands, FilesAreHandledByPathAndTheScreenShowsWhatIsCurrentThen) {
     EXPECT_TRUE(desk.Run(Command::kDelete));
     EXPECT_FALSE(desk.storage.Exists(desk.folder.Path(u"part.wav")));
     EXPECT_TRUE(desk.storage.Exists(take));
+}
+
+TEST(Commands, WhatIsSavedIsProposedWhereTheUserFindsItAgain) {
+    ShellDesk desk;
+    desk.Open();
+    Application& app = desk.app;
+    const auto proposed = [&](Command command) {
+        desk.dialogs.proposed.clear();
+        EXPECT_TRUE(desk.Run(command));
+        return desk.dialogs.proposed;
+    };
+    const Text hidden = desk.folder.Path(u".local/orma/");
+    const Text documents = desk.folder.Path(u"Documents/");
+    const Text card = desk.folder.Path(u"card/");
+    std::filesystem::create_directory(desk.folder.Native(u"Documents"));
+    desk.dialogs.documents = documents;
+    app.programFolder = hidden;
+    app.settings.ProjectsFolder = hidden;  // as settings have it that name none
+    app.project.SetPath(hidden, u"default");
+    EXPECT_EQ(proposed(Command::kNewProject), documents + u"default.opr");
+    WriteFileBytes(documents + u"default.opr", {});
+    EXPECT_EQ(proposed(Command::kNewProject), documents + u"default1-.opr");
+
+    app.recording.audioPath = hidden + u"default00.wav";
+    app.recording.length = app.recording.selectionEnd = 30;
+    EXPECT_EQ(proposed(Command::kSaveSelection), documents + u"default00_S.wav");
+    app.recording.audioPath = card + u"news00.mp2";
+    EXPECT_EQ(proposed(Command::kSaveSelection), card + u"news00_S.mp2");
+
+    app.project.SetPath(card, u"news");
+    EXPECT_EQ(proposed(Command::kNewProject), card + u"news.opr");
+    app.settings.ProjectsFolder = desk.folder.Path(u".house");
+    EXPECT_EQ(proposed(Command::kNewProject), desk.folder.Path(u".house/news.opr"));
 }
 
 TEST(Commands, BusyOrWithoutASelectionNoDialogIsShown) {
@@ -209,6 +244,7 @@ TEST(Commands, EachPublishCommandIsItsOwnJob) {
         desk.Open();
         desk.RecordTake();
         desk.app.settings.PublishToFile = 1;
+        desk.app.settings.FtpServer = u"ftp.radio.invalid";
         desk.app.recording.selectionEnd = 30;
         desk.editor.isOpen = true;
         EXPECT_TRUE(desk.Run(one.command));

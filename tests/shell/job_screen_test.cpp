@@ -54,12 +54,17 @@ TEST(JobScreen, TheProgressScreenIsCurrentWhileAJobSendsAndThenTheOneBefore) {
     EXPECT_EQ(desk.log,
               (Log{"left 1", "entered 5", "end job", "left 5", "entered 1", "refreshed 1"}));
     EXPECT_TRUE(desk.Item(Command::kExit).enabled);
+    ASSERT_EQ(desk.window.notes.size(), 1U);
+    EXPECT_EQ(desk.window.notes[0].headline, u"Published to a file");
+    EXPECT_EQ(desk.window.notes[0].detail, desk.folder.Path(u"pub_city.wav"));
+    desk.window.notes.clear();
 
     desk.log.clear();
     desk.app.recording.selectionStart = 30;
     EXPECT_TRUE(desk.Run(Command::kClipToFile));
     EXPECT_EQ(desk.log, Log{"refreshed 1"}) << "refused before anything is sent";
     EXPECT_EQ(desk.boxes.Texts(), std::vector<Text>{u"Nothing recorded or selected"});
+    EXPECT_TRUE(desk.window.notes.empty());
 }
 
 TEST(JobScreen, ARecordingWithoutASelectionIsPublishedWhole) {
@@ -90,6 +95,7 @@ TEST(JobScreen, ACancelledJobComesBackToo) {
     EXPECT_FALSE(desk.IsPublished());
     EXPECT_EQ(desk.boxes.Texts(),
               std::vector<Text>{u"Publishing was cancelled.\nNo file was published."});
+    EXPECT_TRUE(desk.window.notes.empty()) << "nothing is claimed";
 }
 
 TEST(JobScreen, TheEndOfTheProgramCancelsTheJobAndThenComes) {

@@ -124,6 +124,7 @@ class ScriptedDialogs : public Dialogs {
     [[nodiscard]] std::optional<Text> SaveSelection(const Text& p) override {
         return Ask("save selection", p);
     }
+    [[nodiscard]] Text Documents() override { return documents; }
     [[nodiscard]] std::optional<Text> ClipName(const Text& p) override {
         return Ask("clip name", p);
     }
@@ -131,6 +132,7 @@ class ScriptedDialogs : public Dialogs {
     void ShowShortcuts(const std::vector<ShortcutGroup>& groups) override { shortcuts = groups; }
 
     std::deque<Text> answers;
+    Text documents = u"/home/anna/Documents/";
     Text proposed;
     std::vector<ShortcutGroup> shortcuts;
 

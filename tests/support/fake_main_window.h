@@ -30,6 +30,7 @@ class FakeMainWindow : public MainWindow {
     void ShowWaitCursor(bool on) override { log_.emplace_back(on ? "wait" : "arrow"); }
     void EndJob() override { log_.emplace_back("end job"); }
     void Announce(const Text& text) override { announced.push_back(text); }
+    void ShowNote(const Note& note) override { notes.push_back(note); }
     [[nodiscard]] Size Display() override { return display; }
 
     bool canBeCreated = true;
@@ -40,6 +41,7 @@ class FakeMainWindow : public MainWindow {
     Rect focus;
     bool captured = false;
     std::vector<Text> announced;
+    std::vector<Note> notes;
 
   private:
     std::vector<std::string>& log_;

@@ -29,6 +29,8 @@ constexpr Colour kSignal{255, 111, 15};
 ClipListContent Content(std::vector<Text> names, std::int32_t marked) {
     ClipListContent content;
     content.columns = {{u"Name", 80, false}, {u"Description", 40, true}};
+    content.names = {.height = 12, .weight = FontWeight::kSemiBold};
+    content.texts = {.height = 11};
     content.clips = names.size();
     for (Text& name : names)
         content.rows.push_back({std::move(name), u" 0:42"});
@@ -85,8 +87,6 @@ class ClipTreeTest : public ::testing::Test {
         ClipListLook{
             .place = kPlace,
             .colours = {.textBackground = kGround, .text = kText, .waveformEditCut = kSignal},
-            .names = {.height = 12, .weight = FontWeight::kSemiBold},
-            .texts = {.height = 11},
             .rowHeight = kRow,
             .inset = 5},
         [this](std::int32_t) { return editable_; },
@@ -94,6 +94,32 @@ class ClipTreeTest : public ::testing::Test {
             told_ += Format("%d:%d ", static_cast<int>(news), static_cast<int>(tree_.MarkedRow()));
         }};
 };
+
+TEST_F(ClipTreeTest, TheHeaderHasTheLettersOfTheTextsAlsoWhenTheyChange) {
+    const ClipListLook look{.place = kPlace,
+                            .colours = {.textBackground = kGround, .text = kText},
+                            .rowHeight = 40,
+                            .header = true};
+    ClipTree tree(
+        page_, ink_, look, [](std::int32_t) { return false; }, [](ListNotification) {});
+    tree.show();
+    const auto inked = [&](int height) {
+        ClipListContent content = Content({u"a"}, 0);
+        content.texts.height = height;
+        tree.Show(content);
+        QCoreApplication::processEvents();
+        const QImage header = tree.header()->grab().toImage();
+        int pixels = 0;
+        for (int y = 0; y < 38; ++y)  // without the line below
+            for (int x = 0; x < header.width(); ++x)
+                pixels += header.pixelColor(x, y) != Shade(kGround);
+        return pixels;
+    };
+    const int small = inked(10);
+    EXPECT_GT(small, 0);
+    EXPECT_GT(inked(20), 2 * small);
+    EXPECT_EQ(inked(10), small);
+}
 
 TEST_F(ClipTreeTest, RowsStandInTheSkinsColoursAndOnlyTheUserIsNews) {
     EXPECT_EQ(tree_.size(), QSize(kPlace.w, kPlace.h));

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -12,7 +13,9 @@
 #include "window/dialogs/publish_dialog_window.h"
 #include "window/dialogs/qt_text.h"
 #include "window/dialogs/shortcuts_dialog.h"
+#include "window/dialogs/text_sheet.h"
 #include "window/golden.h"
+#include "window/note_card.h"
 
 namespace orma::test {
 namespace {
@@ -109,6 +112,40 @@ TEST_F(DialogGoldenTest, InputOptionsNameAndShortcuts) {
         &window, {{u"Record", {{u"9", u"Get ready to record; while recording, set a mark"}}},
                   {u"Everywhere", {{u"Tab, Shift+Tab", u"Go to the next control"}}}});
     ExpectLooksAsItDid("shortcuts", *window.findChild<QDialog*>());
+}
+
+TEST_F(DialogGoldenTest, TextEditor) {
+    QWidget page;
+    page.resize(480, 540);
+    TextSheet sheet(
+        u"Harbour opened\r\n\r\nThe mayor cut the ribbon at noon. Three hundred people came, and "
+        u"the first ship was late.\r\n\r\nStatement: 0:14, \u201ca great day\u201d",
+        &page);
+    ExpectLooksAsItDid("text-editor", page);
+
+    QWidget empty;
+    empty.resize(240, 190);
+    TextSheet blank({}, &empty);
+    ExpectLooksAsItDid("text-editor-empty", empty);
+}
+
+/// A card that is in nobody's way, with a path that takes more than a line.
+TEST_F(DialogGoldenTest, Note) {
+    const Note note{u"Published to a file",
+                    u"/home/anna/Documents/recordings/2026/harbour/pub_harbour.wav"};
+    for (const QSize size : {QSize(480, 540), QSize(240, 190)}) {
+        QWidget page;
+        page.resize(size);
+        QWidget below(&page);
+        NoteCard::ShowOver(page, {u"Before", {}});
+        NoteCard::ShowOver(page, note);
+        ASSERT_EQ(page.children().size(), 2) << "one card, and what else is on the page";
+        ExpectLooksAsItDid("note-" + std::to_string(size.width()), page);
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_9, Qt::NoModifier);
+        QCoreApplication::sendEvent(&page, &key);
+        EXPECT_FALSE(static_cast<QWidget*>(page.children().back())->isVisible());
+        EXPECT_TRUE(below.isVisible());
+    }
 }
 
 }  // namespace

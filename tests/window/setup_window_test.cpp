@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -210,6 +211,28 @@ TEST_F(SetupWindowTest, AnsweredRequestsToCloseLoseNothing) {
     Open();
     window->CloseOnRequest();  // nothing to lose, nothing to ask
     EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(SetupWindowTest, TheEndOfTheSessionAsksWaitsALittleAndLosesNothing) {
+    Open();
+    EXPECT_TRUE(window->EndOnRequest(1)) << "nothing to lose, nothing to ask";
+    Type("Current project", "first");
+    Answer("Go on editing");
+    EXPECT_FALSE(window->EndOnRequest());
+    Answer("Don't save");
+    EXPECT_TRUE(window->EndOnRequest());
+    EXPECT_NE(Stored().CurrentProjectName, u"first");
+
+    Type("Current project", "second");
+    EXPECT_TRUE(window->EndOnRequest(1)) << "nobody answers";
+    EXPECT_EQ(Stored().CurrentProjectName, u"second");
+
+    Type("Current project", "third");
+    QDialog open(&*window);
+    open.setModal(true);
+    open.show();
+    EXPECT_TRUE(window->EndOnRequest()) << "behind a dialog it does not ask";
+    EXPECT_EQ(Stored().CurrentProjectName, u"third");
 }
 
 TEST_F(SetupWindowTest, AsksBeforeItReplacesWhatAnotherProgramWrote) {

@@ -9,6 +9,8 @@ namespace {
 
 QMessageBox::Icon IconOf(BoxIcon icon) {
     switch (icon) {
+        case BoxIcon::kNone:
+            break;
         case BoxIcon::kError:
             return QMessageBox::Critical;
         case BoxIcon::kWarning:

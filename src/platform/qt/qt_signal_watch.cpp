@@ -1,6 +1,7 @@
 #include "platform/qt/qt_signal_watch.h"
 
 #include <QSocketNotifier>
+#include <utility>
 
 #include <pthread.h>
 #include <signal.h>
@@ -25,7 +26,7 @@ void QtSignalWatch::Block() {
     pthread_sigmask(SIG_BLOCK, &watched, nullptr);
 }
 
-QtSignalWatch::QtSignalWatch(std::function<void()> handler) {
+QtSignalWatch::QtSignalWatch(std::function<void()> handler) : handler_(std::move(handler)) {
     const sigset_t watched = Watched();
     descriptor_ = signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK);
     if (descriptor_ < 0) {
@@ -34,11 +35,13 @@ QtSignalWatch::QtSignalWatch(std::function<void()> handler) {
     }
     notifier_ = std::make_unique<QSocketNotifier>(descriptor_, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
-                     [this, call = std::move(handler)] {
-                         signalfd_siginfo info{};
-                         while (read(descriptor_, &info, sizeof info) == sizeof info)
-                             call();
-                     });
+                     [this] { Poll(); });
+}
+
+void QtSignalWatch::Poll() {
+    signalfd_siginfo info{};
+    while (descriptor_ >= 0 && read(descriptor_, &info, sizeof info) == sizeof info)
+        handler_();
 }
 
 QtSignalWatch::~QtSignalWatch() {

@@ -18,10 +18,15 @@ class QtSignalWatch {
     /// `handler` is called once for each signal that arrives. UI thread, after Block.
     explicit QtSignalWatch(std::function<void()> handler);
     ~QtSignalWatch();
+
+    /// Calls the handler for what has arrived, where long work keeps the event loop from turning.
+    void Poll();
+
     QtSignalWatch(const QtSignalWatch&) = delete;
     QtSignalWatch& operator=(const QtSignalWatch&) = delete;
 
   private:
+    std::function<void()> handler_;
     int descriptor_ = -1;
     std::unique_ptr<QSocketNotifier> notifier_;
 };

@@ -15,9 +15,9 @@ constexpr int kKnobBitmap = 519;
 
 }  // namespace
 
-StripeWin::StripeWin(const Scene& scene, Element element, Element middle,
+StripeWin::StripeWin(const Scene& scene, Element element, Element middle, Element caption,
                      std::function<void(int)> turn)
-    : Win(scene, element), turn_(std::move(turn)) {
+    : Win(scene, element), caption_(scene.skin.RectOf(caption)), turn_(std::move(turn)) {
     const ElementRect& within = scene.skin.Design(middle);
     centre_ = {rect_.x + scene.skin.Scaled(within.x), rect_.y + scene.skin.Scaled(within.y)};
     // Turned, a knob that stands aside in its bitmap would leave its centre, which is not turned.
@@ -30,10 +30,15 @@ void StripeWin::KnobSetValue(std::int32_t value) {
     if (value == value_) return;
     value_ = value;
     scene_.canvas.CopyFromPage(NormalPage(), rect_);
-    Paint();
+    PaintKnob();
 }
 
 void StripeWin::Paint() {
+    if (!caption_.IsEmpty()) scene_.canvas.CopyFromPage(PressedPage(), caption_);
+    PaintKnob();
+}
+
+void StripeWin::PaintKnob() {
     scene_.canvas.Copy(scene_.skin.Bitmap(bitmap_), {0, 0, rect_.w, rect_.h}, {rect_.x, rect_.y});
 
     const int degrees = 240 - static_cast<int>(std::int64_t{value_} * 300 / 65536) +

@@ -1,6 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <span>
+#include <utility>
+#include <vector>
 
 #include "base/text.h"
 #include "ui/paint/canvas.h"
@@ -88,6 +92,12 @@ class Win {
     /// Lit: a toggle that is on.
     [[nodiscard]] virtual bool IsOn() const { return false; }
 
+    /// False: a press would do nothing at present, and it looks so.
+    [[nodiscard]] virtual bool IsEnabled() const { return true; }
+
+    /// The controls that it is made of, where people tell several in it; see Singly.
+    [[nodiscard]] virtual std::span<const std::unique_ptr<Win>> Pieces() const { return {}; }
+
     [[nodiscard]] const Rect& Bounds() const { return rect_; }
 
     void SetLabel(ControlLabel label) { label_ = std::move(label); }
@@ -110,5 +120,9 @@ class Win {
   private:
     ControlLabel label_;
 };
+
+/// The controls of a table as people tell them apart, for tooltips, keyboard and screen readers: in
+/// its order, without null entries, and what is made of pieces as its pieces.
+[[nodiscard]] std::vector<Win*> Singly(std::span<const std::unique_ptr<Win>> table);
 
 }  // namespace orma

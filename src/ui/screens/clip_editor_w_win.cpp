@@ -11,11 +11,21 @@ namespace {
 
 constexpr int kLeastWidth = 20;  // of a column, design pixels
 
+/// Heights of the letters, design pixels.
+struct Letters {
+    int names;
+    int texts;
+};
+constexpr Letters kLetters[] = {{12, 11}, {12, 10}, {11, 10}, {11, 9}, {10, 9}};
+
+// Length, time and date of a description; behind them stands a folder at most.
+constexpr std::size_t kDated = 22;
+
 }  // namespace
 
 void ClipEditorWWin::RightDown(Point /*at*/) {
     s_.project.Readers().files.report.Boxes().Show(
-        {.text = u"rbutton clip editor", .title = u"text", .icon = BoxIcon::kInformation});
+        {.text = u"rbutton clip editor", .title = u"text", .icon = BoxIcon::kNone});
 }
 
 void ClipEditorWWin::OnListNotification(std::uint32_t code) {
@@ -226,8 +236,36 @@ ClipListContent ClipEditorWWin::Content() const {
         {u"length:",
          TotalLengthText(clips.TotalLength(), s_.project.Readers().audio.PeriodsPerSecond())});
     content.marked = clips.CurrentIndex();
-    SetWidths(content);
+    const Skin& skin = OwnScene().skin;
+    content.names = skin.FontOf(SkinFont::kLabel);
+    content.texts = skin.FontOf(SkinFont::kText);
+    const auto fits = [&](const Letters& letters) {
+        content.names.height = skin.Scaled(letters.names);
+        content.texts.height = skin.Scaled(letters.texts);
+        SetWidths(content);
+        return ShowsDates(content);
+    };
+    // Small letters only where they help.
+    if (std::ranges::none_of(kLetters, fits)) (void)fits(kLetters[0]);
     return content;
+}
+
+/// Is the year to be read beside the names, without scrolling?
+bool ClipEditorWWin::ShowsDates(const ClipListContent& content) const {
+    const std::size_t dates = detailed_ ? 2 : 1;
+    int needed = look_.inset;
+    for (std::size_t i = 0; i < dates; ++i)
+        needed += content.columns[i].width;
+    Canvas& canvas = OwnScene().canvas;
+    int widest = 0;
+    for (std::size_t row = 0; row < content.clips; ++row) {
+        const Text dated = content.rows[row][dates].substr(0, kDated);
+        widest = std::max(widest, canvas.Measure(dated, content.texts).width);
+    }
+    const int header = detailed_ ? look_.rowHeight + look_.scrollBar : 0;
+    const auto visible = static_cast<std::size_t>((look_.place.h - header) / look_.rowHeight);
+    const int bar = content.rows.size() > visible ? look_.scrollBar : 0;
+    return needed + widest + bar <= look_.place.w;
 }
 
 // Two digits more than a text leave room between the columns. The total may reach beyond its
@@ -236,7 +274,7 @@ void ClipEditorWWin::SetWidths(ClipListContent& content) const {
     Canvas& canvas = OwnScene().canvas;
     for (std::size_t i = 0; i < content.columns.size(); ++i) {
         ClipListColumn& column = content.columns[i];
-        const Font& font = i == 0 ? look_.names : look_.texts;
+        const Font& font = i == 0 ? content.names : content.texts;
         const auto widen = [&](const Text& text) {
             column.width = std::max(column.width, canvas.Measure(text + u"00", font).width);
         };

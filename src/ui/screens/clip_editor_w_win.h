@@ -79,6 +79,7 @@ class ClipEditorWWin : public WWin {
     [[nodiscard]] ClipListContent Content() const;
     [[nodiscard]] std::vector<Text> RowOf(const ClipEntry& clip) const;
     void SetWidths(ClipListContent& content) const;
+    [[nodiscard]] bool ShowsDates(const ClipListContent& content) const;
     void Light(const LitButtons& lit);
 
     ClipEditorServices s_;

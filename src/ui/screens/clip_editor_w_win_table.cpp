@@ -13,7 +13,6 @@ namespace {
 constexpr int kLeastRow = 17;  // design pixels, as is:
 constexpr int kScrollBar = 6;
 constexpr int kInset = 5;
-constexpr int kTextHeight = 11;  // length, time and date fit beside a short name
 
 }  // namespace
 
@@ -83,9 +82,6 @@ ClipListLook ClipEditorWWin::Look() const {
     ClipListLook look;
     look.place = skin.RectOf(Element::CWindow);
     look.colours = skin.Colours();
-    look.names = skin.FontOf(SkinFont::kLabel);
-    look.texts = skin.FontOf(SkinFont::kText);
-    look.texts.height = skin.Scaled(kTextHeight);
     look.inset = skin.Scaled(kInset);
     look.hairline = std::max(skin.Scaled(1), 1);
     look.scrollBar = skin.Scaled(kScrollBar);

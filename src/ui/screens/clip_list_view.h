@@ -26,8 +26,6 @@ enum class ListNotification : std::uint32_t {
 struct ClipListLook {
     Rect place;  // in the client area
     SkinColours colours;
-    Font names;  // of the first column
-    Font texts;  // of all others, and of the header
     int rowHeight = 0;
     int inset = 0;      // of every text, from the left edge of its column
     int hairline = 1;   // thickness of dividing lines
@@ -44,6 +42,8 @@ struct ClipListColumn {
 /// All that the list shows: a row of cells for each clip, then rows that are none, of two cells,
 /// the second of which may reach to the right edge.
 struct ClipListContent {
+    Font names;  // of the first column
+    Font texts;  // of all others, and of the header
     std::vector<ClipListColumn> columns;
     std::vector<std::vector<Text>> rows;
     std::size_t clips = 0;     // rows that can be renamed and dragged

@@ -123,6 +123,7 @@ void EditorWWin::ShowCutButtons() {
         button->SetState(static_cast<int>(look));
         if (look == ButtonLook::kOff) beneath.Paint();
     };
+    sideButtons_->Update();
     if (looks == looks_) return;
     looks_ = looks;
     put(cutBegin_, RewindButton(), looks.begin);

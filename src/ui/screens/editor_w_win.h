@@ -8,6 +8,7 @@
 #include "project/project.h"
 #include "stream/jstream_file.h"
 #include "transport/transport.h"
+#include "ui/controls/button_bar_win.h"
 #include "ui/controls/button_win.h"
 #include "ui/controls/name_win.h"
 #include "ui/controls/rec_graph_win.h"
@@ -65,6 +66,8 @@ class EditorWWin : public TransportWWin {
     // editor_w_win.cpp
     [[nodiscard]] bool IsCapturing() const;
     [[nodiscard]] bool IsSelectionEdited() const;
+    [[nodiscard]] bool MayEdit() const { return !IsCapturing() && s_.recording.length > 0; }
+    [[nodiscard]] bool MayUndo() const;
     [[nodiscard]] GraphSource Source() const;
     void GoTo(std::int64_t position);
     void ZoomIn() { graph_->ZoomIn(); }
@@ -97,6 +100,7 @@ class EditorWWin : public TransportWWin {
     RecTimeWin* time_ = nullptr;
     ScrollbarWin* bar_ = nullptr;
     RecGraphWin* graph_ = nullptr;
+    ButtonBarWin* sideButtons_ = nullptr;
     ButtonWin* cutBegin_ = nullptr;  // over Rewind: it moves the edge under the cursor
     ButtonWin* cutEnd_ = nullptr;    // over FastForward
     TotalNrSecsWin* total_ = nullptr;

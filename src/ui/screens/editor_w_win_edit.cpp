@@ -15,6 +15,10 @@ void EditorWWin::GoTo(std::int64_t position) {
     s_.transport.MoveTo(static_cast<std::int32_t>(std::clamp<std::int64_t>(position, 0, kMost)));
 }
 
+bool EditorWWin::MayUndo() const {
+    return MayEdit() && (CanUndo(s_.project) || CanRedo(s_.project));
+}
+
 void EditorWWin::Undo() {
     Edit([](Project& project) { return CanUndo(project) ? UndoEdit(project) : RedoEdit(project); });
 }

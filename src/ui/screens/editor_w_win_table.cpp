@@ -1,8 +1,8 @@
 // The editor's table of controls, made once, in its order.
 
+#include <array>
 #include <memory>
 
-#include "ui/controls/button_bar_win.h"
 #include "ui/controls/push_button_win.h"
 #include "ui/screens/editor_w_win.h"
 
@@ -55,12 +55,18 @@ void EditorWWin::MakeGraph(bool redrawWholeBar) {
 }
 
 void EditorWWin::MakeSideButtons() {
-    auto* const bar = Add(std::make_unique<ButtonBarWin>(
+    sideButtons_ = Add(std::make_unique<ButtonBarWin>(
         OwnScene(), Element::EditButtonBar,
-        ButtonBarWin::Handlers{[this] { Undo(); }, [this] { Mark(); }, [this] { RemoveCut(); }}));
-    bar->SetLabel({ControlRole::kButton, u"Undo, mark, delete cut",
-                   u"From the top: undo, set or delete a mark, delete the current cut",
-                   u"Backspace, Insert, Delete"});
+        std::array<ButtonBarWin::Button, ButtonBarWin::kButtons>{
+            {{[this] { Undo(); }, [this] { return MayUndo(); },
+              ControlLabel{ControlRole::kButton, u"Undo",
+                           u"Take the last edit back, or do it again", u"Backspace"}},
+             {[this] { Mark(); }, [this] { return MayEdit(); },
+              ControlLabel{ControlRole::kButton, u"Mark",
+                           u"Set a mark, or delete the one at the cursor", u"Insert"}},
+             {[this] { RemoveCut(); }, [this] { return MayEdit() && s_.recording.currentCut >= 0; },
+              ControlLabel{ControlRole::kButton, u"Delete cut",
+                           u"Let the cut at the cursor in again", u"Delete"}}}}));
 
     struct Button {
         Element element;

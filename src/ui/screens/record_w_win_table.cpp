@@ -93,7 +93,7 @@ void RecordWWin::MakeGain() {
     }
     gainKnob_ = Add(std::make_unique<StripeWin>(
         OwnScene(), external_ ? Element::CFACGainKnob : Element::GainKnob,
-        external_ ? Element::CFACGainKnobMiddle : Element::GainKnobMiddle,
+        external_ ? Element::CFACGainKnobMiddle : Element::GainKnobMiddle, Element::GainCaption,
         [this](int steps) { TurnGain(steps); }));
     gainKnob_->SetLabel({ControlRole::kKnob, u"Microphone gain",
                          u"Turn up for a quiet voice, down when it says too loud",
@@ -109,7 +109,7 @@ void RecordWWin::MakeVolume() {
         return;
     }
     volumeKnob_ = Add(std::make_unique<StripeWin>(OwnScene(), Element::CFACVolKnob,
-                                                  Element::CFACVolKnobMiddle,
+                                                  Element::CFACVolKnobMiddle, Element::VolCaption,
                                                   [this](int steps) { TurnVolume(steps); }));
     const bool byArrows = external_ || !options_.markButtons;
     volumeKnob_->SetLabel({ControlRole::kKnob, u"Volume",

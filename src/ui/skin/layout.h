@@ -31,7 +31,7 @@ inline constexpr std::size_t kElementCount = 0
 #include "ui/skin/layout_elements.inc"
 #undef ELEMENT
     ;
-static_assert(kElementCount == 57);
+static_assert(kElementCount == 59);
 
 /// The element's name, which is its section in "pos.txt".
 [[nodiscard]] std::string_view ElementName(Element element);

@@ -23,9 +23,10 @@ constexpr float kFarthest = 1 << 20;
 /// What the upside-down setting turns: the recorder's elements, but not the middles of its knobs,
 /// whose bitmaps are not turned either. Other screens stay as they are.
 constexpr std::array kTurned = {
-    Record,       Stop,         Play,        Rewind,       FastForward, BackMark, ForwardMark,
-    WindowRecord, WindowClip,   RecStatus,   RecTime,      MaxTime,     Battery,  Name,
-    VU,           CFACGainText, CFACVolText, CFACGainKnob, CFACVolKnob, GainKnob,
+    Record,      Stop,         Play,        Rewind,       FastForward, BackMark,
+    ForwardMark, WindowRecord, WindowClip,  RecStatus,    RecTime,     MaxTime,
+    Battery,     Name,         VU,          CFACGainText, CFACVolText, CFACGainKnob,
+    CFACVolKnob, GainKnob,     GainCaption, VolCaption,
 };
 
 struct FontDescription {

@@ -11,6 +11,7 @@
 #include "platform/qt/local_instance.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_signal_watch.h"
 #include "window/dialogs/dialog_look.h"
 #include "window/dialogs/qt_text.h"
 #include "window/setup/setup_window.h"
@@ -45,6 +46,7 @@ QStringList Names(const std::vector<WaveDeviceInfo>& devices) {
 }  // namespace
 
 int main(int count, char** values) {
+    QtSignalWatch::Block();
     QCoreApplication::setApplicationName("orma-setup");
     QCoreApplication::setApplicationVersion(ORMA_VERSION);
     if (!HasDisplay(count, values)) {
@@ -61,6 +63,10 @@ int main(int count, char** values) {
 
     const MachineOptions options = Parse(application);
     QtEventLoop loop;
+    SetupWindow* open = nullptr;
+    const QtSignalWatch ended([&] {
+        if (open == nullptr || open->EndOnRequest()) QCoreApplication::exit(0);
+    });
     QtMessageBoxes boxes;
     Machine machine(loop, boxes);
     if (std::string error; !machine.Open(options, error)) {
@@ -68,7 +74,6 @@ int main(int count, char** values) {
         return kUsage;
     }
     LocalInstance running(machine.ProgramFolder(), LocalInstance::Program::kSetup);
-    SetupWindow* open = nullptr;
     const auto raise = [&] {
         if (open != nullptr) open->Raise();
     };
@@ -91,5 +96,7 @@ int main(int count, char** values) {
                         .isEditorOpen = [&] { return editor.IsOpen(); }});
     open = &window;
     window.show();
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    open = nullptr;
+    return code;
 }

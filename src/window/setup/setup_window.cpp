@@ -10,6 +10,7 @@
 #include <QScopedValueRollback>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <fstream>
@@ -268,7 +269,8 @@ void SetupWindow::LookAround() {
     }
 }
 
-SetupWindow::Fate SetupWindow::AskForChanges(const QString& text) {
+/// `patienceMs`: how long an answer is waited for; 0: for ever.
+SetupWindow::Fate SetupWindow::AskForChanges(const QString& text, int patienceMs) {
     const QScopedValueRollback asking(asking_, true);
     QMessageBox box(QMessageBox::Question, kTitle, text, QMessageBox::NoButton, this);
     const auto* save = box.addButton(QStringLiteral("Save"), QMessageBox::AcceptRole);
@@ -277,7 +279,14 @@ SetupWindow::Fate SetupWindow::AskForChanges(const QString& text) {
         box.addButton(QStringLiteral("Go on editing"), QMessageBox::RejectRole);
     box.setDefaultButton(keep);
     box.setEscapeButton(keep);
+    bool answered = true;
+    if (patienceMs > 0)
+        QTimer::singleShot(patienceMs, &box, [&] {
+            answered = false;
+            box.done(QMessageBox::NoButton);
+        });
     box.exec();
+    if (!answered) return Fate::kUnanswered;
     if (box.clickedButton() == save) return Apply() ? Fate::kSaved : Fate::kKept;
     if (box.clickedButton() != drop) return Fate::kKept;
     document_.Load();
@@ -291,6 +300,23 @@ void SetupWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     event->ignore();
+}
+
+bool SetupWindow::EndOnRequest(int patienceMs) {
+    if (!document_.IsChanged()) return true;
+    Fate fate = Fate::kUnanswered;
+    if (!asking_ && QApplication::activeModalWidget() == nullptr) {
+        Raise();
+        fate =
+            AskForChanges(QStringLiteral("The program is to end. Save the changes?"), patienceMs);
+    }
+    if (fate == Fate::kUnanswered) SaveUnasked();
+    return fate != Fate::kKept;
+}
+
+void SetupWindow::SaveUnasked() {
+    if (CheckSettings(document_.Record()).empty() && !document_.IsChangedOnDisk())
+        (void)document_.Save();
 }
 
 void SetupWindow::CloseOnRequest() {

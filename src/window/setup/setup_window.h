@@ -36,6 +36,13 @@ class SetupWindow : public QWidget {
     /// front and asks what becomes of them, for whoever asked does not wait for the answer.
     void CloseOnRequest();
 
+    /// The desktop's session ends, or somebody ends the program: true when it may end now. With
+    /// changes it asks first, and takes no answer within `patienceMs` for a Save where nothing
+    /// forbids one: nothing is wrong with them and nobody else changed the file. False when the
+    /// user goes on editing. What stands behind an open dialog is dealt with without asking.
+    [[nodiscard]] bool EndOnRequest(int patienceMs = kPatienceMs);
+    static constexpr int kPatienceMs = 8000;  // desktops kill what has not ended a little later
+
     /// Comes to the front.
     void Raise();
 
@@ -51,7 +58,7 @@ class SetupWindow : public QWidget {
     void changeEvent(QEvent* event) override;
 
   private:
-    enum class Fate { kSaved, kDropped, kKept };
+    enum class Fate { kSaved, kDropped, kKept, kUnanswered };
 
     void AddPage(const char* title, SetupPage* page);
     QWidget* MakeButtons();
@@ -63,7 +70,8 @@ class SetupWindow : public QWidget {
     void ShowFaults();
     bool GoToFirstFault();
     void LookAround();
-    [[nodiscard]] Fate AskForChanges(const QString& text);
+    [[nodiscard]] Fate AskForChanges(const QString& text, int patienceMs = 0);
+    void SaveUnasked();
     [[nodiscard]] bool MayOverwrite();
     void Import();
     void Export();

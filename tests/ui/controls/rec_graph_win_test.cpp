@@ -1,5 +1,8 @@
 #include "ui/controls/rec_graph_win.h"
 
+#include <array>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "ui/controls/button_bar_win.h"
@@ -274,23 +277,44 @@ TEST(ScrollThumb, IsNeverUnderFourPixelsNorBeyondTheBar) {
     EXPECT_EQ(ThumbOf(100, 49000, 50000, 50000), (ScrollThumb{96, 4}));
 }
 
-TEST(ButtonBarWin, EachThirdOfTheBarIsAButton) {
+TEST(ButtonBarWin, EachThirdOfTheBarIsAButtonAndFaintWhileItRests) {
     ScreenRig rig;
-    int undo = 0;
-    int mark = 0;
-    int deleteCut = 0;
+    std::string pressed;
+    std::array<bool, 3> enabled{true, true, true};
+    const auto button = [&](std::size_t place, char letter) {
+        return ButtonBarWin::Button{[&pressed, letter] { pressed += letter; },
+                                    [&enabled, place] { return enabled[place]; }};
+    };
     ButtonBarWin bar(rig.scene, Element::EditButtonBar,
-                     {[&] { ++undo; }, [&] { ++mark; }, [&] { ++deleteCut; }});
+                     {button(0, 'u'), button(1, 'm'), button(2, 'd')});
     bar.Paint();
+    const auto placeOf = [](int i) { return Rect{213, 20 + 9 + 28 * i, 10, 10}; };
     for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(rig.ExtentOf(PlainBitmaps::PixelOfBitmap(512 + i)),
-                  (Rect{213, 20 + 9 + 28 * i, 10, 10}));
+        EXPECT_EQ(rig.ExtentOf(PlainBitmaps::PixelOfBitmap(512 + i)), placeOf(i));
     rig.PressAt(bar, {213, 47});
     rig.PressAt(bar, {239, 48});
     rig.PressAt(bar, {220, 103});
     EXPECT_EQ(rig.PressAt(bar, {220, 104}), nullptr);
     EXPECT_EQ(rig.PressAt(bar, {212, 60}), nullptr);
-    EXPECT_EQ((std::vector<int>{undo, mark, deleteCut}), (std::vector<int>{1, 1, 1}));
+    const auto pieces = bar.Pieces();
+    ASSERT_EQ(pieces.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(pieces[i]->Bounds(), (Rect{213, 20 + 28 * static_cast<int>(i), 10, 28}));
+        pieces[i]->Press();
+    }
+    EXPECT_EQ(pressed, "umdumd");
+
+    rig.TakeChanges();
+    bar.Update();
+    EXPECT_TRUE(rig.TakeChanges().empty());
+    enabled[1] = false;
+    bar.Update();
+    EXPECT_EQ(rig.TakeChanges(), (std::vector<Rect>{placeOf(1)}));
+    EXPECT_EQ(rig.CountOf(PlainBitmaps::PixelOfBitmap(513)), 0);
+    EXPECT_EQ(rig.CountOf(PlainBitmaps::PixelOfBitmap(514)), 100);
+    enabled[1] = true;
+    bar.Update();
+    EXPECT_EQ(rig.ExtentOf(PlainBitmaps::PixelOfBitmap(513)), placeOf(1));
 }
 
 }  // namespace

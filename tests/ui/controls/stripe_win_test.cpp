@@ -10,7 +10,7 @@ namespace {
 struct KnobRig : test::ScreenRig {
     explicit KnobRig(const test::RigOptions& options = {})
         : ScreenRig(options),
-          knob(scene, Element::GainKnob, Element::GainKnobMiddle,
+          knob(scene, Element::GainKnob, Element::GainKnobMiddle, Element::GainCaption,
                [this](int n) { turns.push_back(n); }) {}
 
     std::vector<int> turns;
@@ -99,6 +99,17 @@ TEST(StripeWinTest, ShowsItsBitmapWithinItsRectangleAndRepaintsForAnotherValue) 
     }
     // The bitmap is 38 wide, the knob 20.
     EXPECT_EQ(rig.ExtentOf(test::PlainBitmaps::PixelOfBitmap(519)), rig.knob.Bounds());
+    EXPECT_TRUE(rig.IsLitExactly({})) << "this layout has no place for the caption";
+}
+
+TEST(StripeWinTest, ShowsItsCaptionWhereTheLayoutPutsIt) {
+    const std::string layout = "[GainCaption]\nx=70\ny=40\nw=44\nh=11\n";
+    KnobRig rig({.layout = layout});
+    rig.knob.Paint();
+    EXPECT_TRUE(rig.IsLitExactly({70, 40, 44, 11}));
+    KnobRig turned({.upsideDown = true, .layout = layout});
+    turned.knob.Paint();
+    EXPECT_TRUE(turned.IsLitExactly({240 - 44 - 70, 270 - 11 - 40, 44, 11}));
 }
 
 }  // namespace

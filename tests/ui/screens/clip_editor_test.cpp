@@ -156,10 +156,10 @@ TEST_F(ClipDesk, ColumnsAreAsWideAsTheirTextsAndTheDescriptionTakesTheRest) {
     };
     EXPECT_EQ(columns(), (std::vector<std::string>{"Name", "Description +"}));
     EXPECT_FALSE(list.look.header);
-    EXPECT_EQ(list.shown.columns[0].width, width(u"length:", list.look.names));
+    EXPECT_EQ(list.shown.columns[0].width, width(u"length:", list.shown.names));
     app.clips.At(2).title = u"a title that is wider than all others";
     screen->Refresh();
-    EXPECT_EQ(list.shown.columns[0].width, width(app.clips.At(2).title, list.look.names));
+    EXPECT_EQ(list.shown.columns[0].width, width(app.clips.At(2).title, list.shown.names));
     EXPECT_LE(list.shown.columns[1].width, list.look.place.w / 3);
 
     Make(true);
@@ -167,7 +167,22 @@ TEST_F(ClipDesk, ColumnsAreAsWideAsTheirTextsAndTheDescriptionTakesTheRest) {
     EXPECT_TRUE(list.look.header);
     EXPECT_EQ(list.shown.rows[1].size(), 4U);
     EXPECT_EQ(list.shown.rows[1][3], folder.Path(u"b"));
-    EXPECT_EQ(list.shown.columns[1].width, width(u" 0:01", list.look.texts));
+    EXPECT_EQ(list.shown.columns[1].width, width(u" 0:01", list.shown.texts));
+}
+
+TEST_F(ClipDesk, LettersAreSmallerWhereTheYearWouldNotBeSeenElse) {
+    // The list has 205 pixels, of which the inset takes 5. A letter is half as wide as high, cut
+    // off: a name of n letters and a description of 22 take (n + 2) * 6 + 22 * 5 pixels at first.
+    const auto heights = [&](std::size_t letters) {
+        app.clips.At(2).title = Text(letters, u'n');
+        screen->Refresh();
+        return std::pair{list.shown.names.height, list.shown.texts.height};
+    };
+    EXPECT_EQ(heights(13), (std::pair{12, 11}));
+    EXPECT_EQ(heights(14), (std::pair{11, 10}));
+    EXPECT_EQ(heights(17), (std::pair{11, 9}));
+    EXPECT_EQ(heights(20), (std::pair{11, 9}));
+    EXPECT_EQ(heights(21), (std::pair{12, 11})) << "they would not help";
 }
 
 TEST_F(ClipDesk, AMarkedRowBecomesTheCurrentClipAndTheTotalNever) {
@@ -336,6 +351,7 @@ TEST_F(ClipDesk, TheRightButtonShowsItsBox) {
     screen->RightDown({10, 10});
     ASSERT_EQ(boxes.shown.size(), 1U);
     EXPECT_EQ(boxes.shown[0].text, u"rbutton clip editor");
+    EXPECT_EQ(boxes.shown[0].icon, BoxIcon::kNone);
     EXPECT_NE(boxes.shown[0].icon, BoxIcon::kError);
     EXPECT_EQ(boxes.shown[0].title, u"text");
 }

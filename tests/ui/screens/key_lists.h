@@ -24,8 +24,8 @@ inline void ExpectTooltipsNameKeysOf(const WWin& screen) {
     std::set<Text> names;
     for (const Key key : KeysOf(screen))
         names.insert(NameOf(key));
-    for (const auto& control : screen.Controls()) {
-        Text rest = control != nullptr ? control->Label().shortcut : Text{};
+    for (const Win* const control : Singly(screen.Controls())) {
+        Text rest = control->Label().shortcut;
         while (!rest.empty()) {
             const std::size_t end = rest.find(u", ");
             EXPECT_TRUE(names.contains(rest.substr(0, end)))

@@ -111,9 +111,9 @@ struct PagePair {
     int normal;
     std::vector<Element> lit;
 };
-const std::vector<Element> kTransport = {Stop,       Play,        Record,         Rewind,
-                                         BackMark,   FastForward, ForwardMark,    VU,
-                                         EditZoomIn, EditZoomOut, EditScrollGraph};
+const std::vector<Element> kTransport = {
+    Stop, Play,       Record,      Rewind,          BackMark,    FastForward, ForwardMark,
+    VU,   EditZoomIn, EditZoomOut, EditScrollGraph, GainCaption, VolCaption};
 const std::vector<PagePair> kPairs = {
     {490, {}},
     {492, {ProgressCancel, ProgressBar}},
@@ -178,6 +178,7 @@ TEST_P(SkinArtTest, LightsEveryControlAndNothingBesides) {
         }
         EXPECT_EQ(outside, 0) << pair.normal;
         for (std::size_t i = 0; i < rects.size(); ++i) {
+            if (BuiltIn() && rects[i].w == 0) continue;  // it has no room for captions
             EXPECT_GT(lit[i], 0) << pair.normal << ' ' << ElementName(pair.lit[i]);
         }
     }
@@ -189,7 +190,7 @@ TEST_P(SkinArtTest, TextBoxesVanishIntoTheDisplay) {
     std::map<int, std::vector<ElementRect>> texts = {
         {492, {layout_[ProgressText], secondLine}},
         {494, Rects({RecTime, MaxTime, Battery, CFACGainText, CFACVolText, RecStatus, EditRecTime,
-                     EditTotalTime, EditRecGraph, GainKnob, CFACVolKnob})},
+                     EditTotalTime, EditRecGraph, GainKnob, CFACVolKnob, GainCaption, VolCaption})},
         {496, Rects({CWindow})},
         {498, Rects({AboutName, AboutWindowText, AboutVersion})},
     };

@@ -122,7 +122,7 @@ TEST_F(SkinTest, UpsideDownTurnsTheRecorderAlone) {
         back.y = 270 - back.h - back.y;
         EXPECT_EQ(back, was) << ElementName(element);
     }
-    EXPECT_EQ(turned, 20);
+    EXPECT_EQ(turned, 22);
     for (const Element element : {Element::CFACGainKnobMiddle, Element::CFACVolKnobMiddle,
                                   Element::GainKnobMiddle, Element::EditRecord, Element::CWindow})
         EXPECT_EQ(skin.Design(element), upright[element]) << ElementName(element);
