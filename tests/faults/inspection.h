@@ -46,7 +46,7 @@ class Inspection {
     Snapshot whole_;  // what the day without a fault leaves
     Account wholeAccount_;
     std::array<Bytes, 2> sound_;  // of its takes
-    std::set<Bytes> verified_;  // publications; most runs end with one that is known
+    std::set<Bytes> verified_;    // publications; most runs end with one that is known
     std::vector<std::string> faults_;
 };
 
