@@ -43,9 +43,8 @@ struct Account {
     bool saved = false;
 };
 
-/// One day of a reporter, in one process: two takes with marks into a project that exists, or one
-/// that is edited; the clip list published to a file, the program left. The sound is the same each
-/// time.
+/// One day of a reporter, in one process: two takes with marks into a project that exists, the clip
+/// list published to a file, the program left. The sound is the same each time.
 class Workday : public TransportListener, public HeadsetProbe, public PublishProgress {
   public:
     static constexpr const char16_t* kProject = u"talk.opr";
