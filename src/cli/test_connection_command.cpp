@@ -19,6 +19,15 @@ bool MailServerAnswers(Application& app, const SmtpAccount& account) {
     return false;
 }
 
+/// Whether the folder of an account that can log in is there.
+bool FolderIsThere(Application& app, const FtpAccount& account) {
+    const FtpResult result = TestFtpAccount(account, *app.ftp).result;
+    if (result.Ok()) return true;
+    app.report.ShowError(u"The server has no such folder:\n" + account.folder +
+                         (result.reply.empty() ? Text() : u"\n" + result.reply));
+    return false;
+}
+
 /// Logs in and out again; why that fails goes to the boxes.
 int TestDestination(const Globals& globals, const std::string& accountName) {
     Environment environment(globals);
@@ -37,7 +46,8 @@ int TestDestination(const Globals& globals, const std::string& accountName) {
 
     const bool reachable =
         TestConnection(static_cast<int>(settings.PublishMethod), account, *app.ftp,
-                       [&] { return MailServerAnswers(app, mailAccount); }, {.silent = false});
+                       [&] { return MailServerAnswers(app, mailAccount); }, {.silent = false}) &&
+        (mail || account.folder.empty() || FolderIsThere(app, account));
     Print({{"name", ToJson(mail ? settings.CurrentSmtpName : settings.CurrentFtpName)},
            {"server", ToJson(mail ? mailAccount.server : account.server)},
            {"reachable", reachable}},
@@ -49,9 +59,10 @@ int TestDestination(const Globals& globals, const std::string& accountName) {
 
 void AddTestConnectionCommand(CLI::App& app, const Globals& globals, Action& action) {
     auto account = std::make_shared<std::string>();
-    CLI::App* command = app.add_subcommand(
-        "test-connection",
-        "Try to log in at the FTP destination or mail server in use; exit code 1 when that fails");
+    CLI::App* command = app.add_subcommand("test-connection",
+                                           "Try to log in at the FTP destination or mail server in "
+                                           "use; exit code 1 when that fails or "
+                                           "the destination's folder is not there");
     command
         ->add_option("--account", *account, "The name of an FTP destination; else what is in use")
         ->type_name("NAME");

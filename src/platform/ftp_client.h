@@ -92,6 +92,13 @@ class FtpClient {
     [[nodiscard]] virtual FtpResult RemoteSize(const Text& path,
                                                std::optional<std::uint64_t>& bytes) = 0;
 
+    /// Goes to `folder`, written like the path of a file, and back to the log-in folder; empty is
+    /// the log-in folder itself. kFtpRefused where there is none, or none for this user. Not while
+    /// a file is open. A client that is there for uploads alone may be unable to: kFtpWrongState.
+    [[nodiscard]] virtual FtpResult LookForFolder(const Text& folder) {
+        return {folder.empty() ? kFtpDone : kFtpWrongState, 0, {}};
+    }
+
     /// Opens the remote file at `path`, relative to the log-in folder unless it begins with '/'.
     /// For writing it is created, or emptied unless Restart has said where it goes on.
     [[nodiscard]] virtual FtpResult OpenFile(const Text& path, Access access) = 0;

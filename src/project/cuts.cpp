@@ -43,13 +43,6 @@ bool MoveCutEdge(Project& project, std::uint32_t RemovedRange::*edge, std::uint3
     return true;
 }
 
-std::size_t FindCut(const LevelSheet& sheet, std::uint32_t position) {
-    const auto holds = [position](const RemovedRange& cut) {
-        return cut.begin <= position && position <= cut.end;
-    };
-    return static_cast<std::size_t>(std::ranges::find_if(sheet.cuts, holds) - sheet.cuts.begin());
-}
-
 std::optional<std::size_t> AddCut(Project& project, std::uint32_t begin, std::uint32_t end) {
     const FileServices services = project.Readers().files;
     CurrentRecording& recording = project.Recording();

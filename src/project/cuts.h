@@ -13,9 +13,6 @@ class Project;
 // Cuts of the current recording, positions in buffer periods. Every change is in the level file
 // when the operation succeeds; a failure is reported and changes nothing. UI thread.
 
-/// The index of the first cut that holds `position`, its end included, or the count.
-[[nodiscard]] std::size_t FindCut(const LevelSheet& sheet, std::uint32_t position);
-
 /// Inserts a cut before the first one whose begin is greater than the new cut's end, and returns
 /// its index; nothing when there is no room for more cuts. The current clip's length follows.
 [[nodiscard]] std::optional<std::size_t> AddCut(Project& project, std::uint32_t begin,

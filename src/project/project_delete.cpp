@@ -56,10 +56,12 @@ bool Project::DeleteNumbered(const PathParts& chosen) {
     const Text basePath = chosen.folder + chosen.name;
     SystemError firstError = 0;
     bool clipsRemoved = false;
+    bool inUse = false;
     for (int number = 0; number < kNumbers; ++number) {
         const Text takePath = basePath + FormatText("%.2d", number);
         if (IsBeingRecorded(Disk(), takePath + u".wav")) {
             Files().report.ShowError(u"The recording is in use: " + takePath);
+            inUse = true;
             continue;
         }
         const SystemError journalError = DeleteJournal(Files(), takePath + u".wav");
@@ -80,9 +82,9 @@ bool Project::DeleteNumbered(const PathParts& chosen) {
         foreignText_ = data_.text;
         recordingIndex_ = -1;
         OpenNumberedRecording();
-        return firstError == 0;
+        return firstError == 0 && !inUse;
     }
-    return (!clipsRemoved || SaveProject()) && firstError == 0;
+    return (!clipsRemoved || SaveProject()) && firstError == 0 && !inUse;
 }
 
 /// Lets go of a recording whose audio file is gone; true when clips referred to it.

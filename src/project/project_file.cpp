@@ -171,7 +171,7 @@ ProjectReadResult ReadProjectFile(FileServices services, const Text& path, Proje
     {
         JStreamFile file(services, path, true);
         Bytes head(std::min<std::size_t>(kHeadBytes, file.GetSize()));
-        file.Read(head.data(), static_cast<std::uint32_t>(head.size()));
+        file.ReadHeld(head.data(), static_cast<std::uint32_t>(head.size()));
         if (!file.IsOpen()) return ProjectReadResult::kNotOpened;
         if (const ProjectReadResult result = CheckHead(head); result != ProjectReadResult::kOk)
             return result;

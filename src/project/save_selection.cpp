@@ -47,7 +47,7 @@ std::uint64_t CopySelection(JStreamFile& source, const TakeLayout& layout, std::
         const std::uint64_t count = std::min<std::uint64_t>(total - done, block.size());
         const std::uint64_t stored = std::min(count, dataEnd - std::min(at, dataEnd));
         std::ranges::fill(block, std::uint8_t{0});
-        source.Read(block.data(), static_cast<std::uint32_t>(stored));
+        source.ReadHeld(block.data(), static_cast<std::uint32_t>(stored));
         if (source.IsOpen()) got += count;
         target.Write(block.data(), static_cast<std::uint32_t>(count));
         done += count;

@@ -7,7 +7,7 @@ namespace orma {
 std::optional<Bytes> ReadWholeFile(FileServices services, const Text& path) {
     JStreamFile file(services, path, true);
     Bytes bytes(file.GetSize());
-    file.Read(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+    file.ReadHeld(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
     if (!file.IsOpen()) return std::nullopt;
     return bytes;
 }

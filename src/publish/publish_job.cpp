@@ -366,6 +366,7 @@ PublishOutcome PublishJob::WithImageWriter(Send send) {
         JStreamImageWritePubEMAIL writer(*remote.mail, Delivery(), Message({}));
         return deliver(writer);
     }
+    s_.readers.files.report.ShowError(u"There is no network.");
     return PublishOutcome::kFailed;
 }
 

@@ -14,10 +14,14 @@ Text ProtectionWords(TransportSecurity security) {
                                                 : u", protected by TLS; the certificate is good.";
 }
 
+/// The end of a sentence: what the server itself said.
+Text ServerWords(const FtpResult& result) {
+    return result.reply.empty() ? Text(u".") : Text(u". The server says: ") + result.reply;
+}
+
 /// Why no connection or log-in came about.
 Text FtpWords(const FtpResult& result, const Text& server) {
-    const Text said =
-        result.reply.empty() ? Text(u".") : Text(u". The server says: ") + result.reply;
+    const Text said = ServerWords(result);
     switch (result.code) {
         case kFtpTimeout:
             return u"Nobody answers at " + server + u".";
@@ -53,10 +57,13 @@ Text FtpWords(const FtpResult& result, const Text& server) {
 
 ConnectionVerdict CheckFtpAccount(const FtpAccount& account, const NetworkPorts& network,
                                   FileServices files, Patience& patience) {
-    const FtpResult result = TestFtpLogIn(
+    const auto [loggedIn, result] = TestFtpAccount(
         account, {.clients = network.ftp, .report = files.report, .patience = patience});
     if (result.Ok()) return {End::kOk, u"Logged in" + ProtectionWords(account.security)};
     if (result.code == kFtpCancelled) return {End::kCancelled, u"Cancelled."};
+    if (loggedIn && (result.code == kFtpRefused || result.code == kFtpBadName))
+        return {End::kRefused,
+                u"Logged in, but not into the folder " + account.folder + ServerWords(result)};
     return {End::kRefused, FtpWords(result, account.server)};
 }
 

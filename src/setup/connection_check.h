@@ -12,8 +12,8 @@ struct ConnectionVerdict {
     Text words;
 };
 
-/// Logs in at the account's server and out again. Reports nothing. Blocking, UI thread; `patience`
-/// ends it.
+/// Logs in at the account's server, looks for its folder there, and leaves. Reports nothing.
+/// Blocking, UI thread; `patience` ends it.
 [[nodiscard]] ConnectionVerdict CheckFtpAccount(const FtpAccount& account,
                                                 const NetworkPorts& network, FileServices files,
                                                 Patience& patience);

@@ -8,8 +8,10 @@ bool TestConnection(int publishMethod, const FtpAccount& account, FtpServices se
     return FtpSession(services, account, manner).IsConnected();
 }
 
-FtpResult TestFtpLogIn(const FtpAccount& account, FtpServices services) {
-    return FtpSession(services, account, {.silent = true}).LastResult();
+FtpTrial TestFtpAccount(const FtpAccount& account, FtpServices services) {
+    FtpSession session(services, account, {.silent = true});
+    if (!session.IsConnected()) return {false, session.LastResult()};
+    return {true, session.Client().LookForFolder(account.folder)};
 }
 
 SmtpOpenResult TestMailLogIn(const SmtpAccount& account, const MailServices& services) {

@@ -16,8 +16,16 @@ namespace orma {
                                   const std::function<bool()>& mailServerAnswers,
                                   FtpManner manner = {.silent = true});
 
-/// Logs in at an FTP server and out again, without a report: how that went. Blocking, UI thread.
-[[nodiscard]] FtpResult TestFtpLogIn(const FtpAccount& account, FtpServices services);
+/// How a try of an FTP account ended: with which step, and how.
+struct FtpTrial {
+    bool loggedIn = false;  // then the result is that of looking for the account's folder
+    FtpResult result;
+};
+
+/// Logs in at an FTP server, looks whether the account's folder is there, and leaves, without a
+/// report. Whether the folder may be written to, only a publication tells: a file put there to try
+/// would be one that somebody finds. Blocking, UI thread.
+[[nodiscard]] FtpTrial TestFtpAccount(const FtpAccount& account, FtpServices services);
 
 /// Greets a mail server, logs in where the account says so, and leaves. Blocking, UI
 /// thread.

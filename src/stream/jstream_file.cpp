@@ -1,5 +1,6 @@
 #include "stream/jstream_file.h"
 
+#include <cerrno>
 #include <cstring>
 #include <limits>
 
@@ -165,6 +166,12 @@ void JStreamFile::Read(void* buffer, std::uint32_t count) {
         Trace("EOF nr %d n %d", static_cast<int>(got), static_cast<int>(count));
         status |= kAtEnd;
     }
+}
+
+void JStreamFile::ReadHeld(void* buffer, std::uint32_t count) {
+    status &= ~kAtEnd;
+    Read(buffer, count);
+    if (Has(kGood | kAtEnd)) Fail(u"ReadFile", EIO);
 }
 
 void JStreamFile::Write(const void* buffer, std::uint32_t count) {

@@ -73,6 +73,10 @@ class JStreamFile : public JStream {
     /// `good` and reports "GetFileSize": a file of unknown size must not pass for an empty one.
     [[nodiscard]] std::uint32_t GetSize();
 
+    /// As Read, of bytes that the file was found to hold: fewer are a failure, reported as
+    /// "ReadFile". Somebody has cut the file since, and zeros must not pass for what it held.
+    void ReadHeld(void* buffer, std::uint32_t count);
+
     /// Cuts the file at `bytes`; a failure clears `good` and reports "SetEndOfFile".
     void Truncate(std::uint32_t bytes);
 

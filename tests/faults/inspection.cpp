@@ -36,13 +36,14 @@ Inspection::Inspection(Medium& medium, Workday& day, Recording recording, Snapsh
     : medium_(medium), day_(day), recording_(recording), before_(std::move(before)) {
     FaultyStorage storage(medium_.storage);
     medium_.SetBack(before_);
-    storage.FailAt(FaultyStorage::kAll | FaultyStorage::kLook, 0);
     wholeAccount_ = day_.Live(storage);
-    operations_ = storage.Count();
     whole_ = medium_.Look();
     EXPECT_TRUE(wholeAccount_.boxes.empty());
     EXPECT_TRUE(wholeAccount_.saved);
     EXPECT_EQ(wholeAccount_.outcome, PublishOutcome::kPublished);
+    if (recording_.edits) {
+        EXPECT_EQ(wholeAccount_.edits->done, EditAccount::kAll);
+    }
 
     FakeBoxes boxes;
     const auto app = day_.Start(medium_.storage, boxes);
@@ -108,7 +109,7 @@ void Inspection::CheckFiles(const Snapshot& after) {
         if (EndsWith(name, u".opr")) {
             ProjectRecord project;
             Require(DecodeProjectFile(bytes, project) == ProjectReadResult::kOk &&
-                        project.text == u"Harbour" && HoldsClip(project, u"talk00"),
+                        project.text.starts_with(u"Harbour") && HoldsClip(project, u"talk00"),
                     ToUtf8(name) + " lost what it held");
         }
     }
@@ -147,7 +148,10 @@ void Inspection::CheckNextStart(const Account& account, const Snapshot& after,
             "the next start does not show the old clip");
     for (std::size_t i = 0; i < account.takes.size(); ++i)
         CheckTake(*app, account.takes[i], i, extent);
-    if (extent == FaultyStorage::Extent::kOnce) CheckMarks(account, after);
+    if (account.edits)
+        CheckEdits(*app, *account.edits);
+    else if (extent == FaultyStorage::Extent::kOnce)
+        CheckMarks(account, after);
     for (const MessageBox& box : boxes.shown)
         Require(box.icon == BoxIcon::kInformation, "the next start shows: " + ToUtf8(box.text));
     CheckNothingIsOverwritten(*app);
@@ -174,6 +178,29 @@ void Inspection::CheckMarks(const Account& account, const Snapshot& after) {
         };
         Require(marksIn(after, take.name) == marksIn(whole_, wholeAccount_.takes[i].name),
                 ToUtf8(take.name) + " lost marks");
+    }
+}
+
+/// What was said to be done is there, and of what was refused the user knows. Clips that could not
+/// be shown, or were recovered, may stand between what was seen.
+void Inspection::CheckEdits(const Application& app, const EditAccount& edits) {
+    for (const std::string& what : edits.silent)
+        Require(false, what + " was refused without a box");
+    const ListState list = ListOf(app.project);
+    const auto stands = [&](const ListState& made) {
+        auto place = list.clips.begin();
+        for (const EditedClip& clip : made.clips) {
+            place = std::find(place, list.clips.end(), clip);
+            if (place == list.clips.end()) return false;
+            ++place;
+        }
+        return list.text == made.text;
+    };
+    Require(std::ranges::any_of(edits.lists, stands), "the clip list lost what was saved");
+    for (const auto& [name, sheet] : edits.sheets) {
+        const auto found = DecodeVuFile(ReadFileBytes(medium_.Path(name + u".jvu")));
+        Require(found && Sheet{found->marks, found->cuts} == sheet,
+                ToUtf8(name) + " lost saved marks or cuts");
     }
 }
 

@@ -15,9 +15,6 @@ class Inspection {
     /// Runs that day once. `before`: the medium as every day finds it.
     Inspection(Medium& medium, Workday& day, Recording recording, Snapshot before);
 
-    /// What a day without a fault asks of the storage: the number of places for one.
-    [[nodiscard]] std::size_t Operations() const { return operations_; }
-
     /// Everything that is lost, half or claimed without being true; empty: nothing. The medium is
     /// not the same afterwards.
     [[nodiscard]] std::vector<std::string> Faults(const Account& account,
@@ -31,6 +28,7 @@ class Inspection {
     void CheckTake(Application& app, const TakeAccount& take, std::size_t index,
                    FaultyStorage::Extent extent);
     void CheckMarks(const Account& account, const Snapshot& after);
+    void CheckEdits(const Application& app, const EditAccount& edits);
     void CheckNothingIsOverwritten(Application& app);
     [[nodiscard]] bool PublishWhatIsWhole(Application& app, FakeBoxes& boxes);
 
@@ -48,8 +46,7 @@ class Inspection {
     Snapshot whole_;  // what the day without a fault leaves
     Account wholeAccount_;
     std::array<Bytes, 2> sound_;  // of its takes
-    std::size_t operations_ = 0;
-    std::set<Bytes> verified_;  // publications; most runs end with one that is known
+    std::set<Bytes> verified_;    // publications; most runs end with one that is known
     std::vector<std::string> faults_;
 };
 

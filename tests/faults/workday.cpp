@@ -118,8 +118,9 @@ Account Workday::Live(FaultyStorage& storage) {
         const auto app = Start(storage, boxes);
         app->input.SetInputGain(kGainDb - app->input.InputGainDb());
         if (OpenOrCreateProject(*app, ProjectPath())) {
-            for (std::size_t i = 0; i < kPeriods.size(); ++i)
+            for (std::size_t i = recording_.edits ? 1 : 0; i < kPeriods.size(); ++i)
                 account.takes[i] = Record(*app, kPeriods[i], &storage);
+            if (recording_.edits) account.edits = Edit(*app, boxes);
             account.outcome = Publish(*app);
         }
         account.saved = ShutDown(*app);

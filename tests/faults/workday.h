@@ -2,9 +2,11 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "app/application.h"
+#include "edits.h"
 #include "medium.h"
 #include "support/fake_boxes.h"
 #include "support/fake_clock.h"
@@ -19,6 +21,7 @@ struct Recording {
     const char* name;
     bool mp2;
     bool appendPerBlock;
+    bool edits = false;  // a day of one take, which is edited
 };
 
 /// What a run knows of a take that it recorded. Counts in buffer periods.
@@ -34,6 +37,7 @@ struct TakeAccount {
 /// What a run did and what the user saw.
 struct Account {
     std::array<TakeAccount, 2> takes;
+    std::optional<EditAccount> edits;
     std::vector<Text> boxes;
     PublishOutcome outcome = PublishOutcome::kRefused;
     bool saved = false;

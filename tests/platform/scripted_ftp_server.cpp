@@ -100,7 +100,9 @@ bool ScriptedFtpServer::Obey(int control, const std::string& line) {
     const std::size_t space = line.find(' ');
     const std::string verb = line.substr(0, space);
     const std::string rest = space == std::string::npos ? "" : line.substr(space + 1);
-    if (const auto reply = script_.replies.find(verb); reply != script_.replies.end())
+    auto reply = script_.replies.find(line);
+    if (reply == script_.replies.end()) reply = script_.replies.find(verb);
+    if (reply != script_.replies.end())
         return Send(control, reply->second) && (verb != script_.freezesAt || Freeze());
     if (verb == "USER") return Send(control, "331 Password?\r\n");
     if (verb == "PASS") return Send(control, "230 Welcome.\r\n");

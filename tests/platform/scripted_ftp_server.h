@@ -23,7 +23,8 @@ class ScriptedFtpServer {
     struct Script {
         std::string greeting = "220 ready\r\n";
         bool greetsForEver = false;
-        std::map<std::string, std::string> replies{};  // by verb, instead of the usual ones
+        // Instead of the usual ones, by verb or whole command.
+        std::map<std::string, std::string> replies{};
         std::map<std::string, std::string> files{};
         std::size_t limit = std::numeric_limits<std::size_t>::max();  // bytes of an upload
         AtLimit atLimit = AtLimit::kRefuse;

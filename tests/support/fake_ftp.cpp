@@ -50,6 +50,12 @@ class FakeFtpClient : public FtpClient {
         return {};
     }
 
+    [[nodiscard]] FtpResult LookForFolder(const Text& folder) override {
+        if (!connected_ || open_) return kWrong;
+        server_.log.push_back("CWD " + ToUtf8(folder));
+        return server_.folder;
+    }
+
     [[nodiscard]] FtpResult OpenFile(const Text& path, Access access) override {
         if (!connected_ || open_) return kWrong;
         reading_ = access == Access::kRead;

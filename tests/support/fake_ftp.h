@@ -26,6 +26,7 @@ class FakeFtp : public FtpClients {
     FtpResult creation;                       // what Create says
     FtpResult connection;                     // what log-ins say
     std::size_t failingConnections = kNever;  // how many of them, where `connection` is a failure
+    FtpResult folder;                         // what looking for one says
     bool takesRestart = true;                 // 350 to REST
     FtpResult restart{kFtpRefused, 502, u"502 Command not implemented."};  // otherwise
     FtpResult opening;         // what opening a file says

@@ -35,6 +35,8 @@ class FaultyStorage : public Storage {
     static constexpr std::size_t kWhile = 12;
 
     static constexpr SystemError kNoSpace = 28;
+    static constexpr SystemError kCutShort =
+        ~SystemError{0};  // a read gives half, without an error
 
     /// On the real files; or on `real`, which outlives the storage.
     FaultyStorage() : real_(files_) {}

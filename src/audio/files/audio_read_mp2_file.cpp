@@ -156,7 +156,7 @@ bool AdoptMp2Bitrate(FileServices files, const Text& path, AudioState& audio,
     JStreamFile file(files, path, true);
     std::uint32_t header = 0;
     if (file.GetSize() < sizeof header) return false;
-    file.Read(&header, sizeof header);
+    file.ReadHeld(&header, sizeof header);
     if (!file.IsOpen()) return false;
     audio.bitrate.SetMp2Bitrate(((header >> 20) & 0xFU) - 1, report);
     return true;

@@ -107,7 +107,7 @@ void JStreamAudioReadWavFile::Refill(std::size_t missing) {
     }
     const std::size_t sampleBytes = SampleBytes();
     const std::size_t count = frames * format_.channels;
-    Read(raw_.data(), static_cast<std::uint32_t>(count * sampleBytes));
+    ReadHeld(raw_.data(), static_cast<std::uint32_t>(count * sampleBytes));
     position_ += count * sampleBytes;
     // Little-endian: the upper two bytes of a sample are its last two.
     const std::uint8_t* upper = raw_.data() + sampleBytes - 2;

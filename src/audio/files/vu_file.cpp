@@ -35,7 +35,7 @@ std::optional<VuFileHead> OpenVuFile(FileServices services, JStreamFile& file, c
     file.Open(path, true);
     const std::uint32_t size = file.GetSize();
     Bytes bytes(std::min(size, VuFileHead::kBytes));
-    file.Read(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+    file.ReadHeld(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
     std::optional<VuFileHead> head;
     if (file.IsOpen()) head = DecodeHead(bytes);
     if (head && head->ContentBytes() <= size) return head;
@@ -50,7 +50,7 @@ std::optional<LevelSheet> LoadSheet(FileServices services, JStreamFile& file, co
     if (!head) return std::nullopt;
     Bytes bytes(std::min<std::uint64_t>(file.GetSize(), head->ContentBytes() + kShiftBytes));
     file.SetPosition(0);
-    file.Read(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+    file.ReadHeld(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
     return file.IsOpen() ? DecodeVuFile(bytes) : std::nullopt;
 }
 

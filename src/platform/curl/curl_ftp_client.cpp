@@ -112,6 +112,14 @@ FtpResult CurlFtpClient::RemoteSize(const Text& path, std::optional<std::uint64_
     return number >= 400 && number < 500 ? Refusal(sizeReply_, password_) : result;
 }
 
+FtpResult CurlFtpClient::LookForFolder(const Text& folder) {
+    if (!connected_ || running_) return NotOpen();
+    if (folder.empty()) return {};
+    if (!FitsInCommand(folder)) return {kFtpBadName, 0, {}};
+    const FtpResult there = Exchange({.path = ToUtf8(folder) + "/"});
+    return there.Ok() ? Exchange({}) : there;  // libcurl goes back by itself
+}
+
 FtpResult CurlFtpClient::OpenFile(const Text& path, Access access) {
     if (!connected_ || running_) return NotOpen();
     if (path.empty() || !FitsInCommand(path)) return {kFtpBadName, 0, {}};

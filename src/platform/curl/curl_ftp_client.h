@@ -32,6 +32,7 @@ class CurlFtpClient : public FtpClient {
     [[nodiscard]] FtpResult Restart(std::uint64_t offset) override;
     [[nodiscard]] FtpResult RemoteSize(const Text& path,
                                        std::optional<std::uint64_t>& bytes) override;
+    [[nodiscard]] FtpResult LookForFolder(const Text& folder) override;
     [[nodiscard]] FtpResult OpenFile(const Text& path, Access access) override;
     [[nodiscard]] FtpResult Read(std::span<std::uint8_t> into, std::size_t& got) override;
     [[nodiscard]] FtpResult Write(ByteSpan from) override;
@@ -45,7 +46,7 @@ class CurlFtpClient : public FtpClient {
     /// What one exchange is to do.
     struct Task {
         Kind kind = Kind::kCommands;
-        std::string path{};                   // of the file
+        std::string path{};                   // of the file; of a folder, to go there
         std::vector<std::string> commands{};  // sent first; the file's come after log-in and type
     };
 

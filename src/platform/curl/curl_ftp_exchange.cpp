@@ -250,7 +250,9 @@ bool CurlFtpClient::Begin(const Task& task) {
                                                         : limits_.connectMs));
     set(CURLOPT_SERVER_RESPONSE_TIMEOUT, static_cast<long>((limits_.replyMs + 999) / 1000));
     set(CURLOPT_ACCEPTTIMEOUT_MS, static_cast<long>(limits_.replyMs));
-    set(CURLOPT_FTP_FILEMETHOD, static_cast<long>(CURLFTPMETHOD_NOCWD));
+    const bool goes = task.kind == Kind::kCommands;  // a file has its folder in its name
+    set(CURLOPT_FTP_FILEMETHOD,
+        static_cast<long>(goes ? CURLFTPMETHOD_SINGLECWD : CURLFTPMETHOD_NOCWD));
     set(CURLOPT_PATH_AS_IS, 1L);
     // libcurl 7.88 sends the data of active connections in clear text even where it must not.
     if (!target_.passive && target_.security == TransportSecurity::kNone) set(CURLOPT_FTPPORT, "-");
