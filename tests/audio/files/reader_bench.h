@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cmath>
-
 #include "audio/files/audio_read.h"
-#include "audio/files/signals.h"
+#include "support/signals.h"
 #include "support/test_files.h"
 
 namespace orma::test {
@@ -38,19 +36,5 @@ struct ReaderBench {
         return samples;
     }
 };
-
-/// What a person's voice does to a level: syllables of a few harmonics, rising and falling.
-[[nodiscard]] inline Samples SpeechLike(double rate, std::size_t count) {
-    Samples samples(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const double t = static_cast<double>(i) / rate;
-        double value = 0;
-        for (int harmonic = 1; harmonic < 12; ++harmonic)
-            value += std::sin(6.2831853 * 140 * harmonic * t + harmonic) / harmonic;
-        const double syllable = std::pow(std::sin(6.2831853 * 2 * t), 2);
-        samples[i] = static_cast<std::int16_t>(6000 * value * syllable);
-    }
-    return samples;
-}
 
 }  // namespace orma::test

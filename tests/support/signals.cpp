@@ -1,4 +1,4 @@
-#include "audio/files/signals.h"
+#include "support/signals.h"
 
 #include <algorithm>
 #include <cmath>
