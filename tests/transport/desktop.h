@@ -14,16 +14,14 @@
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
 #include "support/faulty_storage.h"
+#include "support/quiet_ports.h"
 #include "support/temp_folder.h"
 
 namespace orma::test {
 
 /// The application with its buttons, on a fake microphone and loudspeaker, in an empty project of
 /// twenty periods a second.
-class Desktop : public HeadsetProbe,
-                public DesktopHelpers,
-                public TransportListener,
-                public PublishProgress {
+class Desktop : public HeadsetProbe, public DesktopHelpers, public TransportListener {
   public:
     static constexpr std::uint32_t kPeriodBytes = 4410;  // of one channel
 
@@ -112,10 +110,6 @@ class Desktop : public HeadsetProbe,
     void OnClosed() override { told += 'c'; }
     void OnPlayedOut() override { told += 'o'; }
     std::optional<PeriodRange> NextRange() override { return next ? next() : std::nullopt; }
-    void SetText(const Text&) override {}
-    void SetRange(std::uint32_t) override {}
-    void Step(std::uint32_t) override {}
-    [[nodiscard]] bool IsCancelled() override { return false; }
 
     TempFolder folder;
     FaultyStorage storage;
@@ -123,6 +117,7 @@ class Desktop : public HeadsetProbe,
     FakeClock clock;
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
+    NoProgress progress;
     int headset = -1;
     bool hasTool = false;
     std::string asked;  // of the desktop
@@ -138,7 +133,7 @@ class Desktop : public HeadsetProbe,
                           .waves = waves,
                           .headset = *this,
                           .desktop = this},
-                    FrontEnd{*this, *this}, folder.Path()};
+                    FrontEnd{*this, progress}, folder.Path()};
     Transport& transport = app.transport;
 };
 
