@@ -30,12 +30,7 @@ class Desktop : public HeadsetProbe, public DesktopHelpers, public TransportList
     /// Adds a clip of a take whose samples are `first`, `first` + 1 ..., a period each; its number.
     std::int32_t AddTake(const Text& name, std::uint32_t periods, std::vector<RemovedRange> cuts,
                          std::uint32_t first = 0, unsigned channels = 1, PeriodRange range = {}) {
-        Bytes data(std::size_t{periods} * kPeriodBytes * channels);
-        for (std::size_t i = 0; i < data.size() / 2; ++i)
-            StoreLe(&data[2 * i],
-                    static_cast<std::uint16_t>(first + i / (kPeriodBytes / 2 * channels)));
-        const WavFields fields{.channels = channels, .blockAlign = 2 * channels};
-        WriteFileBytes(folder.Path(name + u".wav"), WavBytes(fields, data));
+        WriteFileBytes(folder.Path(name + u".wav"), NumberedTake(periods, first, channels));
         LevelSheet sheet;
         sheet.cuts = std::move(cuts);
         sheet.levels.assign(periods, 40);

@@ -2,19 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/test_files.h"
-
 namespace orma::test {
 namespace {
-
-TEST(Mp2Bitrate, RefusesAnIndexAboveTheTable) {
-    TestFiles files;
-    Mp2Bitrate bitrate;
-    bitrate.SetMp2Bitrate(11, files.report);
-    bitrate.SetMp2Bitrate(12, files.report);
-    EXPECT_EQ(bitrate.BitsPerSecond(), 256000U);
-    EXPECT_EQ(files.boxes.Texts(), std::vector<Text>{u"Illegal bitrate"});
-}
 
 TEST(Mp2Header, ReckonsTheFrameLengthOfLayer2Alone) {
     const struct {

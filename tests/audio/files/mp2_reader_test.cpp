@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "audio/files/mp2_pipeline.h"
 #include "audio/files/reader_bench.h"
 #include "support/byte_builder.h"
 
@@ -16,18 +15,7 @@ using ::testing::IsEmpty;
 
 class Mp2ReaderTest : public ::testing::Test {
   protected:
-    /// Frames of 48000 Hz sound with the settings of the bench.
-    Bytes Encode(const Samples& pcm) {
-        Bytes frames;
-        Mp2Pipeline encoder(bench_.audio, bench_.files.report);
-        const auto output = [&](ByteSpan block) {
-            frames.insert(frames.end(), block.begin(), block.end());
-        };
-        EXPECT_TRUE(encoder.Mp2EncoderInit(output, bench_.audio.stereo, 48000));
-        encoder.Mp2EncodeSamples(AsPcm(pcm));
-        encoder.Mp2EncodeFlush();
-        return frames;
-    }
+    Bytes Encode(const Samples& pcm) { return EncodeMp2(bench_.audio, bench_.files.report, pcm); }
 
     void SetBitrate(std::uint32_t index) {
         bench_.audio.bitrate.SetMp2Bitrate(index, bench_.files.report);

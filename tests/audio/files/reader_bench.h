@@ -1,10 +1,27 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "audio/files/audio_read.h"
+#include "audio/files/mp2_pipeline.h"
 #include "support/signals.h"
 #include "support/test_files.h"
 
 namespace orma::test {
+
+/// Layer II frames of 48000 Hz sound at the bit rate of `audio`.
+[[nodiscard]] inline Bytes EncodeMp2(const AudioState& audio, ErrorReporter& report,
+                                     const Samples& pcm, bool stereo = false) {
+    Bytes frames;
+    Mp2Pipeline encoder(audio, report);
+    const auto output = [&](ByteSpan block) {
+        frames.insert(frames.end(), block.begin(), block.end());
+    };
+    EXPECT_TRUE(encoder.Mp2EncoderInit(output, stereo, 48000));
+    encoder.Mp2EncodeSamples(AsPcm(pcm));
+    encoder.Mp2EncodeFlush();
+    return frames;
+}
 
 /// All that a reader needs, and one take.
 struct ReaderBench {
