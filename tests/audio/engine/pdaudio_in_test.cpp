@@ -4,7 +4,6 @@
 
 #include "audio/engine/engine_fixture.h"
 #include "audio/engine/spdif_format.h"
-#include "audio/files/level_tables.h"
 
 namespace orma::test {
 namespace {
@@ -149,34 +148,72 @@ TEST_F(PDAudioInTest, StartsTheCardByItsControls) {
 }
 
 TEST_F(PDAudioInTest, TellsWhyItDoesNotStartAndClosesTheCard) {
+    spdif = &input_;
+    const auto refused = [&] {
+        boxes.shown.clear();
+        psi_.rateReads = 0;
+        EXPECT_EQ(Engine().WavStartRecording(), 1);
+        EXPECT_TRUE(Engine().IsClosed());
+        return boxes.Texts();
+    };
     psi_.opens = false;
-    EXPECT_EQ(Start(false, 1), SpdifResult::kNoDriver);
+    EXPECT_EQ(refused(), Texts{u"No driver installed"});
     EXPECT_EQ(psi_.controls, Strings{"open"});
     psi_.opens = true;
 
     psi_.failing = SpdifControl::kSelectInput;
-    EXPECT_EQ(Start(false, 1), SpdifResult::kNoCard);
+    EXPECT_EQ(refused(), Texts{u"No PDAudio card present"});
     EXPECT_EQ(psi_.controls.back(), "close");
     psi_.failing.reset();
 
-    psi_.rateReads = 0;
     psi_.lockedAt = 11;
-    EXPECT_EQ(Start(false, 1), SpdifResult::kNoSignal);
+    EXPECT_EQ(refused(), Texts{u"No valid digital input signal"});
     EXPECT_EQ(psi_.rateReads, 10);
+    psi_.lockedAt = 1;
     psi_.rateCode = 10;
-    EXPECT_EQ(Start(true, 1), SpdifResult::kRateNotForMp2);
-    EXPECT_TRUE(boxes.shown.empty());
+    audio.mp2 = true;
+    EXPECT_EQ(refused(), Texts{u"Sample rate not supported at mp2-recording"});
+    audio.mp2 = false;
+    waves.in.results["OpenInput"] = WaveResult::kNoDevice;
+    EXPECT_EQ(refused(), Texts{u"waveInOpen"});
+    EXPECT_EQ(psi_.controls.back(), "close");
 
     psi_.status = 0x100;
-    EXPECT_EQ(Start(false, 1), SpdifResult::kNoSignal);
-    ASSERT_EQ(boxes.shown.size(), 1u);
-    EXPECT_EQ(boxes.shown[0].text, u"Record Fail no S/PDIF input\n");
+    EXPECT_EQ(refused(),
+              (Texts{u"Record Fail no S/PDIF input\n", u"No valid digital input signal"}));
     EXPECT_EQ(boxes.shown[0].title, u"PDAudio");
     EXPECT_EQ(boxes.shown[0].icon, BoxIcon::kInformation);
     EXPECT_EQ(psi_.controls.back(), "close");
 
     PDAudioIn none(nullptr, loop, clock, report);
     EXPECT_EQ(none.PDAudioStart(false, 1, 2, listener_, format_), SpdifResult::kNoDriver);
+}
+
+TEST_F(PDAudioInTest, CopiesTheUpperBytesOfTheChannelsThatAreRecorded) {
+    struct Row {
+        bool mp2;
+        std::uint16_t channels;
+        Bytes heard;
+    };
+    for (const Row& row :
+         {Row{false, 2, {1, 0x41, 0x81, 2, 0x42, 0x82, 3, 0x43, 0x83, 4, 0x44, 0x84}},
+          Row{false, 1, {1, 0x41, 0x81, 3, 0x43, 0x83}},
+          Row{true, 2, {0x41, 0x81, 0x42, 0x82, 0x43, 0x83, 0x44, 0x84}},
+          Row{true, 1, {0x41, 0x81, 0x43, 0x83}}}) {
+        psi_.write = 0;
+        psi_.made = 0;
+        listener_.heard.clear();
+        ASSERT_EQ(Start(row.mp2, row.channels), SpdifResult::kCapturing);
+        ASSERT_TRUE(Add(static_cast<std::uint32_t>(row.heard.size())));
+        psi_.Make(3);  // the card writes sample by sample
+        psi_.write += 2;
+        Pass(10);
+        psi_.write -= 2;
+        psi_.Make(1);
+        Pass(10);
+        EXPECT_EQ(listener_.heard, row.heard);
+        EXPECT_EQ(psi_.read, row.channels == 2 ? 12u : 9u);
+    }
 }
 
 TEST_F(PDAudioInTest, RefusesTheSeventeenthBufferUntilAPlaceIsFree) {
@@ -270,11 +307,7 @@ TEST_F(PDAudioInTest, ATakeHoldsEverySampleOfTheCardUntilItsStopUnprocessed) {
     EXPECT_EQ(audio.bitsPerSample, 24);
     const int before = psi_.made;
     for (int period = 0; period < 20; ++period) {
-        psi_.Make(2 * 2400 - 1);
-        psi_.write += 2;  // the card writes byte by byte
-        Pass(10);
-        psi_.write -= 2;
-        psi_.Make(1);
+        psi_.Make(2 * 2400);
         Pass(10);
     }
     waves.in.Lose(WaveLoss::kVanished);  // the microphone beside the card does not matter
@@ -295,8 +328,6 @@ TEST_F(PDAudioInTest, ATakeHoldsEverySampleOfTheCardUntilItsStopUnprocessed) {
                 << block << " " << at;
     EXPECT_EQ(writer.blocks[40][18], static_cast<std::uint8_t>(sample + 7));
     EXPECT_EQ(writer.blocks[40][21], 0);
-    // The samples reach from 0x7FBF7F upwards round to it: negative ones do not count.
-    EXPECT_EQ(sheet.levels[0], LevelOfPeak(0x7FBF));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "audio/engine/load_meter.h"
+#include "audio/files/peak_level.h"
 #include "support/test_files.h"
 
 namespace orma::test {
@@ -45,6 +47,28 @@ TEST(RecordingBudget, EndsATakeBeforeItsFileReaches4Gigabytes) {
     EXPECT_EQ(MostPeriodsOfFile(4410), 970111U);  // 13 h 28 min of mono WAV
     EXPECT_GT(MostPeriodsOfFile(1), 0xFE000000U);
     EXPECT_NE(MostPeriodsOfFile(0), 0U);
+}
+
+TEST(PeakLevel, CountsNegativePeaksOf16BitSoundAlone) {
+    const std::int16_t samples[] = {5, -32768, 100};
+    EXPECT_EQ(PeakOf16Bit(samples), 32768U);
+    const Bytes packed = {0xFF, 0x00, 0x80, 0x00, 0x34, 0x12, 0x00};  // -32768, 0x1234, a rest
+    EXPECT_EQ(PeakOf24Bit(packed), 0x1234U);
+}
+
+TEST(LoadMeter, TakesThePeakOfSixteenAfterTwoSeconds) {
+    LoadMeter meter;
+    for (int n = 0; n < 41; ++n)
+        meter.Note(100, 20);
+    EXPECT_EQ(meter.PeakMs(), 0U);  // forty after the first: still within two seconds
+    meter.Note(116, 20);
+    EXPECT_EQ(meter.PeakMs(), 101U);
+    meter.Clear();
+    // Opening the file is not counted: eleven of sixteen behind it.
+    meter.Note(1600, 5);
+    for (int n = 0; n < 11; ++n)
+        meter.Note(16, 5);
+    EXPECT_EQ(meter.PeakMs(), 11U);
 }
 
 }  // namespace

@@ -66,6 +66,17 @@ TEST(MpegFormatBlock, SaysSingleChannelModeForStereoAsWell) {
     EXPECT_FALSE(PcmFormatBlock::Decode(expected.bytes));
 }
 
+TEST(PcmFormatBlock, IsFormatFactAndDataHead) {
+    const PcmFormatBlock block{
+        .channels = 2, .blockAlign = 2, .factSamples = 1152, .dataSize = 4608};
+    ByteBuilder expected;
+    expected.Put("fmt ").U32(16).U16(1).U16(2).U32(48000).U32(192000).U16(2).U16(16);
+    expected.Put("fact").U32(4).U32(1152).Put("data").U32(4608);
+    ASSERT_EQ(expected.bytes.size(), 44U);
+    ExpectLayout(block, expected.bytes);
+    EXPECT_FALSE(MpegFormatBlock::Decode(ByteBuilder().Put(expected.bytes).Fill(44).bytes));
+}
+
 TEST(LevlChunk, EndsInOneToFourZerosAndRefusesLengthsThatDoNotFit) {
     LevlChunk levl;
     levl.blockSize = 2400;

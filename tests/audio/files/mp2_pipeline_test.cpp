@@ -72,8 +72,9 @@ class Mp2PipelineTest : public ::testing::Test {
         for (std::size_t frame = 0; converters[0].position < count; ++frame) {
             std::array<Samples, 2> sides;
             for (unsigned side : {0U, 1U}) {
-                Samples in = Channel(pcm, channels, side % channels);
-                in.resize(count + 2 * kFrame);
+                Samples in(count + 2 * kFrame);
+                for (std::size_t i = 0; i < count; ++i)
+                    in[i] = pcm[i * channels + side % channels];
                 const auto at = in.begin() + static_cast<std::ptrdiff_t>(frame * kFrame);
                 sides[side] = converters[side].Convert(in, kFrame);
                 if (rate == 48000) sides[side].assign(at, at + kFrame);
