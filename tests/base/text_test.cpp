@@ -5,16 +5,13 @@
 namespace orma {
 namespace {
 
-TEST(Utf8, DecodesEveryLengthOfSequence) {
-    EXPECT_EQ(FromUtf8("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA4"), u"a\u00E9\u20AC\U0001F3A4");
-    EXPECT_EQ(ToUtf8(u"a\u00E9\u20AC\U0001F3A4"), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA4");
-    EXPECT_EQ(FromUtf8("\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF4\x8F\xBF\xBF"),
-              u"\u007F\u0080\u07FF\u0800\uFFFF\U0010FFFF");
-}
-
-TEST(Utf8, EveryFileNameSurvivesTheWayIntoATextAndBack) {
+TEST(Utf8, DecodesEveryLengthOfSequenceAndTakesEveryFileNameInAndOut) {
+    EXPECT_EQ(
+        FromUtf8("\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x9F\x8E\xA4\xF4\x8F\xBF\xBF"),
+        u"\u007F\u0080\u07FF\u0800\uFFFF\U0001F3A4\U0010FFFF");
     const std::string names[] = {
         std::string("nul\0inside", 10),
+        "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA4",
         "latin1 \xE9t\xE9",  // no UTF-8 at all
         "cut \xE2\x82",      // a sequence that ends too early
         "overlong \xC0\xAF \xE0\x80\xAF \xF0\x80\x80\xAF",
@@ -26,11 +23,8 @@ TEST(Utf8, EveryFileNameSurvivesTheWayIntoATextAndBack) {
     for (const std::string& name : names)
         EXPECT_EQ(ToUtf8(FromUtf8(name)), name);
     EXPECT_EQ(FromUtf8("\xE2\x82"), (Text{char16_t{0xDCE2}, char16_t{0xDC82}}));
-}
-
-TEST(Utf8, ALoneSurrogateOfAForeignTextIsWrittenInItsThreeByteForm) {
-    EXPECT_EQ(ToUtf8(Text{char16_t{0xD800}, u'x'}), "\xED\xA0\x80x");
-    EXPECT_EQ(ToUtf8(Text{u'x', char16_t{0xDBFF}}), "x\xED\xAF\xBF");
+    // A lone surrogate of a foreign text is written in its form of three bytes.
+    EXPECT_EQ(ToUtf8(Text{char16_t{0xD800}, u'x', char16_t{0xDBFF}}), "\xED\xA0\x80x\xED\xAF\xBF");
 }
 
 TEST(Windows1252, EveryByteSurvivesAndWhatTheCodePageLacksIsOneQuestionMarkEach) {
@@ -41,12 +35,6 @@ TEST(Windows1252, EveryByteSurvivesAndWhatTheCodePageLacksIsOneQuestionMarkEach)
     EXPECT_EQ(FromWindows1252("\x80\x9F\xE9\x81"), u"\u20AC\u0178\u00E9\u0081");
     EXPECT_EQ(ToWindows1252(u"\u20AC\u0444\U0001F3A4."), "\x80??.");
     EXPECT_EQ(ToWindows1252(u"\u0080"), "?");  // 0x80 is the euro sign
-}
-
-TEST(Format, KeepsTextsOfAnyLength) {
-    const std::string longText(5000, 'x');
-    EXPECT_EQ(Format("%s-%02d", longText.c_str(), 7), longText + "-07");
-    EXPECT_EQ(FormatText("%d %%", 12), u"12 %");
 }
 
 }  // namespace

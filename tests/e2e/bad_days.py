@@ -106,19 +106,8 @@ def lost_microphone(desk):
     check(59 <= take["length in periods"] <= 61, f"the take up to there: {take}")
 
 
-def no_upload(desk):
-    """A project that records straight to a server that nobody named: the local take is kept, and the
-    user hears of it."""
-    desk.run("settings", "set", "LiveFtpAllowed=1", "LiveFtpNewProjects=1")
-    for kind in ("wav", "mp2"):
-        done = desk.record(f"live_{kind}.opr", f"--{kind}", "--seconds", "2", expect=1)
-        says(done, "No FTP server")
-        take = desk.json("show", desk.path(f"live_{kind}00.{kind}"))
-        equal(take["length in periods"], 40, f"the local {kind} take")
-
-
 def main():
-    for day in (wrong_usage, folders, full_disk, foreign_files, lost_microphone, no_upload):
+    for day in (wrong_usage, folders, full_disk, foreign_files, lost_microphone):
         with Desk() as desk:
             day(desk)
         print(f"survived: {day.__name__}")

@@ -2,7 +2,9 @@
 """Publications to four real FTP servers, through breaks and refusals: what is stored is the
 published file to the byte, or the user is told plainly why not.
 
-ORMA_SEED repeats the cuts of a run; names of steps as arguments run these alone."""
+ORMA_SEED repeats the cuts of a run; names of steps as arguments run these alone. ORMA_BREAKS adds so
+many deliveries to each server that break in every way in turn, ORMA_PATIENCE=1 servers that freeze
+for longer than the program waits (`./dev soak delivery`)."""
 
 import os
 import pty
@@ -13,28 +15,18 @@ import time
 
 from delivery import (SEED, Reporter, certificates, ftp_servers, proxies, run_all, scenarios,
                       scripted, without_ticks)
-from orma_e2e import check, equal, speech_at, tool
+from orma_e2e import check, equal
 
+BREAKS = int(os.environ.get("ORMA_BREAKS", "0"))
+PATIENT = bool(os.environ.get("ORMA_PATIENCE"))
 ASKED = "\nPublishing interrupted!: Resume publishing ?"
 NOT_VERIFIED = ("Error: The publication is not verified: the server does not confirm the size of "
                 "the file.")
 REFUSED_OFFSET = "Error: Resume not possible on this server."
 
-# What each server says, in the program's words.
-WRONG_PASSWORD = {"Vsftpd": "530 Login incorrect.", "PureFtpd": "530 Login authentication failed",
-                  "Proftpd": "530 Login incorrect.", "Pyftpdlib": "530 Authentication failed."}
-FULL_DISK = {"Vsftpd": "451 Failure writing to local file.",
-             "PureFtpd": "451-Error during write to file 451-Transfer aborted 451 ",
-             "Proftpd": "451 Transfer aborted. Input/output error",
-             "Pyftpdlib": "426 None; transfer aborted."}
-MISSING_FOLDER = {"Vsftpd": "553 Could not create file.",
-                  "PureFtpd": "553 Can't open that file: No such file or directory",
-                  "Proftpd": "550 {root}/no/such/folder/talk.wav: No such file or directory",
-                  "Pyftpdlib": "550 No such file or directory."}
-READ_ONLY = {"Vsftpd": "553 Could not create file.",
-             "PureFtpd": "553 Can't open that file: Permission denied",
-             "Proftpd": "550 {root}/talk.wav: Permission denied",
-             "Pyftpdlib": "550 Permission denied."}
+# The servers' own words begin so.
+FULL_DISK = {"Vsftpd": "451", "PureFtpd": "451", "Proftpd": "451", "Pyftpdlib": "426"}
+CANNOT_CREATE = {"Vsftpd": "553", "PureFtpd": "553", "Proftpd": "550", "Pyftpdlib": "550"}
 
 
 class Published:
@@ -62,7 +54,6 @@ class Published:
         what = f"{type(self.server).__name__}, {scenario.__name__} {arguments}"
         got = scenario(self.server, lambda account: self.reporter.publish(
             account, *options, expect=1), *arguments)
-        said = said.replace("{root}", str(self.server.root))
         check(got.startswith(said) and got.endswith(ASKED), f"{what}: {got!r}, expected {said!r}")
         self.stored.unlink(missing_ok=True)
 
@@ -78,9 +69,23 @@ def longer_one_before(server, publish):
     return publish(server.account())
 
 
+def three_breaks(server, publish, at):
+    """More than one accident in one delivery, the last at that byte."""
+    with proxies.FtpProxy(server) as proxy:
+        for byte, action in ((at // 3, proxy.cut_data), (at // 2, proxy.drop_control),
+                             (at, proxy.drop_all)):
+            proxy.when(byte, action)
+        result = publish(server.account(proxy.port))
+        proxy.check_fired()
+        return result
+
+
 def breaks_and_refusals(kind):
     name, resume = kind.__name__, ("--on-break", "resume")
-    with Reporter() as reporter, kind() as server:
+    ways = ((scenarios.cut_data,), (scenarios.end_data,), (scenarios.drop_control,),
+            (scenarios.drop_all,), (scenarios.kill_and_restart,), (three_breaks,),
+            (scenarios.freeze, 1.5), (scenarios.stall, 1), (scenarios.full_disk, 2))
+    with Reporter() as reporter, kind(limit=3600) as server:
         job = Published(reporter, server)
         reporter.use(server.account())
         equal(reporter.json("test-connection")["reachable"], True, f"{name}, connection test")
@@ -90,19 +95,35 @@ def breaks_and_refusals(kind):
         reporter.use(server.account())
         job.whole(no_accident)
         job.whole(longer_one_before)
-        for scenario in (scenarios.cut_data, scenarios.end_data, scenarios.drop_control,
-                         scenarios.drop_all, scenarios.kill_and_restart):
-            job.whole(scenario, job.somewhere(), options=resume)
+        for turn in range(len(ways) + BREAKS):
+            scenario, *seconds = ways[turn % len(ways)]
+            job.whole(scenario, job.somewhere(), *seconds, options=resume, seconds=240)
         job.whole(scenarios.drop_control, reporter.size - 50, options=resume)  # inside the last chunk
-        job.whole(scenarios.freeze, job.somewhere(), 1.5, options=resume)
-        job.whole(scenarios.full_disk, reporter.size // 3, 2, options=resume)
         job.refused(f"Error: InternetWriteFile 12003 {FULL_DISK[name]}", scenarios.full_disk,
                     reporter.size // 3)
-        connect, open_file = "Error: InternetConnect 12003 ", "Error: FtpOpenFile 12003 "
-        job.refused(connect + WRONG_PASSWORD[name], scenarios.wrong_password)
-        job.refused(open_file + MISSING_FOLDER[name], scenarios.missing_folder)
-        job.refused(open_file + READ_ONLY[name], scenarios.read_only)
+        job.refused("Error: InternetConnect 12003 530 ", scenarios.wrong_password)
+        for refusal in (scenarios.missing_folder, scenarios.read_only):
+            job.refused(f"Error: FtpOpenFile 12003 {CANNOT_CREATE[name]} ", refusal)
         equal(os.listdir(server.root), [], "what refused publications left behind")
+
+
+def frozen_for_good(kind):
+    """The program waits for 30 s until a byte moves, and says so. The file is longer than all that
+    the system holds of it on its way."""
+    with Reporter(seconds=600) as reporter, kind() as server:
+        began = time.monotonic()
+        said = scenarios.freeze(server, lambda account: reporter.publish(
+            account, "--on-break", "stop", expect=1, seconds=150), 1_000_000, 200)
+        lasted = time.monotonic() - began
+        check(said.startswith("Error: Timeout\n"), f"{kind.__name__}: {said!r}")
+        check(29 < lasted < 55, f"{kind.__name__}: it took {lasted:.0f} s")
+
+
+def frozen_for_long(kind):
+    """It comes back after the time-out and finds the upload resumed."""
+    with Reporter() as reporter, kind() as server:
+        Published(reporter, server).whole(scenarios.freeze, reporter.size // 2, 75, seconds=400,
+                                          options=("--on-break", "resume"))
 
 
 def refused_offsets():
@@ -261,7 +282,9 @@ def main():
                 [("offsets", refused_offsets), ("question", question), ("ways", other_ways),
                  ("unconfirmed", unconfirmed), ("image", broken_image), ("cancel", cancelled)] +
                 [(f"{kind.__name__} TLS", protected, kind, certs)
-                 for kind in (ftp_servers.Vsftpd, ftp_servers.Proftpd)])
+                 for kind in (ftp_servers.Vsftpd, ftp_servers.Proftpd)] +
+                [(f"{kind.__name__}, {step.__name__}", step, kind) for kind in ftp_servers.FTP_SERVERS
+                 for step in (frozen_for_good, frozen_for_long) if PATIENT])
 
 
 if __name__ == "__main__":

@@ -2,8 +2,9 @@
 """Publications by mail: through two real servers, to a scripted one that misbehaves at every step,
 and into the outbox. Two independent parsers take the attachment out of what arrived.
 
-Names of steps as arguments run these alone."""
+Names of steps as arguments run these alone; ORMA_BREAKS sets how many mails break off (4)."""
 
+import os
 import random
 import time
 from pathlib import Path
@@ -18,6 +19,7 @@ WRONG_LOG_IN = "Info: Wrong username or password."
 RECIPIENT = "reporter@desk.localhost"
 
 PLAIN, STARTTLS, IMPLICIT = 0, 1, 2
+BREAKS = int(os.environ.get("ORMA_BREAKS", "4"))
 
 
 def send(reporter, *options, to="mail", recipient=RECIPIENT, **more):
@@ -159,7 +161,7 @@ def broken_mails():
     """A mail that breaks off within its attachment reaches nobody, and the user knows."""
     with Reporter(seconds=60) as reporter:
         size = reporter.size * 4 // 3
-        for at in [100, *(random.Random(f"{SEED} {i}").randrange(100, size) for i in range(4))]:
+        for at in [100, *(random.Random(f"{SEED} {i}").randrange(100, size) for i in range(BREAKS))]:
             with scripted.ScriptedSmtp() as server, proxies.TcpProxy(server.port) as proxy:
                 proxy.when(at, proxy.drop_all)
                 reporter.use_mail("127.0.0.1", proxy.port)

@@ -67,16 +67,6 @@ def delivered_frames(count):
     return struct.unpack("<Q", data)[0] if len(data) == 8 else 0
 
 
-class Tally:
-    """What the kills showed."""
-
-    def __init__(self):
-        self.opened = 0
-        self.early = 0  # killed before a buffer was to be saved
-        self.worst = {"wav": 0.0, "mp2": 0.0}  # seconds lost
-        self.longest = 0.0
-
-
 class Reference:
     """The same recording without a kill: its sound, and how long it took."""
 
@@ -93,8 +83,8 @@ class Reference:
         self.sound = sound_of(folder / f"talk00.{kind}", kind)
 
 
-# False when the recording had ended by itself.
-def kill_one(desk, number, form, voices, whole, tally, rng):
+def kill_one(desk, number, form, voices, whole, rng):
+    """Returns the seconds that were lost; none when the recording had ended by itself."""
     kind, options, channels, frame_bytes = form
     folder = desk.path(f"kill{number}")
     shutil.rmtree(folder, ignore_errors=True)
@@ -106,7 +96,7 @@ def kill_one(desk, number, form, voices, whole, tally, rng):
     recorder.send_signal(signal.SIGKILL)
     recorder.wait(20)
     if recorder.returncode == 0:
-        return False  # the machine has become faster: it was done before
+        return None  # the machine has become faster: it was done before
     equal(recorder.returncode, -signal.SIGKILL, "end of the recording")
 
     # The first buffer is heard before saving begins.
@@ -138,29 +128,26 @@ def kill_one(desk, number, form, voices, whole, tally, rng):
         check(len(marks) >= sum(mark + 1 < levels for mark in MARKS), f"marks {marks} of {levels}")
         clips = desk.json("project", "show", project)["clips"]
         equal([clip["name"] for clip in clips], ["talk00"], "clips")
-        tally.longest = max(tally.longest, samples / rate)
     bound = 1 / 20 + (0 if kind == "wav" else 2 * FRAME / 48000)
     check(lost <= bound + 1e-6, f"kill {number} of {options}: {lost:.3f} s lost of {saved / 20} s")
-    tally.worst[kind] = max(tally.worst[kind], lost)
-    tally.early += saved == 0
-    tally.opened += 1
-    return True
+    return lost
 
 
 def main():
     rng = random.Random(SEED)
-    tally = Tally()
+    worst = {"wav": 0.0, "mp2": 0.0}
     with Desk() as desk:
         voices = {channels: speech_at(desk.path(f"voice{channels}.wav"), RATE, channels, SECONDS)
                   for channels in (1, 2)}
         wholes = [Reference(desk, number, form, voices) for number, form in enumerate(FORMATS)]
         for number in range(KILLS):
             at = number % len(FORMATS)
-            while not kill_one(desk, number, FORMATS[at], voices, wholes[at], tally, rng):
+            while (lost := kill_one(desk, number, FORMATS[at], voices, wholes[at], rng)) is None:
                 pass
-    print(f"{tally.opened} of {KILLS} killed takes opened (seed {SEED}), {tally.early} of them "
-          f"killed before a buffer was to be saved; longest {tally.longest:.0f} s; most lost: WAV "
-          f"{1000 * tally.worst['wav']:.1f} ms, MP2 {1000 * tally.worst['mp2']:.1f} ms")
+            kind = FORMATS[at][0]
+            worst[kind] = max(worst[kind], lost)
+    print(f"{KILLS} killed takes opened (seed {SEED}); most lost: WAV {1000 * worst['wav']:.1f} ms, "
+          f"MP2 {1000 * worst['mp2']:.1f} ms")
 
 
 if __name__ == "__main__":

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Recordings that are uploaded while they are made, to a real server that stalls, dies or refuses.
+"""Recordings that are uploaded while they are made, to a real server that stalls or dies.
 
 ORMA_STALL_SECONDS: how long the server stands still in the middle of a take (3).
 """
@@ -106,18 +106,6 @@ def server_gone(desk):
         equal(len(clips), 1, "clips of the kept take")
 
 
-def refused_log_in(desk):
-    """No upload begins: the whole take is recorded, and the user is told."""
-    plain = references(desk, 4)
-    with ftp_servers.Proftpd() as server:
-        configure(desk, server.account(), FtpPassword="wrong")
-        take = Recording(desk, "wav.opr", "--wav", "--seconds", "4")
-        error = take.end(1, within=60)
-        check("530" in error and "wrong" not in error, f"the server's words: {error}")
-        check("The take is not uploaded" in error, f"the user is told: {error}")
-    same_sound(desk.path("wav00.wav"), "wav", plain["wav"], 4)
-
-
 def given_up(desk):
     """Ctrl-C while the rest is uploaded gives up the upload and never the take."""
     plain = references(desk, 3)
@@ -140,7 +128,7 @@ def given_up(desk):
 
 
 def main():
-    days = (stalled_server, server_gone, refused_log_in, given_up)
+    days = (stalled_server, server_gone, given_up)
     for day in days if len(sys.argv) < 2 else [d for d in days if d.__name__ in sys.argv[1:]]:
         with Desk() as desk:
             day(desk)

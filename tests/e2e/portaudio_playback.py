@@ -42,20 +42,6 @@ def virtual(desk, takes):
     check(59 * 2205 * 2 <= len(stereo) <= 61 * 2205 * 2, f"{len(stereo)} samples of 3 s of MP2")
     check(min(max(stereo[::2]), max(stereo[1::2])) > 500, "a side of the MP2 take is silent")
 
-    for shift in (0, 1):
-        desk.run("settings", "set", f"ResolutionShift={shift}")
-        second = 5 << shift
-        cut = desk.path(f"cut{shift}00.wav")
-        desk.record(f"cut{shift}.opr", "--wav", "--mono", "--seconds", "5")
-        desk.run("cut", cut, "add", "1", "2.6")
-        whole = samples(cut)
-        left = whole[:RATE] + whole[13 * second // 5 * RATE // second:]
-        equal(to_file(desk, cut), left, f"a cut take of {second} periods a second")
-        lone = desk.path(f"lone{shift}.wav")
-        for of, to in ((cut, lone), (cut.with_suffix(".jvu"), lone.with_suffix(".jvu"))):
-            to.write_bytes(of.read_bytes())
-        equal(to_file(desk, lone), left, "the same without its project")
-
     desk.run("play", desk.path("none.wav"), expect=1)
     desk.run("play", desk.path("home"), expect=2)
     desk.run("play", take, "--from", "9:00:00", expect=2)

@@ -27,15 +27,9 @@ constexpr Recording kRecordings[] = {
     {"MP2, append per block", true, true},
 };
 
-struct ExtentNames {
-    const char* test;
-    const char* printed;
-};
-
-ExtentNames NamesOf(Extent extent) {
-    if (extent == Extent::kOnce) return {"Once", "one call"};
-    if (extent == Extent::kForAWhile) return {"ForAWhile", "some calls"};
-    return {"DeadMedium", "dead medium"};
+const char* ExtentName(Extent extent) {
+    if (extent == Extent::kOnce) return "Once";
+    return extent == Extent::kForAWhile ? "ForAWhile" : "DeadMedium";
 }
 
 /// One kind of fault, put at every `stride`-th call of a day.
@@ -83,9 +77,9 @@ void Inject(const Injection& injection) {
         for (const Text& box : account.boxes)
             found += "\n    (box: " + ToUtf8(box) + ")";
         ADD_FAILURE() << recording.name << ", call " << storage.FailedCall() << " failed with "
-                      << error << " (" << NamesOf(extent).printed << "):" << found;
+                      << error << " (" << ExtentName(extent) << "):" << found;
     }
-    std::printf("%s, %s, error %u: %zu faults injected: ", recording.name, NamesOf(extent).printed,
+    std::printf("%s, %s, error %u: %zu faults injected: ", recording.name, ExtentName(extent),
                 error, faults);
     std::puts(bad == 0 ? "nothing lost" : "see the failures");
     EXPECT_GT(faults, 0U);
@@ -103,7 +97,7 @@ TEST_P(FaultEverywhere, LosesNothingAndClaimsNothing) {
 std::string NameOf(const testing::TestParamInfo<FaultEverywhere::ParamType>& info) {
     const auto [recording, extent] = info.param;
     return std::string(recording.mp2 ? "Mp2" : "Wav") +
-           (recording.appendPerBlock ? "PerBlock" : "") + NamesOf(extent).test;
+           (recording.appendPerBlock ? "PerBlock" : "") + ExtentName(extent);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, FaultEverywhere,

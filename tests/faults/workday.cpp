@@ -38,8 +38,8 @@ std::unique_ptr<Application> Workday::Start(Storage& storage, MessageBoxes& boxe
                                                    .boxes = boxes,
                                                    .loop = loop_,
                                                    .waves = waves_,
-                                                   .headset = *this},
-                                             FrontEnd{*this, *this}, medium_.Path());
+                                                   .headset = headset_},
+                                             FrontEnd{screen_, progress_}, medium_.Path());
     LoadSettings(*app);
     app->audio.appendPerBlock = recording_.appendPerBlock;
     return app;

@@ -13,6 +13,7 @@
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
 #include "support/faulty_storage.h"
+#include "support/quiet_ports.h"
 
 namespace orma::test {
 
@@ -45,7 +46,7 @@ struct Account {
 
 /// One day of a reporter, in one process: two takes with marks into a project that exists, the clip
 /// list published to a file, the program left. The sound is the same each time.
-class Workday : public TransportListener, public HeadsetProbe, public PublishProgress {
+class Workday {
   public:
     static constexpr const char16_t* kProject = u"talk.opr";
     static constexpr std::array<std::uint32_t, 2> kPeriods = {36, 23};
@@ -74,16 +75,11 @@ class Workday : public TransportListener, public HeadsetProbe, public PublishPro
   private:
     TakeAccount Record(Application& app, std::uint32_t periods, const FaultyStorage* storage);
 
-    // HeadsetProbe
-    [[nodiscard]] int State(bool) override { return -1; }
-    // PublishProgress
-    void SetText(const Text&) override {}
-    void SetRange(std::uint32_t) override {}
-    void Step(std::uint32_t) override {}
-    [[nodiscard]] bool IsCancelled() override { return false; }
-
     Medium& medium_;
     Recording recording_;
+    TransportListener screen_;
+    NoHeadset headset_;
+    NoProgress progress_;
     FakeClock clock_;
     FakeEventLoop loop_;
     FakeWaveSystem waves_{loop_};

@@ -6,7 +6,6 @@ accident that never came (too few bytes) raises AssertionError. The server is wh
 """
 
 import threading
-import time
 
 from .proxies import FtpProxy
 
@@ -121,13 +120,3 @@ def rest_then_stor_refused(server_class, publish, at, **options):
     """The data connection is cut; then REST is accepted and the STOR after it is not."""
     with server_class(rest="stor-refused", **options) as server:
         return cut_data(server, publish, at)
-
-
-def wait_for_size(path, size, seconds=10):
-    """Waits until a stored file has that size: servers finish after the client has gone."""
-    end = time.monotonic() + seconds
-    while not path.is_file() or path.stat().st_size != size:
-        if time.monotonic() > end:
-            has = path.stat().st_size if path.is_file() else "not there"
-            raise AssertionError(f"{path.name} is {has}, {size} bytes were expected")
-        time.sleep(0.02)

@@ -81,13 +81,6 @@ def endless(piece):
     return play
 
 
-def then_drop(reply):
-    def play(link):
-        link.send(reply)
-        raise Gone
-    return play
-
-
 ENDLESS_LINES = endless(b"220-still talking\r\n")
 ENDLESS_NULS = endless(b"\0")
 ENDLESS_LINE = endless(b"220 word ")

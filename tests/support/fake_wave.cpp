@@ -89,63 +89,12 @@ void FakeWaveOut::FlushReset() {
 
 namespace {
 
-class OpenFakeIn : public WaveInDevice {
+/// What is common to both directions.
+template <class Script, class Device>
+class OpenFake : public Device {
   public:
-    OpenFakeIn(FakeWaveIn& script, EventLoop& loop) : script_(script), loop_(loop) {}
-
-    ~OpenFakeIn() override { (void)Close(); }
-
-    WaveResult Close() override {
-        if (!std::exchange(*alive_, false)) return WaveResult::kOk;
-        script_.open = script_.started = false;
-        script_.events = nullptr;
-        script_.queue.clear();
-        script_.prepared.clear();
-        return script_.Note("Close");
-    }
-
-    WaveResult Prepare(WaveHeader& header) override { return script_.Prepare(header); }
-    WaveResult Unprepare(WaveHeader& header) override { return script_.Unprepare(header); }
-    WaveResult Add(WaveHeader& header) override { return script_.Enqueue("Add", header); }
-
-    WaveResult Start() override {
-        const WaveResult result = script_.Note("Start");
-        if (result != WaveResult::kOk) return result;
-        script_.started = true;
-        script_.backlog.clear();
-        return result;
-    }
-
-    WaveResult Stop() override {
-        const WaveResult result = script_.Note("Stop");
-        if (result == WaveResult::kOk) script_.started = false;
-        return result;
-    }
-
-    WaveResult Reset() override {
-        const WaveResult result = script_.Note("Reset");
-        if (result != WaveResult::kOk) return result;
-        script_.started = false;
-        if (script_.flushOnReset)
-            loop_.Post([alive = alive_, &script = script_] {
-                if (*alive) script.FlushReset();
-            });
-        return result;
-    }
-
-    std::uint64_t LostFrames() const override { return script_.lostFrames; }
-
-  private:
-    FakeWaveIn& script_;
-    EventLoop& loop_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
-};
-
-class OpenFakeOut : public WaveOutDevice {
-  public:
-    OpenFakeOut(FakeWaveOut& script, EventLoop& loop) : script_(script), loop_(loop) {}
-
-    ~OpenFakeOut() override { (void)Close(); }
+    OpenFake(Script& script, EventLoop& loop) : script_(script), loop_(loop) {}
+    ~OpenFake() override { (void)OpenFake::Close(); }
 
     WaveResult Close() override {
         if (!std::exchange(*alive_, false)) return WaveResult::kOk;
@@ -158,19 +107,6 @@ class OpenFakeOut : public WaveOutDevice {
 
     WaveResult Prepare(WaveHeader& header) override { return script_.Prepare(header); }
     WaveResult Unprepare(WaveHeader& header) override { return script_.Unprepare(header); }
-    WaveResult Write(WaveHeader& header) override { return script_.Enqueue("Write", header); }
-
-    WaveResult Pause() override {
-        const WaveResult result = script_.Note("Pause");
-        if (result == WaveResult::kOk) script_.paused = true;
-        return result;
-    }
-
-    WaveResult Restart() override {
-        const WaveResult result = script_.Note("Restart");
-        if (result == WaveResult::kOk) script_.paused = false;
-        return result;
-    }
 
     WaveResult Reset() override {
         const WaveResult result = script_.Note("Reset");
@@ -183,37 +119,68 @@ class OpenFakeOut : public WaveOutDevice {
         return result;
     }
 
+  protected:
+    Script& script_;
+
   private:
-    FakeWaveOut& script_;
     EventLoop& loop_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
+
+class OpenFakeIn : public OpenFake<FakeWaveIn, WaveInDevice> {
+  public:
+    using OpenFake::OpenFake;
+
+    WaveResult Add(WaveHeader& header) override { return script_.Enqueue("Add", header); }
+    WaveResult Start() override {
+        const WaveResult result = script_.Note("Start");
+        if (result == WaveResult::kOk) script_.backlog.clear();
+        return result;
+    }
+    WaveResult Stop() override { return script_.Note("Stop"); }
+    std::uint64_t LostFrames() const override { return script_.lostFrames; }
+};
+
+class OpenFakeOut : public OpenFake<FakeWaveOut, WaveOutDevice> {
+  public:
+    using OpenFake::OpenFake;
+
+    WaveResult Write(WaveHeader& header) override { return script_.Enqueue("Write", header); }
+    WaveResult Pause() override { return Pause("Pause", true); }
+    WaveResult Restart() override { return Pause("Restart", false); }
+
+  private:
+    WaveResult Pause(const std::string& call, bool on) {
+        const WaveResult result = script_.Note(call);
+        if (result == WaveResult::kOk) script_.paused = on;
+        return result;
+    }
+};
+
+template <class Device, class Opened, class Script, class Events>
+WaveResult Open(const std::string& call, const Text& name, const WaveFormat& format, Events& events,
+                Script& script, EventLoop& loop, std::unique_ptr<Device>& device) {
+    const WaveResult result = script.Note(call);
+    if (result != WaveResult::kOk) return result;
+    script.name = name;
+    script.format = format;
+    script.open = true;
+    script.events = &events;
+    device = std::make_unique<Opened>(script, loop);
+    return result;
+}
 
 }  // namespace
 
 WaveResult FakeWaveSystem::OpenOutput(const Text& name, const WaveFormat& format,
                                       WaveOutEvents& events,
                                       std::unique_ptr<WaveOutDevice>& device) {
-    const WaveResult result = out.Note("OpenOutput");
-    if (result != WaveResult::kOk) return result;
-    out.name = name;
-    out.format = format;
-    out.open = true;
-    out.events = &events;
-    device = std::make_unique<OpenFakeOut>(out, loop_);
-    return result;
+    return Open<WaveOutDevice, OpenFakeOut>("OpenOutput", name, format, events, out, loop_, device);
 }
 
 WaveResult FakeWaveSystem::OpenInput(const Text& name, const WaveFormat& format,
                                      WaveInEvents& events, std::unique_ptr<WaveInDevice>& device) {
-    const WaveResult result = in.Note("OpenInput");
-    if (result != WaveResult::kOk) return result;
-    in.name = name;
-    in.format = format;
-    in.open = true;
-    in.events = &events;
-    device = std::make_unique<OpenFakeIn>(in, loop_);
-    return result;
+    return Open<WaveInDevice, OpenFakeIn>("OpenInput", name, format, events, in, loop_, device);
 }
 
 WaveResult FakeWaveSystem::SetOutputVolume(std::uint16_t left, std::uint16_t right) {

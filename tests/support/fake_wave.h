@@ -29,6 +29,7 @@ struct FakeWaveScript {
     Text name;
     WaveFormat format;
     bool open = false;
+    bool paused = false;            // outputs alone
     std::deque<WaveHeader*> queue;  // held by the device, in order
     std::set<WaveHeader*> prepared;
 
@@ -62,7 +63,6 @@ struct FakeWaveIn : FakeWaveScript {
     /// Tells the user that the device delivers no more.
     void Lose(WaveLoss reason);
 
-    bool started = false;
     Bytes backlog;  // what Reset hands out; what no buffer takes stays until the next Start
     std::uint64_t lostFrames = 0;
     WaveInEvents* events = nullptr;
@@ -77,7 +77,6 @@ struct FakeWaveOut : FakeWaveScript {
     /// Returns every queued buffer at once, unplayed.
     void FlushReset();
 
-    bool paused = false;
     Bytes played;
     WaveOutEvents* events = nullptr;
 };

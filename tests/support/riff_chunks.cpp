@@ -3,14 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace orma::test {
-namespace {
-
-std::size_t Number(const Bytes& file, std::size_t at) {
-    return file[at] + (std::size_t{file[at + 1]} << 8) + (std::size_t{file[at + 2]} << 16) +
-           (std::size_t{file[at + 3]} << 24);
-}
-
-}  // namespace
 
 std::vector<RiffChunk> RiffChunks(const Bytes& file) {
     std::vector<RiffChunk> chunks;
@@ -19,10 +11,10 @@ std::vector<RiffChunk> RiffChunks(const Bytes& file) {
         ADD_FAILURE() << "no RIFF/WAVE head";
         return chunks;
     }
-    EXPECT_EQ(Number(file, 4), file.size() - 8) << "RIFF size";
+    EXPECT_EQ(LoadLe<std::uint32_t>(&file[4]), file.size() - 8) << "RIFF size";
     std::size_t at = 12;
     while (at + 8 <= file.size()) {
-        const std::size_t size = Number(file, at + 4);
+        const std::size_t size = LoadLe<std::uint32_t>(&file[at + 4]);
         const std::string id(file.begin() + static_cast<long>(at),
                              file.begin() + static_cast<long>(at) + 4);
         if (size > file.size() - at - 8) {

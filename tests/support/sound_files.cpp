@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/byte_builder.h"
 #include "support/temp_folder.h"
 
 namespace orma::test {
@@ -18,22 +19,11 @@ void WriteSoundFile(const Text& path, std::uint16_t channels, std::uint32_t hz,
                     std::span<const std::int16_t> samples) {
     const auto dataBytes = static_cast<std::uint32_t>(samples.size_bytes());
     const auto align = static_cast<std::uint16_t>(2 * channels);
-    Bytes file(44 + dataBytes);
-    StoreTag(&file[0], "RIFF");
-    StoreLe<std::uint32_t>(&file[4], 36 + dataBytes);
-    StoreTag(&file[8], "WAVE");
-    StoreTag(&file[12], "fmt ");
-    StoreLe<std::uint32_t>(&file[16], 16);
-    StoreLe<std::uint16_t>(&file[20], 1);
-    StoreLe<std::uint16_t>(&file[22], channels);
-    StoreLe<std::uint32_t>(&file[24], hz);
-    StoreLe<std::uint32_t>(&file[28], hz * align);
-    StoreLe<std::uint16_t>(&file[32], align);
-    StoreLe<std::uint16_t>(&file[34], 16);
-    StoreTag(&file[36], "data");
-    StoreLe<std::uint32_t>(&file[40], dataBytes);
-    if (dataBytes != 0) std::memcpy(&file[44], samples.data(), dataBytes);
-    WriteFileBytes(path, file);
+    ByteBuilder file;
+    file.Put("RIFF").U32(36 + dataBytes).Put("WAVE").Put("fmt ").U32(16).U16(1).U16(channels);
+    file.U32(hz).U32(hz * align).U16(align).U16(16).Put("data").U32(dataBytes);
+    file.Put({reinterpret_cast<const std::uint8_t*>(samples.data()), dataBytes});
+    WriteFileBytes(path, file.bytes);
 }
 
 std::vector<std::int16_t> ReadSoundFile(const Text& path) {

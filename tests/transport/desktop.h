@@ -14,16 +14,14 @@
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
 #include "support/faulty_storage.h"
+#include "support/quiet_ports.h"
 #include "support/temp_folder.h"
 
 namespace orma::test {
 
 /// The application with its buttons, on a fake microphone and loudspeaker, in an empty project of
 /// twenty periods a second.
-class Desktop : public HeadsetProbe,
-                public DesktopHelpers,
-                public TransportListener,
-                public PublishProgress {
+class Desktop : public HeadsetProbe, public DesktopHelpers, public TransportListener {
   public:
     static constexpr std::uint32_t kPeriodBytes = 4410;  // of one channel
 
@@ -32,12 +30,7 @@ class Desktop : public HeadsetProbe,
     /// Adds a clip of a take whose samples are `first`, `first` + 1 ..., a period each; its number.
     std::int32_t AddTake(const Text& name, std::uint32_t periods, std::vector<RemovedRange> cuts,
                          std::uint32_t first = 0, unsigned channels = 1, PeriodRange range = {}) {
-        Bytes data(std::size_t{periods} * kPeriodBytes * channels);
-        for (std::size_t i = 0; i < data.size() / 2; ++i)
-            StoreLe(&data[2 * i],
-                    static_cast<std::uint16_t>(first + i / (kPeriodBytes / 2 * channels)));
-        const WavFields fields{.channels = channels, .blockAlign = 2 * channels};
-        WriteFileBytes(folder.Path(name + u".wav"), WavBytes(fields, data));
+        WriteFileBytes(folder.Path(name + u".wav"), NumberedTake(periods, first, channels));
         LevelSheet sheet;
         sheet.cuts = std::move(cuts);
         sheet.levels.assign(periods, 40);
@@ -112,10 +105,6 @@ class Desktop : public HeadsetProbe,
     void OnClosed() override { told += 'c'; }
     void OnPlayedOut() override { told += 'o'; }
     std::optional<PeriodRange> NextRange() override { return next ? next() : std::nullopt; }
-    void SetText(const Text&) override {}
-    void SetRange(std::uint32_t) override {}
-    void Step(std::uint32_t) override {}
-    [[nodiscard]] bool IsCancelled() override { return false; }
 
     TempFolder folder;
     FaultyStorage storage;
@@ -123,6 +112,7 @@ class Desktop : public HeadsetProbe,
     FakeClock clock;
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
+    NoProgress progress;
     int headset = -1;
     bool hasTool = false;
     std::string asked;  // of the desktop
@@ -138,7 +128,7 @@ class Desktop : public HeadsetProbe,
                           .waves = waves,
                           .headset = *this,
                           .desktop = this},
-                    FrontEnd{*this, *this}, folder.Path()};
+                    FrontEnd{*this, progress}, folder.Path()};
     Transport& transport = app.transport;
 };
 

@@ -316,31 +316,18 @@ TEST(TransportTest, AnMp2TakeIsRewoundFromItsVeryEnd) {
     EXPECT_EQ(desk.boxes.Texts(), std::vector<Text>{});
 }
 
-TEST(TransportTest, RecordChoosesTheEqualizerSetForTheHeadset) {
-    for (const int headset : {-1, 0, 1}) {
-        Desk desk;
-        InputProcessingSettings settings;
-        settings.sets[0].name = u"mic_int";
-        settings.sets[1].name = u"mic_ext";
-        settings.currentSetName = u"mic_int";
-        desk.app.input.Load(settings, 44100);
-        const Text expected = headset == 1 ? u"mic_ext" : u"mic_int";
-        desk.headset = headset;
-        desk.Press('R');
-        EXPECT_EQ(desk.app.input.CurrentSetName(), expected);
-        desk.headset = 1;
-        desk.Press('R');
-        EXPECT_EQ(desk.app.input.CurrentSetName(), expected) << "not when the button goes out";
-    }
-}
-
-TEST(TransportTest, TheGainToolTakesTheFirstPressWhereThereIsOne) {
+TEST(TransportTest, TheFirstPressOfRecordGoesToTheGainToolWhereThereIsOneAndTheHeadsetChooses) {
+    InputProcessingSettings settings;
+    settings.sets[0].name = settings.currentSetName = u"mic_int";
+    settings.sets[1].name = u"mic_ext";
     for (const bool hasTool : {false, true}) {
         for (const bool externalRecorder : {false, true}) {
             Desk desk;
             desk.transport.SetOptions(
                 {.runGainTool = true, .gainToolMode = 1, .closeSynchronisation = true});
+            desk.app.input.Load(settings, 44100);
             desk.hasTool = hasTool;
+            desk.headset = hasTool ? 1 : 0;
             desk.app.audio.externalRecorder = externalRecorder;
             desk.Press('R');
             const bool taken = hasTool && !externalRecorder;
@@ -348,6 +335,11 @@ TEST(TransportTest, TheGainToolTakesTheFirstPressWhereThereIsOne) {
             if (taken) desk.Press('R');
             EXPECT_EQ(desk.Lamp(), 1);
             EXPECT_EQ(desk.asked, externalRecorder ? "sync " : "tool1 sync ");
+            const Text expected = hasTool ? u"mic_ext" : u"mic_int";
+            EXPECT_EQ(desk.app.input.CurrentSetName(), expected);
+            desk.headset = 1;
+            desk.Press('R');
+            EXPECT_EQ(desk.app.input.CurrentSetName(), expected) << "not when the button goes out";
         }
     }
 }

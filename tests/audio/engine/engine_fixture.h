@@ -114,52 +114,6 @@ class FakeListener : public RecorderListener {
     std::vector<std::uint32_t> marks;
 };
 
-/// A card that returns buffers when a test says so.
-class FakeCard : public SpdifInput {
-  public:
-    SpdifResult PDAudioStart(bool, std::uint16_t, unsigned, WaveInEvents& events,
-                             SpdifFormat& delivered) override {
-        events_ = &events;
-        delivered = format;
-        return result;
-    }
-    bool PDAudioInAddBuffer(WaveHeader& header) override {
-        if (ring.size() >= places) return false;
-        ring.push_back(&header);
-        return true;
-    }
-    void PDAudioStop() override { calls.push_back("stop"); }
-    void PDAudioClose() override { calls.push_back("close"); }
-    bool IsReturning() const override { return false; }
-    bool HasMore() const override { return false; }
-    std::uint64_t LostFrames() const override { return 0; }
-
-    /// Fills the next buffer with one 24-bit sample and hands it over, marked as full.
-    void Deliver24(std::int32_t sample) {
-        const auto byte = [&](int shift) { return static_cast<std::uint8_t>(sample >> shift); };
-        DeliverBytes({byte(0), byte(8), byte(16)});
-    }
-
-    /// The same with any sample.
-    void DeliverBytes(const Bytes& sample) {
-        WaveHeader& header = *ring.front();
-        ring.pop_front();
-        for (std::uint32_t at = 0; at < header.bufferLength; ++at)
-            header.data[at] = sample[at % sample.size()];
-        header.bytesRecorded = header.bufferLength;
-        events_->OnWaveInData(header);
-    }
-
-    SpdifResult result = SpdifResult::kCapturing;
-    SpdifFormat format{48000, 24, 7200};
-    std::size_t places = 16;
-    std::deque<WaveHeader*> ring;
-    std::vector<std::string> calls;
-
-  private:
-    WaveInEvents* events_ = nullptr;
-};
-
 /// A recorder that is output 1 and notes the messages that it gets.
 class FakeExternalRecorder : public ExternalRecorder {
   public:
@@ -228,6 +182,15 @@ class RecorderTest : public testing::Test {
         loop.RunPending();
     }
 
+    /// The take is over, whole, and has so many periods.
+    void ExpectKept(std::uint32_t periods) {
+        EXPECT_EQ(writer.blocks.size(), periods);
+        EXPECT_EQ(sheet.rangeEnd, periods);
+        EXPECT_EQ(writer.calls.back(), "close");
+        EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+        EXPECT_TRUE(Engine().IsClosed());
+    }
+
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
     FakeClock clock;
@@ -247,7 +210,6 @@ class RecorderTest : public testing::Test {
     FakeListener listener;
     FakeExternalRecorder attached;
     ExternalRecorderControl recorderControl{&attached, report};
-    FakeCard card;
     ExternalRecorderControl* externalRecorder = nullptr;
     SpdifInput* spdif = nullptr;
     std::vector<std::string> trace;

@@ -11,53 +11,50 @@ class ExternalRecorderTest : public RecorderTest {
     ExternalRecorderTest() {
         recorderControl.Load({.gainCode = 200, .volumeCode = 120, .configuration = {1, 2, 3}});
     }
-
-    FakeExternalRecorder& driver = attached;
-    ExternalRecorderControl& control = recorderControl;
 };
 
 TEST_F(ExternalRecorderTest, IsTheLastOutputOfItsNameThatAnswers) {
-    driver.names = {u"MAYCOM a", u"maycom b", u"MAYCOM c", u"A MAYCOM"};
-    EXPECT_EQ(control.FindExternalRecorder(), 2 << 8 | 5);
-    EXPECT_TRUE(control.IsPresent());
-    EXPECT_EQ(driver.queryFormat, (WaveFormat{1, 48000, 96000, 2, 16}));
+    attached.names = {u"MAYCOM a", u"maycom b", u"MAYCOM c", u"A MAYCOM"};
+    EXPECT_EQ(recorderControl.FindExternalRecorder(), 2 << 8 | 5);
+    EXPECT_TRUE(recorderControl.IsPresent());
+    EXPECT_EQ(attached.queryFormat, (WaveFormat{1, 48000, 96000, 2, 16}));
 
-    driver.names = {u"MAYCOM a"};
-    EXPECT_EQ(control.FindExternalRecorder(), 5);
-    EXPECT_FALSE(control.IsPresent()) << "number 0 stands for none";
+    attached.names = {u"MAYCOM a"};
+    EXPECT_EQ(recorderControl.FindExternalRecorder(), 5);
+    EXPECT_FALSE(recorderControl.IsPresent()) << "number 0 stands for none";
 
-    driver.names = {u"Loudspeaker", u"MAYCO"};
-    driver.queried.reset();
-    EXPECT_EQ(control.FindExternalRecorder(), -1);
-    EXPECT_FALSE(driver.queried);
+    attached.names = {u"Loudspeaker", u"MAYCO"};
+    attached.queried.reset();
+    EXPECT_EQ(recorderControl.FindExternalRecorder(), -1);
+    EXPECT_FALSE(attached.queried);
 
-    driver.names = {u"Loudspeaker", u"MAYCOM"};
-    driver.result = WaveResult::kFailed;
-    EXPECT_EQ(control.FindExternalRecorder(), -1);
-    EXPECT_FALSE(control.IsPresent());
+    attached.names = {u"Loudspeaker", u"MAYCOM"};
+    attached.result = WaveResult::kFailed;
+    EXPECT_EQ(recorderControl.FindExternalRecorder(), -1);
+    EXPECT_FALSE(recorderControl.IsPresent());
     EXPECT_TRUE(boxes.shown.empty());
 }
 
 TEST_F(ExternalRecorderTest, GetsItsCodesThroughTheLineThatIsOpen) {
-    control.SetRecorderGain(2);  // remembered; nothing is open yet
-    control.LineOpened(RecorderLine::kInput);
-    EXPECT_TRUE(driver.sent.empty()) << "nobody was found";
+    recorderControl.SetRecorderGain(2);  // remembered; nothing is open yet
+    recorderControl.LineOpened(RecorderLine::kInput);
+    EXPECT_TRUE(attached.sent.empty()) << "nobody was found";
 
-    control.FindExternalRecorder();
-    control.LineOpened(RecorderLine::kOutput);
-    control.SetRecorderGain(2);
-    control.SetRecorderVolume(1);
-    control.LineOpened(RecorderLine::kInput);
-    control.SetRecorderGain(-2);
-    control.SetRecorderVolume(1);
-    EXPECT_EQ(control.QueryValue(), 0u);
-    control.LineClosed(RecorderLine::kInput);
-    control.LineClosed(RecorderLine::kOutput);
-    control.SetRecorderVolume(1);
-    EXPECT_EQ(driver.sent, (Strings{"53164 out 0 1 0 0 0 2 0 0 0 3", "53164 out 50 121 0 0 0",
-                                    "53164 in 0 1 0 0 0 2 0 0 0 3", "53164 in 40 202 0 0 0",
-                                    "53164 in 50 122 0 0 0", "53164 in 140 0 0 0 0"}));
-    EXPECT_EQ(control.VolumeCode(), 123);
+    recorderControl.FindExternalRecorder();
+    recorderControl.LineOpened(RecorderLine::kOutput);
+    recorderControl.SetRecorderGain(2);
+    recorderControl.SetRecorderVolume(1);
+    recorderControl.LineOpened(RecorderLine::kInput);
+    recorderControl.SetRecorderGain(-2);
+    recorderControl.SetRecorderVolume(1);
+    EXPECT_EQ(recorderControl.QueryValue(), 0u);
+    recorderControl.LineClosed(RecorderLine::kInput);
+    recorderControl.LineClosed(RecorderLine::kOutput);
+    recorderControl.SetRecorderVolume(1);
+    EXPECT_EQ(attached.sent, (Strings{"53164 out 0 1 0 0 0 2 0 0 0 3", "53164 out 50 121 0 0 0",
+                                      "53164 in 0 1 0 0 0 2 0 0 0 3", "53164 in 40 202 0 0 0",
+                                      "53164 in 50 122 0 0 0", "53164 in 140 0 0 0 0"}));
+    EXPECT_EQ(recorderControl.VolumeCode(), 123);
 }
 
 TEST_F(ExternalRecorderTest, ClampsItsCodesSendsThemAndShowsThemInDecibels) {
@@ -91,17 +88,17 @@ TEST_F(ExternalRecorderTest, ClampsItsCodesSendsThemAndShowsThemInDecibels) {
 }
 
 TEST_F(ExternalRecorderTest, ReportsAFailedMessageAndKeepsTheCode) {
-    control.FindExternalRecorder();
-    driver.result = WaveResult::kFailed;
-    control.LineOpened(RecorderLine::kOutput);
-    control.SetRecorderVolume(1);
-    control.LineOpened(RecorderLine::kInput);
-    control.SetRecorderGain(1);
+    recorderControl.FindExternalRecorder();
+    attached.result = WaveResult::kFailed;
+    recorderControl.LineOpened(RecorderLine::kOutput);
+    recorderControl.SetRecorderVolume(1);
+    recorderControl.LineOpened(RecorderLine::kInput);
+    recorderControl.SetRecorderGain(1);
     EXPECT_EQ(boxes.Texts(),
               (Texts{u"waveoutmessage", u"waveoutmessage", u"waveinmessage", u"waveinmessage"}));
-    EXPECT_EQ(control.GainCode(), 201);
-    EXPECT_EQ(control.VolumeCode(), 121);
-    EXPECT_FALSE(control.QueryValue());
+    EXPECT_EQ(recorderControl.GainCode(), 201);
+    EXPECT_EQ(recorderControl.VolumeCode(), 121);
+    EXPECT_FALSE(recorderControl.QueryValue());
 }
 
 }  // namespace

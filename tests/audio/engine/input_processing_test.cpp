@@ -1,20 +1,18 @@
 #include "audio/engine/input_processing.h"
 
 #include <cmath>
-#include <numbers>
-#include <random>
 
 #include <gtest/gtest.h>
 
 #include "audio/engine/fake_headset.h"
-#include "base/trace.h"
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
+#include "support/signals.h"
 
 namespace orma::test {
 namespace {
 
-using Samples = std::vector<std::int16_t>;
+constexpr std::array<std::int32_t, 5> kPassesThrough{0, 0, 0, 0, 1 << 28};
 
 EqualizerBand Band(std::uint16_t frequency, std::int16_t gain, std::uint16_t q) {
     return {frequency, gain, q, 1};
@@ -41,16 +39,6 @@ class InputProcessingTest : public testing::Test {
 
     Samples Processed(Samples samples, unsigned channels) {
         processing.ProcessInputBuffer(samples, channels);
-        return samples;
-    }
-
-    static Samples Noise(std::size_t count, int amplitude) {
-        std::mt19937 random(7);
-        Samples samples(count);
-        for (std::int16_t& sample : samples)
-            sample = static_cast<std::int16_t>(
-                static_cast<int>(random() % (2U * static_cast<unsigned>(amplitude) + 1)) -
-                amplitude);
         return samples;
     }
 
@@ -98,16 +86,6 @@ class Model {
     std::int64_t w_[3][2] = {};
 };
 
-TEST_F(InputProcessingTest, RemovesAnOffsetAndNothingElseAtUnityGain) {
-    Load(u"");
-    // Pairs that cancel keep the DC accumulator below one step.
-    const Samples alternating = {500, -500, 1000, -1000, 300, -300, 0};
-    EXPECT_EQ(Processed(alternating, 1), alternating);
-    const Samples out = Processed(Samples(20000, 4000), 1);
-    EXPECT_EQ(out.front(), 4000);
-    EXPECT_LE(std::abs(int{out.back()}), 1);
-}
-
 TEST_F(InputProcessingTest, EqualsTheModelBitForBit) {
     for (const unsigned channels : {1U, 2U}) {
         for (const bool equalize : {false, true}) {
@@ -116,7 +94,7 @@ TEST_F(InputProcessingTest, EqualsTheModelBitForBit) {
             processing.SetInputGain(-40);
             processing.SetInputGain(9);
             Model model(processing, equalize);
-            const Samples in = Noise(30000, 30000);
+            const Samples in = ExtremeNoise(7, 30000);
             const Samples out = Processed(in, channels);
             for (std::size_t at = 0; at < in.size(); ++at) {
                 const int channel = channels == 2 ? static_cast<int>(at % 2) : 0;
@@ -127,34 +105,33 @@ TEST_F(InputProcessingTest, EqualsTheModelBitForBit) {
     }
 }
 
-TEST_F(InputProcessingTest, ClipsLoudSoundAtBothEnds) {
+TEST_F(InputProcessingTest, ClipsLoudSoundAtBothEndsAndPassesSoftSoundAtUnityGain) {
     Load(u"mic_int");  // the products exceed 32 bits here
     processing.SetInputGain(100);
-    EXPECT_EQ(processing.InputGainDb(), 40);
     EXPECT_EQ(Processed({32767, -32768, -32768, 32767}, 1),
               (Samples{32767, -32767, -32767, 32767}));
     Load(u"");
     EXPECT_EQ(Processed({-32768}, 1), Samples{-32767});
+    processing.ClearState();
+    // Pairs that cancel keep the DC accumulator below one step.
+    const Samples alternating = {500, -500, 1000, -1000, 300, -300, 0};
+    EXPECT_EQ(Processed(alternating, 1), alternating);
 }
 
 TEST_F(InputProcessingTest, TurnsGainIntoAFactorAndClampsIt) {
     Load(u"");
-    std::vector<std::string> trace;
-    SetTraceSink([&](std::string_view line) { trace.emplace_back(line); });
-    processing.SetInputGain(1);
-    EXPECT_EQ(processing.GainFactor(), 287);  // 10^(1/20) * 256 = 287.2
-    processing.SetInputGain(19);
-    EXPECT_EQ(processing.GainFactor(), 2560);
-    processing.SetInputGain(20);
-    EXPECT_EQ(processing.GainFactor(), 25600);
-    processing.SetInputGain(1);
-    EXPECT_EQ(processing.InputGainDb(), 40);
-    processing.SetInputGain(-41);
-    SetTraceSink({});
-    EXPECT_EQ(processing.InputGainDb(), 0);
-    EXPECT_EQ(processing.GainFactor(), 256);
-    EXPECT_EQ(trace, (std::vector<std::string>{"Gaind=1", "Gaind=19", "Gaind=20", "Gaind=1",
-                                               "Gaind=-41"}));
+    const struct {
+        std::int32_t delta, db, factor;
+    } steps[] = {{1, 1, 287},  // 10^(1/20) * 256 = 287.2
+                 {19, 20, 2560},
+                 {20, 40, 25600},
+                 {1, 40, 25600},
+                 {-41, 0, 256}};
+    for (const auto& step : steps) {
+        processing.SetInputGain(step.delta);
+        EXPECT_EQ(processing.InputGainDb(), step.db);
+        EXPECT_EQ(processing.GainFactor(), step.factor);
+    }
     // A set's offset counts only while the equaliser is on.
     settings.sets[0].gainOffset = settings.sets[2].gainOffset = 20;
     settings.sets[2].on = 0;
@@ -184,81 +161,55 @@ TEST_F(InputProcessingTest, ComputesABoostAndACutAtAQuarterOfTheSampleRate) {
     Load(u"mic_ext");
     const double n = 1 / (2 + boost);
     expectBand(n, -(2 - boost) * n, 1 + (1 - boost) * n);
-    EXPECT_EQ(processing.Coefficients(1), (std::array<std::int32_t, 5>{0, 0, 0, 0, 1 << 28}));
-}
-
-TEST_F(InputProcessingTest, BoostsASineAtTheCentreOfABandByItsGain) {
-    settings.sets[0] = Set(u"bell", Band(1000, 120, 10));
-    Load(u"bell");
-    Samples sine(8820);
-    for (std::size_t at = 0; at < sine.size(); ++at)
-        sine[at] = static_cast<std::int16_t>(
-            2000 * std::sin(2 * std::numbers::pi * 1000.0 * static_cast<double>(at) / 44100));
-    const Samples out = Processed(sine, 1);
-    const auto peak = *std::max_element(out.end() - 4410, out.end());
-    EXPECT_NEAR(peak, 2000 * 3.981, 40);
-}
-
-TEST_F(InputProcessingTest, PassesABandThroughThatNoFilterCanRealise) {
-    settings.sets[0] = Set(u"bad", Band(0, 60, 10), Band(22050, 60, 10), Band(1000, 60, 0));
-    Load(u"bad");
-    for (std::size_t band = 0; band < 3; ++band)
-        EXPECT_EQ(processing.Coefficients(band),
-                  (std::array<std::int32_t, 5>{0, 0, 0, 0, 1 << 28}));
+    EXPECT_EQ(processing.Coefficients(1), kPassesThrough);
 }
 
 TEST_F(InputProcessingTest, ChoosesTheSetAtStartUpByItsName) {
-    Load(u"mic");
-    EXPECT_TRUE(processing.EqualizerOn());
-    EXPECT_EQ(processing.CurrentSetName(), u"mic");
     settings.initial.on = 1;
-    Load(u"unknown");
-    EXPECT_FALSE(processing.EqualizerOn());
-    // Sets behind a nameless one are not looked at.
+    const auto on = [&](const Text& name) {
+        Load(name);
+        return processing.EqualizerOn();
+    };
+    EXPECT_TRUE(on(u"mic"));
+    EXPECT_FALSE(on(u"unknown"));
     settings.sets[1].name.clear();
-    Load(u"mic");
-    EXPECT_FALSE(processing.EqualizerOn());
+    EXPECT_FALSE(on(u"mic")) << "sets behind a nameless one are not looked at";
 }
 
 TEST_F(InputProcessingTest, ChangesToTheTwinSetByTheHeadset) {
-    Load(u"mic_int");
-    processing.ChooseEqualizerForHeadset();  // unknown
-    EXPECT_EQ(processing.CurrentSetName(), u"mic_int");
-    headset.state = 3;
-    processing.ChooseEqualizerForHeadset();
-    EXPECT_EQ(processing.CurrentSetName(), u"mic_ext");
-    EXPECT_NEAR(processing.Coefficients(0)[4], 357490000, 10000);  // the boost at 11025 Hz
-    headset.state = 0;
-    processing.ChooseEqualizerForHeadset();
-    EXPECT_EQ(processing.CurrentSetName(), u"mic_int");
-
-    headset.state = 1;
-    for (const Text& unpaired :
-         {Text(u"mic"), Text(u"_int"), Text(u"mic_INT"), Text(u"other_int")}) {
-        settings.sets[3] = Set(unpaired, Band(500, 20, 7));
-        Load(unpaired);
+    const auto chosen = [&](const Text& name, int state) {
+        settings.sets[3] = Set(name, Band(500, 20, 7));
+        Load(name);
+        headset.state = state;
         processing.ChooseEqualizerForHeadset();
-        EXPECT_EQ(processing.CurrentSetName(), unpaired);
-    }
+        return processing.CurrentSetName();
+    };
+    EXPECT_EQ(chosen(u"mic_int", -1), u"mic_int") << "unknown";
+    EXPECT_EQ(chosen(u"mic_int", 3), u"mic_ext");
+    EXPECT_NEAR(processing.Coefficients(0)[4], 357490000, 10000);  // the boost at 11025 Hz
+    EXPECT_EQ(chosen(u"mic_ext", 0), u"mic_int");
+    for (const Text& unpaired : {Text(u"mic"), Text(u"_int"), Text(u"mic_INT"), Text(u"other_int")})
+        EXPECT_EQ(chosen(unpaired, 1), unpaired);
     settings.alternativeHeadsetKey = true;
     headset.alternative = 0;
-    Load(u"mic_ext");
-    processing.ChooseEqualizerForHeadset();
-    EXPECT_EQ(processing.CurrentSetName(), u"mic_int");
+    EXPECT_EQ(chosen(u"mic_ext", 1), u"mic_int");
 }
 
 TEST_F(InputProcessingTest, SetsTheOutputVolumeOfBothSides) {
     Load(u"");
-    EXPECT_EQ(processing.OutputStep(), 20U);
-    processing.SetOutputVolume(-6);
-    EXPECT_EQ(processing.OutputStep(), 14U);
-    EXPECT_EQ(waves.volumeLeft, 32845);  // -6 dB of 65535, cut off
-    EXPECT_EQ(waves.volumeRight, 32845);
-    processing.SetOutputVolume(100);
-    EXPECT_EQ(waves.volumeLeft, 65535);
-    processing.SetOutputVolume(-100);
-    EXPECT_EQ(processing.OutputStep(), 0U);
-    EXPECT_EQ(waves.volumeLeft, 6553);
+    const struct {
+        std::int32_t delta;
+        std::uint32_t step;
+        std::uint16_t volume;
+    } steps[] = {{-6, 14, 32845},  // -6 dB of 65535, cut off
+                 {100, 20, 65535},
+                 {-100, 0, 6553}};
+    for (const auto& one : steps) {
+        processing.SetOutputVolume(one.delta);
+        EXPECT_EQ(processing.OutputStep(), one.step);
+        EXPECT_EQ(waves.volumeLeft, one.volume);
+        EXPECT_EQ(waves.volumeRight, one.volume);
+    }
     waves.volumeResult = WaveResult::kFailed;
     processing.SetOutputVolume(3);
     EXPECT_EQ(processing.OutputStep(), 0U);
@@ -268,8 +219,7 @@ TEST_F(InputProcessingTest, SetsTheOutputVolumeOfBothSides) {
     EXPECT_EQ(processing.OutputStep(), 20U);
 }
 
-TEST(EqualizerResponse, IsWhatTheFilterDoesToASine) {
-    const EqualizerSet set = Set(u"", Band(200, 30, 7), Band(1000, -45, 10), Band(6000, 60, 20));
+TEST_F(InputProcessingTest, DoesToASineWhatTheResponseOfItsBandsSays) {
     const EqualizerSet middle = Set(u"", {}, Band(1000, -45, 10));
     // A single bell reaches its gain at its centre and nothing at both ends.
     EXPECT_NEAR(EqualizerResponseDb(middle, 44100, 1000), -4.5, 0.001);
@@ -277,32 +227,21 @@ TEST(EqualizerResponse, IsWhatTheFilterDoesToASine) {
     EXPECT_NEAR(EqualizerResponseDb(middle, 44100, 22049), 0, 0.001);
     EXPECT_GT(EqualizerResponseDb(Set(u"", Band(6000, 60, 20)), 44100, 6000), 5.99);
 
-    FakeEventLoop loop;
-    FakeWaveSystem waves{loop};
-    FakeHeadset headset;
-    InputProcessing processing(waves, headset);
-    InputProcessingSettings settings;
-    settings.sets[0] = set;
-    settings.sets[0].name = settings.currentSetName = u"set";
-    processing.Load(settings, 44100);
+    Load(u"mic_int");
     for (const double frequency : {150.0, 640.0, 1000.0, 3000.0, 6000.0, 15000.0}) {
         processing.ClearState();
-        Samples sine(44100);
-        for (std::size_t i = 0; i < sine.size(); ++i)
-            sine[i] = static_cast<std::int16_t>(
-                std::lround(8000 * std::sin(2 * std::numbers::pi * frequency *
-                                            static_cast<double>(i) / 44100)));
-        processing.ProcessInputBuffer(sine, 1);
+        const Samples sine = Processed(Tone(frequency, 44100, 8000, 44100), 1);
         double power = 0;  // of the second half, when the filter has settled
         for (std::size_t i = sine.size() / 2; i < sine.size(); ++i)
             power += static_cast<double>(sine[i]) * sine[i];
         const double gained =
             10 * std::log10(power / (static_cast<double>(sine.size()) / 2) / (8000.0 * 8000 / 2));
-        EXPECT_NEAR(gained, EqualizerResponseDb(set, 44100, frequency), 0.05) << frequency;
+        EXPECT_NEAR(gained, EqualizerResponseDb(settings.sets[0], 44100, frequency), 0.05)
+            << frequency;
     }
 }
 
-TEST(EqualizerResponse, IsFlatWhereNothingFilters) {
+TEST_F(InputProcessingTest, IsFlatWhereNothingFilters) {
     EqualizerSet off = Set(u"", Band(1000, 60, 10));
     off.on = 0;
     EqualizerBand disabled = Band(1000, 60, 10);
@@ -310,6 +249,11 @@ TEST(EqualizerResponse, IsFlatWhereNothingFilters) {
     for (const EqualizerSet& set : {off, Set(u"", disabled), Set(u"", Band(0, 60, 10)),
                                     Set(u"", Band(1000, 60, 0)), Set(u"", Band(22050, 60, 10))})
         EXPECT_EQ(EqualizerResponseDb(set, 44100, 1000), 0);
+    // A band that no filter can realise passes its sound through.
+    settings.sets[0] = Set(u"bad", Band(0, 60, 10), Band(22050, 60, 10), Band(1000, 60, 0));
+    Load(u"bad");
+    for (std::size_t band = 0; band < 3; ++band)
+        EXPECT_EQ(processing.Coefficients(band), kPassesThrough);
 }
 
 }  // namespace

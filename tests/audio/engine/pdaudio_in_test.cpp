@@ -4,9 +4,6 @@
 
 #include "audio/engine/engine_fixture.h"
 #include "audio/engine/spdif_format.h"
-#include "audio/files/wav_bytes.h"
-#include "platform/simulated/simulated_card.h"
-#include "support/temp_folder.h"
 
 namespace orma::test {
 namespace {
@@ -115,28 +112,27 @@ TEST(SpdifFormat, FollowsTheRate) {
     for (std::uint8_t code = 0; code < 16; ++code)
         EXPECT_EQ(SpdifRateOfCode(code), rates[code]) << int{code};
 
-    constexpr auto kYes = SpdifResult::kCapturing;
-    constexpr auto kNo = SpdifResult::kNoSignal;
-    constexpr auto kNotMp2 = SpdifResult::kRateNotForMp2;
-    struct Row {
+    using enum SpdifResult;
+    const struct {
         std::uint32_t rate;
-        SpdifResult wav, mp2;
-        std::uint32_t wavBytes, mp2Bytes;  // of a stereo period of 50 ms
+        bool mp2;
+        SpdifResult result;
+        std::uint32_t bytes;  // of a stereo period of 50 ms
+    } rows[] = {
+        {44100, false, kCapturing, 2205 * 6}, {44100, true, kCapturing, 2205 * 4},
+        {48000, false, kCapturing, 2400 * 6}, {48000, true, kCapturing, 2400 * 4},
+        {96000, false, kCapturing, 4800 * 6}, {96000, true, kRateNotForMp2, 0},
+        {88100, false, kCapturing, 4410 * 6}, {88100, true, kRateNotForMp2, 0},
+        {88200, false, kNoSignal, 0},         {32000, true, kNoSignal, 0},
+        {192000, false, kNoSignal, 0},        {0, false, kNoSignal, 0},
     };
-    for (const Row& row :
-         {Row{44100, kYes, kYes, 2205 * 6, 2205 * 4}, Row{48000, kYes, kYes, 2400 * 6, 2400 * 4},
-          Row{96000, kYes, kNotMp2, 4800 * 6, 0}, Row{88100, kYes, kNotMp2, 4410 * 6, 0},
-          Row{88200, kNo, kNo, 0, 0}, Row{32000, kNo, kNo, 0, 0}, Row{0, kNo, kNo, 0, 0},
-          Row{192000, kNo, kNo, 0, 0}}) {
-        for (const bool mp2 : {false, true}) {
-            SpdifFormat format;
-            const SpdifResult wanted = mp2 ? row.mp2 : row.wav;
-            EXPECT_EQ(SpdifFormatOfRate(row.rate, mp2, 2, 2, format), wanted) << row.rate;
-            if (wanted != kYes) continue;
-            EXPECT_EQ(format.sampleRate, row.rate);
-            EXPECT_EQ(format.bitsPerSample, mp2 ? 16 : 24);
-            EXPECT_EQ(format.bufferLength, mp2 ? row.mp2Bytes : row.wavBytes) << row.rate;
-        }
+    for (const auto& row : rows) {
+        SpdifFormat format;
+        EXPECT_EQ(SpdifFormatOfRate(row.rate, row.mp2, 2, 2, format), row.result) << row.rate;
+        if (row.result != kCapturing) continue;
+        EXPECT_EQ(format.sampleRate, row.rate);
+        EXPECT_EQ(format.bitsPerSample, row.mp2 ? 16 : 24);
+        EXPECT_EQ(format.bufferLength, row.bytes) << row.rate;
     }
 }
 
@@ -152,28 +148,39 @@ TEST_F(PDAudioInTest, StartsTheCardByItsControls) {
 }
 
 TEST_F(PDAudioInTest, TellsWhyItDoesNotStartAndClosesTheCard) {
+    spdif = &input_;
+    const auto refused = [&] {
+        boxes.shown.clear();
+        psi_.rateReads = 0;
+        EXPECT_EQ(Engine().WavStartRecording(), 1);
+        EXPECT_TRUE(Engine().IsClosed());
+        return boxes.Texts();
+    };
     psi_.opens = false;
-    EXPECT_EQ(Start(false, 1), SpdifResult::kNoDriver);
+    EXPECT_EQ(refused(), Texts{u"No driver installed"});
     EXPECT_EQ(psi_.controls, Strings{"open"});
     psi_.opens = true;
 
     psi_.failing = SpdifControl::kSelectInput;
-    EXPECT_EQ(Start(false, 1), SpdifResult::kNoCard);
+    EXPECT_EQ(refused(), Texts{u"No PDAudio card present"});
     EXPECT_EQ(psi_.controls.back(), "close");
     psi_.failing.reset();
 
-    psi_.rateReads = 0;
     psi_.lockedAt = 11;
-    EXPECT_EQ(Start(false, 1), SpdifResult::kNoSignal);
+    EXPECT_EQ(refused(), Texts{u"No valid digital input signal"});
     EXPECT_EQ(psi_.rateReads, 10);
+    psi_.lockedAt = 1;
     psi_.rateCode = 10;
-    EXPECT_EQ(Start(true, 1), SpdifResult::kRateNotForMp2);
-    EXPECT_TRUE(boxes.shown.empty());
+    audio.mp2 = true;
+    EXPECT_EQ(refused(), Texts{u"Sample rate not supported at mp2-recording"});
+    audio.mp2 = false;
+    waves.in.results["OpenInput"] = WaveResult::kNoDevice;
+    EXPECT_EQ(refused(), Texts{u"waveInOpen"});
+    EXPECT_EQ(psi_.controls.back(), "close");
 
     psi_.status = 0x100;
-    EXPECT_EQ(Start(false, 1), SpdifResult::kNoSignal);
-    ASSERT_EQ(boxes.shown.size(), 1u);
-    EXPECT_EQ(boxes.shown[0].text, u"Record Fail no S/PDIF input\n");
+    EXPECT_EQ(refused(),
+              (Texts{u"Record Fail no S/PDIF input\n", u"No valid digital input signal"}));
     EXPECT_EQ(boxes.shown[0].title, u"PDAudio");
     EXPECT_EQ(boxes.shown[0].icon, BoxIcon::kInformation);
     EXPECT_EQ(psi_.controls.back(), "close");
@@ -209,46 +216,19 @@ TEST_F(PDAudioInTest, CopiesTheUpperBytesOfTheChannelsThatAreRecorded) {
     }
 }
 
-TEST_F(PDAudioInTest, FillsBuffersInOrderRoundTheEndOfTheRing) {
-    ASSERT_EQ(Start(false, 2), SpdifResult::kCapturing);
-    Bytes expected;
-    for (int round = 0; round < 300; ++round) {  // more than one ring of 393216 bytes
-        ASSERT_TRUE(Add(1500));
-        psi_.Make(500);
-        Pass(10);
-        ASSERT_EQ(listener_.users.size(), static_cast<std::size_t>(round + 1));
-        EXPECT_EQ(listener_.users.back(), static_cast<std::uint32_t>(round));
-    }
-    for (int sample = 1; sample <= 300 * 500; ++sample)
-        for (const int byte : {0, 0x40, 0x80})
-            expected.push_back(static_cast<std::uint8_t>(sample + byte));
-    EXPECT_TRUE(listener_.heard == expected);
-}
-
 TEST_F(PDAudioInTest, RefusesTheSeventeenthBufferUntilAPlaceIsFree) {
-    TempFolder folder;
-    Bytes sound(3 * 14400);
-    for (std::size_t at = 0; at < sound.size(); ++at)
-        sound[at] = static_cast<std::uint8_t>(at * at / 7);
-    const WavFields fields{.channels = 2, .sampleRate = 48000, .bits = 24, .blockAlign = 6};
-    WriteFileBytes(folder.Path(u"in.wav"), WavBytes(fields, sound));
-    SimulatedCard playing({.file = folder.Path(u"in.wav"), .fast = true});  // 50 ms at each look
-    PDAudioIn simulated(&playing, loop, clock, report);
-    ASSERT_EQ(simulated.PDAudioStart(false, 2, 2, listener_, format_), SpdifResult::kCapturing);
-    ASSERT_EQ(format_.bufferLength, 14400u);
-    const auto add = [&] {
-        memory_.emplace_back(14400, std::uint8_t{0xAA});
-        headers_.push_back({memory_.back().data(), 14400, 0, 0});
-        return simulated.PDAudioInAddBuffer(headers_.back());
-    };
-    for (int place = 0; place < 16; ++place)
-        ASSERT_TRUE(add());
-    EXPECT_FALSE(add());
+    ASSERT_EQ(Start(false, 2), SpdifResult::kCapturing);
+    for (std::uint32_t place = 0; place < 16; ++place)
+        ASSERT_TRUE(Add(30));
+    EXPECT_FALSE(Add(30));
+    psi_.Make(10);
     Pass(10);
-    EXPECT_TRUE(add());
-    EXPECT_FALSE(add());
-    Pass(20);
-    EXPECT_EQ(listener_.heard, sound);
+    EXPECT_TRUE(Add(30));
+    EXPECT_FALSE(Add(30));
+    psi_.Make(10 * 15);
+    Pass(10);
+    EXPECT_EQ(listener_.users.size(), 16U);
+    EXPECT_EQ(listener_.heard.back(), static_cast<std::uint8_t>(160 + 0x80));
 }
 
 TEST_F(PDAudioInTest, KeepsWhatWaitsInTheRingWhenItStops) {
@@ -311,14 +291,20 @@ TEST_F(PDAudioInTest, ABufferThatFindsNoPlaceIsReportedAndTheTakeGoesOn) {
     EXPECT_EQ(writer.blocks.size(), 2u);
 }
 
-TEST_F(PDAudioInTest, ATakeHoldsEverySampleOfTheCardUntilItsStop) {
+TEST_F(PDAudioInTest, ATakeHoldsEverySampleOfTheCardUntilItsStopUnprocessed) {
     audio.stereo = true;
+    input.SetInputGain(20);
     spdif = &input_;
     ASSERT_EQ(Engine().WavStartRecording(), 0);
+    EXPECT_EQ(waves.in.format, (WaveFormat{2, 44100, 176400, 4, 16}));
+    EXPECT_EQ(waves.in.Count("Add"), 0U);
     Engine().WavStartRecordSaving();
-    psi_.Make(2 * 2400);  // the buffer that begins the take
+    audio.bitsPerSample = 99;  // left by a file that was opened meanwhile
+    psi_.Make(2 * 2400);       // the buffer that begins the take
     Pass(10);
     ASSERT_TRUE(Engine().IsSaving());
+    EXPECT_EQ(audio.sampleRate, 48000U);
+    EXPECT_EQ(audio.bitsPerSample, 24);
     const int before = psi_.made;
     for (int period = 0; period < 20; ++period) {
         psi_.Make(2 * 2400);
@@ -330,8 +316,11 @@ TEST_F(PDAudioInTest, ATakeHoldsEverySampleOfTheCardUntilItsStop) {
     Engine().WavStopRecording();
     loop.RunPending();
     ASSERT_TRUE(Engine().IsClosed());
+    EXPECT_EQ(psi_.controls.back(), "close");
+    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
     EXPECT_TRUE(boxes.shown.empty());
     ASSERT_EQ(writer.blocks.size(), 41U);
+    ASSERT_EQ(sheet.levels.size(), 41U);
     int sample = before;
     for (std::size_t block = 0; block < 40; ++block)
         for (std::size_t at = 0; at < writer.blocks[block].size(); at += 3)

@@ -25,15 +25,10 @@ namespace {
 
 using Samples = std::vector<std::int16_t>;
 
-struct Stretch {
-    std::uint32_t begin;
-    std::uint32_t end;
-};
-
 /// What is left of [from, end) when each period is looked at by itself.
-std::vector<Stretch> Kept(const std::vector<RemovedRange>& cuts, std::uint32_t from,
-                          std::uint32_t end) {
-    std::vector<Stretch> kept;
+std::vector<PeriodRange> Kept(const std::vector<RemovedRange>& cuts, std::uint32_t from,
+                              std::uint32_t end) {
+    std::vector<PeriodRange> kept;
     for (std::uint32_t period = from; period < end; ++period) {
         const bool cut = std::any_of(cuts.begin(), cuts.end(), [&](const RemovedRange& one) {
             return one.begin <= period && period < one.end;
@@ -138,6 +133,13 @@ class PlaybackProperty : public ::testing::Test {
         }
     }
 
+    [[nodiscard]] std::string Cuts() const {
+        std::string cuts = ", cuts";
+        for (const RemovedRange& cut : sheet_.cuts)
+            cuts += Format(" %u-%u", cut.begin, cut.end);
+        return cuts;
+    }
+
     std::uint32_t Random(std::uint32_t below) {
         return static_cast<std::uint32_t>(random_()) % below;
     }
@@ -223,7 +225,7 @@ TEST_F(PlaybackProperty, WavTakesOfEveryKindSoundLikeTheModel) {
                     const auto outputs = static_cast<std::uint16_t>(1 + Random(2));
                     const Samples mapped = OnChannels(sound, channels, outputs);
                     Samples model;
-                    for (const Stretch& stretch : Kept(sheet_.cuts, from, stop)) {
+                    for (const PeriodRange& stretch : Kept(sheet_.cuts, from, stop)) {
                         const std::size_t begin = std::min(
                             std::size_t{stretch.begin} * periodFrames * outputs, mapped.size());
                         const Samples rest(mapped.begin() + static_cast<std::ptrdiff_t>(begin),
@@ -281,12 +283,9 @@ TEST_F(PlaybackProperty, WindingSoundsLikeTheModel) {
             heard.push_back(sound[at]);
             EXPECT_EQ(sound[at + periodSamples - 1], sound[at]);
         }
-        std::string cuts;
-        for (const RemovedRange& cut : sheet_.cuts)
-            cuts += Format(" %u-%u", cut.begin, cut.end);
         EXPECT_EQ(heard, model) << (forward ? "forward" : "back") << ", " << second
                                 << " periods a second, from " << from << " of " << length_
-                                << ", cuts" << cuts;
+                                << Cuts();
         EXPECT_GE(player_.Position(), place < 0 ? 0 : length);
         EXPECT_LE(player_.Position(), place < 0 ? 0 : length + 1);
     }
@@ -348,7 +347,7 @@ TEST_F(PlaybackProperty, Mp2TakesSoundLikeTheModel) {
         for (std::size_t frame = 0; frame < frames; ++frame) {
             Samples noise(2 * kFrame);
             for (std::int16_t& sample : noise)
-                sample = static_cast<std::int16_t>(static_cast<std::int16_t>(random_()) / 4);
+                sample = static_cast<std::int16_t>(random_());
             const ByteSpan bytes = encoder->EncodeFrame(&noise[0], &noise[kFrame]);
             file.insert(file.end(), bytes.begin(), bytes.end());
         }
@@ -367,7 +366,7 @@ TEST_F(PlaybackProperty, Mp2TakesSoundLikeTheModel) {
         BareDecoder decoder;
         Samples sound;
         std::size_t made = 0;  // samples per channel
-        for (const Stretch& stretch :
+        for (const PeriodRange& stretch :
              Kept(sheet_.cuts, from, end == 0 ? length_ : std::min(end, length_))) {
             std::size_t next = stretch.begin * 125 / (3 * perSecond);
             for (std::uint32_t period = stretch.begin; period < stretch.end; ++period)
@@ -385,14 +384,11 @@ TEST_F(PlaybackProperty, Mp2TakesSoundLikeTheModel) {
                     made += step;
                 }
         }
-        std::string cuts;
-        for (const RemovedRange& cut : sheet_.cuts)
-            cuts += Format(" %u-%u", cut.begin, cut.end);
         EXPECT_EQ(Difference(Play(outputs, from), converter.Convert(sound, outputs, made)), "")
             << audio_.bitrate.BitsPerSecond() << " bit/s, " << audio_.Channels() << " channels to "
             << outputs << " at " << outputRate << " Hz, shift " << audio_.resolutionShift
             << ", from " << from << " to " << end << " of " << length_ << ", " << frames
-            << " frames, cuts" << cuts;
+            << " frames" << Cuts();
     }
     EXPECT_EQ(pairs, 3 * 18);
 }

@@ -64,11 +64,8 @@ class PlayerTest : public testing::Test {
 
     /// Makes a take of `periods` current; its samples are `first`, `first` + 1 ... a period each.
     void MakeTake(std::uint32_t periods, std::uint32_t first = 0, const Text& name = u"take.wav") {
-        Bytes data(std::size_t{periods} * kBufferBytes);
-        for (std::size_t i = 0; i < data.size() / 2; ++i)
-            StoreLe(&data[2 * i], static_cast<std::uint16_t>(first + i / (kBufferBytes / 2)));
         audioPath = folder.Path(name);
-        WriteFileBytes(audioPath, WavBytes({}, data));
+        WriteFileBytes(audioPath, NumberedTake(periods, first));
         length = periods;
         sheet.levels.clear();
         for (std::uint32_t i = 0; i < periods; ++i)

@@ -1,5 +1,4 @@
 #include "audio/engine/engine_fixture.h"
-#include "audio/files/level_tables.h"
 
 namespace orma::test {
 namespace {
@@ -164,87 +163,6 @@ TEST_F(RecorderStart, ClearsTheFiltersOfTheLastSession) {
     Deliver(1, 0);
     // The first buffer after the start already was silence: no trace of the old offset is left.
     EXPECT_EQ(writer.blocks.back(), Bytes(kBufferBytes, 0));
-}
-
-class RecorderWithCard : public RecorderTest {
-  protected:
-    RecorderWithCard() { spdif = &card; }
-
-    void StartTakeFromCard() {
-        ASSERT_EQ(Engine().WavStartRecording(), 0);
-        Engine().WavStartRecordSaving();
-        audio.bitsPerSample = 99;  // left by a file that was opened meanwhile
-        card.Deliver24(0);
-        ASSERT_TRUE(Engine().IsSaving());
-    }
-};
-
-TEST_F(RecorderWithCard, ReportsEachFailureOfTheCard) {
-    const std::pair<SpdifResult, Text> failures[] = {
-        {SpdifResult::kNoCard, u"No PDAudio card present"},
-        {SpdifResult::kNoDriver, u"No driver installed"},
-        {SpdifResult::kNoSignal, u"No valid digital input signal"},
-        {SpdifResult::kRateNotForMp2, u"Sample rate not supported at mp2-recording"},
-    };
-    for (const auto& [result, text] : failures) {
-        card.result = result;
-        EXPECT_EQ(Engine().WavStartRecording(), 1);
-        EXPECT_EQ(boxes.shown.back().text, text);
-        EXPECT_TRUE(Engine().IsClosed());
-    }
-    card.result = SpdifResult::kCapturing;
-    waves.in.results["OpenInput"] = WaveResult::kNoDevice;
-    EXPECT_EQ(Engine().WavStartRecording(), 1);
-    EXPECT_EQ(boxes.shown.back().text, u"waveInOpen");
-    EXPECT_EQ(card.calls, Strings{"close"});
-}
-
-TEST_F(RecorderWithCard, RecordsItsBuffersUnprocessedAndClosesIt) {
-    card.format = {48000, 24, 7200};
-    StartTakeFromCard();
-    EXPECT_EQ(waves.in.format, (WaveFormat{1, 44100, 88200, 2, 16}));
-    EXPECT_EQ(waves.in.Count("Add"), 0U);
-    EXPECT_EQ(audio.sampleRate, 48000U);
-    EXPECT_EQ(audio.bitsPerSample, 24);
-    card.Deliver24(-0x400000);  // negative samples do not count
-    card.Deliver24(0x7FFFFF);
-    for (int n = 0; n < 20; ++n)
-        card.Deliver24(0x010203);
-    ASSERT_EQ(sheet.levels.size(), 22U);
-    EXPECT_EQ(sheet.levels[0], 79);
-    EXPECT_EQ(sheet.levels[1], 0);
-    EXPECT_EQ(writer.blocks[2].size(), 7200U);
-    EXPECT_EQ(writer.blocks[2][0], 0x03);
-    EXPECT_EQ(writer.blocks[2][2], 0x01);
-
-    Engine().WavStopRecording();
-    loop.RunPending();
-    EXPECT_TRUE(Engine().IsSaving());
-    card.Deliver24(0x7FFFFF);  // the one that its stop hands back
-    EXPECT_EQ(sheet.levels.size(), 23U);
-    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
-    EXPECT_TRUE(Engine().IsClosed());
-    EXPECT_EQ(card.calls, (Strings{"stop", "close"}));
-    EXPECT_TRUE(boxes.shown.empty());
-}
-
-TEST_F(RecorderWithCard, LeavesItsBuffersUnprocessedAt16BitToo) {
-    card.format = {44100, 16, 8820};
-    audio.stereo = true;
-    input.SetInputGain(20);
-    StartTakeFromCard();
-    EXPECT_EQ(waves.in.format, (WaveFormat{2, 44100, 176400, 4, 16}));
-    card.DeliverBytes({0x00, 0x20});
-    EXPECT_EQ(LoadLe<std::int16_t>(writer.blocks.back().data()), 0x2000);
-    EXPECT_EQ(sheet.levels.back(), LevelOfPeak(0x2000));
-}
-
-TEST_F(RecorderWithCard, ReportsAFullRingAndFitsItsBuffers) {
-    card.places = 15;
-    card.format.bufferLength = 200000;
-    EXPECT_EQ(Engine().WavStartRecording(), 0);
-    EXPECT_EQ(boxes.Texts(), Texts{u"PDAudioInAddBuffer"});
-    EXPECT_EQ(card.ring.front()->bufferLength, CaptureBuffers::kBytes);
 }
 
 }  // namespace

@@ -53,18 +53,20 @@ TEST_F(RecorderTake, KeepsALevelForEveryBufferThatIsWritten) {
     EXPECT_EQ(listener.levels.back(), 0);
 }
 
-TEST_F(RecorderTake, IsDiscardedBelowOneSecond) {
-    for (int take = 0; take < 2; ++take) {
+TEST_F(RecorderTake, IsDiscardedBelowOneSecondAndWhereItNeverBegan) {
+    for (const int periods : {18, 18, 0}) {
         takes.calls.clear();
-        StartTake();
-        Deliver(18);
+        ASSERT_EQ(Engine().WavStartRecording(), 0);
+        Engine().WavStartRecordSaving();
+        if (periods > 0) Deliver(1 + 18);
         StopAndDrain();  // the buffer that the stop flushes is the nineteenth
-        EXPECT_EQ(sheet.levels.size(), 19U);
+        EXPECT_EQ(sheet.levels.size(), periods > 0 ? 19U : 0U);
         EXPECT_EQ(takes.calls, (Strings{"prepare", "discarded"}));
-        EXPECT_EQ(writer.calls.back(), "close");
+        EXPECT_FALSE(Engine().IsSavingPending());
         EXPECT_EQ(Engine().SavedPeriods(), 0U);
         EXPECT_TRUE(Engine().IsClosed());
     }
+    EXPECT_EQ(std::count(writer.calls.begin(), writer.calls.end(), "close"), 2);
 }
 
 TEST_F(RecorderTake, IsKeptFromExactlyOneSecondOn) {
@@ -72,23 +74,12 @@ TEST_F(RecorderTake, IsKeptFromExactlyOneSecondOn) {
     StartTake();
     Deliver(9);
     StopAndDrain();
-    EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
+    ExpectKept(10);
     EXPECT_EQ(sheet.rangeStart, 0U);
-    EXPECT_EQ(sheet.rangeEnd, 10U);
     EXPECT_EQ(sheet.levels.back(), kQuietLevel);  // its place in the ring was never measured
     EXPECT_EQ(sheet.resolutionShift, 1U);
     EXPECT_EQ(listener.events, (Strings{"started", "stopped", "closed"}));
     EXPECT_TRUE(boxes.shown.empty());
-}
-
-TEST_F(RecorderTake, ThatNeverBeganIsDiscarded) {
-    ASSERT_EQ(Engine().WavStartRecording(), 0);
-    Engine().WavStartRecordSaving();
-    StopAndDrain();
-    EXPECT_FALSE(Engine().IsSavingPending());
-    EXPECT_EQ(takes.calls, (Strings{"prepare", "discarded"}));
-    EXPECT_EQ(writer.calls, Strings{"make 1"});
-    EXPECT_TRUE(Engine().IsClosed());
 }
 
 TEST_F(RecorderTake, EndsWhenTheWriterTurnsUnhealthy) {
@@ -99,9 +90,7 @@ TEST_F(RecorderTake, EndsWhenTheWriterTurnsUnhealthy) {
     Deliver(1);
     EXPECT_FALSE(Engine().IsActive());
     loop.RunPending();
-    EXPECT_EQ(takes.calls.back(), "finished");
-    EXPECT_EQ(sheet.rangeEnd, 25U);
-    EXPECT_TRUE(Engine().IsClosed());
+    ExpectKept(25);
 }
 
 TEST_F(RecorderTake, BlinksTheIndicatorEvery400MillisecondsWhileMonitoring) {
@@ -117,10 +106,8 @@ TEST_F(RecorderTake, MeasuresTheLoadFromSavingOn) {
     writer.whileWriting = [&] { clock.ticks += 7; };
     Deliver(110);
     EXPECT_EQ(Engine().PeakLoadMs(), 7U);
-    Engine().WavStopRecording();
+    StopAndDrain();
     EXPECT_EQ(std::count(trace.begin(), trace.end(), "pload[98]=7"), 1);
-    EXPECT_EQ(std::count(trace.begin(), trace.end(), "pload[99]=7"), 0);
-    loop.RunPending();
     ASSERT_EQ(Engine().WavStartRecording(), 0);
     Deliver(1);
     EXPECT_EQ(Engine().PeakLoadMs(), 0U);
@@ -153,24 +140,16 @@ TEST_F(RecorderTake, IgnoresAForeignBuffer) {
     EXPECT_EQ(Engine().SavedPeriods(), 0U);
 }
 
-TEST_F(RecorderTake, GoesOnWhenABufferFallsOutOfCirculation) {
+TEST_F(RecorderTake, GoesOnWhenABufferFallsOutOfCirculationButNotWithoutAny) {
     StartTake();
     waves.in.results["Unprepare#3"] = WaveResult::kFailed;
     waves.in.results["Add#20"] = WaveResult::kFailed;
-    Deliver(10);
-    EXPECT_EQ(boxes.Texts(), (Texts{u"waveInUnprepareHeader", u"waveInAddBuffer"}));
-    EXPECT_EQ(writer.blocks.size(), 10U);
-    EXPECT_EQ(waves.in.queue.size(), 15U);
-}
-
-TEST_F(RecorderTake, EndsWhenNoBufferIsLeftInCirculation) {
-    StartTake();
     Deliver(20);
+    EXPECT_EQ(boxes.Texts(), (Texts{u"waveInUnprepareHeader", u"waveInAddBuffer"}));
+    EXPECT_EQ(waves.in.queue.size(), 15U);
     waves.in.results["Add"] = WaveResult::kFailed;
-    Deliver(16);
-    EXPECT_EQ(writer.blocks.size(), 36U);
-    EXPECT_EQ(takes.calls.back(), "finished");
-    EXPECT_TRUE(Engine().IsClosed());
+    Deliver(15);
+    ExpectKept(35);
 }
 
 TEST_F(RecorderTake, HoldsBuffersBackBehindABoxOfTheWriter) {

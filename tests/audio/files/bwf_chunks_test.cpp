@@ -9,9 +9,15 @@
 namespace orma::test {
 namespace {
 
-template <class Array>
-Bytes AsVector(const Array& bytes) {
-    return {bytes.begin(), bytes.end()};
+/// The chunk's bytes are these, and nothing is lost when they are read.
+template <class Chunk>
+void ExpectLayout(const Chunk& chunk, const Bytes& layout) {
+    const auto encoded = chunk.Encode();
+    EXPECT_EQ(Bytes(encoded.begin(), encoded.end()), layout);
+    const auto decoded = Chunk::Decode(layout);
+    ASSERT_TRUE(decoded);
+    const auto again = decoded->Encode();
+    EXPECT_EQ(Bytes(again.begin(), again.end()), layout);
 }
 
 TEST(BwfHead, TemplateHasItsTextsAtTheirOffsets) {
@@ -28,11 +34,7 @@ TEST(BwfHead, TemplateHasItsTextsAtTheirOffsets) {
                          0x01, 0x01, 0x08, 0x13, 0x13, 0x01, 0x12, 0x34};
     expected.Put(label).Fill(48).Fill(190);
     ASSERT_EQ(expected.bytes.size(), 622U);
-    EXPECT_EQ(AsVector(head.Encode()), expected.bytes);
-
-    const auto decoded = BwfHead::Decode(expected.bytes);
-    ASSERT_TRUE(decoded);
-    EXPECT_EQ(AsVector(decoded->Encode()), expected.bytes);
+    ExpectLayout(head, expected.bytes);
     EXPECT_FALSE(BwfHead::Decode(ByteSpan(expected.bytes).first(621)));
     expected.bytes[12] = 'f';
     EXPECT_FALSE(BwfHead::Decode(expected.bytes));
@@ -60,10 +62,7 @@ TEST(MpegFormatBlock, SaysSingleChannelModeForStereoAsWell) {
     expected.Put("mext").U32(12).U16(3).U16(576).U16(0).U16(0).Fill(4);
     expected.Put("data").U32(1152);
     ASSERT_EQ(expected.bytes.size(), 88U);
-    EXPECT_EQ(AsVector(block.Encode()), expected.bytes);
-    const auto decoded = MpegFormatBlock::Decode(expected.bytes);
-    ASSERT_TRUE(decoded);
-    EXPECT_EQ(AsVector(decoded->Encode()), expected.bytes);
+    ExpectLayout(block, expected.bytes);
     EXPECT_FALSE(PcmFormatBlock::Decode(expected.bytes));
 }
 
@@ -74,14 +73,11 @@ TEST(PcmFormatBlock, IsFormatFactAndDataHead) {
     expected.Put("fmt ").U32(16).U16(1).U16(2).U32(48000).U32(192000).U16(2).U16(16);
     expected.Put("fact").U32(4).U32(1152).Put("data").U32(4608);
     ASSERT_EQ(expected.bytes.size(), 44U);
-    EXPECT_EQ(AsVector(block.Encode()), expected.bytes);
-    const auto decoded = PcmFormatBlock::Decode(expected.bytes);
-    ASSERT_TRUE(decoded);
-    EXPECT_EQ(AsVector(decoded->Encode()), expected.bytes);
+    ExpectLayout(block, expected.bytes);
     EXPECT_FALSE(MpegFormatBlock::Decode(ByteBuilder().Put(expected.bytes).Fill(44).bytes));
 }
 
-TEST(LevlChunk, EndsInOneToFourZeros) {
+TEST(LevlChunk, EndsInOneToFourZerosAndRefusesLengthsThatDoNotFit) {
     LevlChunk levl;
     levl.blockSize = 2400;
     levl.positionOfPeak = 8;
@@ -91,20 +87,11 @@ TEST(LevlChunk, EndsInOneToFourZeros) {
     expected.Put("levl").U32(132).U32(0).U32(1).U32(1).U32(2400).U32(1).U32(9).U32(8).U32(128);
     expected.Field("2009:01:05:10:20:30:400", 28).Fill(60).Put(levl.peaks).Fill(3);
     ASSERT_EQ(expected.bytes.size(), 140U);
-    EXPECT_EQ(levl.Encode(), expected.bytes);
+    const Bytes& whole = expected.bytes;
+    ExpectLayout(levl, whole);
     levl.peaks.pop_back();
     EXPECT_EQ(levl.Encode().size(), 140U);
 
-    const auto decoded = LevlChunk::Decode(expected.bytes);
-    ASSERT_TRUE(decoded);
-    EXPECT_EQ(decoded->Encode(), expected.bytes);
-}
-
-TEST(LevlChunk, RefusesLengthsThatDoNotFit) {
-    LevlChunk levl;
-    levl.peaks = Bytes(9, 1);
-    const Bytes whole = levl.Encode();
-    ASSERT_TRUE(LevlChunk::Decode(whole));
     EXPECT_FALSE(LevlChunk::Decode(ByteSpan(whole).first(whole.size() - 1)));
     for (const auto& [offset, value] : {std::pair<std::size_t, std::uint32_t>{4, 0xFFFFFFFF},
                                         {4, 119},
@@ -124,16 +111,12 @@ TEST(QltyChunk, HoldsItsReportAndBothSums) {
     ByteBuilder expected;
     // (6 + 16) with its two low bits cleared is 20, and 4 more.
     expected.Put("qlty").U32(16).U32(7).U32(0x80000001).Field("SM=0\r\n", 8);
-    EXPECT_EQ(qlty.Encode(), expected.bytes);
-    const auto decoded = QltyChunk::Decode(expected.bytes);
-    ASSERT_TRUE(decoded);
-    EXPECT_EQ(decoded->report, "SM=0\r\n");
-    EXPECT_EQ(decoded->Encode(), expected.bytes);
+    ExpectLayout(qlty, expected.bytes);
+    EXPECT_EQ(QltyChunk::Decode(expected.bytes)->report, "SM=0\r\n");
     StoreLe<std::uint32_t>(&expected.bytes[4], 17);
     EXPECT_FALSE(QltyChunk::Decode(expected.bytes));
-}
 
-TEST(QltyChunk, ReportSumStopsSixteenBytesBeforeTheBlocksEnd) {
+    // The sum stops sixteen bytes before the block's end.
     // 18 bytes: a block of (34 & ~3) + 4 = 36, of which 20 are summed: 16 of the head, 4 of text.
     EXPECT_EQ(QltyChunk::ReportSum(std::string(18, '\x01')), 4U);
     // Bytes count unsigned.

@@ -5,44 +5,25 @@
 #include <random>
 
 #include <gtest/gtest.h>
-#include <mad.h>
 
-#include "audio/files/mp2_pipeline.h"
-#include "audio/files/signals.h"
-#include "support/test_files.h"
+#include "audio/files/reader_bench.h"
 
 namespace orma::test {
 namespace {
 
 constexpr std::size_t kFrame = kMp2FrameSamples;
 
-// Samples by which sound comes later out of a Layer II encoder and decoder than it went in: the
-// two filter banks.
-constexpr std::size_t kCodecDelay = 481;
-
-struct Decoded {
-    Samples pcm;
-    std::vector<std::size_t> counts;  // samples per channel of every frame
-    unsigned channels = 0;
-};
-
 class Mp2DecoderTest : public ::testing::Test {
   protected:
     Bytes Encode(const Samples& pcm, bool stereo, std::uint32_t bitrateIndex) {
         audio_.bitrate.SetMp2Bitrate(bitrateIndex, files_.report);
-        Bytes stream;
-        Mp2Pipeline pipeline(audio_, files_.report);
-        EXPECT_TRUE(pipeline.Mp2EncoderInit(
-            [&](ByteSpan block) { stream.insert(stream.end(), block.begin(), block.end()); },
-            stereo, 48000));
-        pipeline.Mp2EncodeSamples(AsPcm(pcm));
-        pipeline.Mp2EncodeFlush();
-        return stream;
+        return EncodeMp2(audio_, files_.report, pcm, stereo);
     }
 
-    /// Decodes as a reader does: one frame length after another, zeros behind the end.
-    Decoded Decode(const Bytes& stream) {
-        Decoded all;
+    /// Decodes as a reader does, one frame length after another, zeros behind the end; the samples
+    /// per channel of every frame.
+    std::vector<std::size_t> Decode(const Bytes& stream) {
+        std::vector<std::size_t> counts;
         std::array<std::int16_t, 2 * kFrame> out{};
         if (!decoder_) decoder_.emplace(audio_, files_.storage, log_);
         Mp2Decoder& decoder = *decoder_;
@@ -54,12 +35,12 @@ class Mp2DecoderTest : public ::testing::Test {
             std::ranges::fill(space, std::uint8_t{0});
             std::copy_n(stream.begin() + static_cast<std::ptrdiff_t>(at), got, space.begin());
             at += got;
-            const std::size_t count = decoder.Mp2DecodeFrame(out, all.channels);
-            all.counts.push_back(count);
-            all.pcm.insert(all.pcm.end(), out.begin(),
-                           out.begin() + static_cast<std::ptrdiff_t>(count * all.channels));
+            unsigned channels = 0;
+            counts.push_back(decoder.Mp2DecodeFrame(out, channels));
+            EXPECT_EQ(channels == 0, counts.back() == 0);
+            EXPECT_LE(channels, 2U);
         }
-        return all;
+        return counts;
     }
 
     std::string LogText() {
@@ -73,79 +54,10 @@ class Mp2DecoderTest : public ::testing::Test {
     std::optional<Mp2Decoder> decoder_;
 };
 
-/// The error of `decoded` against `original` at the codec's delay, without the first frame, in
-/// which the filter banks settle.
-double QualityDb(const Samples& original, const Samples& decoded) {
-    const std::vector<double> expected(
-        original.begin() + static_cast<std::ptrdiff_t>(kFrame - kCodecDelay),
-        original.end() - static_cast<std::ptrdiff_t>(kCodecDelay));
-    return SignalToErrorDb(expected, std::span(decoded).subspan(kFrame));
-}
-
-TEST_F(Mp2DecoderTest, GivesAnEncodeBackInPlace) {
-    const Samples left = Tone(700, 48000, 15000, 20 * kFrame);
-    const Samples right = Tone(1100, 48000, 9000, 20 * kFrame);
-    const Decoded mono = Decode(Encode(left, false, 9));
-    EXPECT_EQ(mono.counts, std::vector<std::size_t>(20, kFrame));
-    EXPECT_EQ(mono.channels, 1U);
-    EXPECT_GT(QualityDb(left, mono.pcm), 55.0);
-    const Decoded stereo = Decode(Encode(Interleave(left, right), true, 11));
-    EXPECT_EQ(stereo.counts, std::vector<std::size_t>(20, kFrame));
-    EXPECT_EQ(stereo.channels, 2U);
-    EXPECT_GT(QualityDb(left, Channel(stereo.pcm, 2, 0)), 45.0);
-    EXPECT_GT(QualityDb(right, Channel(stereo.pcm, 2, 1)), 45.0);
-    EXPECT_FALSE(files_.storage.Exists(log_));
-}
-
-/// A whole stream through the library alone, each sample by the definition of the conversion.
-Samples DecodeBare(Bytes stream) {
-    stream.resize(stream.size() + MAD_BUFFER_GUARD);
-    mad_stream source;
-    mad_frame frame;
-    mad_synth synth;
-    mad_stream_init(&source);
-    mad_frame_init(&frame);
-    mad_synth_init(&synth);
-    mad_stream_buffer(&source, stream.data(), stream.size());
-    Samples samples;
-    while (mad_frame_decode(&frame, &source) == 0) {
-        mad_synth_frame(&synth, &frame);
-        for (unsigned i = 0; i < synth.pcm.length; ++i) {
-            for (unsigned channel = 0; channel < synth.pcm.channels; ++channel) {
-                const std::int64_t value = std::int64_t{synth.pcm.samples[channel][i]} + 4096;
-                const std::int64_t most = (1 << 28) - 1;
-                samples.push_back(static_cast<std::int16_t>(
-                    (value > most ? most : std::max(value, -most - 1)) >> 13));
-            }
-        }
-    }
-    mad_frame_finish(&frame);
-    mad_stream_finish(&source);
-    return samples;
-}
-
-TEST_F(Mp2DecoderTest, ChangesNothingThatTheLibraryDecodes) {
-    const Bytes stream = Encode(ExtremeNoise(4, 2 * 8 * kFrame), true, 8);
-    const Decoded decoded = Decode(stream);
-    EXPECT_EQ(decoded.pcm.size(), 2 * 8 * kFrame);
-    EXPECT_EQ(decoded.pcm, DecodeBare(stream));
-    EXPECT_EQ(std::ranges::max(decoded.pcm), 32767) << "clipped";
-    EXPECT_EQ(std::ranges::min(decoded.pcm), -32768) << "clipped";
-}
-
-TEST_F(Mp2DecoderTest, ADamagedHeaderCostsItsOwnFrameOnly) {
-    Bytes stream = Encode(Tone(700, 48000, 15000, 10 * kFrame), false, 7);
-    stream[4 * 384] = 0;
-    std::vector<std::size_t> expected(10, kFrame);
-    expected[4] = 0;
-    EXPECT_EQ(Decode(stream).counts, expected);
-    EXPECT_EQ(LogText(), "MAD_RECOVERABLE 257\n");
-}
-
 TEST_F(Mp2DecoderTest, TheHeaderRulesTheLengthAndTheSettingWhereThereIsNone) {
     const Bytes stream = Encode(Tone(700, 48000, 15000, 5 * kFrame), false, 7);
     audio_.bitrate.SetMp2Bitrate(3, files_.report);
-    EXPECT_EQ(Decode(stream).counts, std::vector<std::size_t>(5, kFrame));
+    EXPECT_EQ(Decode(stream), std::vector<std::size_t>(5, kFrame));
 
     Mp2Decoder decoder(audio_, files_.storage, {});
     EXPECT_EQ(decoder.FrameBytes(), 192U);
@@ -181,7 +93,7 @@ TEST_F(Mp2DecoderTest, HeadersThatCannotBeDecodedGiveNoSamplesButALineUpToAHundr
     for (const auto& tried : cases) {
         Bytes stream(tried.header.FrameBytes(audio_.bitrate.FrameBytes()) + 4);
         std::ranges::copy(tried.header.bytes, stream.begin());
-        EXPECT_EQ(Decode(stream).counts, std::vector<std::size_t>{0});
+        EXPECT_EQ(Decode(stream), std::vector<std::size_t>{0});
         expected += tried.line;
     }
     EXPECT_EQ(LogText(), expected);
@@ -197,7 +109,7 @@ TEST_F(Mp2DecoderTest, FlippedBitsNeverGiveAnythingButWholeFrames) {
     const Bytes mono = Encode(ExtremeNoise(1, 12 * kFrame), false, 9);
     const Bytes stereo = Encode(ExtremeNoise(2, 2 * 12 * kFrame), true, 11);
     std::size_t whole = 0;
-    for (unsigned seed = 0; seed < 400; ++seed) {
+    for (unsigned seed = 0; seed < 200; ++seed) {
         std::mt19937 random(seed);
         Bytes stream = seed % 2 == 0 ? mono : stereo;
         for (unsigned flips = 1 + seed % 300; flips > 0; --flips) {
@@ -207,32 +119,12 @@ TEST_F(Mp2DecoderTest, FlippedBitsNeverGiveAnythingButWholeFrames) {
             stream[at] ^= static_cast<std::uint8_t>(1U << random() % 8);
         }
         audio_.bitrate.SetMp2Bitrate(seed % 12, files_.report);
-        const Decoded decoded = Decode(stream);
-        for (const std::size_t count : decoded.counts) {
+        for (const std::size_t count : Decode(stream)) {
             ASSERT_TRUE(count == 0 || count == kFrame) << seed;
             whole += count / kFrame;
         }
-        ASSERT_LE(decoded.channels, 2U) << seed;
     }
-    EXPECT_GT(whole, 500U);
-}
-
-TEST_F(Mp2DecoderTest, RandomFramesUnderLegalHeadersDoNoHarm) {
-    log_.clear();
-    std::mt19937 random(3);
-    for (unsigned round = 0; round < 1000; ++round) {
-        const Mp2Header header{{0xFF, static_cast<std::uint8_t>(0xFC | (random() & 1)),
-                                static_cast<std::uint8_t>(random()),
-                                static_cast<std::uint8_t>(random())}};
-        Bytes stream(header.FrameBytes(192));
-        for (std::uint8_t& byte : stream)
-            byte = static_cast<std::uint8_t>(random());
-        // Nothing but ones asks for the most bits that a frame can ask for.
-        if (round % 4 == 0) std::ranges::fill(stream, std::uint8_t{0xFF});
-        std::ranges::copy(header.bytes, stream.begin());
-        const std::size_t count = Decode(stream).counts.front();
-        ASSERT_TRUE(count == 0 || count == kFrame) << round;
-    }
+    EXPECT_GT(whole, 250U);
 }
 
 }  // namespace

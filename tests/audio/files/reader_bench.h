@@ -1,12 +1,27 @@
 #pragma once
 
-#include <cmath>
+#include <gtest/gtest.h>
 
 #include "audio/files/audio_read.h"
-#include "audio/files/signals.h"
+#include "audio/files/mp2_pipeline.h"
+#include "support/signals.h"
 #include "support/test_files.h"
 
 namespace orma::test {
+
+/// Layer II frames of 48000 Hz sound at the bit rate of `audio`.
+[[nodiscard]] inline Bytes EncodeMp2(const AudioState& audio, ErrorReporter& report,
+                                     const Samples& pcm, bool stereo = false) {
+    Bytes frames;
+    Mp2Pipeline encoder(audio, report);
+    const auto output = [&](ByteSpan block) {
+        frames.insert(frames.end(), block.begin(), block.end());
+    };
+    EXPECT_TRUE(encoder.Mp2EncoderInit(output, stereo, 48000));
+    encoder.Mp2EncodeSamples(AsPcm(pcm));
+    encoder.Mp2EncodeFlush();
+    return frames;
+}
 
 /// All that a reader needs, and one take.
 struct ReaderBench {
@@ -38,19 +53,5 @@ struct ReaderBench {
         return samples;
     }
 };
-
-/// What a person's voice does to a level: syllables of a few harmonics, rising and falling.
-[[nodiscard]] inline Samples SpeechLike(double rate, std::size_t count) {
-    Samples samples(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const double t = static_cast<double>(i) / rate;
-        double value = 0;
-        for (int harmonic = 1; harmonic < 12; ++harmonic)
-            value += std::sin(6.2831853 * 140 * harmonic * t + harmonic) / harmonic;
-        const double syllable = std::pow(std::sin(6.2831853 * 2 * t), 2);
-        samples[i] = static_cast<std::int16_t>(6000 * value * syllable);
-    }
-    return samples;
-}
 
 }  // namespace orma::test

@@ -64,13 +64,5 @@ TEST_F(RemoteWritersTest, OpenOneFileAfterTheOtherAndGoOnWithTheLast) {
     EXPECT_EQ(std::string(file.begin(), file.end()), "onetwoendend");
 }
 
-TEST_F(RemoteWritersTest, AreNoneWithoutANetwork) {
-    context.remote.ftp = nullptr;
-    for (const WriterKind kind : {WriterKind::kFtp, WriterKind::kBwfFtp, WriterKind::kBwfEmail}) {
-        slot.SelectWriter(kind);
-        EXPECT_EQ(slot.Current(), nullptr);
-    }
-}
-
 }  // namespace
 }  // namespace orma

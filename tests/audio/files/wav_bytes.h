@@ -28,4 +28,15 @@ struct WavFields {
     return file.bytes;
 }
 
+/// A WAV take of 44100 Hz whose samples say which period of 50 ms they belong to: `first`,
+/// `first` + 1 ...
+[[nodiscard]] inline Bytes NumberedTake(std::uint32_t periods, std::uint32_t first = 0,
+                                        unsigned channels = 1) {
+    const std::size_t period = std::size_t{2205} * channels;
+    Bytes data(2 * periods * period);
+    for (std::size_t i = 0; i < data.size() / 2; ++i)
+        StoreLe(&data[2 * i], static_cast<std::uint16_t>(first + i / period));
+    return WavBytes({.channels = channels, .blockAlign = 2 * channels}, data);
+}
+
 }  // namespace orma::test

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "audio/files/writer_slot.h"
 #include "support/faulty_storage.h"
 #include "support/test_files.h"
@@ -28,6 +30,12 @@ struct WriterBench {
         return files.storage.Exists(files.folder.Path(name));
     }
 };
+
+/// Writes `pcm` in buffers of `buffer` bytes.
+inline void WriteAll(JStreamAudioWrite& writer, ByteSpan pcm, std::size_t buffer = 4410) {
+    for (; !pcm.empty(); pcm = pcm.subspan(std::min(buffer, pcm.size())))
+        writer.WriteSamples(pcm.data(), static_cast<std::uint32_t>(std::min(buffer, pcm.size())));
+}
 
 /// Bytes that repeat so seldom that a block written twice or in the wrong place shows.
 [[nodiscard]] inline Bytes Pattern(std::size_t count) {

@@ -16,17 +16,7 @@ using Samples = std::vector<std::int16_t>;
 /// A tone; its phase at sample 0 is 0.
 [[nodiscard]] Samples Tone(double hz, double rate, double amplitude, std::size_t count);
 
-/// Two channels of equal length, interleaved.
-[[nodiscard]] Samples Interleave(const Samples& left, const Samples& right);
-
-/// Every `channels`-th sample from `channel` on.
-[[nodiscard]] Samples Channel(const Samples& interleaved, unsigned channels, unsigned channel);
-
 [[nodiscard]] ByteSpan AsPcm(const Samples& samples);
-
-/// 10 log10 of the energy of `expected` to that of the difference, over expected.size() samples.
-[[nodiscard]] double SignalToErrorDb(std::span<const double> expected,
-                                     std::span<const std::int16_t> got);
 
 /// The recording conversion to 48000 Hz word for word: one sum a sample over the table in one line,
 /// from an input position and a phase that it moves on.

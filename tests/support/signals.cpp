@@ -1,4 +1,4 @@
-#include "audio/files/signals.h"
+#include "support/signals.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,35 +42,8 @@ Samples Tone(double hz, double rate, double amplitude, std::size_t count) {
     return samples;
 }
 
-Samples Interleave(const Samples& left, const Samples& right) {
-    Samples both;
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        both.push_back(left[i]);
-        both.push_back(right[i]);
-    }
-    return both;
-}
-
-Samples Channel(const Samples& interleaved, unsigned channels, unsigned channel) {
-    Samples one;
-    for (std::size_t i = channel; i < interleaved.size(); i += channels) {
-        one.push_back(interleaved[i]);
-    }
-    return one;
-}
-
 ByteSpan AsPcm(const Samples& samples) {
     return {reinterpret_cast<const std::uint8_t*>(samples.data()), samples.size() * 2};
-}
-
-double SignalToErrorDb(std::span<const double> expected, std::span<const std::int16_t> got) {
-    double signal = 0;
-    double error = 0;
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        signal += expected[i] * expected[i];
-        error += (expected[i] - got[i]) * (expected[i] - got[i]);
-    }
-    return 10 * std::log10(signal / error);
 }
 
 Samples LiteralConverter::Convert(std::span<const std::int16_t> mono, std::size_t outputs) {
