@@ -20,19 +20,6 @@ struct PosixStorageTest : testing::Test {
     std::unique_ptr<StorageFile> file;
 };
 
-TEST_F(PosixStorageTest, AFileThatIsBeingWrittenIsReadButNotOpenedByASecondWriter) {
-    test::WriteFileBytes(path, Bytes{1, 2, 3});
-    std::unique_ptr<StorageFile> other;
-    ASSERT_EQ(storage.Open(path, {Access::kWrite, Share::kRead, Disposition::kOpenAlways}, file),
-              0U);
-    EXPECT_EQ(storage.Open(path, kCreate, other), static_cast<SystemError>(EBUSY));
-    EXPECT_EQ(storage.Open(path, {}, other), 0U);
-    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{1, 2, 3}));
-    file.reset();
-    EXPECT_EQ(storage.Open(path, kCreate, other), 0U);
-    EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
-}
-
 TEST_F(PosixStorageTest, ARenameKeepsTheRightsOfTheFileThatItReplaces) {
     const Text source = folder.Path(u"new");
     test::WriteFileBytes(path, Bytes{1});
