@@ -58,17 +58,5 @@ TEST_F(InputOptionsTest, OfferWhatIsInUseAndBringTheChoiceIntoUse) {
     EXPECT_FALSE(InputOptionsOf(*app).set);
 }
 
-TEST_F(InputOptionsTest, WhatCannotBeChosenIsLeftAlone) {
-    app->settings.GainControl = 0;
-    app->settings.LiveFtpAllowed = 0;
-    app->project.SetLiveFtp(true);
-    InputOptions options = InputOptionsOf(*app);
-    options.gainDb = 30;
-    options.liveFtp = false;
-    EXPECT_TRUE(ApplyInputOptions(*app, options));
-    EXPECT_EQ(app->input.InputGainDb(), 4);
-    EXPECT_TRUE(app->project.LiveFtp());
-}
-
 }  // namespace
 }  // namespace orma::test

@@ -59,12 +59,6 @@ TEST_F(PosixStorageTest, AFileTimeIsSetToTheNanosecond) {
     }
 }
 
-TEST_F(PosixStorageTest, OnlyNumbersOfTheSystemHaveAText) {
-    EXPECT_EQ(storage.ErrorText(ENOSPC), u"No space left on device");
-    for (const SystemError unknown : {41U, 999U, 11999U, 0xFFFFFFFFU})
-        EXPECT_EQ(storage.ErrorText(unknown), u"") << unknown;
-}
-
 TEST_F(PosixStorageTest, AMappingWhoseFileIsTakenAwayBecomesMemory) {
     std::unique_ptr<MappedFile> mapped;
     ASSERT_EQ(storage.Map(path, 8192, mapped), 0U);

@@ -73,20 +73,6 @@ TEST(GraphView, AChosenPositionMovesTheCursorPagesOnceOrJumps) {
     }
 }
 
-TEST(GraphView, CentringStopsAtBothEndsAlsoOfAShorterTakeThatCameUnseen) {
-    GraphView view = ViewOf(1000);
-    view.Centre(500, 1000);
-    ExpectView(view, 418, 582, 82);
-    view.Centre(10, 1000);
-    ExpectView(view, 0, 164, 10);
-    view.Centre(990, 1000);
-    ExpectView(view, 836, 1000, 154);
-    EXPECT_EQ(view.SetPosition(1000, 1000), GraphChange::kCursor) << "the end is in the last view";
-    ExpectView(view, 836, 1000, 164);
-    view.Refresh(40, 50);
-    ExpectView(view, 0, 50, 40);
-}
-
 TEST(GraphView, ZoomingKeepsTheCursorsColumn) {
     constexpr std::int64_t kCount = 720000;
     GraphView view = ViewOf(kCount);

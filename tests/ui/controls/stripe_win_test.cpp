@@ -53,28 +53,5 @@ TEST(StripeWinTest, TurnsByStepsOfEightPixelsToTheRightOrUpwards) {
     }
 }
 
-TEST(StripeWinTest, PointsFromTheLowerLeftToTheLowerRight) {
-    const struct {
-        std::int32_t value;
-        bool upsideDown;
-        Point end;  // from the knob's middle
-    } cases[] = {
-        // 5 pixels long, moved half a pixel to the right and upwards, cut off in the window.
-        {0, false, {-3, 3}},      // 240 degrees: a trace under -2.5 + 0.5, 4.33 - 0.5
-        {32768, false, {0, -6}},  // 90 degrees: 0.5 cut off, -5 - 0.5
-        {0, true, {3, -5}},       // 60 degrees: 2.5 + 0.5, -4.33 - 0.5
-    };
-    for (const auto& example : cases) {
-        KnobRig rig({.upsideDown = example.upsideDown});
-        const Rect& place = rig.knob.Bounds();
-        const Point middle{place.x + 9, place.y + 9};
-        rig.knob.PresetValue(example.value);
-        rig.knob.Paint();
-        ASSERT_EQ(rig.ink.lines.size(), 1U);
-        const Point end{middle.x + example.end.x, middle.y + example.end.y};
-        EXPECT_EQ(rig.ink.lines[0].points, (std::vector<Point>{middle, end})) << example.value;
-    }
-}
-
 }  // namespace
 }  // namespace orma

@@ -48,30 +48,6 @@ class SkinTest : public testing::Test {
     test::TraceLines trace_;
 };
 
-TEST_F(SkinTest, OneScaleFitsTheScreenIntoEveryWindow) {
-    const struct {
-        Size client;
-        float scale;
-        Size page;
-        Rect record;  // 156, 191, 65, 65 at scale 1
-    } cases[] = {
-        {{240, 270}, 1.0F, {240, 270}, {156, 191, 65, 65}},
-        {{360, 500}, 1.5F, {360, 405}, {234, 286, 97, 97}},  // lower than the window
-        {{800, 480}, 480 / 270.0F, {426, 480}, {277, 339, 115, 115}},
-        {{0, 0}, 0.0F, {0, 0}, {0, 0, 0, 0}},
-    };
-    for (const auto& one : cases) {
-        SCOPED_TRACE(testing::PrintToString(one.client));
-        const Skin skin = Make(one.client);
-        EXPECT_EQ(skin.Scale(), one.scale);
-        EXPECT_EQ(skin.Page(), one.page);
-        EXPECT_EQ(skin.RectOf(Element::Record), one.record);
-    }
-    EXPECT_TRUE(trace_.Contain("PosXScale=1.500000,PosYScale=1.500000"));
-    EXPECT_EQ(Make({360, 500}).FontOf(SkinFont::kTime, true),
-              (Font{37, FontWeight::kSemiBold, true}));
-}
-
 TEST_F(SkinTest, AFolderMovesAndColoursWhatItNames) {
     const Skin plain = Make({240, 270});
     EXPECT_TRUE(
@@ -82,6 +58,7 @@ TEST_F(SkinTest, AFolderMovesAndColoursWhatItNames) {
     const Skin skin = Make({240, 270});
     EXPECT_TRUE(trace_.Contain("Found ini-file"));
     EXPECT_EQ(skin.Scale(), 2.0F);
+    EXPECT_EQ(Make({800, 480}).Page(), (Size{426, 480})) << "all of it";
     EXPECT_EQ(skin.RectOf(Element::Record), (Rect{-14, 382, 130, 130}));
     EXPECT_EQ(skin.Colours().text, (Colour{1, 0, 255})) << "modulo 256";
     EXPECT_EQ(skin.Colours().textBackground, plain.Colours().textBackground);
@@ -135,7 +112,8 @@ TEST_F(SkinTest, AFileOfTheFolderCountsBeforeTheBuiltInOneEvenIfItIsDamaged) {
 
 TEST_F(SkinTest, ABitmapIsStretchedByCopyingItsNearestPixels) {
     Skin larger = Make({360, 405});
-    EXPECT_EQ(larger.Bitmap(503).width, 4);  // 4.5
+    EXPECT_EQ(larger.RectOf(Element::Record), (Rect{234, 286, 97, 97}));  // 156, 191, 65, 65
+    EXPECT_EQ(larger.Bitmap(503).width, 4);                               // 4.5
     EXPECT_EQ(larger.Bitmap(503).pixels,
               (std::vector<Pixel>{0, 0, 0x010101, 0x020202,  //
                                   0, 0, 0x010101, 0x020202,  //
