@@ -24,10 +24,56 @@ Text Names(const ClipList& clips) {
     return names;
 }
 
-TEST(ClipList, RemovesTheClipsOfARecordingAndFollowsTheCurrentOne) {
+struct ClipListTest : testing::Test {
+    ClipListTest() {
+        for (const auto* name : {u"a", u"b", u"c"})
+            clips.Append(Named(name));
+    }
     ClipList clips;
-    for (const auto* name : {u"a", u"b", u"c", u"a"})
-        clips.Append(Named(name));
+};
+
+TEST_F(ClipListTest, InsertsAtTheCurrentIndexOrAtTheEndAndForgetsTheClipsEnd) {
+    ClipEntry clip = Named(u"x");
+    clip.end = 5;
+    EXPECT_EQ(clips.Insert(clip), 3);
+    EXPECT_EQ(clips.At(3).end, 0U);
+    ASSERT_TRUE(clips.SetCurrent(1));
+    EXPECT_EQ(clips.Insert(Named(u"y")), 1);
+    EXPECT_EQ(Names(clips), u"aybcx");
+    EXPECT_EQ(clips.TotalLength(), 50U);
+}
+
+TEST_F(ClipListTest, RemovingTheCurrentClipMovesOnToTheNextOrTheNewLast) {
+    clips.RemoveCurrent();  // none is current
+    EXPECT_EQ(clips.Count(), 3);
+    ASSERT_TRUE(clips.SetCurrent(1));
+    clips.RemoveCurrent();
+    EXPECT_EQ(clips.Current()->name, u"c");
+    clips.RemoveCurrent();
+    EXPECT_EQ(clips.Current()->name, u"a");
+    clips.RemoveCurrent();
+    EXPECT_EQ(clips.CurrentIndex(), -1);
+    EXPECT_EQ(clips.Current(), nullptr);
+}
+
+TEST_F(ClipListTest, MovesTheCurrentClipButNotBeyondTheEnds) {
+    ASSERT_TRUE(clips.SetCurrent(0));
+    clips.MoveCurrentUp();
+    EXPECT_EQ(Names(clips), u"abc");
+    clips.MoveCurrentDown();
+    clips.MoveCurrentDown();
+    clips.MoveCurrentDown();
+    EXPECT_EQ(Names(clips), u"bca");
+    EXPECT_EQ(clips.CurrentIndex(), 2);
+    clips.MoveCurrentUp();
+    EXPECT_EQ(Names(clips), u"bac");
+    EXPECT_FALSE(clips.SetCurrent(3));
+    EXPECT_FALSE(clips.SetCurrent(-1));
+    EXPECT_EQ(clips.CurrentIndex(), 1);
+}
+
+TEST_F(ClipListTest, RemovesTheClipsOfARecordingAndFollowsTheCurrentOne) {
+    clips.Append(Named(u"a"));
     ASSERT_TRUE(clips.SetCurrent(2));
     EXPECT_TRUE(clips.RemoveClipsOf(u"\\p\\a"));  // a project file from another system
     EXPECT_EQ(Names(clips), u"bc");

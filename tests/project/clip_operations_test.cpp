@@ -29,6 +29,40 @@ struct ClipOperations : testing::Test {
     ClipList& clips = rig.clips;
 };
 
+TEST_F(ClipOperations, AddMoveRenameAndRemoveAreStoredAndDoNothingWhilePlaying) {
+    rig.AddRecording(u"other", 30);
+    EXPECT_FALSE(AddClip(project, rig.Path(u"other.wav"), true));
+    EXPECT_FALSE(AddClip(project, rig.Path(u"none.wav"), false));
+    EXPECT_FALSE(AddClip(project, rig.Path(u"other.mp2"), false));  // of the other format
+    test::WriteFileBytes(rig.Path(u"bad.wav"), AsBytes("RIFF"));
+    EXPECT_FALSE(AddClip(project, rig.Path(u"bad.wav"), false));
+    EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01"}));
+    EXPECT_EQ(clips.CurrentIndex(), 1);
+
+    EXPECT_TRUE(AddClip(project, rig.Path(u"other.wav"), false));
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"), (Names{u"talk00", u"other", u"talk01"}));
+    EXPECT_EQ(rig.recording.name, u"other");
+    EXPECT_EQ(clips.TotalLength(), 130U);
+    EXPECT_TRUE(MoveClipDown(project));
+    EXPECT_TRUE(MoveClipDown(project));
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"), (Names{u"talk00", u"talk01", u"other"}));
+    EXPECT_FALSE(RenameClip(project, 2, u"Harbour", true));
+    EXPECT_FALSE(RenameClip(project, 3, u"Harbour", false));
+    EXPECT_TRUE(RenameClip(project, 2, u"Harbour", false));
+    EXPECT_EQ(Titles(), (Names{u"talk00", u"talk01", u"Harbour"}));
+
+    EXPECT_FALSE(RemoveCurrentClip(project, true));
+    EXPECT_TRUE(RemoveCurrentClip(project, false));
+    EXPECT_EQ(rig.recording.name, u"talk01");  // the new last one
+    EXPECT_TRUE(RemoveCurrentClip(project, false));
+    EXPECT_TRUE(RemoveCurrentClip(project, false));
+    EXPECT_FALSE(RemoveCurrentClip(project, false));
+    EXPECT_EQ(rig.recording.length, 0U);
+    EXPECT_FALSE(rig.Exists(u"talk.opr"));
+    EXPECT_TRUE(rig.Exists(u"talk00.wav"));
+    EXPECT_TRUE(rig.files.boxes.shown.empty());
+}
+
 TEST_F(ClipOperations, CopiesOfTheSelectionAreNumberedAndStandBehindTheirSource) {
     ASSERT_TRUE(project.SelectClip(0));
     const auto copy = [&](std::uint32_t begin, std::uint32_t end) {
@@ -81,8 +115,14 @@ TEST_F(ClipOperations, TheMenuRefusesWhileBusyAndLeavesProjectsSaved) {
               (Names{u"MenuNewProject", u"MenuOpen", u"MenuOpen", u"MenuDelete"}));
     EXPECT_EQ(project.Name(), u"talk");
 
+    rig.AddProjectFile(u"next", {u"next00"});
     project.SetProjectText(u"typed since");
     EXPECT_TRUE(MenuNewProject(project, rig.Path(u"next.opr"), false));
+    EXPECT_EQ(project.Name(), u"next");
+    EXPECT_TRUE(clips.Empty());
+    EXPECT_EQ(project.RecordingIndex(), -1);
+    EXPECT_FALSE(rig.Exists(u"next.opr"));
+    EXPECT_TRUE(rig.Exists(u"next.opr.bak"));
     EXPECT_TRUE(MenuOpen(project, rig.Path(u"talk.opr"), false));
     EXPECT_EQ(project.ProjectText(), u"typed since");
 

@@ -45,6 +45,7 @@ TEST_F(EditTest, MarksAreKeptInOrderAndInTheLevelFile) {
     EXPECT_EQ(FindMark(recording.sheet, 9), 3U);
     EXPECT_EQ(FindMark(recording.sheet, 4), 4U);
     EXPECT_TRUE(DeleteMark(files, recording, 4));
+    EXPECT_FALSE(CanUndo(project));
     recording.cursor = 9;
     EXPECT_TRUE(ToggleMark(files, recording));
     EXPECT_EQ(StoredMarks(), (Marks{2, 5, 5}));
@@ -53,6 +54,8 @@ TEST_F(EditTest, MarksAreKeptInOrderAndInTheLevelFile) {
     EXPECT_FALSE(UndoEdit(project));
     EXPECT_TRUE(RedoEdit(project));
     EXPECT_EQ(StoredMarks(), (Marks{2, 5, 5}));
+    EXPECT_TRUE(ToggleMark(files, recording));
+    EXPECT_EQ(StoredMarks(), (Marks{2, 5, 5, 9}));
 }
 
 TEST_F(EditTest, WhatCannotBeKeptIsRefusedWithAReason) {
@@ -105,6 +108,23 @@ TEST_F(EditTest, ANewCutIsASecondLongOrEmptyAndStaysInTheRecording) {
     EXPECT_TRUE(CutEnd(project, false));
     EXPECT_EQ(StoredCuts(), (Cuts{{0, 2, 0}, {50, 50, 0}, {90, 100, 0}}));
     EXPECT_EQ(ClipLength(), 88U);
+}
+
+TEST_F(EditTest, ANewCutIsTakenBackWithTheLengthItWasGiven) {
+    SetCut(1, 2);
+    recording.currentCut = -1;
+    recording.cursor = 50;
+    EXPECT_TRUE(CutBegin(project, false));
+    recording.currentCut = 1;
+    recording.cursor = 60;
+    EXPECT_TRUE(CutEnd(project, false));
+    EXPECT_TRUE(UndoEdit(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}}));
+    EXPECT_EQ(ClipLength(), 99U);
+    EXPECT_TRUE(UndoEdit(project));  // once more: cut again
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {50, 60, 0}}));
+    EXPECT_TRUE(RedoEdit(project));
+    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}}));
 }
 
 TEST_F(EditTest, AnEdgeMovesToTheCursorAndBack) {
@@ -205,19 +225,26 @@ TEST(CutButtons, ShowWhereTheCursorStands) {
     constexpr auto kOff = ButtonLook::kOff;
     constexpr auto kOn = ButtonLook::kOn;
     constexpr auto kHalf = ButtonLook::kHalf;
-    const RemovedRange cut{20, 30, 0};
-    const RemovedRange empty{20, 20, 0};
+    const std::optional<RemovedRange> none;
+    const std::optional<RemovedRange> cut = RemovedRange{20, 30, 0};
+    const std::optional<RemovedRange> empty = RemovedRange{20, 20, 0};
     const struct {
         std::optional<RemovedRange> cut;
         std::uint32_t cursor;
+        std::uint32_t length;
+        std::uint32_t state;
         CutButtonLooks looks;
     } table[] = {
-        {{}, 10, {kOn, kOn}},      {{}, 11, {kOff, kOff}},     {cut, 10, {kOff, kHalf}},
-        {cut, 20, {kOn, kOn}},     {cut, 25, {kHalf, kHalf}},  {cut, 35, {kHalf, kOff}},
-        {empty, 20, {kOff, kOff}}, {empty, 19, {kOff, kHalf}},
+        {none, 10, 100, 0, {kOn, kOn}},    {none, 90, 100, 2, {kOn, kOn}},
+        {none, 11, 100, 0, {kOff, kOff}},  {none, 10, 100, 3, {kOff, kOff}},
+        {none, 10, 0, 0, {kOff, kOff}},    {cut, 10, 100, 0, {kOff, kHalf}},
+        {cut, 25, 100, 0, {kHalf, kHalf}}, {cut, 35, 100, 0, {kHalf, kOff}},
+        {cut, 20, 100, 3, {kOn, kOn}},     {cut, 30, 0, 0, {kOn, kOn}},
+        {empty, 20, 100, 0, {kOff, kOff}}, {empty, 19, 100, 0, {kOff, kHalf}},
     };
     for (const auto& row : table)
-        EXPECT_EQ(UpdateCutButtons({row.cut, row.cursor, 10, 90, 100, 0}), row.looks) << row.cursor;
+        EXPECT_EQ(UpdateCutButtons({row.cut, row.cursor, 10, 90, row.length, row.state}), row.looks)
+            << row.cursor << " of " << row.length << " in state " << row.state;
 }
 
 }  // namespace

@@ -66,6 +66,20 @@ TEST_F(ProjectSave, CarriesEverythingThroughLoadAndSave) {
     EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), file);
 }
 
+TEST_F(ProjectSave, RemembersClipsOfMissingRecordingsUntilTheyAreBack) {
+    LoadWith({u"card0", u"talk00", u"card1", u"talk01", u"card2"});
+    EXPECT_TRUE(rig.files.boxes.shown.empty());
+    EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01"}));
+    ASSERT_TRUE(rig.clips.SetCurrent(0));
+    rig.clips.MoveCurrentDown();
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_EQ(rig.StoredNames(u"talk.opr"),
+              (Names{u"card0", u"talk01", u"card2", u"talk00", u"card1"}));
+    rig.AddRecording(u"card1", 40);
+    ASSERT_TRUE(project.LoadProject());
+    EXPECT_EQ(rig.ShownNames(), (Names{u"talk01", u"talk00", u"card1"}));
+}
+
 TEST_F(ProjectSave, OnlyAnEmptyProjectWithoutRememberedClipsLosesItsFile) {
     LoadWith({u"talk00", u"card0"});
     ASSERT_TRUE(rig.clips.SetCurrent(0));
@@ -160,6 +174,25 @@ TEST_F(ProjectSave, KeepsTheTextOfAProjectThatHasNoFileYet) {
     ASSERT_TRUE(project.SaveProject());
     EXPECT_FALSE(rig.Exists(u"fresh.opr.text"));
     EXPECT_TRUE(rig.files.boxes.shown.empty());
+}
+
+TEST_F(ProjectSave, KeepsNoTextThatTheUserDidNotWriteHereOrDeleted) {
+    const Text textFile = rig.Path(u"sheet.txt");
+    test::WriteFileBytes(textFile, AsBytes("Fill in"));
+    project.SetOptions({.useTextFile = true, .textFile = textFile});
+    project.SetPath(rig.files.folder.Path(), u"fresh");
+    project.NewProject();
+    ASSERT_EQ(project.ProjectText(), u"Fill in");
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"fresh.opr.text"));
+
+    project.SetPath(rig.files.folder.Path(), u"talk");
+    LoadWith({u"talk00"});
+    project.SetProjectText(u"Given up");
+    ASSERT_TRUE(project.SaveProject());
+    ASSERT_TRUE(project.DeletePath(rig.Path(u"talk.opr")));
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_FALSE(rig.Exists(u"talk.opr.text"));
 }
 
 TEST_F(ProjectSave, AProjectsOwnTextAndADraftBesideItAreBothKept) {

@@ -58,6 +58,9 @@ std::uint32_t NumberOf(int threshold, std::size_t place) {
 Text T(int threshold, std::size_t place) {
     return FormatText("t%u", NumberOf(threshold, place));
 }
+std::uint8_t B(int threshold, std::size_t place) {
+    return static_cast<std::uint8_t>(NumberOf(threshold, place));
+}
 
 /// A file of `version` with a different value in every field.
 Bytes NumberedFile(std::uint32_t version) {
@@ -155,16 +158,28 @@ TEST_F(ConfigurationTest, OldServerFieldsFillTheAccountTables) {
     const FtpDestination& ftp = record.Ftp[0];
     EXPECT_EQ(ftp.Server + ftp.User + ftp.Password + ftp.Folder + ftp.Name,
               T(-1, 2) + T(-1, 3) + T(-1, 4) + T(-1, 5) + T(-1, 2));
-    EXPECT_EQ(ftp.Passive, NumberOf(-1, 6));
-    const auto mail = [&](std::size_t i) {
-        const SmtpDestination& smtp = record.Smtp[i];
-        return smtp.Server + smtp.User + smtp.Password + smtp.Name +
-               FormatText(" %u %u", smtp.Auth, smtp.Port);
-    };
-    EXPECT_EQ(mail(0),
-              T(10, 0) + T(10, 2) + T(10, 3) + T(10, 0) + FormatText(" %u 25", NumberOf(10, 1)));
-    EXPECT_EQ(mail(1),
-              T(19, 0) + T(19, 1) + T(19, 2) + T(19, 0) + FormatText(" %u 25", NumberOf(19, 3)));
+    EXPECT_EQ(ftp.Passive, B(-1, 6));
+    const SmtpDestination& first = record.Smtp[0];
+    EXPECT_EQ(first.Server + first.User + first.Password + first.Name,
+              T(10, 0) + T(10, 2) + T(10, 3) + T(10, 0));
+    EXPECT_EQ(first.Auth, NumberOf(10, 1));
+    EXPECT_EQ(first.Port, 25U);
+    const SmtpDestination& second = record.Smtp[1];
+    EXPECT_EQ(second.Server + second.User + second.Password + second.Name,
+              T(19, 0) + T(19, 1) + T(19, 2) + T(19, 0));
+    EXPECT_EQ(second.Auth, NumberOf(19, 3));
+    EXPECT_EQ(record.Smtp[2].Name, u"");
+}
+
+TEST_F(ConfigurationTest, AnEmptyFileOfVersion50Has966Bytes) {
+    ASSERT_TRUE(store.LoadConfiguration());
+    record.ProjectsFolder.clear();
+    record.CurrentProjectName.clear();
+    record.PublishExtension.clear();
+    ASSERT_TRUE(store.SaveConfiguration());
+    // The appended group: 3 x 16 and 5 x 12 of mail accounts, 25 x 4 of destinations, 4 of the
+    // authorities, 5 x 2 of gain offsets, 2 x 4 of devices, 1 of new projects.
+    EXPECT_EQ(test::ReadFileBytes(path).size(), 966U + 48 + 60 + 100 + 4 + 10 + 8 + 1);
 }
 
 TEST_F(ConfigurationTest, TheAppendedGroupStandsBehindEverythingElse) {
@@ -202,6 +217,17 @@ TEST_F(ConfigurationTest, TheAppendedGroupStandsBehindEverythingElse) {
     EXPECT_EQ(again.Smtp[2].Port, 587U);
     EXPECT_EQ(again.Preset[4].gainOffset, -3);
     EXPECT_EQ(again.LiveFtpNewProjects, 1);
+}
+
+TEST_F(ConfigurationTest, AnAccountWithoutANameFollowsItsServer) {
+    record.Smtp1Server = u"old.example";
+    ASSERT_TRUE(store.SaveConfiguration());
+    ASSERT_FALSE(store.LoadConfiguration());
+    EXPECT_EQ(record.Smtp[1].Name, u"old.example");
+    record.Smtp1Server = u"new.example";
+    ASSERT_TRUE(store.SaveConfiguration());
+    ASSERT_FALSE(store.LoadConfiguration());
+    EXPECT_EQ(record.Smtp[1].Name, u"new.example");
 }
 
 TEST_F(ConfigurationTest, AnAccountBroughtIntoUseDoesNotReplaceAccount0AndNoEditIsLost) {
@@ -262,6 +288,18 @@ TEST_F(ConfigurationTest, ANewerFileIsReadUpToWhatIsKnownAndKeptBesideTheNextOne
     EXPECT_EQ(test::ReadFileBytes(path + u".old1"), newer);
 }
 
+TEST_F(ConfigurationTest, MissingAndForeignFilesLeaveTheRecordAsItWas) {
+    EXPECT_TRUE(store.LoadConfiguration());
+    for (const std::string_view foreign : {"", "OSU", "OSUSxxxxyyyyyyyyyyyyyyyy"}) {
+        const ByteSpan bytes = AsBytes(foreign);
+        EXPECT_TRUE(Load(Bytes(bytes.begin(), bytes.end())));
+    }
+    EXPECT_EQ(record.FtpPublishing, 1);
+    EXPECT_EQ(record.CurrentProjectName, u"default");
+    EXPECT_EQ(record.ProjectsFolder, files.folder.Path());
+    EXPECT_THAT(files.boxes.shown, testing::IsEmpty());
+}
+
 TEST_F(ConfigurationTest, AFileCutShortAnywhereLoadsWithZerosForTheRest) {
     const Bytes whole = NumberedFile(50);
     for (std::size_t size = 8; size < whole.size(); size += 7) {
@@ -270,6 +308,16 @@ TEST_F(ConfigurationTest, AFileCutShortAnywhereLoadsWithZerosForTheRest) {
         EXPECT_EQ(record.Ftp[24].Name, u"");
     }
     EXPECT_EQ(record.FtpServer, T(-1, 2));
+}
+
+TEST_F(ConfigurationTest, AHostileTextCountActsLikeAShortFile) {
+    FieldBytes file;
+    file.Tag("OSUP").L(50).B(1).B(1).L(0xFFFFFFF0).S('x').S(0).B(1);
+    ASSERT_FALSE(Load(file.bytes));
+    EXPECT_EQ(record.FtpPublishing, 1);
+    EXPECT_EQ(record.FtpServer, u"");
+    EXPECT_EQ(record.FtpPassive, 0);
+    EXPECT_EQ(record.StartMode, 0U);
 }
 
 }  // namespace

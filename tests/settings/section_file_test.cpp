@@ -64,6 +64,14 @@ TEST_F(SectionFileTest, CreatesAMissingFileAndAppendsAMissingSection) {
     EXPECT_THAT(Names(), testing::ElementsAre(u"size.txt"));
 }
 
+TEST_F(SectionFileTest, RewritesOneTokenALineWhenItSetsAKey) {
+    Put("[Size]\nLandscape=2 \xE9t\xE9=1\n");
+    Write("Size", "Big", 0);
+    EXPECT_EQ(Content(), "\r\n[Size]\r\nLandscape=2\r\n\xE9t\xE9=1\r\nBig=0\r\n");
+    Write("Size", "Landscape", 1);
+    EXPECT_EQ(Content(), "\r\n[Size]\r\nLandscape=1\r\n\xE9t\xE9=1\r\nBig=0\r\n");
+}
+
 TEST_F(SectionFileTest, InsertsAMissingKeyBeforeTheNextHeaderAndReplacesTheFirstThatMatches) {
     Put("[A]\nx=1\n[B]\ny=2\n");
     Write("A", "z", 3);

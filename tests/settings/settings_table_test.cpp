@@ -37,6 +37,23 @@ TEST_F(SettingsTableTest, NamesEveryFieldOnceInEachFile) {
     EXPECT_EQ(table.In(SettingsFile::kConfiguration).size() + 10, table.All().size());
 }
 
+TEST_F(SettingsTableTest, FindsMembersAndEntriesByName) {
+    record.StartMode = 3;
+    record.Ftp[3].Server = u"h\u00F6st";
+    record.Preset[2].bands[1].gain = -60;
+    EXPECT_EQ(At("StartMode").Get(), "3");
+    EXPECT_EQ(At("Ftp[3].Server").Get(), "h\xC3\xB6st");
+    EXPECT_EQ(At("Preset[2].Band[1].Gain").Get(), "-60");
+    EXPECT_EQ(At("Preset[0].EqOn").Kind(), "long");
+    EXPECT_EQ(At("InputEq[0].Q").Kind(), "short");
+    EXPECT_EQ(At("FtpPassive").Kind(), "byte");
+    EXPECT_EQ(At("CurrentFtpName").Kind(), "text");
+    EXPECT_EQ(At("CurrentFtpName").file, SettingsFile::kConfiguration);
+    EXPECT_EQ(At("MaycomGain").file, SettingsFile::kUserState);
+    EXPECT_EQ(table.Find("Ftp[25].Server"), nullptr);
+    EXPECT_EQ(table.Find("startmode"), nullptr);
+}
+
 TEST_F(SettingsTableTest, SetsValuesFromTextAndRefusesWhatIsNoNumberOfTheRange) {
     EXPECT_EQ(At("Recipient").Set("desk@h\xC3\xB6rfunk"), "");
     EXPECT_EQ(At("EqGainOffset").Set("-12"), "");

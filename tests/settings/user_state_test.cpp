@@ -41,6 +41,15 @@ struct UserStateTest : testing::Test {
         test::WriteFileBytes(path, bytes);
         return store.LoadUserState();
     }
+
+    /// A configuration with its own choice of both names.
+    void SaveConfigurationWith(bool inputOptions) {
+        SettingsRecord other;
+        other.CurrentFtpName = u"ini-ftp";
+        other.CurrentPresetName = u"ini-preset";
+        other.InputOptions = inputOptions;
+        ASSERT_TRUE(SettingsStore(services, folder.Path(), other).SaveConfiguration());
+    }
 };
 
 TEST_F(UserStateTest, IsWrittenWholeAsVersionEight) {
@@ -57,36 +66,45 @@ TEST_F(UserStateTest, IsWrittenWholeAsVersionEight) {
 }
 
 TEST_F(UserStateTest, AnOlderFileLeavesLaterFieldsAtTheirDefaults) {
-    const auto all = [&] {
-        return FormatText("%u %u %d ", record.MaycomGain, record.MaycomVol, record.InputGain) +
-               record.ImageFolder + record.LastFolder + record.LastName +
-               FormatText(" %u %d", record.KeepImageNames, record.OutputVolumeStep);
-    };
     ASSERT_FALSE(Load(StateFile(5)));
-    EXPECT_EQ(all(), u"10 11 7 images 0 20");
+    EXPECT_EQ(record.MaycomGain, 10);
+    EXPECT_EQ(record.MaycomVol, 11);
+    EXPECT_EQ(record.InputGain, 7);
+    EXPECT_EQ(record.ImageFolder, u"images");
+    EXPECT_EQ(record.LastFolder, u"");
+    EXPECT_EQ(record.OutputVolumeStep, 20);
     ASSERT_FALSE(Load(StateFile(8)));
-    EXPECT_EQ(all(), u"10 11 7 images/last/name 1 15");
+    EXPECT_EQ(record.LastFolder, u"/last/");
+    EXPECT_EQ(record.LastName, u"name");
+    EXPECT_EQ(record.KeepImageNames, 1);
+    EXPECT_EQ(record.OutputVolumeStep, 15);
 }
 
-TEST_F(UserStateTest, TheFtpNameCountsInVersionsTwoAndThreeThePresetNameWithInputOptions) {
-    for (const bool inputOptions : {false, true}) {
-        SettingsRecord other;
-        other.CurrentFtpName = u"ini-ftp";
-        other.CurrentPresetName = u"ini-preset";
-        other.InputOptions = inputOptions;
-        ASSERT_TRUE(SettingsStore(services, folder.Path(), other).SaveConfiguration());
-        for (const std::uint32_t version : {1U, 2U, 3U, 4U, 8U}) {
-            SCOPED_TRACE(version);
-            const bool ftpCounts = version == 2 || version == 3;
-            const bool presetCounts = inputOptions && version >= 3;
-            record = {};
-            ASSERT_FALSE(Load(StateFile(version)));
-            EXPECT_EQ(record.CurrentFtpName, ftpCounts ? u"state-ftp" : u"");
-            ASSERT_FALSE(store.LoadConfiguration());  // the order of the program's start
-            EXPECT_EQ(record.CurrentFtpName, ftpCounts ? u"state-ftp" : u"ini-ftp");
-            EXPECT_EQ(record.CurrentPresetName, presetCounts ? u"state-preset" : u"ini-preset");
-        }
+TEST_F(UserStateTest, TheFtpNameCountsInVersionsTwoAndThreeEvenAfterTheConfiguration) {
+    SaveConfigurationWith(false);
+    for (const std::uint32_t version : {1U, 2U, 3U, 4U, 8U}) {
+        SCOPED_TRACE(version);
+        record = {};
+        const bool counts = version == 2 || version == 3;
+        ASSERT_FALSE(Load(StateFile(version)));
+        EXPECT_EQ(record.CurrentFtpName, counts ? u"state-ftp" : u"");
+        ASSERT_FALSE(store.LoadConfiguration());
+        EXPECT_EQ(record.CurrentFtpName, counts ? u"state-ftp" : u"ini-ftp");
     }
+}
+
+TEST_F(UserStateTest, ThePresetNameCountsOnlyWithInputOptions) {
+    for (const bool inputOptions : {false, true}) {
+        SaveConfigurationWith(inputOptions);
+        record = {};
+        ASSERT_FALSE(Load(StateFile(8)));
+        EXPECT_EQ(record.CurrentPresetName, u"");
+        ASSERT_FALSE(store.LoadConfiguration());
+        EXPECT_EQ(record.CurrentPresetName, inputOptions ? u"state-preset" : u"ini-preset");
+    }
+    ASSERT_FALSE(Load(StateFile(2)));  // holds no preset name
+    ASSERT_FALSE(store.LoadConfiguration());
+    EXPECT_EQ(record.CurrentPresetName, u"ini-preset");
 }
 
 TEST_F(UserStateTest, LevelsOutsideTheirScaleAreBroughtIntoIt) {

@@ -60,6 +60,12 @@ TEST(GraphColumns, EveryZoomAndScaleGivesWhatLookingAtByteAfterByteGives) {
                     << "scale " << scale << ", zoom " << zoom;
 }
 
+TEST(GraphColumns, TheByteIsComparedUnscaledWithTheScaledValue) {
+    EXPECT_EQ(Columns({10, 15, 40, 79}, 2, 1.0F), std::vector<int>{10});
+    EXPECT_EQ(Columns({10, 15, 40, 79}, 2, 2.0F), std::vector<int>{30}) << "15 is below 20";
+    EXPECT_EQ(Columns({20, 15, 40, 79}, 2, 0.5F), std::vector<int>{10}) << "15 is not below 10";
+}
+
 TEST(GraphColumns, ClosePeriodsTakeSeveralColumnsAndNeverMoreThanThereAre) {
     EXPECT_EQ(Columns({3, 40}, -2, 2.0F), (std::vector<int>{6, 6, 6, 6, 80, 80, 80, 80}));
     std::vector<Point> points(3);

@@ -1,5 +1,7 @@
 #include "ui/controls/graph_view.h"
 
+#include <vector>
+
 #include <gtest/gtest.h>
 
 namespace orma {
@@ -27,6 +29,12 @@ void ExpectView(const GraphView& view, std::int64_t first, std::int64_t last, st
     EXPECT_EQ(view.Cursor(), cursor);
 }
 
+TEST(GraphView, APlayedTakeShorterThanTheGraphNeverPages) {
+    GraphView view = ViewOf(100);
+    EXPECT_EQ(FollowTo(view, 100, 100), GraphChange::kCursor);
+    ExpectView(view, 0, 100, 100);
+}
+
 TEST(GraphView, FollowingPagesAtTheEndOfTheViewAndStopsAtTheEndOfTheTake) {
     GraphView view = ViewOf(400);
     EXPECT_EQ(view.Follow(1, 400), GraphChange::kNone) << "the view has just been set";
@@ -40,12 +48,20 @@ TEST(GraphView, FollowingPagesAtTheEndOfTheViewAndStopsAtTheEndOfTheTake) {
     EXPECT_EQ(FollowTo(view, 400, 400), GraphChange::kCursor);
     ExpectView(view, 236, 400, 164);
     EXPECT_EQ(view.Follow(400, 400), GraphChange::kNone);
+}
 
-    GraphView whole = ViewOf(100);
-    EXPECT_EQ(FollowTo(whole, 100, 100), GraphChange::kCursor) << "all of it is in view";
-    EXPECT_FALSE(whole.ZoomOut(100));
-    EXPECT_TRUE(whole.ZoomIn(100));
-    ExpectView(whole, 18, 100, 82);
+TEST(GraphView, FollowingAGrowingTakeKeepsItsEndInView) {
+    GraphView view = ViewOf(0);
+    for (std::int64_t count = 1; count <= 1000; ++count) {
+        const std::int64_t before = view.Position();
+        if (view.Follow(count, count) == GraphChange::kNone) {
+            EXPECT_EQ(before, 0);
+            continue;
+        }
+        ASSERT_EQ(view.Position(), count);
+        ASSERT_EQ(view.Last(), count);
+        ASSERT_TRUE(view.Shows(count));
+    }
 }
 
 TEST(GraphView, AChosenPositionMovesTheCursorPagesOnceOrJumps) {
@@ -73,6 +89,37 @@ TEST(GraphView, AChosenPositionMovesTheCursorPagesOnceOrJumps) {
     }
 }
 
+TEST(GraphView, TheEndOfTheTakeIsInTheLastView) {
+    GraphView view = ViewOf(1000);
+    view.Centre(990, 1000);
+    EXPECT_EQ(view.SetPosition(1000, 1000), GraphChange::kCursor);
+    ExpectView(view, 836, 1000, 164);
+}
+
+TEST(GraphView, CentringStopsAtBothEnds) {
+    GraphView view = ViewOf(1000);
+    view.Centre(500, 1000);
+    ExpectView(view, 418, 582, 82);
+    view.Centre(10, 1000);
+    ExpectView(view, 0, 164, 10);
+    view.Centre(990, 1000);
+    ExpectView(view, 836, 1000, 154);
+}
+
+TEST(GraphView, ScrollingMovesTheViewUnderTheCursorUntilAnEndHoldsIt) {
+    GraphView view = ViewOf(1640);
+    view.Centre(500, 1640);  // the thumb of a bar of 157 pixels is 15 or 16 long
+    EXPECT_EQ(view.ScrollTo(3, 16, 500, 1640), 530);
+    ExpectView(view, 448, 612, 82);
+    EXPECT_EQ(view.ScrollTo(-3, 16, 500, 1640), 470);
+    ExpectView(view, 388, 552, 82);
+    EXPECT_EQ(view.ScrollTo(500, 16, 500, 1640), 1639);
+    ExpectView(view, 1476, 1640, 163);
+    view.Centre(500, 1640);
+    EXPECT_EQ(view.ScrollTo(-45, 16, 500, 1640), 39);
+    ExpectView(view, 0, 164, 39);
+}
+
 TEST(GraphView, ZoomingKeepsTheCursorsColumn) {
     constexpr std::int64_t kCount = 720000;
     GraphView view = ViewOf(kCount);
@@ -98,6 +145,50 @@ TEST(GraphView, ZoomingKeepsTheCursorsColumn) {
     EXPECT_TRUE(view.Shows(300000));
     EXPECT_EQ(view.Column(view.First() + 3), 48);
     EXPECT_EQ(view.Periods(47), 2);
+}
+
+TEST(GraphView, ZoomingUnderAColumnKeepsWhatStandsThereAndLeavesTheCursor) {
+    GraphView view = ViewOf(1000);
+    view.Centre(500, 1000);  // [418, 582)
+    EXPECT_TRUE(view.ZoomIn(1000, 20));
+    ExpectView(view, 428, 510, 72);  // 438 in column 20, two columns a period
+    EXPECT_TRUE(view.ZoomIn(1000, 20));
+    ExpectView(view, 433, 474, 67);
+    EXPECT_FALSE(view.Shows(500));
+    view.Refresh(500, 1000);
+    ExpectView(view, 433, 474, 67);
+    view.Refresh(501, 1000);  // moved: the view follows
+    ExpectView(view, 474, 515, 27);
+    EXPECT_TRUE(view.ZoomOut(1000, 164));
+    ExpectView(view, 433, 515, 68);
+    EXPECT_TRUE(view.ZoomOut(1000, -50)) << "left of the graph is its first column";
+    ExpectView(view, 433, 597, 68);
+    EXPECT_EQ(view.Follow(800, 1000), GraphChange::kNone) << "the user has just set the view";
+    EXPECT_EQ(view.Follow(800, 1000), GraphChange::kView);
+}
+
+TEST(GraphView, AShortTakeIsNotZoomedOutAndItsEndStaysWithTheCursor) {
+    GraphView view = ViewOf(100);
+    EXPECT_FALSE(view.ZoomOut(100));
+    static_cast<void>(view.SetPosition(100, 100));
+    EXPECT_TRUE(view.ZoomIn(100));
+    ExpectView(view, 18, 100, 82);
+}
+
+TEST(GraphView, WhatChangedUnseenIsBroughtUpToDate) {
+    GraphView view = ViewOf(1000);
+    view.Centre(950, 1000);
+    view.Refresh(40, 50);  // a shorter recording took its place
+    ExpectView(view, 0, 50, 40);
+    view.Refresh(140, 150);
+    ExpectView(view, 0, 150, 140);
+}
+
+TEST(GraphView, TheNearestMarkIsTheEarlierOfTwoAsNear) {
+    const std::vector<std::uint32_t> marks = {100, 110, 111};
+    for (const auto& [position, mark] : std::vector<std::pair<std::int64_t, std::int64_t>>{
+             {0, 100}, {100, 100}, {105, 100}, {106, 110}, {110, 110}, {111, 111}, {900, 111}})
+        EXPECT_EQ(NearestMark(marks, position), mark) << position;
 }
 
 }  // namespace

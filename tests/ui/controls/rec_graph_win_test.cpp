@@ -62,6 +62,32 @@ class RecGraphWinTest : public ::testing::Test {
     ScrollbarWin bar{rig.scene, Element::EditScrollGraph, graph, false};
 };
 
+TEST_F(RecGraphWinTest, TheLineIsDrawnFirstThenTheCutsInTheirColoursClippedToTheView) {
+    cuts = {{20, 30, 0}, {100, 500, 0}, {600, 700, 0}};
+    currentCut = 1;
+    Show();
+    const SkinColours& colours = rig.skin.Colours();
+    ASSERT_EQ(rig.ink.lines.size(), 3U) << "the cut out of view draws nothing";
+    EXPECT_EQ(rig.ink.lines[0].colour, colours.waveform);
+    EXPECT_EQ(rig.ink.lines[0].points.size(), 164U);
+    EXPECT_EQ(rig.ink.lines[0].points[0], (Point{kX, kY + 60}));
+    EXPECT_EQ(rig.ink.lines[1].colour, colours.waveformCut);
+    EXPECT_EQ(rig.ink.lines[1].points.front(), (Point{kX + 20, kY + 60}));
+    EXPECT_EQ(rig.ink.lines[1].points.size(), 11U);
+    EXPECT_EQ(rig.ink.lines[2].colour, colours.waveformEditCut);
+    EXPECT_EQ(rig.ink.lines[2].points.size(), 64U);
+
+    selection = {90, 150};
+    for (const bool flag : {false, true}) {
+        selectionFlag = flag;
+        Show();
+        ASSERT_EQ(rig.ink.lines.size(), 4U) << "over the cuts";
+        EXPECT_EQ(rig.ink.lines[3].colour, flag ? colours.waveformEditCut : colours.waveformCut);
+        EXPECT_EQ(rig.ink.lines[3].points.front().x, kX + 90);
+        EXPECT_EQ(rig.ink.lines[3].points.size(), 61U);
+    }
+}
+
 TEST_F(RecGraphWinTest, MovingCursorAndLinesAndBackLeavesTheImageAsItWas) {
     marks = {40, 41, 163};
     cuts = {{40, 40, 0}};
@@ -85,18 +111,31 @@ TEST_F(RecGraphWinTest, MovingCursorAndLinesAndBackLeavesTheImageAsItWas) {
     EXPECT_EQ(rig.image.pixels, moved.pixels) << "and it is what a repaint shows";
 }
 
+TEST_F(RecGraphWinTest, TheCursorBehindTheLastPeriodIsErasedWithTheView) {
+    position = 1000;
+    Show();
+    EXPECT_FALSE(rig.IsDark(kX + 164, kY + 40));
+    rangeEnd = 0;
+    position = 0;
+    graph.GraphSetPosition(0);
+    EXPECT_TRUE(rig.IsDark(kX + 164, kY + 40));
+}
+
 TEST_F(RecGraphWinTest, MarksAreCutOffAtTheLeftEdgeAndLeftOutAtTheRight) {
     rangeStart = rangeEnd = 999;
     position = 80;
+    const Pixel marked = PlainBitmaps::PixelOfBitmap(511) ^ PlainBitmaps::PixelOfBitmap(494);
     marks = {1, 163};
     Show();
-    const Pixel marked = PlainBitmaps::PixelOfBitmap(511) ^ PlainBitmaps::PixelOfBitmap(494);
     EXPECT_TRUE(rig.ShowsExactly({kX, kY, 4, 5}, marked));
     marks = {50, 50};
     Show();
     EXPECT_TRUE(rig.ShowsExactly({kX + 48, kY, 5, 5}, marked));
-    marks.clear();
-    cuts = {{30, 30, 0}};  // an empty one is a band of the inverted page
+}
+
+TEST_F(RecGraphWinTest, AnEmptyCutIsABandOfTheInvertedPage) {
+    cuts = {{30, 30, 0}};
+    rangeStart = rangeEnd = 999;
     Show();
     const Pixel inverted = PlainBitmaps::PixelOfBitmap(494) ^ 0xFFFFFFU;
     EXPECT_TRUE(rig.ShowsExactly({kX + 30, kY, 1, 80}, inverted));
@@ -123,21 +162,43 @@ TEST_F(RecGraphWinTest, APressPicksThePlaceUnderThePointer) {
         EXPECT_EQ(position, c.picked);
     }
     EXPECT_EQ(rig.PressAt(graph, {kX + 166, kY + 40}), nullptr);
-    graph.GraphReset();
-    position = 500;
-    Show();
-    rig.PressAt(graph, {kX, kY + 40});  // where the cursor is
-    EXPECT_EQ(position, 499U);
     busy = true;
     position = 7;
     rig.PressAt(graph, {kX + 50, kY + 40});
     EXPECT_EQ(position, 7U);
 }
 
+TEST_F(RecGraphWinTest, PressingTheLeftEdgeWithTheCursorThereGoesBackAPeriod) {
+    position = 500;
+    Show();
+    ASSERT_EQ(graph.View().Cursor(), 0);
+    rig.PressAt(graph, {kX, kY + 40});
+    EXPECT_EQ(position, 499U);
+}
+
+TEST_F(RecGraphWinTest, WithoutLevelsNothingIsDrawn) {
+    levels.clear();
+    Show();
+    EXPECT_TRUE(rig.ink.lines.empty());
+    graph.GraphSetPosition(0);
+    EXPECT_EQ(rig.CountOf(PlainBitmaps::PixelOfBitmap(494)), 240 * 270);
+}
+
+TEST_F(RecGraphWinTest, TheThumbFollowsTheView) {
+    Show();
+    EXPECT_TRUE(rig.IsLitExactly({44, 119, 25, 10}));  // 157 * 164 / 1000
+    position = 900;
+    graph.GraphSetPosition(900);
+    EXPECT_TRUE(rig.IsLitExactly({44 + 131, 119, 26, 10}));
+    graph.ZoomOut();
+    graph.ZoomOut();
+    graph.ZoomOut();
+    EXPECT_TRUE(rig.IsLitExactly({44, 119, 157, 10}));
+}
+
 TEST_F(RecGraphWinTest, TheBarPagesBesideItsThumbAndDragsOnIt) {
     position = 500;
-    Show();                                                 // the view begins at 500
-    EXPECT_TRUE(rig.IsLitExactly({44 + 78, 119, 26, 10}));  // 157 * 500 / 1000
+    Show();  // the view begins at 500: thumb 78 to 104
     rig.PressAt(bar, {44 + 77, 120});
     EXPECT_EQ(position, 336U);
     position = 500;
@@ -160,6 +221,25 @@ TEST_F(RecGraphWinTest, TheBarPagesBesideItsThumbAndDragsOnIt) {
     busy = true;
     rig.PressAt(bar, {45, 120});
     EXPECT_EQ(position, 500U);
+}
+
+TEST_F(RecGraphWinTest, EachMarkTicksTheBarAndGoesWithIt) {
+    marks = {0, 500, 501, 999};
+    Show();
+    const auto inverted = [&](int x, bool lit) {
+        return rig.At(44 + x, 120) == (PlainBitmaps::PixelOfBitmap(lit ? 495 : 494) ^ 0xFFFFFFU);
+    };
+    EXPECT_TRUE(inverted(0, true));
+    EXPECT_TRUE(inverted(78, false)) << "157 * 500 / 1000, and 501 is the same place";
+    EXPECT_TRUE(inverted(156, false));
+    position = 500;
+    graph.GraphSetPosition(500);
+    EXPECT_TRUE(inverted(0, false));
+    EXPECT_TRUE(inverted(78, true));
+    marks = {0};
+    graph.GraphRedraw();
+    EXPECT_TRUE(rig.IsLitExactly({44 + 78, 119, 26, 10}));
+    EXPECT_TRUE(inverted(0, false));
 }
 
 TEST_F(RecGraphWinTest, TheWheelZoomsUnderThePointerAndScrollsSideways) {

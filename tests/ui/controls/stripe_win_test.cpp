@@ -53,5 +53,53 @@ TEST(StripeWinTest, TurnsByStepsOfEightPixelsToTheRightOrUpwards) {
     }
 }
 
+TEST(StripeWinTest, PointsFromTheLowerLeftToTheLowerRight) {
+    struct Case {
+        std::int32_t value;
+        Size client;
+        bool upsideDown;
+        Point end;  // from the knob's middle
+    };
+    // 5 design pixels long, moved half a pixel to the right and upwards. Cutting off in the window
+    // goes to the left and upwards.
+    const Case cases[] = {
+        {0, {240, 270}, false, {-3, 3}},      // 240 degrees: a trace under -2.5 + 0.5, 4.33 - 0.5
+        {65536, {240, 270}, false, {3, 3}},   // -60 degrees: 2.5 + 0.5, 4.33 - 0.5
+        {32768, {240, 270}, false, {0, -6}},  // 90 degrees: 0.5 cut off, -5 - 0.5
+        {0, {480, 540}, false, {-5, 8}},      // -5 + 0.5, 8.66 - 0.5
+        {0, {240, 270}, true, {3, -5}},       // 60 degrees: 2.5 + 0.5, -4.33 - 0.5
+    };
+    for (const Case& example : cases) {
+        KnobRig rig({.client = example.client, .upsideDown = example.upsideDown});
+        const int scale = example.client.width / 240;
+        const Rect& place = rig.knob.Bounds();
+        const Point middle{place.x + 9 * scale, place.y + 9 * scale};
+        rig.knob.PresetValue(example.value);
+        rig.knob.Paint();
+        ASSERT_EQ(rig.ink.lines.size(), 1U);
+        const auto& line = rig.ink.lines[0];
+        ASSERT_EQ(line.points.size(), 2U);
+        EXPECT_EQ(line.points[0], middle);
+        EXPECT_EQ(line.points[1].x, middle.x + example.end.x) << example.value;
+        EXPECT_EQ(line.points[1].y, middle.y + example.end.y) << example.value;
+        EXPECT_EQ(line.width, 2);
+        EXPECT_EQ(line.colour, (Colour{0, 0, 0}));
+    }
+}
+
+TEST(StripeWinTest, ShowsItsBitmapWithinItsRectangleAndRepaintsForAnotherValue) {
+    KnobRig rig;
+    rig.knob.Paint();
+    rig.TakeChanges();
+    rig.knob.KnobSetValue(0);
+    EXPECT_TRUE(rig.TakeChanges().empty());
+    rig.knob.KnobSetValue(40000);
+    for (const Rect& changed : rig.TakeChanges()) {
+        EXPECT_EQ(changed, rig.knob.Bounds());
+    }
+    // The bitmap is 38 wide, the knob 20.
+    EXPECT_EQ(rig.ExtentOf(test::PlainBitmaps::PixelOfBitmap(519)), rig.knob.Bounds());
+}
+
 }  // namespace
 }  // namespace orma

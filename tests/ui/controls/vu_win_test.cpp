@@ -25,6 +25,51 @@ struct MeterRig : test::ScreenRig {
     VuWin meter;
 };
 
+TEST(VuWinTest, RisesAtOnceAndFallsByAShareOfTheRestScaledToTheWindow) {
+    struct Case {
+        Size client;
+        int afterOne;
+        int afterTwo;
+    };
+    // (79 * 256) >> 2 = 5056, which is 19 and three quarters; then 5056 + 3792 = 8848, which is 34.
+    for (const Case& example : {Case{{240, 270}, 19, 34}, Case{{480, 540}, 38, 68}}) {
+        MeterRig rig({.client = example.client}, 2);
+        rig.Update(0);
+        EXPECT_EQ(rig.meter.BarOffset(), 0);
+        rig.Update(79);
+        EXPECT_EQ(rig.meter.BarOffset(), example.afterOne);
+        rig.Update(79);
+        EXPECT_EQ(rig.meter.BarOffset(), example.afterTwo);
+        EXPECT_EQ(rig.meter.PeakOffset(), 0);
+    }
+}
+
+TEST(VuWinTest, CopiesOnlyTheRowsThatChange) {
+    MeterRig rig;
+    const auto rows = [](int from, int to) {
+        return std::vector<Rect>{{kMeter.x, kMeter.y + from, kMeter.w, to - from}};
+    };
+    rig.Update(80);
+    EXPECT_TRUE(rig.TakeChanges().empty());
+    rig.Update(40);
+    EXPECT_EQ(rig.TakeChanges(), rows(40, 80));
+    rig.Update(40);
+    EXPECT_TRUE(rig.TakeChanges().empty());
+    rig.Update(20);
+    EXPECT_EQ(rig.TakeChanges(), rows(20, 40));
+    rig.Update(22);  // within the marker of the peak
+    EXPECT_TRUE(rig.TakeChanges().empty());
+    rig.Update(30);
+    EXPECT_EQ(rig.TakeChanges(), rows(23, 30));
+    rig.Update(25);
+    EXPECT_EQ(rig.TakeChanges(), rows(25, 30));
+    rig.Update(0);  // with the lamp
+    EXPECT_EQ(rig.TakeChanges(), rows(-8, 25));
+    rig.meter.VuInit();
+    EXPECT_EQ(rig.TakeChanges(), rows(-8, 80));
+    EXPECT_TRUE(rig.IsLitExactly({}));
+}
+
 TEST(VuWinTest, HoldsPeakAndLampForASecondInWhichTheBarStaysBelow) {
     MeterRig rig({}, 1);  // 10 updates a second
     const Rect lampAndMarker{kMeter.x, kMeter.y - 8, kMeter.w, 8 + 3};
@@ -96,10 +141,12 @@ TEST(VuWinTest, TellsItsLevelInDb) {
         rig.Update(level);
         return ToUtf8(rig.meter.Value());
     };
-    const std::pair<std::uint8_t, const char*> levels[] = {
-        {0, "0 dB"}, {9, "-3 dB"}, {60, "-30 dB"}, {78, "-48 dB"}, {79, "-49 dB or less"}};
-    for (const auto& [level, text] : levels)
-        EXPECT_EQ(value(level), text);
+    EXPECT_EQ(value(0), "0 dB");
+    EXPECT_EQ(value(9), "-3 dB");
+    EXPECT_EQ(value(30), "-10 dB");
+    EXPECT_EQ(value(60), "-30 dB");
+    EXPECT_EQ(value(78), "-48 dB");
+    EXPECT_EQ(value(79), "-49 dB or less");
 }
 
 }  // namespace

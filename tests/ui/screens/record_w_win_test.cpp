@@ -115,6 +115,63 @@ TEST(RecordWWinTest, ListsExactlyTheKeysThatDoSomething) {
     }
 }
 
+TEST(RecordWWinTest, EnterPressesPlayUntilSomethingRunsAndThenStop) {
+    RecorderDesk desk;
+    std::string states;
+    desk.screen->OnKey(Key::k9);
+    for (int i = 0; i < 2; ++i) {
+        desk.screen->OnKey(Key::kEnter);
+        states += std::to_string(desk.Lamp());
+        desk.Hear(30, kSpeech);
+    }
+    EXPECT_EQ(states, "20");
+}
+
+TEST(RecordWWinTest, TheTableKeepsItsPlacesWhateverIsSwitchedOff) {
+    struct Case {
+        RecorderScreenOptions options;
+        bool external;
+        std::set<std::size_t> missing;
+    };
+    const std::set<std::size_t> none = {kMaxTime,    kBattery,    kGainText, kGainKnob,
+                                        kVolumeText, kVolumeKnob, kBackMark, kForwardMark};
+    const Case cases[] = {
+        {kEverything, false, {}},
+        {{}, false, none},
+        {{}, true, {kMaxTime, kBattery, kBackMark, kForwardMark}},
+        {{.gainControl = true},
+         false,
+         {kMaxTime, kBattery, kVolumeText, kVolumeKnob, kBackMark, kForwardMark}},
+    };
+    const Element order[] = {Element::Stop,     Element::Play,        Element::Record,
+                             Element::Rewind,   Element::FastForward, Element::VU,
+                             Element::RecTime,  Element::RecStatus,   Element::Name,
+                             Element::MaxTime,  Element::Battery,     Element::CFACGainText,
+                             Element::GainKnob, Element::CFACVolText, Element::CFACVolKnob,
+                             Element::BackMark, Element::ForwardMark, Element::MaxTime};
+    for (const Case& row : cases) {
+        RecorderDesk desk(row.options, false, row.external);
+        const auto& table = desk.screen->Controls();
+        ASSERT_EQ(table.size(), std::size(order));
+        for (std::size_t i = 0; i < table.size(); ++i) {
+            ASSERT_EQ(table[i] == nullptr, row.missing.contains(i)) << i;
+            if (!table[i]) continue;
+            EXPECT_EQ(table[i]->Bounds(), desk.rig.skin.RectOf(order[i])) << i;
+            EXPECT_NE(table[i]->Label().role, ControlRole::kNone) << i;
+            EXPECT_FALSE(table[i]->Label().name.empty()) << i;
+            EXPECT_FALSE(table[i]->Label().hint.empty()) << i;
+        }
+        // The gaps take no pointer, and the events that show them do no harm.
+        const Rect mark = desk.rig.skin.RectOf(Element::BackMark);
+        EXPECT_EQ(desk.screen->HitTest({mark.x + 1, mark.y + 1}), table[kBackMark].get());
+        desk.screen->TurnGain(1);
+        desk.screen->TurnVolume(1);
+        desk.screen->PressRecord();
+        desk.screen->PressStop();
+        desk.screen->Paint();
+    }
+}
+
 TEST(RecordWWinTest, ButtonsLampAndTimeFollowTheTransport) {
     RecorderDesk desk;
     const auto shown = [&] {
@@ -158,6 +215,9 @@ TEST(RecordWWinTest, TheDisplayTellsTimeLeftBatteryGainAndVolume) {
     } while (minutes != minutesLeft());
     EXPECT_EQ(desk.ValueAt(kMaxTime), Format("%.2uh:%.2um max", minutes / 60, minutes % 60));
     EXPECT_EQ(desk.ValueAt(kBattery), "Battery: 83%");
+    EXPECT_EQ(desk.ValueAt(kGainText), "+12dB");
+    EXPECT_EQ(desk.ValueAt(kVolumeText), "  -6dB");
+
     desk.battery.reset();
     desk.screen->OnTimeLeftChanged();
     EXPECT_EQ(desk.ValueAt(kBattery), "") << "a machine without one";
@@ -167,6 +227,7 @@ TEST(RecordWWinTest, TheDisplayTellsTimeLeftBatteryGainAndVolume) {
     EXPECT_EQ(desk.ValueAt(kVolumeText), "  +0dB");
 
     RecorderDesk outside(kEverything, false, true);
+    EXPECT_EQ(outside.ValueAt(kGainText), "+0dB");
     outside.At(kGainKnob)->StepBy(3);
     outside.At(kVolumeKnob)->StepBy(-2);
     EXPECT_EQ(outside.ValueAt(kGainText), "+3dB");
@@ -185,6 +246,7 @@ TEST(RecordWWinTest, OverloadIsToldUntilTheNextTakeOrAClick) {
         EXPECT_EQ(desk.ValueAt(kMaxTime), "") << "it stands in its place";
         EXPECT_EQ(desk.host.announced, (std::vector<Text>{u"Too loud: overload"})) << "once";
         if (saving) desk.screen->PressRecord();  // a mark
+        EXPECT_EQ(desk.ValueAt(kWarning), "Too loud: overload");
         desk.screen->PressStop();
         desk.loop.RunPending();
         desk.screen->PressStop();
@@ -206,6 +268,20 @@ TEST(RecordWWinTest, OverloadIsToldUntilTheNextTakeOrAClick) {
     }
 }
 
+TEST(RecordWWinTest, AWarningStandsInItsOwnColour) {
+    RecorderDesk desk(RecorderScreenOptions{});
+    desk.screen->PressRecord();
+    desk.rig.ink.Forget();
+    desk.Hear(1, kClipped);
+    bool found = false;
+    for (const auto& drawn : desk.rig.ink.texts) {
+        if (drawn.text != u"Too loud: overload") continue;
+        EXPECT_EQ(drawn.colour, desk.rig.skin.Colours().waveformEditCut);
+        found = true;
+    }
+    EXPECT_TRUE(found);
+}
+
 TEST(RecordWWinTest, SilenceOfFiveSecondsIsToldUntilThereIsSound) {
     RecorderDesk desk;
     desk.screen->PressRecord();
@@ -223,6 +299,11 @@ TEST(RecordWWinTest, SilenceOfFiveSecondsIsToldUntilThereIsSound) {
     EXPECT_EQ(desk.ValueAt(kWarning), "No sound from the microphone");
     desk.screen->PressStop();
     EXPECT_EQ(desk.ValueAt(kWarning), "") << "nobody listens any more";
+
+    RecorderDesk digital(RecorderScreenOptions{.spdif = true});
+    digital.screen->PressRecord();
+    digital.Hear(100, kQuiet);
+    EXPECT_EQ(digital.ValueAt(kWarning), "No sound from the input");
 
     RecorderDesk narrow(kEverything, false, false, "[MaxTime]\r\nw=100\r\n");
     narrow.screen->PressRecord();
@@ -261,6 +342,7 @@ TEST(RecordWWinTest, BehindAnotherScreenItListensAndDrawsNothing) {
     RecorderDesk desk;
     desk.host.told.clear();
     desk.screen->Left();
+    EXPECT_EQ(desk.host.told, "-0 menus ");
     desk.rig.PaintPage();
     desk.screen->PressRecord();
     desk.screen->PressPlay();
@@ -269,10 +351,13 @@ TEST(RecordWWinTest, BehindAnotherScreenItListensAndDrawsNothing) {
     EXPECT_EQ(desk.rig.TakeChanges(), std::vector<Rect>{});
     EXPECT_EQ(desk.host.announced, (std::vector<Text>{u"Too loud: overload"}))
         << "heard all the same";
+
+    desk.host.told.clear();
     desk.screen->Entered();
-    EXPECT_EQ(desk.host.told, "-0 menus +0 paint ");
+    EXPECT_EQ(desk.host.told, "+0 paint ");
     desk.screen->Paint();
     EXPECT_EQ(desk.LitButtonsShown(), "PR");
+    EXPECT_EQ(desk.ValueAt(kLamp), "Recording");
     EXPECT_EQ(desk.ValueAt(kTime), "  0m:00s.45");
     EXPECT_EQ(desk.ValueAt(kWarning), "Too loud: overload");
     EXPECT_EQ(dynamic_cast<VuWin*>(desk.At(kVu))->BarOffset(), 0);
