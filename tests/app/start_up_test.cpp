@@ -20,7 +20,9 @@ TEST(StartUp, ContinuesTheProjectThatWasCurrent) {
     ASSERT_TRUE(OpenProjectAtStart(*app, u" "));
     ASSERT_EQ(app->clips.Count(), 1);
     EXPECT_EQ(app->recording.name, u"default00");
+    EXPECT_EQ(app->recording.length, app->recording.sheet.levels.size());
     EXPECT_GE(app->recording.length, 40U);
+    EXPECT_EQ(desk.files.boxes.shown.size(), 0U);
 }
 
 TEST(StartUp, NumbersANewProjectPastThoseThatExist) {
@@ -34,6 +36,9 @@ TEST(StartUp, NumbersANewProjectPastThoseThatExist) {
     const auto app = desk.Start();
     ASSERT_TRUE(OpenProjectAtStart(*app, u""));
     EXPECT_EQ(app->project.Name(), u"city3-");
+    desk.Record(*app, 30);
+    EXPECT_TRUE(desk.files.storage.Exists(desk.files.folder.Path(u"city3-00.wav")));
+    EXPECT_TRUE(desk.files.storage.Exists(desk.files.folder.Path(u"city3-.opr")));
 }
 
 TEST(StartUp, ReopensTheLastProjectWhereverItLies) {
@@ -93,6 +98,32 @@ TEST(StartUp, StartsTheCommandOfTheSettingsForProjectsThatTheUserMakes) {
     EXPECT_EQ(desk.files.boxes.Texts(), std::vector<Text>{u"PostCreateCommand"});
     app->transport.Record(true);
     EXPECT_EQ(desk.desktop.asked.back(), u"gain tool");
+    app.reset();
+
+    desk.Configure([](SettingsRecord& settings) { settings.PostCreateStep = 0; });
+    desk.desktop.asked.clear();
+    app = desk.Start();
+    ASSERT_TRUE(OpenOrCreateProject(*app, desk.files.folder.Path(u"quay.opr")));
+    EXPECT_TRUE(desk.desktop.asked.empty());
+}
+
+TEST(ShutDownOrder, KeepsGainVolumeAndSetForTheNextStart) {
+    Desk desk;
+    desk.Configure([](SettingsRecord& settings) {
+        settings.InputOptions = 1;
+        settings.Preset[0].name = u"mic";
+    });
+    {
+        const auto app = desk.Start();
+        app->input.SetInputGain(12);
+        app->input.SetOutputVolume(-3);
+        ASSERT_TRUE(app->input.SelectByName(u"mic"));
+        ASSERT_TRUE(ShutDown(*app));
+    }
+    const auto app = desk.Start();
+    EXPECT_EQ(app->input.InputGainDb(), 12);
+    EXPECT_EQ(app->input.OutputStep(), 17U);
+    EXPECT_EQ(app->input.CurrentSetName(), u"mic");
 }
 
 }  // namespace

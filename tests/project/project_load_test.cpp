@@ -36,6 +36,21 @@ struct ProjectLoad : testing::Test {
     }
 };
 
+TEST_F(ProjectLoad, NumbersRecordingsWithTwoDigitsAtLeast) {
+    EXPECT_EQ(project.AudioFilePath(), rig.Path(u"talk00.wav"));
+    project.NextRecording();
+    EXPECT_EQ(project.RecordingBaseName(), rig.Path(u"talk00"));
+    project.NextRecording();
+    rig.audio.mp2 = true;
+    EXPECT_EQ(project.AudioFilePath(), rig.Path(u"talk01.mp2"));
+    EXPECT_EQ(project.LevelFilePath(), rig.Path(u"talk01.jvu"));
+    for (int i = 0; i < 99; ++i)
+        project.NextRecording();
+    EXPECT_EQ(rig.recording.levelPath, rig.Path(u"talk100.jvu"));
+    project.PreviousRecording();
+    EXPECT_EQ(rig.recording.audioPath, rig.Path(u"talk99.mp2"));
+}
+
 TEST_F(ProjectLoad, AppliesTheParametersOfTheFile) {
     record.audioFormatWord = 0x40000;  // any of bits 16 to 19 is the extra mode; code 0: 48000 Hz
     record.flags = 3;
@@ -56,10 +71,10 @@ TEST_F(ProjectLoad, AppliesTheParametersOfTheFile) {
     record.audioFormatWord = 1;
     record.audioLayout = 7;
     record.recordingIndex = -9;
-    for (const std::uint32_t version : {7U, 8U}) {
-        ASSERT_TRUE(Load(version));
-        EXPECT_EQ(rig.audio.stereo, version == 7) << "only later versions tell it";
-    }
+    ASSERT_TRUE(Load(7));  // leaves stereo as it is
+    EXPECT_TRUE(rig.audio.stereo);
+    ASSERT_TRUE(Load(8));
+    EXPECT_FALSE(rig.audio.stereo);
     EXPECT_FALSE(project.LiveFtp());
     EXPECT_EQ(rig.audio.resolutionShift, 2U);
     EXPECT_EQ(project.RecordingIndex(), -1);
@@ -92,15 +107,32 @@ TEST_F(ProjectLoad, MeasuresClipsNetOfCutsFromTheLevelFileElseFromTheAudio) {
     EXPECT_EQ(rig.audio.sampleRate, before.sampleRate);
 }
 
+TEST_F(ProjectLoad, ClampsTheCurrentClip) {
+    for (const auto* name : {u"talk00", u"talk01"}) {
+        rig.AddRecording(name, 40);
+        AddClip(name);
+    }
+    record.currentClip = 7;
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(rig.clips.CurrentIndex(), 0);
+    record.currentClip = 1;
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(rig.clips.CurrentIndex(), 1);
+    EXPECT_EQ(rig.recording.name, u"talk01");
+    EXPECT_EQ(rig.recording.length, 40U);
+    record.clips.clear();
+    record.recordingIndex = 1;
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(rig.clips.CurrentIndex(), -1);
+    EXPECT_EQ(rig.recording.audioPath, rig.Path(u"talk01.wav"));
+}
+
 TEST_F(ProjectLoad, SelectsTheRangeOfAClipAndDropsEmptyCuts) {
     rig.AddWav(u"talk00", 100);
     rig.AddLevels(u"talk00", 100, {{10, 10, 1}, {30, 40, 2}});
     AddClip(u"talk00");
     AddClip(u"talk00", 20, 60);
     record.clips[1].title = u"Intro";
-    record.currentClip = 7;  // there is none
-    ASSERT_TRUE(Load());
-    EXPECT_EQ(rig.clips.CurrentIndex(), 0);
     record.currentClip = 1;
     ASSERT_TRUE(Load());
     EXPECT_EQ(rig.recording.title, u"Intro");
@@ -115,6 +147,23 @@ TEST_F(ProjectLoad, SelectsTheRangeOfAClipAndDropsEmptyCuts) {
     EXPECT_FALSE(project.SelectClip(1));
     EXPECT_EQ(rig.clips.CurrentIndex(), 0);
     EXPECT_EQ(rig.recording.length, 100U);
+}
+
+TEST_F(ProjectLoad, OpensARecordingOfAnotherProjectByItself) {
+    rig.AddRecording(u"talk00", 40);
+    rig.AddWav(u"other.v2", 60);
+    AddClip(u"talk00");
+    record.currentClip = 0;
+    ASSERT_TRUE(Load());
+    ASSERT_TRUE(project.OpenRecording(rig.Path(u"other.v2.wav")));
+    EXPECT_EQ(rig.clips.CurrentIndex(), -1);
+    EXPECT_EQ(rig.recording.name, u"other.v2");
+    EXPECT_EQ(rig.recording.levelPath, rig.Path(u"other.v2.jvu"));
+    EXPECT_EQ(rig.recording.length, 60U);
+    EXPECT_TRUE(rig.recording.sheet.levels.empty());
+    EXPECT_FALSE(project.OpenRecording(rig.Path(u"none.wav")));
+    EXPECT_FALSE(rig.files.boxes.shown.empty());
+    EXPECT_EQ(rig.recording.name, u"other.v2");
 }
 
 TEST_F(ProjectLoad, AdoptsTheBitRateOfAnMp2TakeButNotForAMereCheck) {
@@ -160,11 +209,24 @@ TEST_F(ProjectLoad, ARefusedFileChangesNothingAndTheOldPathComesBack) {
     EXPECT_FALSE(rig.Exists(u"talk.opr"));
 }
 
+TEST_F(ProjectLoad, AFileRefusedAtStartUpLeavesAFreeName) {
+    test::WriteFileBytes(rig.Path(u"talk.opr"), AsBytes("something else"));
+    rig.AddProjectFile(u"talk1-", {});
+    EXPECT_FALSE(project.LoadProject());
+    EXPECT_EQ(project.Name(), u"talk2-");
+    EXPECT_TRUE(project.SaveProject());
+    rig.RecordTake(40);
+    EXPECT_EQ(rig.StoredNames(u"talk2-.opr"), Names{u"talk2-00"});
+    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")).size(), 14U);
+}
+
 TEST_F(ProjectLoad, ANewProjectTakesItsFormatAndTextFromTheOptions) {
     rig.AddRecording(u"talk00", 40);
     AddClip(u"talk00");
+    record.text = u"old";
     record.publishingValue = 5;
     ASSERT_TRUE(Load());
+    test::WriteFileBytes(rig.Path(u"text.txt"), AsBytes("Caf\xE9 \x80"));
     ProjectOptions options{.recordMp2 = true,
                            .stereo = true,
                            .sampleRateCode = 0,
@@ -174,21 +236,22 @@ TEST_F(ProjectLoad, ANewProjectTakesItsFormatAndTextFromTheOptions) {
                            .textFile = rig.Path(u"text.txt")};
     project.SetOptions(options);
     project.SetPath(rig.files.folder.Path(), u"");
-    for (const std::string_view text : {"Caf\xE9 \x80",
-                                        "\xEF\xBB\xBF"
-                                        "Caf\xC3\xA9 \xE2\x82\xAC"}) {
-        test::WriteFileBytes(rig.Path(u"text.txt"), AsBytes(text));
-        project.NewProject();
-        EXPECT_EQ(project.ProjectText(), u"Caf\u00E9 \u20AC");
-    }
+    project.NewProject();
     EXPECT_EQ(project.ProjectFilePath(), rig.Path(u"default.opr"));
+    EXPECT_EQ(project.ProjectText(), u"Caf\u00E9 \u20AC");
     EXPECT_EQ(project.Data().publishingValue, 0U);
     EXPECT_EQ(project.RecordingIndex(), -1);
     EXPECT_TRUE(rig.clips.Empty());
     EXPECT_EQ(rig.recording.audioPath, rig.Path(u"default00.mp2"));
+    EXPECT_EQ(rig.recording.length, 0U);
     EXPECT_TRUE(rig.audio.stereo);
     EXPECT_EQ(rig.audio.resolutionShift, 2U);
     EXPECT_EQ(rig.audio.bitrate.Index(), 7U);
+
+    test::WriteFileBytes(rig.Path(u"text.txt"), AsBytes("\xEF\xBB\xBF"
+                                                        "Caf\xC3\xA9"));
+    project.NewProject();
+    EXPECT_EQ(project.ProjectText(), u"Caf\u00E9");
     EXPECT_TRUE(rig.files.boxes.shown.empty());
     options.textFile = rig.Path(u"none.txt");
     project.SetOptions(options);

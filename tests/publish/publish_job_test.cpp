@@ -176,26 +176,41 @@ TEST(PublishJob, PublishesTheSelectionOfTheCurrentRecording) {
     LevelSheet sheet = rig.AddWav(u"talk00", Speech(80 * kPeriod44100, 44100, 1));
     sheet.cuts = {{15, 15, 0}, {30, 35, 0}};
     rig.MakeCurrent(u"talk00", sheet);
+    rig.recording.title = u"Market";
     rig.recording.selectionStart = 10;
     rig.recording.selectionEnd = 50;
+
     ASSERT_EQ(rig.Job().MenuPublishClipToFile(false), PublishOutcome::kPublished);
     const auto levels = ReadVuFile(rig.services, rig.Path(u"talk00.jvu"));
     ASSERT_TRUE(levels);
     EXPECT_EQ(levels->rangeStart, 10U);
     EXPECT_EQ(levels->rangeEnd, 50U);
     EXPECT_THAT(levels->cuts, ElementsAre(RemovedRange{30, 35, 0})) << "empty cuts are dropped";
-    EXPECT_THAT(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav")).facts,
-                testing::Contains("all 35 values of 'levl' fit the sound"));
+    const Bytes file = rig.File(u"pub_talk.wav");
+    EXPECT_EQ(LoadLe<std::uint32_t>(&RiffChunks(file)[4].content[20]), 35U);
+    EXPECT_EQ(rig.Findings(), "");
+}
 
-    // A clip without a range of its own is whole all the same.
+TEST(PublishJob, AClipWithoutRangeHasTheLengthInTheListThatIsPublished) {
+    PublishRig rig;
+    rig.audio.mp2 = true;
+    LevelSheet sheet = rig.AddMp2(u"talk00", Speech(80 * kPeriod48000, 48000, 1));
+    sheet.cuts = {{30, 35, 0}};
+    sheet.rangeStart = 10;  // as a published selection leaves it
+    sheet.rangeEnd = 50;
+    rig.AddLevels(u"talk00", sheet);
+    rig.MakeCurrent(u"talk00", sheet);
     rig.AddClip(u"talk00");
-    rig.recording.selectionEnd = rig.recording.selectionStart = 0;
+    rig.project.CheckClip(rig.clips.At(0));
+    EXPECT_EQ(rig.clips.At(0).length, 75U);
+
     ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
     EXPECT_THAT(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav")).facts,
                 testing::Contains("all 75 values of 'levl' fit the sound"));
-    EXPECT_EQ(ReadVuFile(rig.services, rig.Path(u"talk00.jvu"))->rangeEnd, 50U)
-        << "nothing is selected: the range stays";
-    EXPECT_EQ(rig.Findings(), "");
+    const auto levels = ReadVuFile(rig.services, rig.Path(u"talk00.jvu"));
+    ASSERT_TRUE(levels);
+    EXPECT_EQ(levels->rangeStart, 10U);
+    EXPECT_EQ(levels->rangeEnd, 50U) << "nothing is selected: the range stays";
 }
 
 TEST(PublishJob, MeasuresLevelsWhereTheLevelFileIsMissing) {
@@ -205,10 +220,36 @@ TEST(PublishJob, MeasuresLevelsWhereTheLevelFileIsMissing) {
         rig.AddTake(u"talk00", 80);
         ASSERT_EQ(rig.files.storage.Delete(rig.Path(u"talk00.jvu")), 0U);
         EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+        const VerifyReport report = VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav"));
         EXPECT_EQ(rig.Findings(), "");
-        EXPECT_THAT(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav")).facts,
-                    testing::Contains("all 80 values of 'levl' fit the sound"));
+        EXPECT_THAT(report.facts, testing::Contains("all 80 values of 'levl' fit the sound"));
     }
+}
+
+TEST(PublishJob, RefusesWithTheTextOfTheCheckThatFailed) {
+    PublishRig rig;
+    rig.AddWav(u"talk00", Speech(30 * kPeriod44100, 44100, 1));
+    PublishJob job = rig.Job();
+
+    // In silence: busy, and a clip while the option is off.
+    EXPECT_EQ(job.MenuPublishClipToFile(true), PublishOutcome::kRefused);
+    EXPECT_EQ(job.MenuPublishCliplistToFile(true), PublishOutcome::kRefused);
+    rig.settings.PublishToFile = 0;
+    EXPECT_EQ(job.MenuPublishClipToFile(false), PublishOutcome::kRefused);
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
+    rig.settings.PublishToFile = 1;
+    rig.audio.sampleRate = 96000;
+    EXPECT_EQ(job.MenuPublishClipToFile(false), PublishOutcome::kRefused);
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
+    rig.AddClip(u"talk00");
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
+    EXPECT_THAT(rig.Boxes(), ElementsAre(u"MenuPublishCliplist", u"Nothing recorded or selected",
+                                         u"Nothing in cliplist",
+                                         u"Sample-rate= 96 KHz.\nYou can not publish at\n"
+                                         u"sample-rates higher than 48 KHz."));
+    ExpectNothingPublished(rig);
 }
 
 TEST(PublishJob, LeavesNothingWhenCancelledAndTellsTheUser) {
@@ -227,6 +268,39 @@ TEST(PublishJob, LeavesNothingWhenCancelledAndTellsTheUser) {
         // The next job is not cancelled any more.
         rig.progress.cancelAt = 0;
         EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    }
+}
+
+TEST(PublishJob, KeepsTheOlderPublicationWhereverStorageFails) {
+    for (const bool mp2 : {false, true}) {
+        PublishRig rig;
+        rig.audio.mp2 = mp2;
+        rig.AddTake(u"talk00", mp2 ? 200 : 40);
+        PublishJob job = rig.Job();
+        constexpr unsigned kChanging = FaultyStorage::kWrite | FaultyStorage::kFlush |
+                                       FaultyStorage::kClose | FaultyStorage::kRename;
+        rig.storage.FailAt(kChanging, 0);
+        ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+        const std::size_t operations = rig.storage.Count();
+        ASSERT_GT(operations, 8U);
+
+        const Bytes old = {'o', 'l', 'd'};
+        std::size_t failures = 0;
+        for (std::size_t n = 1; n <= operations; ++n) {
+            WriteFileBytes(rig.Path(u"pub_talk.wav"), old);
+            rig.files.boxes.shown.clear();
+            rig.storage.FailAt(kChanging, n);
+            const PublishOutcome outcome = job.MenuPublishCliplistToFile(false);
+            // A file that was read may fail to close without harm.
+            if (outcome == PublishOutcome::kPublished) continue;
+            ++failures;
+            EXPECT_EQ(outcome, PublishOutcome::kFailed) << n;
+            EXPECT_EQ(rig.File(u"pub_talk.wav"), old) << n;
+            EXPECT_FALSE(rig.Exists(u"pub_talk.wav.tmp")) << n;
+            EXPECT_FALSE(rig.Boxes().empty()) << n << ": the user is told";
+            EXPECT_EQ(job.PublishedPath(), u"") << n;
+        }
+        EXPECT_GT(failures, 6U);
     }
 }
 
@@ -255,6 +329,21 @@ TEST(PublishJob, FailsOnRecordingsThatLackSound) {
                             u"The sound of this recording ends early:\n" + rig.Path(u"talk00.mp2"),
                             u"Wrong bitrate."));
     ExpectNothingPublished(rig);
+}
+
+TEST(PublishJob, ReportsWhatCannotBeReadWhilePublishing) {
+    PublishRig rig;
+    rig.AddTake(u"talk00", 100);
+    PublishJob job = rig.Job();
+    rig.storage.FailAt(FaultyStorage::kRead, 0);
+    ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+    const std::size_t reads = rig.storage.Count();
+    ASSERT_EQ(rig.files.storage.Delete(job.PublishedPath()), 0U);
+    rig.storage.FailAt(FaultyStorage::kRead, reads - 20);
+    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    ExpectNothingPublished(rig);
+    ASSERT_EQ(rig.Boxes().size(), 1U);
+    EXPECT_THAT(ToUtf8(rig.Boxes()[0]), HasSubstr("ReadFile"));
 }
 
 TEST(PublishJob, FailsOnClipsThatMakeNoFile) {
