@@ -9,7 +9,7 @@
 #include "audio/files/level_tables.h"
 #include "audio/files/vu_file.h"
 #include "publish/verify.h"
-#include "support/sound_files.h"
+#include "support/byte_builder.h"
 
 namespace orma::test {
 
@@ -58,7 +58,12 @@ LevelSheet PublishRig::Levelled(const Text& name, const std::vector<std::int16_t
 
 LevelSheet PublishRig::AddWav(const Text& name, const std::vector<std::int16_t>& samples,
                               std::uint32_t rate, unsigned channels) {
-    WriteSoundFile(Path(name + u".wav"), static_cast<std::uint16_t>(channels), rate, samples);
+    const auto bytes = static_cast<std::uint32_t>(samples.size() * 2);
+    ByteBuilder file;
+    file.Put("RIFF").U32(bytes + 36).Put("WAVEfmt ").U32(16).U16(1).U16(channels);
+    file.U32(rate).U32(rate * channels * 2).U16(2).U16(16).Put("data").U32(bytes);
+    file.Put(ByteSpan(reinterpret_cast<const std::uint8_t*>(samples.data()), bytes));
+    WriteFileBytes(Path(name + u".wav"), file.bytes);
     Date(name + u".wav");
     return Levelled(name, samples, rate, channels);
 }

@@ -6,6 +6,7 @@
 
 #include "publish/publish_job.h"
 #include "support/fake_clock.h"
+#include "support/faulty_storage.h"
 #include "support/test_files.h"
 
 namespace orma::test {
@@ -57,8 +58,8 @@ struct FakeDialogs : PublishDialogs {
 [[nodiscard]] std::vector<std::int16_t> Speech(std::size_t samples, std::uint32_t rate,
                                                unsigned channels, double loudest = 24000);
 
-/// A project named "talk" on real files, with everything that a publish job stands on. Recordings
-/// have 20 periods a second and were made on 5 January 2009, 9:07:03.
+/// A project named "talk" on real files that can be made to fail, with everything that a publish
+/// job stands on. Recordings have 20 periods a second and were made on 5 January 2009, 9:07:03.
 struct PublishRig {
     PublishRig();
 
@@ -97,7 +98,8 @@ struct PublishRig {
     [[nodiscard]] std::vector<Text> Boxes() const { return files.boxes.Texts(); }
 
     TestFiles files;
-    FileServices& services = files.services;
+    FaultyStorage storage{files.storage};
+    FileServices services{storage, files.report};
     FakeClock clock;
     AudioState audio;
     Mp2Decoder decoder{audio, files.storage, u""};
