@@ -49,8 +49,6 @@ TEST_F(InputOptionsTest, OfferWhatIsInUseAndBringTheChoiceIntoUse) {
     // Where the program starts again they are in use.
     auto again = desk.Start();
     EXPECT_EQ(again->settings.InputGain, 14);
-    EXPECT_EQ(again->settings.CurrentPresetName,
-              u"");  // the configuration does not offer the choice
 
     options.set.reset();
     EXPECT_TRUE(ApplyInputOptions(*app, options));
@@ -58,20 +56,6 @@ TEST_F(InputOptionsTest, OfferWhatIsInUseAndBringTheChoiceIntoUse) {
     EXPECT_EQ(app->input.GainFactor(), 1283);  // 14 dB, no offset
     EXPECT_EQ(app->settings.CurrentPresetName, u"");
     EXPECT_FALSE(InputOptionsOf(*app).set);
-}
-
-TEST_F(InputOptionsTest, WhatCannotBeChosenIsLeftAlone) {
-    app->settings.GainControl = 0;
-    app->settings.LiveFtpAllowed = 0;
-    app->project.SetLiveFtp(true);
-    InputOptions options = InputOptionsOf(*app);
-    EXPECT_FALSE(options.gainControl);
-    EXPECT_FALSE(options.liveFtpAllowed);
-    options.gainDb = 30;
-    options.liveFtp = false;
-    EXPECT_TRUE(ApplyInputOptions(*app, options));
-    EXPECT_EQ(app->input.InputGainDb(), 4);
-    EXPECT_TRUE(app->project.LiveFtp());
 }
 
 }  // namespace

@@ -42,8 +42,12 @@ class RecoveryTest : public ::testing::TestWithParam<Format> {
         std::filesystem::remove(after_->files.folder.Native(u"OrmaIni.sup"));  // other defaults
         for (const TextView kind : {u"talk00.wav", u"talk00.mp2"})
             (void)after_->files.storage.SetLastWriteTime(after_->files.folder.Path(kind), kLate);
+        return StartAgain();
+    }
+    /// One more start in that folder.
+    std::unique_ptr<Application> StartAgain(TextView project = u"talk.opr") {
         auto app = after_->Start();
-        EXPECT_TRUE(OpenOrCreateProject(*app, after_->files.folder.Path(u"talk.opr")));
+        EXPECT_TRUE(OpenOrCreateProject(*app, after_->files.folder.Path(project)));
         return app;
     }
     [[nodiscard]] bool LeftBehind(TextView name) const {
@@ -152,8 +156,7 @@ TEST_P(RecoveryTest, ATakeOfOnePeriodIsKeptAndLookedAtOnce) {
     EXPECT_FALSE(LeftBehind(u"talk00.rec"));
     EXPECT_GE(After(Sound(u"talk00")).size(), playable ? 4454U : 192U);
     app.reset();
-    app = after_->Start();
-    EXPECT_TRUE(OpenOrCreateProject(*app, after_->files.folder.Path(u"talk.opr")));
+    app = StartAgain();
     EXPECT_THAT(app->project.LeftAlone(), IsEmpty());
     EXPECT_FALSE(After(Sound(u"talk00")).empty());
 }
@@ -198,8 +201,7 @@ TEST_P(RecoveryTest, WhatCannotBeMadeWholeKeepsItsJournalUntilItCan) {
     EXPECT_THAT(app->project.LeftAlone(), ElementsAre(u"talk00"));
     app.reset();
     std::filesystem::remove(after_->files.folder.Native(u"talk00.jvu.tmp"));
-    app = after_->Start();
-    EXPECT_TRUE(OpenOrCreateProject(*app, after_->files.folder.Path(u"talk.opr")));
+    app = StartAgain();
     EXPECT_FALSE(LeftBehind(u"talk00.rec"));
     ASSERT_EQ(app->clips.Count(), 1);
     ASSERT_TRUE(app->project.SelectClip(0));
@@ -209,13 +211,11 @@ TEST_P(RecoveryTest, WhatCannotBeMadeWholeKeepsItsJournalUntilItCan) {
 TEST_P(RecoveryTest, ATakeThatCannotBeReadIsNotTakenForAnEmptyOne) {
     desk_.Begin(*app_, 40);
     (void)StartAfterKill();
-    const Text folder = after_->files.folder.Path();
     const auto native = after_->files.folder.Native();
     std::filesystem::copy_file(desk_.files.folder.Native(u"talk00.rec"), native / "news00.rec");
     // A folder in the take's place opens as little as a broken sector.
     std::filesystem::create_directory(after_->files.folder.Native(Sound(u"news00")));
-    const auto app = after_->Start();
-    EXPECT_TRUE(OpenOrCreateProject(*app, folder + u"news.opr"));
+    const auto app = StartAgain(u"news.opr");
     EXPECT_TRUE(LeftBehind(Sound(u"news00")));
     EXPECT_TRUE(LeftBehind(u"news00.rec"));
 }

@@ -21,18 +21,6 @@ struct Shared {
     std::promise<void> undone;
 };
 
-TEST(BoundedWorker, RunsJobsInOrderAndWaitsForTheirEnd) {
-    BoundedWorker worker;
-    std::string order;
-    worker.Post([&] { order += "a"; });
-    worker.Post([&] { order += "b"; });
-    EXPECT_TRUE(worker.Run([&] { order += "c"; }, [&] { order += "undo"; }, 10s));
-    EXPECT_EQ(order, "abc");
-    worker.Post([&] { order += "d"; });
-    EXPECT_TRUE(worker.Finish(10s));
-    EXPECT_EQ(order, "abcd");
-}
-
 TEST(BoundedWorker, AHungJobCostsItsCallerTheLimitAndLaterCallersNothing) {
     BoundedWorker worker;
     const auto shared = std::make_shared<Shared>();

@@ -1,17 +1,11 @@
 #include <chrono>
 
-#include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include "platform/curl/curl_ftp_clients.h"
 #include "platform/curl/ftp_reply.h"
 #include "platform/scripted_ftp_server.h"
-#include "platform/tls_server.h"
-#include "support/temp_folder.h"
 
 namespace orma {
 namespace {
@@ -123,54 +117,7 @@ TEST(CurlFtp, TellsAMissingFileFromAServerThatKnowsNoSizes) {
     }
 }
 
-/// What a client that trusts the file makes of a server at 127.0.0.1 which shows this identity and
-/// ends the connection after the handshake.
-SystemError ConnectSecurely(const test::Identity& identity, const Text& caFile) {
-    const int listener = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof(address);
-    EXPECT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), size), 0);
-    EXPECT_EQ(listen(listener, 1), 0);
-    getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
-    std::jthread server([&] {
-        pollfd entry{listener, POLLIN, 0};
-        if (poll(&entry, 1, 2000) != 1) return;
-        const int peer = accept(listener, nullptr, nullptr);
-        const std::unique_ptr<SSL_CTX, test::FreeOpenssl> context(SSL_CTX_new(TLS_server_method()));
-        SSL_CTX_use_certificate(context.get(), identity.certificate.get());
-        SSL_CTX_use_PrivateKey(context.get(), identity.key.get());
-        const std::unique_ptr<SSL, test::FreeOpenssl> ssl(SSL_new(context.get()));
-        SSL_set_fd(ssl.get(), peer);
-        (void)SSL_accept(ssl.get());
-        close(peer);
-    });
-    TimedPatience patience;
-    FtpResult created;
-    const auto client = CurlFtpClients(kLimits).Create(patience, created);
-    const FtpResult result = client->Connect({.host = u"127.0.0.1",
-                                              .port = ntohs(address.sin_port),
-                                              .security = TransportSecurity::kImplicit,
-                                              .caFile = caFile});
-    server.join();
-    close(listener);
-    return result.code;
-}
-
-TEST(CurlFtp, TellsWhyAProtectedConnectionIsRefused) {
-    const test::TempFolder folder;
-    const Text caFile = folder.Path(u"ca.pem");
-    const test::Identity authority = test::MakeIdentity("", 3600, nullptr);
-    const std::string pem = test::Pem(authority);
-    test::WriteFileBytes(caFile, Bytes(pem.begin(), pem.end()));
-    const auto with = [&](const char* name, long seconds, const test::Identity* issuer) {
-        return ConnectSecurely(test::MakeIdentity(name, seconds, issuer), caFile);
-    };
-    EXPECT_EQ(with("IP:127.0.0.1", 3600, &authority), kFtpConnectionLost) << "it was accepted";
-    EXPECT_EQ(with("DNS:elsewhere.org", 3600, &authority), kFtpCertificateName);
-    EXPECT_EQ(with("IP:127.0.0.1", -3600, &authority), kFtpCertificateDate);
-    EXPECT_EQ(with("IP:127.0.0.1", 3600, nullptr), kFtpCertificateIssuer);
+TEST(CurlFtp, SaysNothingInClearTextWhereProtectionIsAskedFor) {
     for (const auto security : {TransportSecurity::kUpgrade, TransportSecurity::kImplicit}) {
         Desk clear({});
         EXPECT_EQ(clear.client

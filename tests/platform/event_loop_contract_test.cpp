@@ -35,14 +35,14 @@ template <typename Rig>
 class EventLoopContract : public ::testing::Test {
   public:
     Rig rig;
+    std::unique_ptr<EventLoop> own = rig.Make();
 };
 
 using Rigs = ::testing::Types<PosixRig, QtRig>;
 TYPED_TEST_SUITE(EventLoopContract, Rigs);
 
 TYPED_TEST(EventLoopContract, RunsPostedTasksInOrderAndReturnsTheCodeOfQuit) {
-    const auto owned = this->rig.Make();
-    EventLoop& loop = *owned;
+    EventLoop& loop = *this->own;
     std::string order;
     loop.Post([&] {
         order += "a";
@@ -60,8 +60,7 @@ TYPED_TEST(EventLoopContract, RunsPostedTasksInOrderAndReturnsTheCodeOfQuit) {
 }
 
 TYPED_TEST(EventLoopContract, ATaskThatPostsItselfForEverStarvesNeitherTimersNorWakeups) {
-    const auto owned = this->rig.Make();
-    EventLoop& loop = *owned;
+    EventLoop& loop = *this->own;
     std::function<void()> again = [&] { loop.Post(again); };
     loop.Post(again);
     bool woken = false;
@@ -73,8 +72,7 @@ TYPED_TEST(EventLoopContract, ATaskThatPostsItselfForEverStarvesNeitherTimersNor
 }
 
 TYPED_TEST(EventLoopContract, TimersTickAtTheirPeriodAndMissedTicksAreNotMadeUp) {
-    const auto owned = this->rig.Make();
-    EventLoop& loop = *owned;
+    EventLoop& loop = *this->own;
     int ticks = 0;
     const auto timer = loop.StartTimer(10, [&] {
         if (++ticks == 5) loop.Quit(0);
@@ -89,8 +87,7 @@ TYPED_TEST(EventLoopContract, TimersTickAtTheirPeriodAndMissedTicksAreNotMadeUp)
 }
 
 TYPED_TEST(EventLoopContract, ATimerMayEndItselfAndOthersFromItsOwnTick) {
-    const auto owned = this->rig.Make();
-    EventLoop& loop = *owned;
+    EventLoop& loop = *this->own;
     const auto held = std::make_shared<int>(0);
     std::unique_ptr<Timer> other;
     std::unique_ptr<Timer> self = loop.StartTimer(1, [&, held] {
@@ -106,8 +103,7 @@ TYPED_TEST(EventLoopContract, ATimerMayEndItselfAndOthersFromItsOwnTick) {
 }
 
 TYPED_TEST(EventLoopContract, NoSignalIsLostBetweenTwoThreads) {
-    const auto owned = this->rig.Make();
-    EventLoop& loop = *owned;
+    EventLoop& loop = *this->own;
     constexpr int kItems = 20000;
     std::atomic<int> made = 0;
     const auto wakeup = loop.CreateWakeup([&] {
@@ -125,8 +121,7 @@ TYPED_TEST(EventLoopContract, NoSignalIsLostBetweenTwoThreads) {
 }
 
 TYPED_TEST(EventLoopContract, SignalsCountOnceAndWhatAQuitLeftBehindIsServedByTheNextRun) {
-    const auto owned = this->rig.Make();
-    EventLoop& loop = *owned;
+    EventLoop& loop = *this->own;
     int runs = 0;
     const auto first = loop.CreateWakeup([&] {
         ++runs;
@@ -145,7 +140,7 @@ TYPED_TEST(EventLoopContract, SignalsCountOnceAndWhatAQuitLeftBehindIsServedByTh
 }
 
 TYPED_TEST(EventLoopContract, AWakeupMayDestroyItselfAndMayOutliveTheLoop) {
-    auto loop = this->rig.Make();
+    auto loop = std::move(this->own);
     int runs = 0;
     std::unique_ptr<Wakeup> self = loop->CreateWakeup([&] {
         ++runs;

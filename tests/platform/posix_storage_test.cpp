@@ -20,19 +20,6 @@ struct PosixStorageTest : testing::Test {
     std::unique_ptr<StorageFile> file;
 };
 
-TEST_F(PosixStorageTest, AFileThatIsBeingWrittenIsReadButNotOpenedByASecondWriter) {
-    test::WriteFileBytes(path, Bytes{1, 2, 3});
-    std::unique_ptr<StorageFile> other;
-    ASSERT_EQ(storage.Open(path, {Access::kWrite, Share::kRead, Disposition::kOpenAlways}, file),
-              0U);
-    EXPECT_EQ(storage.Open(path, kCreate, other), static_cast<SystemError>(EBUSY));
-    EXPECT_EQ(storage.Open(path, {}, other), 0U);
-    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{1, 2, 3}));
-    file.reset();
-    EXPECT_EQ(storage.Open(path, kCreate, other), 0U);
-    EXPECT_EQ(test::ReadFileBytes(path), Bytes{});
-}
-
 TEST_F(PosixStorageTest, ARenameKeepsTheRightsOfTheFileThatItReplaces) {
     const Text source = folder.Path(u"new");
     test::WriteFileBytes(path, Bytes{1});
@@ -70,12 +57,6 @@ TEST_F(PosixStorageTest, AFileTimeIsSetToTheNanosecond) {
         ASSERT_EQ(storage.LastWriteTime(path, time), 0U);
         EXPECT_EQ(time.time_since_epoch().count(), moment);
     }
-}
-
-TEST_F(PosixStorageTest, OnlyNumbersOfTheSystemHaveAText) {
-    EXPECT_EQ(storage.ErrorText(ENOSPC), u"No space left on device");
-    for (const SystemError unknown : {41U, 999U, 11999U, 0xFFFFFFFFU})
-        EXPECT_EQ(storage.ErrorText(unknown), u"") << unknown;
 }
 
 TEST_F(PosixStorageTest, AMappingWhoseFileIsTakenAwayBecomesMemory) {

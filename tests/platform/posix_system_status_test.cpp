@@ -30,13 +30,6 @@ class PosixSystemStatusTest : public testing::Test {
     std::filesystem::path root = folder.Native();
 };
 
-TEST_F(PosixSystemStatusTest, AMachineThatTellsNothingIsUnknown) {
-    PosixSystemStatus status(root);
-    EXPECT_EQ(status.BatteryPercent(), std::nullopt);
-    EXPECT_EQ(status.FreeMemory(), std::nullopt);
-    EXPECT_EQ(status.ProcessorLoad(), std::nullopt);
-}
-
 TEST_F(PosixSystemStatusTest, TwoBatteriesCountBySizeAndThoseOfOtherDevicesNot) {
     PosixSystemStatus status(root);
     PutSupply("AC", "Mains", "", "");

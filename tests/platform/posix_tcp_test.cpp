@@ -1,7 +1,7 @@
 #include "platform/posix/posix_tcp.h"
 
 #include <array>
-#include <chrono>
+#include <utility>
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -75,12 +75,10 @@ TEST_F(PosixTcpTest, ASendThatNobodyTakesEndsWithThePatience) {
 }
 
 TEST_F(PosixTcpTest, NobodyThereIsTheSystemsOwnError) {
-    ::close(listener);
+    ::close(std::exchange(listener, -1));
     const NetworkResult result = tcp.Connect(kHere, port, patience, connection);
-    EXPECT_EQ(result.end, End::kFailed);
     EXPECT_EQ(result.error, static_cast<SystemError>(ECONNREFUSED));
     EXPECT_EQ(connection, nullptr);
-    listener = -1;
 }
 
 TEST_F(PosixTcpTest, FindsNamesAndAddressesThatHaveAName) {

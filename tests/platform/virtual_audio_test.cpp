@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <numbers>
 
 #include <gtest/gtest.h>
 
-#include "base/trace.h"
 #include "platform/posix/posix_event_loop.h"
 #include "platform/virtual_audio/virtual_audio_options.h"
 #include "platform/virtual_audio/virtual_wave_system.h"
@@ -46,16 +46,10 @@ class VirtualAudio : public ::testing::Test {
         }
     }
 
-    /// Everything that the fast pace hears in `buffers` buffers.
-    Samples HearFast(std::uint16_t channels, std::uint32_t hz, std::size_t buffers,
-                     std::uint32_t bufferFrames = kBufferFrames) {
-        WaveInUser user(bufferFrames * 2 * channels);
-        std::unique_ptr<WaveInDevice> device;
-        if (System(Pace::kFast).OpenInput(u"", Pcm16(channels, hz), user, device) !=
-            WaveResult::kOk) {
-            ADD_FAILURE() << "the input does not open";
-            return {};
-        }
+    /// What the fast pace hears of one channel in buffers of so many frames.
+    Samples HearFast(std::size_t buffers, std::uint32_t bufferFrames) {
+        WaveInUser user(bufferFrames * 2);
+        const auto device = Open(Pace::kFast, user);
         user.onData = [&] {
             if (user.order.size() == buffers) (void)device->Stop();
         };
@@ -74,41 +68,23 @@ class VirtualAudio : public ::testing::Test {
     std::unique_ptr<VirtualWaveSystem> system_;
 };
 
-TEST_F(VirtualAudio, HearsTheFileBitByBitMonoOnBothSidesAndOfStereoTheLeft) {
-    const Samples left = Ramp(kBufferFrames);
-    Samples both;
-    Samples stereo;
-    for (const std::int16_t sample : left) {
-        both.insert(both.end(), {sample, sample});
-        stereo.insert(stereo.end(), {sample, static_cast<std::int16_t>(~sample)});
-    }
-    WriteSoundFile(input_, 1, 44100, left);
-    EXPECT_EQ(HearFast(2, 44100, 1), both);
-    Samples padded = left;
-    padded.resize(3 * kBufferFrames);
-    EXPECT_EQ(HearFast(1, 44100, 3), padded) << "silence behind the end";
-    WriteSoundFile(input_, 2, 44100, stereo);
-    EXPECT_EQ(HearFast(1, 44100, 1), left);
-    EXPECT_EQ(HearFast(2, 44100, 1), stereo);
-}
-
 TEST_F(VirtualAudio, AnotherRateIsConvertedInPitchAndLength) {
-    Samples sine(22050);  // one second, 441 Hz
-    for (std::size_t i = 0; i < sine.size(); ++i)
-        sine[i] = static_cast<std::int16_t>(std::lrint(
-            10000 * std::sin(2 * 3.14159265358979 * 441.0 * static_cast<double>(i) / 22050)));
-    WriteSoundFile(input_, 1, 22050, sine);
-    const Samples heard = HearFast(1, 44100, 120);
-    double worst = 0;
-    for (std::size_t i = 4410; i < 39690; ++i) {
-        const double ideal =
-            10000 * std::sin(2 * 3.14159265358979 * 441.0 * static_cast<double>(i) / 44100);
-        worst = std::max(worst, std::abs(heard[i] - ideal));
-    }
+    const auto sine = [](std::size_t frames, double hz) {  // of 441 Hz
+        Samples samples(frames);
+        for (std::size_t i = 0; i < frames; ++i)
+            samples[i] = static_cast<std::int16_t>(std::lrint(
+                10000 * std::sin(2 * std::numbers::pi * 441 * static_cast<double>(i) / hz)));
+        return samples;
+    };
+    WriteSoundFile(input_, 1, 22050, sine(22050, 22050));
+    const Samples heard = HearFast(120, kBufferFrames);
+    const Samples ideal = sine(44100, 44100);
+    int worst = 0;
+    for (std::size_t i = 4410; i < 39690; ++i)
+        worst = std::max(worst, std::abs(heard[i] - ideal[i]));
     EXPECT_LT(worst, 10) << "60 dB below the sine";
     EXPECT_TRUE(std::all_of(heard.begin() + 44200, heard.end(), [](auto s) { return s == 0; }));
-    EXPECT_EQ(HearFast(1, 44100, 120), heard) << "it depends on the file alone";
-    EXPECT_EQ(HearFast(1, 44100, 40, 3 * kBufferFrames), heard) << "not on the buffers' length";
+    EXPECT_EQ(HearFast(40, 3 * kBufferFrames), heard) << "whatever the buffers' length";
 }
 
 TEST_F(VirtualAudio, InRealTimeABufferComesWhenItIsDueAndAStallLosesNothing) {
@@ -128,25 +104,6 @@ TEST_F(VirtualAudio, InRealTimeABufferComesWhenItIsDueAndAStallLosesNothing) {
                            reinterpret_cast<const std::uint8_t*>(sound.data())));
     Pass(600'000 - 3160 + 10);
     EXPECT_EQ(user.order.size(), 12000u) << "ten minutes without drift";
-}
-
-TEST_F(VirtualAudio, InRealTimeAStopInMidBufferKeepsWhatWasHeard) {
-    const Samples sound = Ramp(44100);
-    WriteSoundFile(input_, 1, 44100, sound);
-    WaveInUser user(2205 * 2);
-    const auto device = Open(Pace::kReal, user);
-    user.Begin(*device);
-    Pass(60);
-    now_ += 20ms;  // the loop does not run meanwhile
-    ASSERT_EQ(device->Stop(), WaveResult::kOk);
-    now_ += 500ms;
-    user.goRound = false;
-    ASSERT_EQ(device->Reset(), WaveResult::kOk);
-    loop_.RunPending();
-    ASSERT_EQ(user.order.size(), 17u);
-    EXPECT_EQ(user.recordedBytes[1], (80 - 50) * 441 / 10 * 2u);
-    EXPECT_EQ(user.recordedBytes[2], 0u);
-    EXPECT_EQ(AsSamples(user.heard), Samples(sound.begin(), sound.begin() + 80 * 441 / 10));
 }
 
 TEST_F(VirtualAudio, AVanishingMicrophoneTellsItOnceAndKeepsWhatItHeard) {
@@ -185,22 +142,14 @@ TEST_F(VirtualAudio, KeepsTheContractOfAWaveInputAtBothPaces) {
 
 TEST_F(VirtualAudio, UnreadableInputsAndImpossibleOutputsAreNoDevice) {
     WriteFileBytes(input_, AsBytes("this is not sound"));
-    std::string traced;
-    SetTraceSink([&](std::string_view line) { traced += line; });
     WaveInUser user(882);
     std::unique_ptr<WaveInDevice> device;
     EXPECT_EQ(System(Pace::kFast).OpenInput(u"", Pcm16(1, 44100), user, device),
               WaveResult::kNoDevice);
-    SetTraceSink({});
     EXPECT_FALSE(device);
-    EXPECT_NE(traced.find("in.wav"), traced.npos);
     EXPECT_TRUE(system_->Inputs().empty());
-
     WriteSoundFile(input_, 2, 48000, Ramp(2));
-    ASSERT_EQ(system_->Inputs().size(), 1u);
-    EXPECT_EQ(system_->Inputs()[0].channels, 2);
-    EXPECT_EQ(system_->OpenInput(system_->Inputs()[0].name, Pcm16(1, 44100), user, device),
-              WaveResult::kOk);
+    EXPECT_EQ(system_->Inputs().at(0).channels, 2);
     EXPECT_EQ(system_->OpenInput(u"elsewhere", Pcm16(1, 44100), user, device),
               WaveResult::kNoDevice);
     WaveFormat deep = Pcm16(1, 44100);
@@ -213,39 +162,13 @@ TEST_F(VirtualAudio, UnreadableInputsAndImpossibleOutputsAreNoDevice) {
               WaveResult::kNoDevice);
 }
 
-TEST_F(VirtualAudio, PlaysIntoTheFileBitByBitAtBothPaces) {
-    output_ = folder_.Path(u"out.wav");
-    const Samples sound = Ramp(kBufferFrames * 2 * 20);
-    for (const Pace pace : {Pace::kFast, Pace::kReal}) {
-        WaveOutUser user(sound, kBufferFrames * 2);
-        std::unique_ptr<WaveOutDevice> device;
-        ASSERT_EQ(System(pace).OpenOutput(u"", Pcm16(2, 44100), user, device), WaveResult::kOk);
-        user.Begin(*device);
-        if (pace == Pace::kReal) {
-            Pass(105);
-            EXPECT_EQ(user.done.size(), 10u);
-            // The header fits the file in the middle of the sound, too.
-            EXPECT_EQ(ReadSoundFile(output_).size(), kBufferFrames * 2 * 10);
-        }
-        Pass(300);
-        ASSERT_EQ(user.done.size(), 20u);
-        for (std::uint32_t i = 0; i < 20; ++i)
-            EXPECT_EQ(user.done[i], i % 4);
-        EXPECT_EQ(ReadSoundFile(output_), sound);
-    }
-}
-
 TEST_F(VirtualAudio, APauseHoldsTheSoundAndAResetCutsIt) {
     output_ = folder_.Path(u"out.wav");
     const Samples sound = Ramp(kBufferFrames * 20);
     WaveOutUser user(sound, kBufferFrames);
     std::unique_ptr<WaveOutDevice> device;
     ASSERT_EQ(System(Pace::kReal).OpenOutput(u"", Pcm16(1, 44100), user, device), WaveResult::kOk);
-    ASSERT_EQ(device->Pause(), WaveResult::kOk);
     user.Begin(*device);
-    Pass(100);
-    EXPECT_TRUE(user.done.empty());
-    ASSERT_EQ(device->Restart(), WaveResult::kOk);
     Pass(25);
     EXPECT_EQ(user.done.size(), 2u);
     ASSERT_EQ(device->Pause(), WaveResult::kOk);
@@ -263,17 +186,6 @@ TEST_F(VirtualAudio, APauseHoldsTheSoundAndAResetCutsIt) {
     EXPECT_EQ(ReadSoundFile(output_), Samples(sound.begin(), sound.begin() + 35 * 441 / 10));
 }
 
-TEST_F(VirtualAudio, TheVolumeScalesEachSide) {
-    output_ = folder_.Path(u"out.wav");
-    WaveOutUser user({-32768, -32768, 32767, 32767, 3, 3, -3, -3}, 2);
-    std::unique_ptr<WaveOutDevice> device;
-    ASSERT_EQ(System(Pace::kFast).SetOutputVolume(65535, 32768), WaveResult::kOk);
-    ASSERT_EQ(system_->OpenOutput(u"", Pcm16(2, 44100), user, device), WaveResult::kOk);
-    user.Begin(*device);
-    loop_.RunPending();
-    EXPECT_EQ(ReadSoundFile(output_), (Samples{-32768, -16384, 32767, 16383, 3, 1, -3, -1}));
-}
-
 TEST(VirtualAudioOptions, AreReadFromTheirCommandLineFormOrRefused) {
     std::string error;
     const auto all = ParseVirtualAudio(
@@ -283,13 +195,6 @@ TEST(VirtualAudioOptions, AreReadFromTheirCommandLineFormOrRefused) {
     EXPECT_EQ(all->outputFile, u"/tmp/c.wav");
     EXPECT_EQ(all->pace, Pace::kFast);
     EXPECT_EQ(all->vanishAfterFrames, 44100u);
-
-    const auto least = ParseVirtualAudio("virtual:in=\xC3\xA4.wav", error);
-    ASSERT_TRUE(least) << error;
-    EXPECT_EQ(least->inputFile, u"\u00E4.wav");
-    EXPECT_TRUE(least->outputFile.empty());
-    EXPECT_EQ(least->pace, Pace::kReal);
-    EXPECT_FALSE(least->vanishAfterFrames);
 
     for (const char* bad :
          {"", "portaudio", "virtual:", "virtual:in=", "virtual:in=a,pace=slow",

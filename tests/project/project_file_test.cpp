@@ -1,42 +1,25 @@
 #include "project/project_file.h"
 
-#include <string_view>
-
 #include <gtest/gtest.h>
 
+#include "settings/field_bytes.h"
 #include "support/test_files.h"
 
 namespace orma {
 namespace {
 
-/// Puts a project file together field by field, independently of the encoder.
-class FileBuilder {
-  public:
-    FileBuilder& Ascii(std::string_view text) {
-        bytes.insert(bytes.end(), text.begin(), text.end());
-        return *this;
-    }
-    FileBuilder& U32(std::uint32_t value) {
-        for (int shift = 0; shift < 32; shift += 8)
-            bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-        return *this;
-    }
-    FileBuilder& Text(std::string_view ascii) {
-        U32(static_cast<std::uint32_t>(ascii.size()));
-        if (ascii.empty()) return *this;
-        for (const char c : ascii) {
-            bytes.push_back(static_cast<std::uint8_t>(c));
-            bytes.push_back(0);
-        }
-        bytes.insert(bytes.end(), 2, 0);
-        return *this;
-    }
-    /// An IEEE double whose lower 32 bits are 0.
-    FileBuilder& F64(std::uint32_t upper) { return U32(0).U32(upper); }
+using test::FieldBytes;
 
-    Bytes bytes;
-};
+/// "JOPR" and the words behind it.
+FieldBytes Head(std::initializer_list<std::uint32_t> words) {
+    FieldBytes file;
+    file.Tag("JOPR");
+    for (const std::uint32_t word : words)
+        file.L(word);
+    return file;
+}
 
+// The upper halves of IEEE doubles whose lower 32 bits are 0.
 constexpr std::uint32_t kOnePointFive = 0x3FF80000;
 constexpr std::uint32_t kMinusTwo = 0xC0000000;
 constexpr std::uint32_t kHalf = 0x3FE00000;
@@ -44,15 +27,18 @@ constexpr std::uint32_t kHalf = 0x3FE00000;
 /// A file of a given version word with one clip and every field that the version has.
 Bytes FileOfVersion(std::uint32_t versionWord) {
     const std::uint32_t version = versionWord & 0xFFF;
-    FileBuilder file;
-    file.Ascii("JOPR").U32(versionWord).U32(0x10001).U32(3).U32(7).U32(1);
-    file.Text("talk07").Text("C:\\talks\\");
-    if (version >= 5) file.U32(20).U32(60).U32(0xCAFE).Text("Intro");
-    file.Text("Notes");
-    if (version >= 4) file.U32(11).Text("m1").Text("");
-    if (version >= 6) file.U32(2);
-    if (version >= 9) file.U32(12).F64(kOnePointFive).F64(kMinusTwo).F64(kHalf).U32(13);
-    if (version >= 10) file.U32(0);
+    FieldBytes file = Head({versionWord, 0x10001, 3, 7, 1}).T(u"talk07").T(u"C:\\talks\\");
+    if (version >= 5) file.L(20).L(60).L(0xCAFE).T(u"Intro");
+    file.T(u"Notes");
+    if (version >= 4) file.L(11).T(u"m1").T(u"");
+    if (version >= 6) file.L(2);
+    if (version >= 9) {
+        file.L(12);
+        for (const std::uint32_t upper : {kOnePointFive, kMinusTwo, kHalf})
+            file.L(0).L(upper);
+        file.L(13);
+    }
+    if (version >= 10) file.L(0);
     return file.bytes;
 }
 
@@ -140,15 +126,12 @@ TEST(ProjectFile, TakesNoMemoryForCountsThatTheFileCannotHold) {
     for (const std::uint32_t count : {0xFFFFFFFFU, 0x7FFFFFFFU, 1000U}) {
         SCOPED_TRACE(count);
         ProjectRecord record;
-        FileBuilder clips;
-        clips.Ascii("JOPR").U32(10).U32(0).U32(0).U32(0).U32(count).Text("a").Text("");
+        const FieldBytes clips = Head({10, 0, 0, 0, count}).T(u"a").T(u"");
         ASSERT_EQ(DecodeProjectFile(clips.bytes, record), ProjectReadResult::kOk);
         EXPECT_EQ(record.clips.size(), 1U);
         EXPECT_LE(record.clips.capacity(), 2U);
 
-        FileBuilder text;
-        text.Ascii("JOPR").U32(10).U32(0).U32(0).U32(0).U32(0).U32(count).U32(0x00410041);
-        text.U32(77).U32(77);
+        const FieldBytes text = Head({10, 0, 0, 0, 0, count, 0x00410041, 77, 77});
         ASSERT_EQ(DecodeProjectFile(text.bytes, record), ProjectReadResult::kOk);
         EXPECT_EQ(record.text, u"");
         EXPECT_EQ(record.publishingValue, 0U);  // nothing is read behind the broken text
@@ -156,9 +139,7 @@ TEST(ProjectFile, TakesNoMemoryForCountsThatTheFileCannotHold) {
 }
 
 TEST(ProjectFile, LimitsTheMetadataTextsBothWays) {
-    FileBuilder file;
-    file.Ascii("JOPR").U32(4).U32(0).U32(0).U32(0).U32(0).Text("");
-    file.U32(0).Text(std::string(300, 'a')).Text("b");
+    const FieldBytes file = Head({4, 0, 0, 0, 0}).T(u"").L(0).T(Text(300, u'a')).T(u"b");
     ProjectRecord record;
     ASSERT_EQ(DecodeProjectFile(file.bytes, record), ProjectReadResult::kOk);
     EXPECT_EQ(record.metadata1, Text(263, u'a'));

@@ -3,18 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "audio/files/vu_file.h"
-#include "audio/files/wav_header.h"
+#include "support/sound_files.h"
 
 namespace orma::test {
 
 void ProjectRig::AddWav(const Text& name, std::uint32_t periods) const {
-    WavHeader header;
-    header.dataSize = periods * kPeriodBytes;
-    header.riffSize = header.dataSize + 36;
-    const auto head = header.Encode();
-    Bytes file(head.begin(), head.end());
-    file.resize(file.size() + header.dataSize);
-    WriteFileBytes(Path(name + u".wav"), file);
+    WriteSoundFile(Path(name + u".wav"), 1, 44100,
+                   std::vector<std::int16_t>(periods * kPeriodBytes / 2));
 }
 
 void ProjectRig::AddLevels(const Text& name, std::uint32_t periods,

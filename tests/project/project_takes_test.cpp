@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "audio/files/mp2_pipeline.h"
 #include "audio/files/vu_file.h"
-#include "audio/files/writer_slot.h"
 #include "project_rig.h"
 
 namespace orma {
@@ -77,10 +75,6 @@ TEST_F(ProjectTakes, NumbersThatClipsReferToAreSkippedAlsoThoseOfMissingRecordin
     ASSERT_TRUE(project.LoadProject());
     EXPECT_EQ(project.PrepareTake(), u"talk02");
     EXPECT_TRUE(rig.Exists(u"talk00.wav"));
-}
-
-TEST_F(ProjectTakes, BeyondNinetyNineTakenNumbersAreSkipped) {
-    rig.AddProjectFile(u"talk", {});
     while (project.RecordingIndex() < 99)
         project.NextRecording();
     rig.AddRecording(u"talk100", 40);  // perhaps the first take of a project "talk1"
@@ -137,39 +131,6 @@ TEST_F(ProjectTakes, ADiscardedTakeLeavesTheLastOneCurrentAndItsNumberFree) {
     project.TakeDiscarded(true);  // no take is pending: nothing is deleted
     EXPECT_TRUE(rig.Exists(u"talk01.wav"));
     EXPECT_EQ(project.PrepareTake(), u"talk02");
-}
-
-TEST_F(ProjectTakes, TakesOfTheRealWritersLoadAgain) {
-    for (const bool mp2 : {false, true}) {
-        SCOPED_TRACE(mp2);
-        project.SetOptions({.recordMp2 = mp2});
-        project.SetPath(rig.files.folder.Path(), mp2 ? u"layer" : u"wave");
-        project.NewProject();
-        Mp2Pipeline encoder(rig.audio, rig.files.report);
-        auto context =
-            std::make_unique<WriterContext>(WriterContext{rig.files.services, rig.audio, encoder});
-        context->recordingFolder = project.StorageFolder();
-        WriterSlot writers(*context);
-        writers.SelectWriter(mp2 ? WriterKind::kMp2File : WriterKind::kWavFile);
-        writers.Current()->Open(project.PrepareTake());
-        const Bytes period(rig.kPeriodBytes);
-        for (int i = 0; i < 50; ++i) {
-            ASSERT_TRUE(writers.Current()->IsOpen());
-            writers.Current()->WriteSamples(period.data(), rig.kPeriodBytes);
-            rig.recording.sheet.levels.push_back(79);
-        }
-        writers.Current()->Close();
-        project.TakeFinished();
-        EXPECT_TRUE(rig.files.boxes.shown.empty());
-        EXPECT_EQ(rig.recording.length, 50U);  // also of MP2, whose reader states 49
-
-        rig.clips.Clear();
-        ASSERT_TRUE(project.LoadProject());
-        EXPECT_EQ(rig.clips.CurrentIndex(), 0);
-        EXPECT_EQ(rig.clips.At(0).length, 50U);
-        EXPECT_EQ(rig.recording.length, 50U);
-        EXPECT_EQ(rig.recording.sheet.levels.size(), 50U);
-    }
 }
 
 }  // namespace

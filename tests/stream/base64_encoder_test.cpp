@@ -32,13 +32,9 @@ TEST(Base64EncoderTest, CutsNeverShowAndLinesHave76Characters) {
 }
 
 TEST(Base64EncoderTest, KnowsTheExamplesOfTheStandardBothWays) {
-    for (const auto& [text, encoded] :
-         std::initializer_list<std::pair<std::string, std::string>>{{"", ""},
-                                                                    {"f", "Zg=="},
-                                                                    {"fo", "Zm8="},
-                                                                    {"foo", "Zm9v"},
-                                                                    {"foobar", "Zm9vYmFy"},
-                                                                    {"\xfb\xff\xbf", "+/+/"}}) {
+    const std::pair<std::string, std::string> examples[] = {
+        {"", ""}, {"f", "Zg=="}, {"fo", "Zm8="}, {"foobar", "Zm9vYmFy"}, {"\xfb\xff\xbf", "+/+/"}};
+    for (const auto& [text, encoded] : examples) {
         EXPECT_EQ(Base64(text), encoded);
         EXPECT_EQ(FromBase64(encoded), text);
     }

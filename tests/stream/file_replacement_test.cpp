@@ -35,15 +35,6 @@ struct FileReplacementTest : testing::Test {
     Text path = folder.Path(u"file.opr");
 };
 
-TEST_F(FileReplacementTest, ReplacesTheFileOnlyAtTheCommit) {
-    FileReplacement replacement(services, path);
-    replacement.Stream().Write("new", 3);
-    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{'o', 'l', 'd'}));
-    EXPECT_TRUE(replacement.Commit());
-    EXPECT_EQ(test::ReadFileBytes(path), (Bytes{'n', 'e', 'w'}));
-    EXPECT_THAT(Names(), testing::ElementsAre(u"file.opr"));
-}
-
 TEST_F(FileReplacementTest, LeavesTheOldFileWithoutACommitAndWhenAnyStepFails) {
     FileReplacement(services, path).Stream().Write("new", 3);
     ExpectTheOldFileAlone();

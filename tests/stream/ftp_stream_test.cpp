@@ -57,72 +57,6 @@ TEST(FtpServerText, IsSplitAtItsLastColonButTheFirstCharacter) {
     EXPECT_EQ(SplitFtpServer(u"srv", 990).port, 990);
 }
 
-TEST_F(FtpStreamTest, PublishesAFileAndTellsThatItWasConfirmed) {
-    stream.OpenForWriting(u"talk");
-    EXPECT_EQ(stream.Status(), kGoodOpen);
-    EXPECT_EQ(stream.CloseResult().code, kFtpWrongState);
-    Write("abc");
-    Write("de");
-    std::uint8_t byte = 7;
-    stream.Read(&byte, 1);
-    EXPECT_EQ(byte, 7) << "it does not read";
-    EXPECT_EQ(stream.BytesWritten(), 5U);
-    stream.CloseFile();
-    EXPECT_EQ(stream.Status(), std::uint32_t{JStream::kGood});
-    EXPECT_TRUE(stream.CloseResult().Ok());
-    Write("late");
-    EXPECT_EQ(stream.PublishedSize(u"talk"), 5U);
-    EXPECT_EQ(stream.PublishedSize(u"other"), 0U);
-    stream.CloseAll();
-    stream.CloseAll();
-    EXPECT_FALSE(stream.IsConnected());
-    EXPECT_EQ(File(u"news/talk.mp2"), "abcde");
-    EXPECT_THAT(server.log, ElementsAre("CONNECT srv:2121", "STOR news/talk.mp2", "CLOSE",
-                                        "SIZE news/talk.mp2", "SIZE news/other.mp2", "QUIT"));
-    EXPECT_EQ(RemotePath({}, u"talk", u"mp2"), u"talk.mp2");
-    EXPECT_THAT(boxes.Texts(), IsEmpty());
-}
-
-TEST_F(FtpStreamTest, ResumesWhereTheServerSaysOrNotAtAll) {
-    stream.OpenForWriting(u"talk");
-    server.breaksAfter = 3;
-    server.losesAtBreak = 1;
-    Write("abcde");
-    EXPECT_FALSE(stream.IsOpen());
-    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Connection lost"));
-    Write("more");
-    stream.CloseAll();
-    EXPECT_EQ(stream.CloseResult().code, kFtpConnectionLost);
-    const auto size = stream.PublishedSize(u"talk");
-    ASSERT_EQ(size, 2U);
-    EXPECT_EQ(stream.ResumeOpen(u"talk", 2), JStreamWrFTP::kResumed);
-    EXPECT_TRUE(trace.Contain("REST Ok"));
-    Write("cde");
-    const auto asked = server.log.size();
-    EXPECT_EQ(stream.ResumeOpen(u"talk", 9), JStreamWrFTP::kResumed) << "it is writable already";
-    EXPECT_EQ(server.log.size(), asked);
-    stream.CloseAll();
-    EXPECT_EQ(File(u"news/talk.mp2"), "abcde");
-
-    boxes.shown.clear();
-    server.restartedStore = {kFtpRefused, 451, u"451 Append/Restart not permitted, try again"};
-    EXPECT_EQ(stream.ResumeOpen(u"talk", 2), JStreamWrFTP::kResumed);
-    EXPECT_FALSE(stream.IsOpen()) << "the offset was accepted, the store was not";
-    EXPECT_THAT(boxes.Texts(), ElementsAre(u"FtpOpenFile 12003 451 Append/Restart not permitted, "
-                                           u"try again"));
-    stream.CloseAll();
-    server.takesRestart = false;
-    server.log.clear();
-    EXPECT_EQ(stream.ResumeOpen(u"talk", 2), JStreamWrFTP::kOffsetRefused);
-    EXPECT_THAT(server.log, ElementsAre("CONNECT srv:2121", "REST 2")) << "no file is opened";
-    server.restart = kLost;
-    EXPECT_EQ(stream.ResumeOpen(u"talk", 2), JStreamWrFTP::kNoConnection) << "nobody refused";
-    EXPECT_FALSE(stream.IsConnected());
-    server.connection = {kFtpCannotConnect, 0, {}};
-    EXPECT_EQ(stream.ResumeOpen(u"talk", 2), JStreamWrFTP::kNoConnection);
-    EXPECT_EQ(File(u"news/talk.mp2"), "abcde");
-}
-
 TEST_F(FtpStreamTest, ReadsExactlyOrNothing) {
     server.files[u"x"] = {1, 2, 3};
     stream.OpenWriterSession(account);
@@ -170,35 +104,20 @@ TEST_F(FtpStreamTest, ReportsEachFailureUnderItsNameOrNotAtAll) {
     patience.goOn = false;
     Write("x");
     EXPECT_FALSE(stream.IsOpen());
-    stream.OpenWriterSession(account);
-    EXPECT_FALSE(stream.IsConnected());
     patience.goOn = true;
     account.server.clear();
     stream.OpenWriterSession(account);
     EXPECT_FALSE(stream.IsConnected());
     EXPECT_THAT(boxes.Texts(), IsEmpty()) << "a user's Cancel and an empty server need no words";
+    server.takesRestart = false;
+    server.restart = kLost;
+    stream.OpenForWriting(u"talk");
+    stream.CloseFile();
+    EXPECT_EQ(stream.ResumeOpen(u"talk", 2), JStreamWrFTP::kNoConnection) << "nobody refused";
+    boxes.shown.clear();
     account.server = Text(kLongestFtpServer + 1, u'a');
     stream.OpenWriterSession(account);
     EXPECT_THAT(boxes.Texts(), ElementsAre(u"Servername not resolved"));
-}
-
-TEST_F(FtpStreamTest, UsesABorrowedSessionAndLeavesItAttached) {
-    FtpSession session(services, account);
-    JStreamFTP borrower(services);
-    borrower.Attach(session);
-    borrower.OpenRemoteFile(u"a", false);
-    EXPECT_TRUE(session.transferOpen);
-    borrower.CloseFile();
-    EXPECT_FALSE(session.transferOpen);
-    EXPECT_TRUE(session.IsConnected());
-    borrower.OpenRemoteFile(u"b", false);
-    server.confirmation = kLost;
-    borrower.CloseAll();
-    EXPECT_EQ(borrower.Status(), std::uint32_t{JStream::kGood}) << "closing leaves good alone";
-    EXPECT_EQ(borrower.CloseResult().code, kFtpConnectionLost);
-    EXPECT_FALSE(session.IsConnected());
-    session.Connect(account);
-    EXPECT_TRUE(borrower.IsConnected());
 }
 
 TEST_F(FtpStreamTest, TestsTheConnectionInSilence) {

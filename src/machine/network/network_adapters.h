@@ -9,8 +9,8 @@
 namespace orma {
 
 /// What the module of the network brings: the adapters that stand on libcurl and OpenSSL. They and
-/// the thirty libraries below them are 5 MB of memory and most of the time in which the command line
-/// starts, and most days of a recorder see no network: so they are loaded on first use.
+/// the thirty libraries below them are 5 MB of memory and most of the time in which the command
+/// line starts, and most days of a recorder see no network: so they are loaded on first use.
 struct NetworkAdapters {
     std::unique_ptr<FtpClients> ftp;
     std::unique_ptr<FtpClients> liveFtp;  // waits as long as a recording's queue holds out

@@ -13,7 +13,7 @@ Picture Faded(Picture picture, Colour ground) {
         return mixed << shift;
     };
     const Pixel under = PixelOf(ground);
-    for (Pixel& pixel : picture.pixels)
+    for (Pixel& pixel : picture.indices.empty() ? picture.pixels : picture.palette)
         pixel = mix(pixel, under, 16) | mix(pixel, under, 8) | mix(pixel, under, 0);
     return picture;
 }

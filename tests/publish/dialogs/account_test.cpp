@@ -19,55 +19,28 @@ FtpDestination Ftp(const Text& name, const Text& server, std::uint32_t security 
     return {server, u"u-" + name, u"p-" + name, u"f-" + name, 1, name, security};
 }
 
-TEST(AccountChoicesTest, FtpLinesEndAtTheFirstEmptyNameAndSkipEntriesWithoutAServer) {
+TEST(AccountChoicesTest, LinesEndAtTheFirstEmptyNameAndSkipWhatIsNoAccount) {
     SettingsRecord settings;
     EXPECT_FALSE(FtpChoices(settings).selected);
     settings.Ftp[0] = Ftp(u"day", u"a");
     settings.Ftp[1] = Ftp(u"unused", u"");
     settings.Ftp[2] = Ftp(u"night", u"b:2121");
     settings.Ftp[4] = Ftp(u"behind the gap", u"c");
-    settings.CurrentFtpName = u"gone";
-    const AccountChoices none = FtpChoices(settings);
-    EXPECT_THAT(Names(none), ElementsAre(u"day", u"night"));
-    EXPECT_EQ(none.selected, 0U);
-    EXPECT_EQ(none.text, u"gone");
     settings.CurrentFtpName = u"night";
-    const AccountChoices night = FtpChoices(settings);
-    EXPECT_EQ(night.selected, 1U);
-    EXPECT_EQ(night.EntryAt(night.selected), 2U);
-    EXPECT_FALSE(night.EntryAt(2));
-}
+    const AccountChoices ftp = FtpChoices(settings);
+    EXPECT_THAT(Names(ftp), ElementsAre(u"day", u"night"));
+    EXPECT_EQ(ftp.selected, 1U);
+    EXPECT_EQ(ftp.EntryAt(1), 2U);
+    EXPECT_FALSE(ftp.EntryAt(2));
 
-TEST(AccountChoicesTest, SmtpLinesTakeTheServerForAMissingNameAndAreAlwaysFive) {
-    SettingsRecord settings;
-    settings.Smtp[0].Server = u"mail.a";
+    settings.Smtp[0].Server = u"mail.a";  // lends its name
     settings.Smtp[1].Name = u"second";
     settings.Smtp[3].Name = u"behind the gap";
     settings.CurrentSmtpName = u"Empty";  // a placeholder is no account
-    const AccountChoices choices = SmtpChoices(settings);
-    EXPECT_THAT(Names(choices), ElementsAre(u"mail.a", u"second", u"Empty", u"Empty", u"Empty"));
-    EXPECT_FALSE(choices.selected);
-    EXPECT_FALSE(choices.EntryAt(2));
-    UseSmtpEntry(settings, 0);
-    EXPECT_EQ(SmtpChoices(settings).selected, 0U);
-}
-
-TEST(CurrentAccountsTest, AChosenFtpEntryIsTheAccountInUseWithItsProtection) {
-    SettingsRecord settings;
-    settings.CaFile = u"ca.pem";
-    settings.Ftp[0] = Ftp(u"open", u"host");
-    settings.Ftp[1] = Ftp(u"safe", u"host", 1);
-    UseFtpEntry(settings, 1);
-    const FtpAccount safe = CurrentFtpAccount(settings);
-    EXPECT_EQ(safe.server, u"host");
-    EXPECT_EQ(safe.user, u"u-safe");
-    EXPECT_EQ(safe.password, u"p-safe");
-    EXPECT_EQ(safe.folder, u"f-safe");
-    EXPECT_TRUE(safe.passive);
-    EXPECT_EQ(safe.security, TransportSecurity::kUpgrade);
-    EXPECT_EQ(safe.caFile, u"ca.pem");
-    UseFtpEntry(settings, 0);
-    EXPECT_EQ(CurrentFtpAccount(settings).security, TransportSecurity::kNone);
+    const AccountChoices smtp = SmtpChoices(settings);
+    EXPECT_THAT(Names(smtp), ElementsAre(u"mail.a", u"second", u"Empty", u"Empty", u"Empty"));
+    EXPECT_FALSE(smtp.selected);
+    EXPECT_FALSE(smtp.EntryAt(2));
 }
 
 TEST(CurrentAccountsTest, ProtectionThatAnEntryAsksForIsNotLostByAForeignName) {
@@ -95,9 +68,10 @@ TEST(CurrentAccountsTest, ProtectionThatAnEntryAsksForIsNotLostByAForeignName) {
             << ToUtf8(c.server) << " " << ToUtf8(c.name);
         EXPECT_EQ(CurrentFtpAccount(settings).server, c.server);
     }
+    UseFtpEntry(settings, 1);
     settings.FtpServer.clear();
-    settings.CurrentFtpName = u"safe";
     EXPECT_EQ(CurrentFtpAccount(settings).server, u"secret");
+    EXPECT_EQ(CurrentFtpAccount(settings).password, u"p-safe");
     settings.CurrentFtpName = u"gone";
     EXPECT_EQ(CurrentFtpAccount(settings).server, u"");
 }

@@ -6,38 +6,16 @@ namespace orma::test {
 namespace {
 
 Size SizeOf(int number) {
-    switch (number) {
-        case 500:
-        case 501:
-        case 502:
-            return {1, 80};
-        case 503:
-        case 504:
-        case 505:
-        case 506:
-        case 507:
-        case 508:
-            return {16, 12};
-        case 511:
-            return {5, 5};
-        case 512:
-        case 513:
-        case 514:
-            return {10, 10};
-        case 515:
-        case 517:
-            return {35, 22};
-        case 516:
-            return {33, 21};
-        case 518:
-            return {35, 23};
-        case 519:
-            return {38, 20};
-        case 520:
-            return {75, 50};
-        default:
-            return {240, 270};
-    }
+    const struct {
+        int first, last;
+        Size size;
+    } sizes[] = {{500, 502, {1, 80}},  {503, 508, {16, 12}}, {511, 511, {5, 5}},
+                 {512, 514, {10, 10}}, {515, 515, {35, 22}}, {516, 516, {33, 21}},
+                 {517, 517, {35, 22}}, {518, 518, {35, 23}}, {519, 519, {38, 20}},
+                 {520, 520, {75, 50}}};
+    for (const auto& some : sizes)
+        if (number >= some.first && number <= some.last) return some.size;
+    return {240, 270};
 }
 
 }  // namespace
