@@ -20,9 +20,11 @@ class NoBitmaps : public BuiltInBitmaps {
 void TryPicture(const Picture& picture) {
     const auto width = static_cast<std::size_t>(picture.width);
     const auto height = static_cast<std::size_t>(picture.height);
-    Require(picture.pixels.size() == width * height, "a pixel for each place");
-    for (const Pixel pixel : picture.pixels)
-        Require(pixel <= 0xFFFFFF, "no pixel beyond its three colours");
+    Require(picture.pixels.size() + picture.indices.size() == width * height,
+            "a pixel for each place");
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x)
+            Require(picture.At(x, y) <= 0xFFFFFF, "no pixel beyond its three colours");
 }
 
 }  // namespace

@@ -42,6 +42,7 @@ TEST(ImageTroubles, AMissingNetworkIsTold) {
         rig.settings.ImagePublishing = 1;
         rig.settings.PublishMethod = method;
         rig.settings.FtpServer = u"srv";
+        rig.settings.SmtpServer = u"srv";
         WriteFileBytes(rig.Path(u"boat.jpg"), Bytes(100, 0x5A));
         rig.dialogs.onShow = [&] {
             EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"boat.jpg")));
