@@ -162,6 +162,7 @@ void PublishJob::StoreCurrentRecording() {
 PublishOutcome PublishJob::Publish(const ClipList& clips, const Text& baseName, bool toFile,
                                    bool fast) {
     publishedPath_.clear();
+    sentSound_ = false;
     if (clips.Empty()) return PublishOutcome::kRefused;
     settings_ = PublishSettingsOf(s_.state.settings);
     const AudioStateKeeper keeper(s_.readers.audio);
@@ -183,6 +184,7 @@ PublishOutcome PublishJob::Publish(const ClipList& clips, const Text& baseName, 
     publishedPath_ = s_.writers.Context().publishedPath;
     const bool sent =
         outcome == PublishOutcome::kPublished || outcome == PublishOutcome::kUnverified;
+    sentSound_ = sent;
     if (!sent || toFile) return outcome;
     if (fast) settings_.imagePublishing = false;
     const PublishOutcome companions = SendCompanions(baseName);

@@ -63,6 +63,9 @@ class PublishJob {
     /// The final path of the last publication to a file; empty when it was not published.
     [[nodiscard]] const Text& PublishedPath() const { return publishedPath_; }
 
+    /// False when images or a text alone were sent, or nothing.
+    [[nodiscard]] bool HasSentSound() const { return sentSound_; }
+
   private:
     enum class Mode { kNormal, kToFile, kFast };
 
@@ -93,6 +96,7 @@ class PublishJob {
     PublishSettings settings_;
     Mp2Bitrate outputBitrate_;
     Text publishedPath_;
+    bool sentSound_ = false;
 };
 
 }  // namespace orma

@@ -77,8 +77,7 @@ void NewProject(Shell& shell, std::uint32_t) {
     const Application& app = shell.App();
     const Text set = AsFolder(app.settings.ProjectsFolder);
     const Text folder = VisibleFolder(shell, set == app.programFolder ? app.project.Folder() : set);
-    const Text name = FreeProjectName(app.ports.storage, folder, app.project.Name());
-    const Text proposed = folder + name + u".opr";
+    const Text proposed = folder + app.project.Name() + u".opr";
     if (RunOnFile(shell, &Dialogs::NewProject, proposed, MenuNewProject))
         shell.SelectScreen(ScreenIndex::kRecorder);
 }
@@ -154,7 +153,7 @@ void Record(Shell& shell, std::uint32_t) {
 
 using PublishOperation = PublishOutcome (PublishJob::*)(bool busy);
 
-template <PublishOperation kOperation, bool kWithSound = true>
+template <PublishOperation kOperation>
 void Publish(Shell& shell, std::uint32_t) {
     if (shell.Publishing() == nullptr) return;
     Application& app = shell.App();
@@ -164,7 +163,7 @@ void Publish(Shell& shell, std::uint32_t) {
     const PublishOutcome outcome = (job.*kOperation)(busy);
     if (!busy) shell.Refresh();
     if (outcome != PublishOutcome::kPublished) return;
-    if (const auto note = NoteOf(job, app, kWithSound)) shell.ShowNote(*note);
+    if (const auto note = NoteOf(job, app)) shell.ShowNote(*note);
 }
 
 /// A recording in which nothing is selected is meant whole, as a clip without an end is.
@@ -181,7 +180,7 @@ void PublishClip(Shell& shell, std::uint32_t notification) {
 }
 
 void PublishImage(Shell& shell, std::uint32_t) {
-    if (!IsBusy(shell.App())) Publish<&PublishJob::MenuPublishImage, false>(shell, 0);
+    if (!IsBusy(shell.App())) Publish<&PublishJob::MenuPublishImage>(shell, 0);
 }
 
 struct Row {

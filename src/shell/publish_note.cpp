@@ -5,7 +5,8 @@
 
 namespace orma {
 
-std::optional<Note> NoteOf(const PublishJob& job, const Application& app, bool withSound) {
+std::optional<Note> NoteOf(const PublishJob& job, const Application& app) {
+    const bool withSound = job.HasSentSound();
     if (withSound && !job.PublishedPath().empty())
         return Note{u"Published to a file", job.PublishedPath()};
     switch (PublishSettingsOf(app.settings).method) {

@@ -9,8 +9,7 @@
 namespace orma {
 
 /// What a job delivered that has just ended as published; it says no more than was confirmed.
-/// Nothing for mail via the outbox: a box tells of each message. `withSound`: not images alone.
-[[nodiscard]] std::optional<Note> NoteOf(const PublishJob& job, const Application& app,
-                                         bool withSound);
+/// Nothing for mail via the outbox: a box tells of each message.
+[[nodiscard]] std::optional<Note> NoteOf(const PublishJob& job, const Application& app);
 
 }  // namespace orma

@@ -65,11 +65,14 @@ TEST_F(CompanionsTest, GoAloneUnderTheirOwnNamesOrAsMailsOfTheirOwn) {
     EXPECT_EQ(rig.server.files.size(), 2U);
     // Nothing is selected: the images are all that there is.
     rig.server.files.clear();
-    ASSERT_EQ(rig.Job().MenuPublishClip(false), PublishOutcome::kPublished);
+    PublishJob job = rig.Job();
+    ASSERT_EQ(job.MenuPublishClip(false), PublishOutcome::kPublished);
+    EXPECT_FALSE(job.HasSentSound());
     EXPECT_EQ(rig.server.files[u"talk_01.jpg"], image);
     rig.settings.PublishMethod = 2;
     rig.ExpectMails(3);
-    ASSERT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kPublished);
+    ASSERT_EQ(job.MenuPublishCliplist(false), PublishOutcome::kPublished);
+    EXPECT_TRUE(job.HasSentSound());
     EXPECT_THAT(rig.Boxes(), IsEmpty());
     const std::vector<Bytes> attachments = rig.Attachments();
     ASSERT_EQ(attachments.size(), 3U);

@@ -81,7 +81,7 @@ TEST(Commands, FilesAreHandledByPathAndTheScreenShowsWhatIsCurrentThen) {
     desk.dialogs.answers = {desk.folder.Path(u"pier.opr")};
     desk.editor.isOpen = true;
     EXPECT_TRUE(desk.Run(Command::kNewProject));
-    EXPECT_EQ(desk.dialogs.proposed, desk.folder.Path(u"city1-.opr"));
+    EXPECT_EQ(desk.dialogs.proposed, desk.folder.Path(u"city.opr"));
     EXPECT_EQ(app.project.Name(), u"pier");
     EXPECT_EQ(desk.shell.CurrentScreen(), ScreenIndex::kRecorder);
     EXPECT_FALSE(desk.editor.isOpen);
@@ -127,8 +127,6 @@ TEST(Commands, WhatIsSavedIsProposedWhereTheUserFindsItAgain) {
     app.settings.ProjectsFolder = hidden;  // as settings have it that name none
     app.project.SetPath(hidden, u"default");
     EXPECT_EQ(proposed(Command::kNewProject), documents + u"default.opr");
-    WriteFileBytes(documents + u"default.opr", {});
-    EXPECT_EQ(proposed(Command::kNewProject), documents + u"default1-.opr");
 
     app.recording.audioPath = hidden + u"default00.wav";
     app.recording.length = app.recording.selectionEnd = 30;
