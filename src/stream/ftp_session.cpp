@@ -32,7 +32,9 @@ void FtpSession::Connect(const FtpAccount& account, FtpManner manner) {
     Close();
     client_ = services_.clients.Create(services_.patience, result_);
     if (client_ == nullptr) {
-        Fail(u"InternetOpen", manner);
+        // A fault of this machine, which no further attempt mends: told also where those of the
+        // network are passed over.
+        if (!manner.silent) services_.report.ReportSystemFailure(u"InternetOpen", result_.code);
         return;
     }
     result_ = {};

@@ -196,66 +196,67 @@ bool JStreamsmtp::Offers(std::string_view keyword, std::string_view value) const
 SmtpOpenResult JStreamsmtp::LogIn(const SmtpAccount& account) {
     const std::string user = ToWindows1252(account.user);
     const std::string password = ToWindows1252(account.password);
-    bool accepted = false;
-    if (wholeReplies_) {
-        // Asked now, while the greeting is the last reply.
-        const bool challenge = Offers("AUTH", "CRAM-MD5");
-        const bool login = Offers("AUTH", "LOGIN");
-        if (!challenge && !login) return SmtpOpenResult::kNoLogIn;
-        accepted = LogInAsOffered(user, password, challenge, login);
-    } else {
-        accepted = LogInUnasked(user, password);
-    }
-    return accepted ? SmtpOpenResult::kOk : SmtpOpenResult::kLogInRefused;
+    if (!wholeReplies_) return LogInUnasked(user, password);
+    // Asked now, while the greeting is the last reply.
+    const bool challenge = Offers("AUTH", "CRAM-MD5");
+    const bool login = Offers("AUTH", "LOGIN");
+    if (!challenge && !login) return SmtpOpenResult::kNoLogIn;
+    return LogInAsOffered(user, password, challenge, login);
 }
 
 /// In clear text CRAM-MD5 is always tried first, and only a refusal of name or password, 535, leads
 /// to LOGIN, where the prompts are not looked at.
-bool JStreamsmtp::LogInUnasked(const std::string& user, const std::string& password) {
+SmtpOpenResult JStreamsmtp::LogInUnasked(const std::string& user, const std::string& password) {
     SendLine("AUTH CRAM-MD5");
     ReadReply();
     std::array<char, 64> word{};
     (void)std::sscanf(reply_.c_str(), "%*d %63s", word.data());
-    AnswerChallenge(word.data(), user, password);
+    if (!AnswerChallenge(word.data(), user, password)) return SmtpOpenResult::kNoDigest;
     ReadReply();
-    if (ReplyHas("235")) return true;
-    if (!ReplyHas("535")) return false;
+    if (ReplyHas("235")) return SmtpOpenResult::kOk;
+    if (!ReplyHas("535")) return SmtpOpenResult::kLogInRefused;
     SendLine("AUTH LOGIN");
     (void)Expect("334");
     SendLine("%s", Base64(user).c_str());
     (void)Expect("334");
     SendLine("%s", Base64(password).c_str());
-    return Expect("235");
+    return Expect("235") ? SmtpOpenResult::kOk : SmtpOpenResult::kLogInRefused;
 }
 
 /// Name and password go only to a server that asks for them.
-bool JStreamsmtp::LogInAsOffered(const std::string& user, const std::string& password,
-                                 bool challenge, bool login) {
+SmtpOpenResult JStreamsmtp::LogInAsOffered(const std::string& user, const std::string& password,
+                                           bool challenge, bool login) {
+    constexpr SmtpOpenResult kRefused = SmtpOpenResult::kLogInRefused;
     if (challenge) {
         SendLine("AUTH CRAM-MD5");
         if (Expect("334")) {
-            AnswerChallenge(ChallengeOf(LastLine(reply_)), user, password);
-            if (Expect("235")) return true;
-            if (!ReplyHas("535")) return false;
+            if (!AnswerChallenge(ChallengeOf(LastLine(reply_)), user, password))
+                return SmtpOpenResult::kNoDigest;
+            if (Expect("235")) return SmtpOpenResult::kOk;
+            if (!ReplyHas("535")) return kRefused;
         }
-        if (!socket_.Has(kGood)) return false;
+        if (!socket_.Has(kGood)) return kRefused;
     }
-    if (!login) return false;
+    if (!login) return kRefused;
     SendLine("AUTH LOGIN");
-    if (!Expect("334")) return false;
+    if (!Expect("334")) return kRefused;
     SendLine("%s", Base64(user).c_str());
-    if (!Expect("334")) return false;
+    if (!Expect("334")) return kRefused;
     SendLine("%s", Base64(password).c_str());
-    return Expect("235");
+    return Expect("235") ? SmtpOpenResult::kOk : kRefused;
 }
 
-void JStreamsmtp::AnswerChallenge(const std::string& word, const std::string& user,
+bool JStreamsmtp::AnswerChallenge(const std::string& word, const std::string& user,
                                   const std::string& password) {
     Trace("greet: %s", Printable(word).c_str());
     const std::string challenge = FromBase64(word);
     std::array<std::uint8_t, 16> digest{};
-    if (!services_.hash.HmacMd5(AsBytes(password), AsBytes(challenge), digest))
+    if (!services_.hash.HmacMd5(AsBytes(password), AsBytes(challenge), digest)) {
         Trace("smtp: no MD5 on this system");
+        SendLine("*");
+        ReadReply();
+        return false;
+    }
     std::string text;
     for (const std::uint8_t byte : digest)
         text += Format("%02x", byte);
@@ -265,6 +266,7 @@ void JStreamsmtp::AnswerChallenge(const std::string& word, const std::string& us
     Trace("challenge: %s", Printable(challenge).c_str());
     Trace("digest: ***");  // with the challenge it would let the password be guessed at leisure
     SendLine("%s", Base64(user + " " + text).c_str());
+    return true;
 }
 
 int JStreamsmtp::StartMessage(const MailMessage& message) {

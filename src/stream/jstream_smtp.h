@@ -23,8 +23,9 @@ enum class SmtpOpenResult : int {
     kExpired = 9,
     kUntrusted = 10,
     kHandshake = 11,
-    kGivenUp = 12,  // Patience was at its end
-    kNoLogIn = 13,  // TLS, and the server lists no log-in that is known here
+    kGivenUp = 12,   // Patience was at its end
+    kNoLogIn = 13,   // TLS, and the server lists no log-in that is known here
+    kNoDigest = 14,  // this system refuses to compute the answer to CRAM-MD5
 };
 
 /// What the user is told of it.
@@ -71,14 +72,18 @@ class JStreamsmtp : public JStream {
     [[nodiscard]] bool Greet(bool isPlain);
     [[nodiscard]] SmtpOpenResult Upgrade(const SmtpAccount& account);
     [[nodiscard]] SmtpOpenResult LogIn(const SmtpAccount& account);
-    [[nodiscard]] bool LogInUnasked(const std::string& user, const std::string& password);
-    [[nodiscard]] bool LogInAsOffered(const std::string& user, const std::string& password,
-                                      bool challenge, bool login);
+    [[nodiscard]] SmtpOpenResult LogInUnasked(const std::string& user, const std::string& password);
+    [[nodiscard]] SmtpOpenResult LogInAsOffered(const std::string& user,
+                                                const std::string& password, bool challenge,
+                                                bool login);
 
     /// True when the server's greeting, the last reply, lists an extension, with a certain value.
     [[nodiscard]] bool Offers(std::string_view keyword, std::string_view value = {}) const;
-    void AnswerChallenge(const std::string& word, const std::string& user,
-                         const std::string& password);
+
+    /// False where this system has no digest: the log-in is called off (RFC 4954, 4), and none that
+    /// tells the password follows, for the server was not asked.
+    [[nodiscard]] bool AnswerChallenge(const std::string& word, const std::string& user,
+                                       const std::string& password);
 
     /// What the reply to the recipient means, as StartMessage returns it.
     [[nodiscard]] int RefusedRecipient();

@@ -19,6 +19,7 @@ Text TextOf(SmtpOpenResult result) {
         {kUntrusted, u"Certificate of the server\nis not trusted."},
         {kHandshake, u"No TLS connection\nwith the server."},
         {kNoLogIn, u"Server offers no log-in\nthat is known here."},
+        {kNoDigest, u"No log-in: this system\nrefuses MD5."},
     };
     for (const auto& [known, text] : kTexts)
         if (known == result) return text;

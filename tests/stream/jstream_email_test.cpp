@@ -172,6 +172,21 @@ TEST_F(JStreamEmailTest, ACodeCountsWhereverItStands250First) {
     EXPECT_EQ(desk.boxes.shown.back().text, u"recipient not allowed, relaying denied");
 }
 
+TEST_F(JStreamEmailTest, WithoutADigestNoPasswordIsSentInItsPlace) {
+    struct NoHash : KeyedHash {
+        bool HmacMd5(ByteSpan, ByteSpan, std::array<std::uint8_t, 16>&) override { return false; }
+    } noHash;
+    MailServices services{desk.tcp,      desk.tls,      noHash,        desk.outbox,
+                          desk.services, desk.patience, desk.bytesSent};
+    JStreamEMAIL without{services};
+    AskForLogIn();
+    desk.tcp.replies = {"220 here\r\n", "250 hello\r\n", "334 PDE+\r\n", "535 called off\r\n"};
+    EXPECT_FALSE(without.OpenMail(delivery, message));
+    EXPECT_THAT(desk.tcp.Sent(), testing::StartsWith("HELO localdomain\r\nAUTH CRAM-MD5\r\n*\r\n"));
+    EXPECT_THAT(desk.tcp.Sent(), Not(HasSubstr("LOGIN")));
+    EXPECT_EQ(desk.boxes.Texts(), std::vector<Text>{u"No log-in: this system\nrefuses MD5."});
+}
+
 TEST_F(JStreamEmailTest, NoTextFromOutsideBecomesALineOfItsOwn) {
     desk.tcp.replies = kPlainServer;
     message.subject = u"a\r\nBcc: all@x.org";
