@@ -3,14 +3,15 @@
 #include <cerrno>
 #include <utility>
 
+#include "machine/network/network_entry.h"
 #include "platform/posix/loaded_module.h"
 
 namespace orma {
 
 const NetworkAdapters& LoadedNetwork::Module::Adapters() {
     std::call_once(tried_, [this] {
-        void* const open = FindInModule(kNetworkModule, "OrmaOpenNetwork");
-        if (open != nullptr) reinterpret_cast<decltype(&OrmaOpenNetwork)>(open)(adapters_);
+        void* const open = FindInModule(kNetworkModule, kNetworkEntry);
+        if (open != nullptr) reinterpret_cast<decltype(&ORMA_NETWORK_ENTRY)>(open)(adapters_);
     });
     return adapters_;
 }

@@ -18,10 +18,4 @@ struct NetworkAdapters {
     std::unique_ptr<KeyedHash> hash;
 };
 
-/// The one name that the module exports; fills `adapters`, which must not outlive the module.
-extern "C" void OrmaOpenNetwork(NetworkAdapters& adapters);
-
-/// Where the module lies, seen from the folder of the program.
-inline constexpr const char* kNetworkModule = "../lib/orma-edit/network.so";
-
 }  // namespace orma

@@ -1,4 +1,4 @@
-#include "machine/network/network_adapters.h"
+#include "machine/network/network_entry.h"
 #include "platform/curl/curl_ftp_clients.h"
 #include "platform/openssl/openssl_keyed_hash.h"
 #include "platform/openssl/openssl_tls.h"
@@ -11,7 +11,7 @@ constexpr FtpLimits kLiveLimits{.connectMs = 90'000, .replyMs = 120'000, .stallM
 
 }  // namespace
 
-__attribute__((visibility("default"))) void OrmaOpenNetwork(NetworkAdapters& adapters) {
+__attribute__((visibility("default"))) void ORMA_NETWORK_ENTRY(NetworkAdapters& adapters) {
     adapters = {.ftp = std::make_unique<CurlFtpClients>(),
                 .liveFtp = std::make_unique<CurlFtpClients>(kLiveLimits),
                 .tls = std::make_unique<OpensslTlsConnections>(),
