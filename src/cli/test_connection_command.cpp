@@ -19,16 +19,19 @@ bool MailServerAnswers(Application& app, const SmtpAccount& account) {
     return false;
 }
 
-/// Whether the folder of an account that can log in is there.
-bool FolderIsThere(Application& app, const FtpAccount& account) {
-    const FtpResult result = TestFtpAccount(account, *app.ftp).result;
+bool FtpAccountWorks(Application& app, const FtpAccount& account) {
+    const auto [loggedIn, result] = TestFtpAccount(account, *app.ftp);
     if (result.Ok()) return true;
-    app.report.ShowError(u"The server has no such folder:\n" + account.folder +
-                         (result.reply.empty() ? Text() : u"\n" + result.reply));
+    if (result.code == kFtpCancelled) return false;
+    if (loggedIn && (result.code == kFtpRefused || result.code == kFtpBadName))
+        app.report.ShowError(u"Logged in, but not into the folder\n" + account.folder +
+                             (result.reply.empty() ? Text() : u"\n" + result.reply));
+    else
+        app.report.ReportInternetFailure(u"InternetConnect", result.code, result.reply);
     return false;
 }
 
-/// Logs in and out again; why that fails goes to the boxes.
+/// Logs in, looks for an FTP account's folder, and leaves; why that fails goes to the boxes.
 int TestDestination(const Globals& globals, const std::string& accountName) {
     Environment environment(globals);
     Application& app = environment.App();
@@ -45,9 +48,7 @@ int TestDestination(const Globals& globals, const std::string& accountName) {
     if (!mail && account.server.empty()) throw std::runtime_error("no FTP destination is in use");
 
     const bool reachable =
-        TestConnection(static_cast<int>(settings.PublishMethod), account, *app.ftp,
-                       [&] { return MailServerAnswers(app, mailAccount); }, {.silent = false}) &&
-        (mail || account.folder.empty() || FolderIsThere(app, account));
+        mail ? MailServerAnswers(app, mailAccount) : FtpAccountWorks(app, account);
     Print({{"name", ToJson(mail ? settings.CurrentSmtpName : settings.CurrentFtpName)},
            {"server", ToJson(mail ? mailAccount.server : account.server)},
            {"reachable", reachable}},
