@@ -48,8 +48,8 @@ class MainWindow {
     /// A screen reader says it; nothing else happens.
     virtual void Announce(const Text& text) = 0;
 
-    /// Tells over the page how something ended well, for some seconds or until the user does the
-    /// next thing; a screen reader says it. Unlike a box it wants no answer.
+    /// Tells over the page how something ended well, until the user does the next thing; a screen
+    /// reader says it. Unlike a box it wants no answer.
     virtual void ShowNote(const Note& note) = 0;
 
     /// The width and height of the display, pixels.

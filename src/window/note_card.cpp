@@ -1,7 +1,10 @@
 #include "window/note_card.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QPainter>
+#include <QTimer>
+#include <algorithm>
 #include <cmath>
 
 #include "window/dialogs/dialog_look.h"
@@ -10,10 +13,9 @@
 namespace orma {
 namespace {
 
-constexpr int kShownMs = 12'000;  // time to read a long path
-constexpr int kOutside = 8;       // pixels between the card and the page's edges
-constexpr int kInside = 10;       // between the card's edge and what stands on it
-constexpr int kTick = 20;         // diameter of the disc with the tick
+constexpr int kOutside = 8;  // pixels between the card and the page's edges
+constexpr int kInside = 10;  // between the card's edge and what stands on it
+constexpr int kTick = 20;    // diameter of the disc with the tick
 constexpr int kGap = 8;
 constexpr int kLeft = kInside + kTick + kGap;
 
@@ -52,6 +54,14 @@ int LayOut(QTextLayout& layout, int width) {
     return static_cast<int>(std::ceil(height));
 }
 
+/// Not the modifiers with which one leaves for another window, and not a key that is still held.
+bool IsStroke(const QEvent& event) {
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    constexpr int kModifiers[] = {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_AltGr,
+                                  Qt::Key_Meta};
+    return !key.isAutoRepeat() && std::ranges::count(kModifiers, key.key()) == 0;
+}
+
 /// A disc as the lit keys are, with a tick.
 void DrawTick(QPainter& painter, const QRectF& disc) {
     painter.setPen(Qt::NoPen);
@@ -85,17 +95,15 @@ NoteCard::NoteCard(QWidget& page, const Note& note)
     detailTop_ = kInside + LayOut(headline_, room) + 2;
     setGeometry(kOutside, kOutside, width, detailTop_ + LayOut(detail_, room) + kInside);
     setAccessibleName(ToQt(note.headline + u". " + note.detail));
-    qApp->installEventFilter(this);
-    end_.setSingleShot(true);
-    connect(&end_, &QTimer::timeout, this, &QObject::deleteLater);
-    end_.start(kShownMs);
+    // Behind the keys that were pressed during the job: nobody saw the card then.
+    QTimer::singleShot(0, this, [this] { qApp->installEventFilter(this); });
 }
 
 NoteCard::~NoteCard() = default;
 
 bool NoteCard::eventFilter(QObject* watched, QEvent* event) {
-    const bool acts =
-        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress;
+    const bool acts = event->type() == QEvent::MouseButtonPress ||
+                      (event->type() == QEvent::KeyPress && IsStroke(*event));
     if (acts && isVisible()) {
         hide();
         deleteLater();

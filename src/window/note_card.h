@@ -1,16 +1,15 @@
 #pragma once
 
 #include <QTextLayout>
-#include <QTimer>
 #include <QWidget>
 
 #include "shell/note.h"
 
 namespace orma {
 
-/// A card at the upper edge of the page that tells how something ended well. It goes after some
-/// seconds, or when the user presses a key or a button anywhere in the program, which does what it
-/// does all the same: it never stands in the way. UI thread.
+/// A card at the upper edge of the page that tells how something ended well. It goes when
+/// the user presses a key or a button anywhere in the program, which does what it does all the
+/// same: it never stands in the way. UI thread.
 class NoteCard : public QWidget {
   public:
     /// Shows the note over the page in place of one that is still shown.
@@ -28,7 +27,6 @@ class NoteCard : public QWidget {
     QTextLayout headline_;
     QTextLayout detail_;
     int detailTop_ = 0;
-    QTimer end_;
 };
 
 }  // namespace orma
