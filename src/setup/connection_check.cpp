@@ -20,7 +20,7 @@ Text ServerWords(const FtpResult& result) {
 }
 
 /// Why no connection or log-in came about.
-Text FtpWords(const FtpResult& result, const Text& server) {
+Text FtpWords(const FtpResult& result, const Text& server, Storage& storage) {
     const Text said = ServerWords(result);
     switch (result.code) {
         case kFtpTimeout:
@@ -49,7 +49,8 @@ Text FtpWords(const FtpResult& result, const Text& server) {
         case kFtpNotSecure:
             return u"No TLS connection with the server: mostly a wrong port or kind of protection.";
         default:
-            return FormatText("No connection (%u).", static_cast<unsigned>(result.code));
+            return FormatText("No connection (%u). ", static_cast<unsigned>(result.code)) +
+                   storage.ErrorText(result.code);
     }
 }
 
@@ -64,7 +65,7 @@ ConnectionVerdict CheckFtpAccount(const FtpAccount& account, const NetworkPorts&
     if (loggedIn && (result.code == kFtpRefused || result.code == kFtpBadName))
         return {End::kRefused,
                 u"Logged in, but not into the folder " + account.folder + ServerWords(result)};
-    return {End::kRefused, FtpWords(result, account.server)};
+    return {End::kRefused, FtpWords(result, account.server, files.storage)};
 }
 
 ConnectionVerdict CheckMailAccount(const SmtpAccount& account, const NetworkPorts& network,

@@ -104,7 +104,7 @@ QWidget* AccountPage::MakeAccount(SetupFields rows) {
                       [this](const std::string& setting) { Edited(setting); }, {.labelWidth = 76});
     column->addWidget(form_);
     test_ = new QPushButton(QStringLiteral("Test"));
-    test_->setAccessibleDescription(QStringLiteral("Logs in at the server and out again."));
+    test_->setAccessibleDescription(QStringLiteral("Tries to log in with what stands here."));
     connect(test_, &QPushButton::clicked, this, [this] { Test(); });
     verdict_ = new QLabel;
     verdict_->setTextFormat(Qt::PlainText);

@@ -21,6 +21,7 @@
 #include "window/dialogs/dialog_parts.h"
 #include "window/dialogs/qt_text.h"
 #include "window/setup/account_page.h"
+#include "window/setup/connection_wait.h"
 #include "window/setup/equalizer_page.h"
 
 namespace orma {
@@ -304,8 +305,12 @@ void SetupWindow::closeEvent(QCloseEvent* event) {
 
 bool SetupWindow::EndOnRequest(int patienceMs) {
     if (!document_.IsChanged()) return true;
+    if (ending_) return false;  // the question stands already, and will end by itself
     Fate fate = Fate::kUnanswered;
+    if (auto* const test = dynamic_cast<ConnectionWait*>(QApplication::activeModalWidget()))
+        test->reject();
     if (!asking_ && QApplication::activeModalWidget() == nullptr) {
+        const QScopedValueRollback ending(ending_, true);
         Raise();
         fate =
             AskForChanges(QStringLiteral("The program is to end. Save the changes?"), patienceMs);

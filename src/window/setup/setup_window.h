@@ -83,6 +83,7 @@ class SetupWindow : public QWidget {
     std::set<std::string> touched_;  // settings that were edited: their faults are shown at once
     bool showAllFaults_ = false;     // after an attempt to save
     bool asking_ = false;
+    bool ending_ = false;  // the question that the end of the session asks is open
 
     QListWidget* titles_;
     QStackedWidget* stack_;
