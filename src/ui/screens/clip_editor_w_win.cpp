@@ -18,9 +18,6 @@ struct Letters {
 };
 constexpr Letters kLetters[] = {{12, 11}, {12, 10}, {11, 10}, {11, 9}, {10, 9}};
 
-// Length, time and date of a description; behind them stands a folder at most.
-constexpr std::size_t kDated = 22;
-
 }  // namespace
 
 void ClipEditorWWin::RightDown(Point /*at*/) {
@@ -259,7 +256,12 @@ bool ClipEditorWWin::ShowsDates(const ClipListContent& content) const {
     Canvas& canvas = OwnScene().canvas;
     int widest = 0;
     for (std::size_t row = 0; row < content.clips; ++row) {
-        const Text dated = content.rows[row][dates].substr(0, kDated);
+        const DateTime& made = s_.project.Clips().At(static_cast<std::int32_t>(row)).fileTime;
+        const Text year = FormatText("/%02d/%04d", made.month, made.year);
+        const Text& text = content.rows[row][dates];
+        const std::size_t at = text.find(year);
+        if (at == Text::npos) continue;  // the setting leaves dates out
+        const Text dated = text.substr(0, at + year.size());
         widest = std::max(widest, canvas.Measure(dated, content.texts).width);
     }
     const int header = detailed_ ? look_.rowHeight + look_.scrollBar : 0;
