@@ -7,7 +7,7 @@ if(ORMA_WARNINGS_AS_ERRORS)
 endif()
 target_include_directories(orma_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
-set(ORMA_SMALL_CODE "" CACHE STRING "Options for code that no sample and no pixel passes through")
+set(ORMA_SMALL_CODE "" CACHE STRING "Options for code of which size counts more than speed")
 
 # orma_library(NAME [SMALL] [USES target...]): a static library of every .cpp file in the calling
 # folder; SMALL where size counts more than speed. A folder of headers alone becomes an interface
