@@ -91,7 +91,7 @@ def breaks_and_refusals(kind):
         equal(reporter.json("test-connection")["reachable"], True, f"{name}, connection test")
         reporter.use(server.account(folder="/nowhere"))
         done = reporter.run("test-connection", expect=1)
-        check("no such folder: /nowhere 550" in done.stderr, f"{name}, folder: {done.stderr}")
+        check("not into the folder /nowhere 550" in done.stderr, f"{name}, folder: {done.stderr}")
         reporter.use(server.account())
         job.whole(no_accident)
         job.whole(longer_one_before)

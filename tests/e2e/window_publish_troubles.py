@@ -43,7 +43,7 @@ def records(reporter, user):
 
 def unchanged(reporter, user, what):
     user.no_box()
-    user.tool("key", "Shift_L")  # with which a card that tells of success goes
+    user.tool("key", "F9")  # with which a card that tells of success goes
     time.sleep(0.3)
     check(user.looks(reporter, "end") == user.start_looks, f"{what}: the screen is not as before")
 

@@ -70,7 +70,7 @@ def deliver(desk, user, stored):
     time.sleep(1)
     user.no_box()
     check(user.looks(desk, "told") != before, "nothing tells that it went well")
-    user.tool("key", "Shift_L")
+    user.tool("key", "F9")
     time.sleep(0.3)
     check(user.looks(desk, "after") == before, "the editor is not back as it was")
     user.choose("Publish", "Cliplist to File")
