@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
 
 #include "base/trace.h"
+#include "stream/smtp_reply.h"
 
 namespace orma {
 namespace {
@@ -34,42 +34,6 @@ constexpr std::array<Refusal, 6> kRefusals = {{
      "smtp: 451, recipient not allowed, relaying denied"},
 }};
 
-/// What a server sent, fit for a trace line.
-std::string Printable(std::string text) {
-    std::ranges::replace_if(
-        text, [](char unit) { return unit < ' ' || unit > '~'; }, '.');
-    return text;
-}
-
-/// The end of the first complete reply in `text`: behind the line whose code no hyphen follows;
-/// npos while it is not there.
-std::size_t EndOfReply(std::string_view text) {
-    std::size_t line = 0;
-    while (true) {
-        const std::size_t end = text.find('\n', line);
-        if (end == std::string_view::npos) return end;
-        if (end - line < 4 || text[line + 3] != '-') return end + 1;
-        line = end + 1;
-    }
-}
-
-/// The last line of the first complete reply, without its line end; empty while none is there. Its
-/// code is the reply's.
-std::string_view LastLine(std::string_view text) {
-    const std::size_t end = EndOfReply(text);
-    if (end == std::string_view::npos) return {};
-    text = text.substr(0, end - 1);
-    const std::size_t before = text.rfind('\n');
-    return before == std::string_view::npos ? text : text.substr(before + 1);
-}
-
-/// The challenge in a reply that was read whole: the word behind the code, however long.
-std::string ChallengeOf(std::string_view line) {
-    line.remove_prefix(std::min<std::size_t>(line.size(), 4));
-    const std::size_t begin = std::min(line.find_first_not_of(" \t\r"), line.size());
-    return std::string(line.substr(begin, line.find_first_of(" \t\r", begin) - begin));
-}
-
 /// True when a line of the text is a single dot, which ends a message wherever it stands
 /// (RFC 5321, 4.1.1.4). Lines end as the most lenient server sees it.
 bool HoldsEndOfMessage(std::string_view body) {
@@ -81,19 +45,6 @@ bool HoldsEndOfMessage(std::string_view body) {
         if ((dot == 0 || isBreak(dot - 1)) && isBreak(dot + 1)) return true;
     }
     return false;
-}
-
-bool SameLetters(std::string_view a, std::string_view b) {
-    return std::ranges::equal(
-        a, b, [](unsigned char x, unsigned char y) { return std::toupper(x) == std::toupper(y); });
-}
-
-std::string_view NextWord(std::string_view& line) {
-    const std::size_t start = std::min(line.find_first_not_of(" \t\r="), line.size());
-    const std::size_t end = std::min(line.find_first_of(" \t\r=", start), line.size());
-    const std::string_view word = line.substr(start, end - start);
-    line.remove_prefix(end);
-    return word;
 }
 
 SmtpOpenResult ResultOf(TlsFailure failure) {
@@ -177,20 +128,7 @@ SmtpOpenResult JStreamsmtp::Upgrade(const SmtpAccount& account) {
 }
 
 bool JStreamsmtp::Offers(std::string_view keyword, std::string_view value) const {
-    std::string_view rest = reply_;
-    while (rest.size() > 4) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size() - 1);
-        std::string_view line = rest.substr(0, end);
-        rest.remove_prefix(end + 1);
-        if (line.size() <= 4) continue;
-        line.remove_prefix(4);  // the code and its hyphen
-        if (!SameLetters(NextWord(line), keyword)) continue;
-        if (value.empty()) return true;
-        for (std::string_view word = NextWord(line); !word.empty(); word = NextWord(line)) {
-            if (SameLetters(word, value)) return true;
-        }
-    }
-    return false;
+    return OffersExtension(reply_, keyword, value);
 }
 
 SmtpOpenResult JStreamsmtp::LogIn(const SmtpAccount& account) {

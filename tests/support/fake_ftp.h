@@ -28,8 +28,8 @@ class FakeFtp : public FtpClients {
     std::size_t failingConnections = kNever;  // how many of them, where `connection` is a failure
     FtpResult folder;                         // what looking for one says
     bool takesRestart = true;                 // 350 to REST
-    FtpResult restart{kFtpRefused, 502, u"502 Command not implemented."};  // otherwise
-    FtpResult opening;         // what opening a file says
+    FtpResult restart{kFtpRefused, 502, u"502 No restart here."};  // otherwise
+    FtpResult opening;                                             // what opening a file says
     FtpResult restartedStore;  // what a server that accepts REST says to the STOR behind it
     std::size_t refusedRestartedStores = kNever;  // to how many, where that is a failure
     bool hidesUploads = false;         // a new file comes to stand under its name when it is whole
