@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include <gtest/gtest.h>
+#include <signal.h>
 
 #include "support/fake_tcp.h"
 #include "support/temp_folder.h"
@@ -54,6 +55,18 @@ TEST_F(XdgMailOutboxTest, AToolThatFailsDidNotTakeItOneThatStaysDid) {
     Install("exec /bin/sleep 1");
     patience.turns = 3;
     EXPECT_TRUE(outbox.HandOver(letter, patience));
+}
+
+/// A window blocks the signals that it takes from a descriptor; its child must be able to be ended.
+TEST_F(XdgMailOutboxTest, TheToolIsStartedWithNoSignalBlocked) {
+    sigset_t ends;
+    sigset_t before;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGTERM);
+    ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &ends, &before), 0);
+    Install("kill -TERM $$; exit 0");
+    EXPECT_FALSE(outbox.HandOver(letter, patience)) << "the signal ended it";
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 }  // namespace
