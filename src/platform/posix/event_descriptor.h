@@ -11,6 +11,9 @@ namespace orma {
 /// still signal it.
 class EventDescriptor {
   public:
+    /// How often a loop looks, in milliseconds, where there is no descriptor to wait for.
+    static constexpr int kLookWithoutMs = 10;
+
     /// Without one where the system has no descriptor left.
     EventDescriptor() : descriptor_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
     ~EventDescriptor() {

@@ -1,7 +1,6 @@
 #include "platform/posix/posix_event_loop.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <limits>
 #include <optional>
@@ -13,57 +12,30 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-/// How often wake-ups are looked at when the system has no descriptor left for the eventfd.
-constexpr int kWithoutEventMs = 10;
-
 }  // namespace
 
-/// What a handle and the loop share. The handle's end marks it dead; the loop drops it later.
-struct PosixEventLoop::Source {
-    std::function<void()> handler;
-    bool alive = true;
-    bool running = false;
-};
-
-struct PosixEventLoop::TimerSource : Source {
+struct PosixEventLoop::TimerSource : EventSource {
+    using EventSource::EventSource;
     std::chrono::milliseconds period{};
     SteadyClock::time_point due;
 };
 
-struct PosixEventLoop::WatchSource : Source {
+struct PosixEventLoop::WatchSource : EventSource {
+    using EventSource::EventSource;
     int descriptor = -1;
     bool ready = false;
 };
 
-struct PosixEventLoop::WakeSource : Source {
-    std::atomic<bool> signalled = false;
-};
-
-template <class Handle, class SourceType>
+template <class Handle>
 class PosixEventLoop::SourceHandle : public Handle {
   public:
-    explicit SourceHandle(std::shared_ptr<SourceType> source) : source_(std::move(source)) {}
-    ~SourceHandle() override {
-        source_->alive = false;
-        // What the handler holds is released now, unless it is the one that runs.
-        if (!source_->running) source_->handler = nullptr;
-    }
-
-  protected:
-    std::shared_ptr<SourceType> source_;
-};
-
-class PosixEventLoop::WakeHandle : public SourceHandle<Wakeup, WakeSource> {
-  public:
-    WakeHandle(std::shared_ptr<WakeSource> source, std::shared_ptr<EventDescriptor> wake)
-        : SourceHandle(std::move(source)), wake_(std::move(wake)) {}
-
-    void Signal() noexcept override {
-        if (!source_->signalled.exchange(true)) wake_->Write();
-    }
+    explicit SourceHandle(std::shared_ptr<EventSource> source) : source_(std::move(source)) {}
+    ~SourceHandle() override { source_->End(); }
+    SourceHandle(const SourceHandle&) = delete;
+    SourceHandle& operator=(const SourceHandle&) = delete;
 
   private:
-    std::shared_ptr<EventDescriptor> wake_;
+    std::shared_ptr<EventSource> source_;
 };
 
 PosixEventLoop::PosixEventLoop() : wake_(std::make_shared<EventDescriptor>()) {}
@@ -76,28 +48,25 @@ void PosixEventLoop::Post(std::function<void()> task) {
 
 std::unique_ptr<Timer> PosixEventLoop::StartTimer(std::uint32_t periodMs,
                                                   std::function<void()> tick) {
-    auto source = std::make_shared<TimerSource>();
-    source->handler = std::move(tick);
+    auto source = std::make_shared<TimerSource>(std::move(tick));
     source->period = std::chrono::milliseconds(std::max(periodMs, 1u));
     source->due = SteadyClock::now() + source->period;
     timers_.push_back(source);
-    return std::make_unique<SourceHandle<Timer, TimerSource>>(std::move(source));
+    return std::make_unique<SourceHandle<Timer>>(std::move(source));
 }
 
 std::unique_ptr<Wakeup> PosixEventLoop::CreateWakeup(std::function<void()> handler) {
-    auto source = std::make_shared<WakeSource>();
-    source->handler = std::move(handler);
+    auto source = std::make_shared<WakeSource>(std::move(handler));
     wakeups_.push_back(source);
     return std::make_unique<WakeHandle>(std::move(source), wake_);
 }
 
 std::unique_ptr<DescriptorWatch> PosixEventLoop::WatchReadable(int descriptor,
                                                                std::function<void()> handler) {
-    auto source = std::make_shared<WatchSource>();
-    source->handler = std::move(handler);
+    auto source = std::make_shared<WatchSource>(std::move(handler));
     source->descriptor = descriptor;
     watches_.push_back(source);
-    return std::make_unique<SourceHandle<DescriptorWatch, WatchSource>>(std::move(source));
+    return std::make_unique<SourceHandle<DescriptorWatch>>(std::move(source));
 }
 
 int PosixEventLoop::Run() {
@@ -118,12 +87,8 @@ void PosixEventLoop::Quit(int code) {
     code_ = code;
 }
 
-void PosixEventLoop::Call(Source& source) {
-    if (quit_ || !source.alive) return;
-    source.running = true;
-    source.handler();
-    source.running = false;
-    if (!source.alive) source.handler = nullptr;
+void PosixEventLoop::Call(EventSource& source) {
+    if (!quit_) source.Call();
 }
 
 /// Runs the tasks that are posted now; those that they post come with the next turn.
@@ -142,19 +107,20 @@ int PosixEventLoop::WaitMs() const {
     if (signalled || !tasks_.empty()) return 0;
     std::optional<SteadyClock::time_point> due;
     for (const auto& timer : timers_)
-        if (timer->alive && (!due || timer->due < *due)) due = timer->due;
+        if (timer->IsAlive() && (!due || timer->due < *due)) due = timer->due;
     int waitMs = -1;
     if (due) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(*due - SteadyClock::now());
         waitMs = static_cast<int>(std::clamp<std::chrono::milliseconds::rep>(
             left.count(), 0, std::numeric_limits<int>::max()));
     }
-    if (wake_->Get() < 0 && (waitMs < 0 || waitMs > kWithoutEventMs)) waitMs = kWithoutEventMs;
+    constexpr int kLook = EventDescriptor::kLookWithoutMs;
+    if (wake_->Get() < 0 && (waitMs < 0 || waitMs > kLook)) waitMs = kLook;
     return waitMs;
 }
 
 void PosixEventLoop::Wait() {
-    const auto dead = [](const auto& source) { return !source->alive; };
+    const auto dead = [](const auto& source) { return !source->IsAlive(); };
     std::erase_if(timers_, dead);
     std::erase_if(wakeups_, dead);
     std::erase_if(watches_, dead);

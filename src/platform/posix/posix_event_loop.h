@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/event_loop.h"
-#include "platform/posix/event_descriptor.h"
+#include "platform/posix/event_source.h"
 
 struct pollfd;
 
@@ -42,13 +42,10 @@ class PosixEventLoop : public EventLoop {
                                                                  std::function<void()> handler);
 
   private:
-    struct Source;
     struct TimerSource;
-    struct WakeSource;
     struct WatchSource;
-    template <class Handle, class SourceType>
+    template <class Handle>
     class SourceHandle;
-    class WakeHandle;
 
     void RunTasks();
     void Wait();
@@ -56,7 +53,7 @@ class PosixEventLoop : public EventLoop {
     void RunWakeups();
     void RunTimers();
     [[nodiscard]] int WaitMs() const;
-    void Call(Source& source);
+    void Call(EventSource& source);
 
     std::shared_ptr<EventDescriptor> wake_;
     std::deque<std::function<void()>> tasks_;

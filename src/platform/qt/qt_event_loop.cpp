@@ -5,52 +5,18 @@
 #include <QTimer>
 #include <QTimerEvent>
 #include <algorithm>
-#include <atomic>
 #include <deque>
 #include <vector>
 
-#include "platform/posix/event_descriptor.h"
+#include "platform/posix/event_source.h"
 
 namespace orma {
-namespace {
-
-/// How often wake-ups are looked at when the system has no descriptor left for the eventfd.
-constexpr int kWithoutEventMs = 10;
-
-}  // namespace
-
-/// What a handle and the loop share. The handle's end marks it dead; the loop drops it later.
-struct QtEventLoop::Source {
-    explicit Source(std::function<void()> call) : handler(std::move(call)) {}
-
-    void Call() {
-        if (!alive) return;
-        ++running;
-        handler();
-        if (--running == 0 && !alive) handler = nullptr;
-    }
-
-    /// What the handler holds is released now, unless it is the one that runs.
-    void End() {
-        alive = false;
-        if (running == 0) handler = nullptr;
-    }
-
-    std::function<void()> handler;
-    bool alive = true;
-    int running = 0;  // a box within the handler may let it be entered again
-};
-
-struct QtEventLoop::WakeSource : Source {
-    using Source::Source;
-    std::atomic<bool> signalled = false;
-};
 
 /// Outlives the loop in its handles.
 struct QtEventLoop::State {
     [[nodiscard]] bool IsPending() const {
         return !tasks.empty() || std::ranges::any_of(wakeups, [](const auto& wakeup) {
-            return wakeup->alive && wakeup->signalled.load();
+            return wakeup->IsAlive() && wakeup->signalled.load();
         });
     }
 
@@ -65,7 +31,7 @@ struct QtEventLoop::State {
 class QtEventLoop::TimerHandle : public Timer, public QObject {
   public:
     TimerHandle(std::uint32_t periodMs, std::function<void()> tick, std::shared_ptr<State> state)
-        : source_(std::make_shared<Source>(std::move(tick))), state_(std::move(state)) {
+        : source_(std::make_shared<EventSource>(std::move(tick))), state_(std::move(state)) {
         startTimer(static_cast<int>(std::clamp<std::uint32_t>(periodMs, 1, INT32_MAX)),
                    Qt::PreciseTimer);
     }
@@ -73,28 +39,13 @@ class QtEventLoop::TimerHandle : public Timer, public QObject {
 
   protected:
     void timerEvent(QTimerEvent* /*event*/) override {
-        const std::shared_ptr<Source> source = source_;  // the tick may destroy this timer
+        const std::shared_ptr<EventSource> source = source_;  // the tick may destroy this timer
         if (!state_->quit) source->Call();
     }
 
   private:
-    std::shared_ptr<Source> source_;
+    std::shared_ptr<EventSource> source_;
     std::shared_ptr<State> state_;
-};
-
-class QtEventLoop::WakeHandle : public Wakeup {
-  public:
-    WakeHandle(std::shared_ptr<WakeSource> source, std::shared_ptr<EventDescriptor> wake)
-        : source_(std::move(source)), wake_(std::move(wake)) {}
-    ~WakeHandle() override { source_->End(); }
-
-    void Signal() noexcept override {
-        if (!source_->signalled.exchange(true)) wake_->Write();
-    }
-
-  private:
-    std::shared_ptr<WakeSource> source_;
-    std::shared_ptr<EventDescriptor> wake_;
 };
 
 /// Tells that the eventfd is readable; looks now and then when there is none.
@@ -106,7 +57,7 @@ class QtEventLoop::Notifier {
             QObject::connect(notifier_.get(), &QSocketNotifier::activated, serve);
         } else {
             QObject::connect(&timer_, &QTimer::timeout, serve);
-            timer_.start(kWithoutEventMs);
+            timer_.start(EventDescriptor::kLookWithoutMs);
         }
     }
 
@@ -132,7 +83,7 @@ std::unique_ptr<Timer> QtEventLoop::StartTimer(std::uint32_t periodMs, std::func
 
 std::unique_ptr<Wakeup> QtEventLoop::CreateWakeup(std::function<void()> handler) {
     auto source = std::make_shared<WakeSource>(std::move(handler));
-    std::erase_if(state_->wakeups, [](const auto& wakeup) { return !wakeup->alive; });
+    std::erase_if(state_->wakeups, [](const auto& wakeup) { return !wakeup->IsAlive(); });
     state_->wakeups.push_back(source);
     return std::make_unique<WakeHandle>(std::move(source), state_->wake);
 }

@@ -27,11 +27,8 @@ class QtEventLoop : public EventLoop {
     void Quit(int code) override;
 
   private:
-    struct Source;
-    struct WakeSource;
     struct State;
     class TimerHandle;
-    class WakeHandle;
     class Notifier;
 
     void Serve();
