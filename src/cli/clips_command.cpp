@@ -1,10 +1,10 @@
-#include <charconv>
 #include <map>
 #include <stdexcept>
 
 #include <CLI/CLI.hpp>
 
 #include "app/start_up.h"
+#include "base/number.h"
 #include "cli/clip_fields.h"
 #include "cli/commands.h"
 #include "cli/environment.h"
@@ -21,13 +21,11 @@ using Arguments = std::vector<std::string>;
 
 /// The index of a clip that is counted from 1.
 std::int32_t ClipIndex(const Application& app, const std::string& text) {
-    std::int32_t number = 0;
-    const char* const last = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), last, number);
-    if (error != std::errc() || end != last) throw UsageError("not a clip's number: " + text);
-    if (number < 1 || number > app.clips.Count())
+    const auto number = ParseNumber<std::int32_t>(text);
+    if (!number) throw UsageError("not a clip's number: " + text);
+    if (*number < 1 || *number > app.clips.Count())
         throw std::runtime_error("the project has no clip " + text);
-    return number - 1;
+    return *number - 1;
 }
 
 /// Makes the clip current without reading its recording, which may be damaged.

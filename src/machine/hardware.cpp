@@ -1,7 +1,6 @@
 #include "machine/hardware.h"
 
-#include <charconv>
-
+#include "base/number.h"
 #include "platform/alsa/alsa_headset.h"
 #include "platform/alsa/alsa_recorder.h"
 #include "platform/alsa/alsa_spdif_card.h"
@@ -76,10 +75,9 @@ std::optional<AlsaSpdifOptions> ParseAlsa(std::string_view text) {
     if (text.empty()) return options;
     bool good = text.starts_with(kCard);
     if (const std::size_t at = text.rfind(kRate); good && at != text.npos) {
-        const std::string_view number = text.substr(at + kRate.size());
-        const auto [end, problem] =
-            std::from_chars(number.data(), number.data() + number.size(), options.rate);
-        good = problem == std::errc() && end == number.data() + number.size();
+        const auto rate = ParseNumber<std::uint32_t>(text.substr(at + kRate.size()));
+        good = rate.has_value();
+        options.rate = rate.value_or(0);
         text = text.substr(0, at);
     }
     if (!good || text.size() == kCard.size()) return std::nullopt;

@@ -1,8 +1,8 @@
 #include "project/clip_operations.h"
 
 #include <algorithm>
-#include <charconv>
 
+#include "base/number.h"
 #include "project/same_path.h"
 
 namespace orma {
@@ -12,12 +12,9 @@ namespace {
 int NumberIn(TextView title, TextView name) {
     if (!title.starts_with(name) || title.size() <= name.size() || title[name.size()] != u'-')
         return 0;
-    const std::string digits = ToUtf8(title.substr(name.size() + 1));
-    int number = 0;
-    const char* const last = digits.data() + digits.size();
-    const auto [end, error] = std::from_chars(digits.data(), last, number);
+    const int number = ParseNumber<int>(ToUtf8(title.substr(name.size() + 1))).value_or(0);
     constexpr int kMost = 999999;  // beyond that it is no number of ours
-    return error == std::errc() && end == last && number > 0 && number <= kMost ? number : 0;
+    return number > 0 && number <= kMost ? number : 0;
 }
 
 ClipEntry ClipOf(const CurrentRecording& recording) {

@@ -1,9 +1,10 @@
 #include "settings/settings_table.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <type_traits>
+
+#include "base/number.h"
 
 namespace orma {
 namespace {
@@ -138,16 +139,14 @@ std::string Setting::Set(std::string_view text) const {
         **member = FromUtf8(text);
         return {};
     }
-    std::int64_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, number);
-    if (parsed.ec != std::errc() || parsed.ptr != end || number < smallest || number > largest) {
+    const auto number = ParseNumber<std::int64_t>(text);
+    if (!number || *number < smallest || *number > largest) {
         return name + " takes a whole number from " + std::to_string(smallest) + " to " +
                std::to_string(largest) + ", not \"" + std::string(text) + "\"";
     }
     std::visit(
         [number]<class T>(T* member) {
-            if constexpr (!std::is_same_v<T, Text>) *member = static_cast<T>(number);
+            if constexpr (!std::is_same_v<T, Text>) *member = static_cast<T>(*number);
         },
         value);
     return {};

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 #include "base/bytes.h"
+#include "base/number.h"
 
 namespace orma {
 namespace {
@@ -31,13 +31,7 @@ std::string CodeText(std::uint32_t code) {
 
 std::optional<std::uint32_t> CodeOf(std::string_view text) {
     if (text.empty()) return 0;
-    if (text[0] == '#') {
-        std::uint32_t code = 0;
-        const char* const end = text.data() + text.size();
-        const auto parsed = std::from_chars(text.data() + 1, end, code);
-        if (parsed.ec != std::errc() || parsed.ptr != end) return std::nullopt;
-        return code;
-    }
+    if (text[0] == '#') return ParseNumber<std::uint32_t>(text.substr(1));
     if (text.size() > kLetters || text[0] == ' ' || !std::ranges::all_of(text, IsPrintable))
         return std::nullopt;
     std::array<std::uint8_t, kLetters> bytes{};

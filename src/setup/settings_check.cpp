@@ -1,12 +1,12 @@
 #include "setup/settings_check.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
 
 #include "audio/files/mp2_bitrate.h"
+#include "base/number.h"
 
 namespace orma {
 namespace {
@@ -111,11 +111,8 @@ class Check {
         if (!Host(prefix + "Server", entry.Server)) return;
         const std::size_t colon = entry.Server.rfind(u':');
         if (colon == Text::npos || colon == 0) return;
-        const std::string digits = ToUtf8(entry.Server.substr(colon + 1));
-        int port = 0;
-        const char* const end = digits.data() + digits.size();
-        const auto parsed = std::from_chars(digits.data(), end, port);
-        if (parsed.ec != std::errc() || parsed.ptr != end || port < 1 || port > kLargestPort)
+        const int port = ParseNumber<int>(ToUtf8(entry.Server.substr(colon + 1))).value_or(0);
+        if (port < 1 || port > kLargestPort)
             Add(prefix + "Server", "Behind the colon stands a port from 1 to 65535.");
     }
 

@@ -29,10 +29,9 @@ struct VirtualAudioOptions {
     Text countFile;
 };
 
-/// Reads `virtual:in=FILE[,out=FILE][,pace=real|fast|SPEED][,vanish=FRAMES]
-/// [,count=FILE]`; at least one of the files
-/// must be named. A comma belongs to a file name unless one of these keys follows it. On failure
-/// nothing is returned and `error` tells why, in one UTF-8 sentence.
+/// Reads `virtual:in=FILE[,out=FILE][,pace=real|fast|SPEED][,vanish=FRAMES][,count=FILE]`; sound
+/// comes from a file, goes to one, or both. A comma belongs to a file name unless one of these keys
+/// follows it. On failure nothing is returned and `error` tells why, in one UTF-8 sentence.
 [[nodiscard]] std::optional<VirtualAudioOptions> ParseVirtualAudio(std::string_view text,
                                                                    std::string& error);
 
