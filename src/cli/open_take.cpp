@@ -114,12 +114,11 @@ void OpenTake(Application& app, const Text& takePath) {
 
 std::uint32_t TimeInTake(const Application& app, const std::string& text) {
     const std::uint32_t rate = app.audio.PeriodsPerSecond();
-    const auto position = ParsePosition(text, rate);
-    if (!position) throw UsageError("not a time (m:ss.hh, seconds or #N): " + text);
-    if (*position > app.recording.length)
+    const std::uint32_t position = RequirePosition(text, rate);
+    if (position > app.recording.length)
         throw std::runtime_error(text + " lies outside the take, which is " +
                                  PositionText(app.recording.length, rate) + " long");
-    return *position;
+    return position;
 }
 
 void SelectRange(Application& app, const std::string& begin, const std::string& end) {

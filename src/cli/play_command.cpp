@@ -30,14 +30,8 @@ struct Part {
 
 Part PartOf(const PlayOptions& options, std::uint32_t periodsPerSecond) {
     Part part;
-    const auto read = [&](const std::string& text, std::uint32_t& position) {
-        if (text.empty()) return;
-        const auto parsed = ParsePosition(text, periodsPerSecond);
-        if (!parsed) throw UsageError("not a time (m:ss.hh, seconds or #N): " + text);
-        position = *parsed;
-    };
-    read(options.from, part.from);
-    read(options.to, part.to);
+    if (!options.from.empty()) part.from = RequirePosition(options.from, periodsPerSecond);
+    if (!options.to.empty()) part.to = RequirePosition(options.to, periodsPerSecond);
     if (part.from >= part.to) throw UsageError("--from lies behind --to");
     return part;
 }

@@ -11,6 +11,10 @@ namespace orma::cli {
 [[nodiscard]] std::optional<std::uint32_t> ParsePosition(const std::string& text,
                                                          std::uint32_t periodsPerSecond);
 
+/// The same; a UsageError when the text is neither.
+[[nodiscard]] std::uint32_t RequirePosition(const std::string& text,
+                                            std::uint32_t periodsPerSecond);
+
 /// A position as "m:ss.hh".
 [[nodiscard]] std::string PositionText(std::uint32_t periods, std::uint32_t periodsPerSecond);
 

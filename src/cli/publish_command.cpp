@@ -7,9 +7,9 @@
 #include "app/start_up.h"
 #include "cli/commands.h"
 #include "cli/environment.h"
+#include "cli/open_take.h"
 #include "cli/option_dialogs.h"
 #include "cli/output.h"
-#include "cli/position.h"
 #include "cli/progress_line.h"
 #include "cli/project_path.h"
 #include "platform/posix/console.h"
@@ -65,7 +65,7 @@ Targets TargetsOf(const PublishOptions& options) {
 }
 
 /// Makes the asked clip or take and its range the current selection.
-void Select(const PublishOptions& options, Application& app) {
+void Select(const PublishOptions& options, const Targets& targets, Application& app) {
     if (options.clip && !app.project.SelectClip(*options.clip - 1))
         throw std::runtime_error(Format("the project has no clip %d", *options.clip));
     if (options.clip && app.recording.selectionStart >= app.recording.selectionEnd)
@@ -79,22 +79,8 @@ void Select(const PublishOptions& options, Application& app) {
         throw std::runtime_error("the project has no take " + options.take);
     if (!app.project.OpenRecording(path))
         throw std::runtime_error("the take cannot be read: " + options.take);
-
-    CurrentRecording& recording = app.recording;
-    const auto at = [&](const std::string& text, std::uint32_t otherwise) {
-        if (text.empty()) return otherwise;
-        const auto position = ParsePosition(text, app.audio.PeriodsPerSecond());
-        if (!position) throw UsageError("not a time (m:ss.hh, seconds or #N): " + text);
-        return *position;
-    };
-    const std::uint32_t begin = at(options.from, 0);
-    const std::uint32_t end = at(TargetsOf(options).end, recording.length);
-    if (begin >= end || end > recording.length)
-        throw std::runtime_error("the range lies outside the take, which is " +
-                                 PositionText(recording.length, app.audio.PeriodsPerSecond()) +
-                                 " long");
-    recording.selectionStart = begin;
-    recording.selectionEnd = end;
+    SelectRange(app, options.from.empty() ? "#0" : options.from,
+                targets.end.empty() ? Format("#%u", app.recording.length) : targets.end);
 }
 
 /// True when there is sound to publish, false for images alone; refused before anything is opened.
@@ -186,7 +172,7 @@ int Publish(const Globals& globals, PublishOptions options) {
     if (!OpenProject(app, path)) return kFailed;
     for (const std::string& image : options.dialogs.images)
         RequireContent(app.ports.storage, image);
-    Select(options, app);
+    Select(options, targets, app);
     Apply(options, targets, environment);
 
     OptionDialogs dialogs(options.dialogs, app.settings);

@@ -38,12 +38,6 @@ constexpr std::int32_t kRecorderCodeOf0Db = 192;
     return (code - kRecorderCodeOf0Db) / kRecorderCodesPerDb;
 }
 
-[[nodiscard]] std::uint32_t Position(const std::string& text, std::uint32_t periodsPerSecond) {
-    const auto position = ParsePosition(text, periodsPerSecond);
-    if (!position) throw UsageError("not a time (m:ss.hh, seconds or #N): " + text);
-    return *position;
-}
-
 [[nodiscard]] std::uint32_t BitrateIndex(unsigned kilobits) {
     const auto& rates = Mp2Bitrate::kBitsPerSecond;
     const auto found = std::find(rates.begin(), rates.end(), kilobits * 1000);
@@ -150,10 +144,10 @@ int Record(const Globals& globals, const RecordOptions& options) {
 
     const std::uint32_t periodsPerSecond = app.audio.PeriodsPerSecond();
     std::optional<std::uint32_t> length;
-    if (!options.seconds.empty()) length = Position(options.seconds, periodsPerSecond);
+    if (!options.seconds.empty()) length = RequirePosition(options.seconds, periodsPerSecond);
     std::vector<std::uint32_t> marks;
     for (const std::string& mark : options.marks)
-        marks.push_back(Position(mark, periodsPerSecond));
+        marks.push_back(RequirePosition(mark, periodsPerSecond));
     session.Attach(app.recorder, environment.Loop(), periodsPerSecond, length, std::move(marks));
 
     const std::int32_t clipsBefore = app.clips.Count();

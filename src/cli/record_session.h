@@ -25,7 +25,6 @@ class RecordSession : public TransportListener {
     void Stop();
 
     [[nodiscard]] bool InputWasLost() const { return inputLost_; }
-    [[nodiscard]] std::size_t MarksSet() const { return marksSet_; }
 
     void OnLevel(std::uint8_t level) override;
     void OnSavedPeriods(std::uint32_t count) override;
