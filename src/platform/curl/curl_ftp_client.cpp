@@ -20,6 +20,13 @@ std::chrono::steady_clock::time_point Now() {
     return std::chrono::steady_clock::now();
 }
 
+// One that keeps one connection; null when there is no memory for it.
+CURLM* NewMulti() {
+    CURLM* const multi = curl_multi_init();
+    if (multi != nullptr) curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, 1L);
+    return multi;
+}
+
 // A line end or a NUL would end the command it stands in and begin another.
 bool FitsInCommand(const Text& text) {
     return text.find_first_of(std::u16string_view(u"\r\n\0", 3)) == Text::npos;
@@ -37,9 +44,8 @@ std::optional<std::uint64_t> NumberIn(std::string_view digits) {
 CurlFtpClient::CurlFtpClient(Patience& patience, FtpLimits limits)
     : patience_(patience), limits_(limits) {
     if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) return;
-    multi_ = curl_multi_init();
+    multi_ = NewMulti();
     easy_ = curl_easy_init();
-    if (multi_ != nullptr) curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, 1L);
 }
 
 CurlFtpClient::~CurlFtpClient() {
@@ -80,8 +86,7 @@ void CurlFtpClient::Disconnect() {
     // libcurl's own good-bye waits for an answer as long as the server likes.
     sockets_.KillControl();
     curl_multi_cleanup(multi_);
-    multi_ = curl_multi_init();
-    if (multi_ != nullptr) curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, 1L);
+    multi_ = NewMulti();
 }
 
 FtpResult CurlFtpClient::Restart(std::uint64_t offset) {

@@ -6,8 +6,8 @@
 namespace orma {
 
 bool OpensslKeyedHash::HmacMd5(ByteSpan key, ByteSpan text, std::array<std::uint8_t, 16>& digest) {
-    static constexpr std::uint8_t kNothing =
-        0;  // empty texts have no address; the library wants one
+    // An empty text has no address; the library wants one.
+    static constexpr std::uint8_t kNothing = 0;
     if (key.empty()) key = {&kNothing, 0};
     if (text.empty()) text = {&kNothing, 0};
     unsigned size = static_cast<unsigned>(digest.size());

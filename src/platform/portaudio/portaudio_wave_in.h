@@ -7,12 +7,8 @@
 
 namespace orma {
 
-/// A microphone by way of PortAudio. The audio callback fills a ring; on the UI thread Pump moves
-/// it into the queued buffers.
-///
-/// Reset hands out what the ring holds as far as buffers are queued; what goes beyond them (only
-/// after the UI thread stood still for longer than the queued buffers last) is counted into
-/// LostFrames and traced.
+/// A microphone by way of PortAudio. The audio callback fills a ring, the backlog; on the UI thread
+/// Pump moves it into the queued buffers.
 class PortAudioWaveIn : public WaveInDevice, public PortAudioDevice {
   public:
     /// `capture` is open; `events` outlives the device.

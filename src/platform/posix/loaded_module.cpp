@@ -1,17 +1,17 @@
 #include "platform/posix/loaded_module.h"
 
-#include <filesystem>
-#include <system_error>
+#include <string>
 
 #include <dlfcn.h>
+
+#include "platform/posix/program_folder.h"
 
 namespace orma {
 
 void* FindInModule(const char* path, const char* name) {
-    std::error_code error;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (error) return nullptr;
-    void* const module = dlopen((program.parent_path() / path).c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string folder = ToUtf8(ExecutableFolder());
+    if (folder.empty()) return nullptr;
+    void* const module = dlopen((folder + path).c_str(), RTLD_NOW | RTLD_LOCAL);
     return module != nullptr ? dlsym(module, name) : nullptr;
 }
 

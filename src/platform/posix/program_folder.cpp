@@ -8,12 +8,6 @@
 namespace orma {
 namespace {
 
-Text ExecutableFolder() {
-    std::error_code error;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? Text() : AsFolder(FromUtf8(program.parent_path().string()));
-}
-
 bool IsProgramFolder(Storage& storage, const Text& folder) {
     for (const TextView file : {u"OrmaIni.sup", u"OrmaSet.sup", u"portable.txt"})
         if (storage.Exists(folder + Text(file))) return true;
@@ -29,6 +23,12 @@ Text UserDataFolder() {
 }
 
 }  // namespace
+
+Text ExecutableFolder() {
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? Text() : AsFolder(FromUtf8(program.parent_path().string()));
+}
 
 SystemError FindProgramFolder(Storage& storage, const Text& home, Text& folder) {
     if (!home.empty()) {
