@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <map>
 
+#include "window/announcer.h"
 #include "window/page_widget.h"
 
 namespace orma {
@@ -178,6 +179,8 @@ class AccessiblePage : public QAccessibleWidget {
 
 QAccessibleInterface* MakeInterface(const QString& /*className*/, QObject* object) {
     if (auto* const page = dynamic_cast<PageWidget*>(object)) return new AccessiblePage(*page);
+    if (auto* const announcer = dynamic_cast<Announcer*>(object))
+        return AccessibleAnnouncer(*announcer);
     return nullptr;
 }
 

@@ -1,6 +1,5 @@
 #include "window/qt_main_window.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -12,6 +11,7 @@
 #include <QScreen>
 #include <QUrl>
 
+#include "window/announcer.h"
 #include "window/job_events.h"
 #include "window/menu_bar_view.h"
 #include "window/note_card.h"
@@ -24,7 +24,7 @@ class QtMainWindow::Window : public QMainWindow {
     Window(Client& client, const QString& title, Size size)
         : client_(client),
           page_(new PageWidget(client, size, this)),
-          announced_(new QWidget(this)),
+          announcer_(new Announcer(this)),
           menus_(*menuBar(), client),
           job_(*page_) {
         setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
@@ -34,7 +34,6 @@ class QtMainWindow::Window : public QMainWindow {
         setAcceptDrops(true);
         menuBar()->setNativeMenuBar(false);  // the client area stands below it in this window
         layout()->setSizeConstraint(QLayout::SetFixedSize);
-        announced_->setFixedSize(0, 0);
         page_->setFocus();
     }
 
@@ -42,11 +41,7 @@ class QtMainWindow::Window : public QMainWindow {
     [[nodiscard]] MenuBarView& Menus() { return menus_; }
     [[nodiscard]] JobEvents& Job() { return job_; }
 
-    void Announce(const QString& text) {
-        announced_->setAccessibleName(text);
-        QAccessibleEvent told(announced_, QAccessible::Alert);
-        QAccessible::updateAccessibility(&told);
-    }
+    [[nodiscard]] Announcer& Speaker() { return *announcer_; }
 
   protected:
     void closeEvent(QCloseEvent* event) override {
@@ -84,7 +79,7 @@ class QtMainWindow::Window : public QMainWindow {
 
     Client& client_;
     PageWidget* page_;
-    QWidget* announced_;  // invisible; its name is what was told last
+    Announcer* announcer_;
     MenuBarView menus_;
     JobEvents job_;
 };
@@ -140,7 +135,7 @@ void QtMainWindow::ShowWaitCursor(bool on) {
 }
 
 void QtMainWindow::Announce(const Text& text) {
-    if (window_) window_->Announce(QString::fromStdU16String(text));
+    if (window_) window_->Speaker().Say(QString::fromStdU16String(text));
 }
 
 void QtMainWindow::ShowNote(const Note& note) {
