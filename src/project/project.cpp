@@ -8,7 +8,7 @@
 #include "project/recording_access.h"
 #include "project/same_path.h"
 #include "project/silent_boxes.h"
-#include "project/whole_file.h"
+#include "stream/whole_file.h"
 
 namespace orma {
 namespace {

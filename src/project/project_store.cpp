@@ -10,7 +10,7 @@
 #include "project/project.h"
 #include "project/take_rewrite.h"
 #include "project/text_draft.h"
-#include "project/whole_file.h"
+#include "stream/whole_file.h"
 
 namespace orma {
 namespace {

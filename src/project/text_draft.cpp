@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "project/whole_file.h"
+#include "stream/whole_file.h"
 
 namespace orma {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
-#include <type_traits>
+#include <variant>
 
 #include "base/bytes.h"
 #include "base/path.h"
@@ -12,7 +12,7 @@
 namespace orma {
 namespace {
 
-constexpr std::size_t kHeaderBytes = 8;
+constexpr std::uint32_t kHeaderBytes = 8;  // magic and version
 
 struct FileFormat {
     TextView name;
@@ -24,38 +24,6 @@ FileFormat FormatOf(SettingsFile file) {
     if (file == SettingsFile::kConfiguration)
         return {u"OrmaIni.sup", "OSUP", SettingsStore::kConfigurationVersion};
     return {u"OrmaSet.sup", "OSUS", SettingsStore::kUserStateVersion};
-}
-
-void ReadSetting(JStreamFile& stream, const Setting& setting) {
-    std::visit(
-        [&]<class T>(T* member) {
-            if constexpr (std::is_same_v<T, Text>) {
-                *member = ReadText(stream);
-            } else if constexpr (sizeof(T) == 1) {
-                *member = ReadU8(stream);
-            } else if constexpr (sizeof(T) == 2) {
-                *member = static_cast<T>(ReadU16(stream));
-            } else {
-                *member = static_cast<T>(ReadU32(stream));
-            }
-        },
-        setting.value);
-}
-
-void WriteSetting(JStreamFile& stream, const Setting& setting) {
-    std::visit(
-        [&]<class T>(const T* member) {
-            if constexpr (std::is_same_v<T, Text>) {
-                WriteText(stream, *member);
-            } else if constexpr (sizeof(T) == 1) {
-                WriteU8(stream, *member);
-            } else if constexpr (sizeof(T) == 2) {
-                WriteU16(stream, static_cast<std::uint16_t>(*member));
-            } else {
-                WriteU32(stream, static_cast<std::uint32_t>(*member));
-            }
-        },
-        setting.value);
 }
 
 /// The places of mail accounts 0 and 1 in the configuration; those of 0 are also the account in
@@ -111,17 +79,23 @@ std::optional<std::uint32_t> ReadSettingsFile(FileServices services, const Text&
                                               SettingsFile file, SettingsRecord& record) {
     if (!services.storage.Exists(path)) return std::nullopt;
     JStreamFile stream(services, path, true);
-    std::array<std::uint8_t, 4> magic{};
-    stream.Read(magic.data(), magic.size());
-    const std::uint32_t version = ReadU32(stream);
-    if (!IsTag(magic.data(), FormatOf(file).magic)) return std::nullopt;
-    SettingsRecord loaded = record;
-    const SettingsTable table(loaded);
-    for (const Setting& setting : table.In(file)) {
-        if (std::int64_t{version} > setting.threshold) ReadSetting(stream, setting);
+    const std::uint32_t size = stream.GetSize();
+    Bytes bytes(kHeaderBytes);
+    stream.ReadHeld(bytes.data(), std::min(size, kHeaderBytes));
+    if (!IsTag(bytes.data(), FormatOf(file).magic)) return std::nullopt;
+    if (size > kHeaderBytes) {
+        bytes.resize(size);
+        stream.ReadHeld(&bytes[kHeaderBytes], size - kHeaderBytes);
     }
-    if (!stream.Has(JStream::kGood | JStream::kOpen | JStream::kReading)) return std::nullopt;
-    record = std::move(loaded);
+    if (!stream.IsOpen()) return std::nullopt;
+
+    const auto version = LoadLe<std::uint32_t>(&bytes[4]);
+    FieldReader fields(ByteSpan(bytes).subspan(kHeaderBytes));
+    const SettingsTable table(record);
+    for (const Setting& setting : table.In(file)) {
+        if (std::int64_t{version} <= setting.threshold) continue;
+        std::visit([&](auto* member) { fields.Get(*member); }, setting.value);
+    }
     return version;
 }
 
@@ -233,12 +207,14 @@ bool SettingsStore::SaveConfiguration() {
 bool SettingsStore::Save(SettingsFile file, SettingsRecord& record) {
     const FileFormat format = FormatOf(file);
     FileReplacement replacement(services_, PathOf(file));
-    JStreamFile& stream = replacement.Stream();
-    stream.Write(format.magic.data(), 4);
-    WriteU32(stream, format.version);
+    FieldWriter fields;
+    fields.PutTag(format.magic);
+    fields.Put(format.version);
     const SettingsTable table(record);
     for (const Setting& setting : table.In(file))
-        WriteSetting(stream, setting);
+        std::visit([&](const auto* member) { fields.Put(*member); }, setting.value);
+    JStreamFile& stream = replacement.Stream();
+    stream.Write(fields.Written().data(), static_cast<std::uint32_t>(fields.Written().size()));
     // A foreign file makes room only for one that is whole.
     stream.Flush();
     const bool saved = stream.IsOpen() && KeepForeignFile(file) && replacement.Commit();
