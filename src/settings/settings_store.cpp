@@ -6,6 +6,7 @@
 
 #include "base/bytes.h"
 #include "base/path.h"
+#include "settings/mail_places.h"
 #include "stream/binary_fields.h"
 #include "stream/file_replacement.h"
 
@@ -26,40 +27,10 @@ FileFormat FormatOf(SettingsFile file) {
     return {u"OrmaSet.sup", "OSUS", SettingsStore::kUserStateVersion};
 }
 
-/// The places of mail accounts 0 and 1 in the configuration; those of 0 are also the account in
-/// use.
-SmtpDestination Place0(const SettingsRecord& r) {
-    return {.Server = r.SmtpServer,
-            .User = r.SmtpUser,
-            .Password = r.SmtpPassword,
-            .Auth = r.SmtpAuth,
-            .Name = {}};
-}
-
-SmtpDestination Place1(const SettingsRecord& r) {
-    return {.Server = r.Smtp1Server,
-            .User = r.Smtp1User,
-            .Password = r.Smtp1Password,
-            .Auth = r.Smtp1Auth,
-            .Name = {}};
-}
-
-bool SameAccess(const SmtpDestination& a, const SmtpDestination& b) {
-    return a.Server == b.Server && a.User == b.User && a.Password == b.Password && a.Auth == b.Auth;
-}
-
-void CopyAccess(const SmtpDestination& from, SmtpDestination& to) {
-    to.Server = from.Server;
-    to.User = from.User;
-    to.Password = from.Password;
-    to.Auth = from.Auth;
-}
-
 /// True when a dialog brought another account than 0 into use.
 bool HasChosenAccount(const SettingsRecord& r) {
     return std::any_of(r.Smtp.begin() + 1, r.Smtp.end(), [&](const SmtpDestination& entry) {
-        const Text& name = entry.Name.empty() ? entry.Server : entry.Name;
-        return name == r.CurrentSmtpName && SameAccess(entry, Place0(r));
+        return entry.ShownName() == r.CurrentSmtpName && SameMailAccess(entry, MailPlaces(r)[0]);
     });
 }
 
@@ -152,10 +123,9 @@ void SettingsStore::DeriveFields(std::uint32_t version) {
         for (EqualizerSet& set : r.Preset)
             set.gainOffset = r.EqGainOffset;
     }
-    SmtpDestination& first = r.Smtp[0];
-    SmtpDestination& second = r.Smtp[1];
-    CopyAccess(Place0(r), first);
-    CopyAccess(Place1(r), second);
+    const std::array<SmtpDestination, 2> places = MailPlaces(r);
+    for (std::size_t i = 0; i < places.size(); ++i)
+        CopyMailAccess(places[i], r.Smtp[i]);
     RememberAccounts();
     for (std::size_t i = 0; i < r.Smtp.size(); ++i) {
         SmtpDestination& account = r.Smtp[i];
@@ -170,16 +140,16 @@ bool SettingsStore::SaveUserState() {
 
 void SettingsStore::RememberAccounts() {
     knownAccounts_ = {record_.Smtp[0], record_.Smtp[1]};
-    knownPlaces_ = {Place0(record_), Place1(record_)};
+    knownPlaces_ = MailPlaces(record_);
 }
 
 void SettingsStore::TakeOverPlaces() {
-    const std::array<SmtpDestination, 2> places = {Place0(record_), Place1(record_)};
+    const std::array<SmtpDestination, 2> places = MailPlaces(record_);
     const std::array<bool, 2> chosen = {HasChosenAccount(record_), false};
     for (std::size_t i = 0; i < places.size(); ++i) {
-        const bool placeEdited = !SameAccess(places[i], knownPlaces_[i]) && !chosen[i];
-        const bool entryEdited = !SameAccess(record_.Smtp[i], knownAccounts_[i]);
-        if (placeEdited && !entryEdited) CopyAccess(places[i], record_.Smtp[i]);
+        const bool placeEdited = !SameMailAccess(places[i], knownPlaces_[i]) && !chosen[i];
+        const bool entryEdited = !SameMailAccess(record_.Smtp[i], knownAccounts_[i]);
+        if (placeEdited && !entryEdited) CopyMailAccess(places[i], record_.Smtp[i]);
     }
     RememberAccounts();
 }
@@ -187,16 +157,7 @@ void SettingsStore::TakeOverPlaces() {
 bool SettingsStore::SaveConfiguration() {
     TakeOverPlaces();
     SettingsRecord stored = record_;
-    const SmtpDestination& first = stored.Smtp[0];
-    stored.SmtpServer = first.Server;
-    stored.SmtpUser = first.User;
-    stored.SmtpPassword = first.Password;
-    stored.SmtpAuth = first.Auth;
-    const SmtpDestination& second = stored.Smtp[1];
-    stored.Smtp1Server = second.Server;
-    stored.Smtp1User = second.User;
-    stored.Smtp1Password = second.Password;
-    stored.Smtp1Auth = second.Auth;
+    StoreMailPlaces(stored);
     for (std::size_t i = 0; i < stored.Smtp.size(); ++i) {
         // A name that the server text lent stays lent: it follows a change of the server.
         if (stored.Smtp[i].Name == filledAccountNames_[i]) stored.Smtp[i].Name.clear();

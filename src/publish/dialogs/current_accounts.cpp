@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "publish/dialogs/account_choices.h"
+#include "settings/mail_places.h"
 
 namespace orma {
 namespace {
@@ -111,10 +112,7 @@ SmtpAccount CurrentSmtpAccount(const SettingsRecord& settings) {
         return AccountOf(*entry, settings);
     const SmtpDestination* entry = EntryOfHost(settings.Smtp, settings.SmtpServer);
     SmtpDestination inUse = entry ? *entry : SmtpDestination{};
-    inUse.Server = settings.SmtpServer;
-    inUse.User = settings.SmtpUser;
-    inUse.Password = settings.SmtpPassword;
-    inUse.Auth = settings.SmtpAuth;
+    CopyMailAccess(MailPlaces(settings)[0], inUse);
     return AccountOf(inUse, settings);
 }
 
