@@ -19,7 +19,6 @@ constexpr std::uint32_t kMp2Flag = 1;
 constexpr std::uint32_t kLiveFtpFlag = 2;
 constexpr std::uint32_t kStereoBits = 0xF0000;  // of the audio format word; any of them on reading
 constexpr std::uint32_t kStereoBit = 0x10000;   // ... and this one when written
-constexpr std::uint32_t kLargestShift = 2;
 
 /// A clip's name never leads out of its folder.
 Text WithoutFolder(const Text& name) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "audio/files/buffer_period.h"
 #include "audio/files/level_tables.h"
 #include "base/trace.h"
 #include "stream/whole_file.h"
@@ -12,7 +13,6 @@ namespace {
 
 constexpr std::string_view kMagic = "UVOJ";
 constexpr std::uint32_t kShiftBytes = 4;
-constexpr unsigned kLargestShift = 2;
 
 /// The head at the beginning of `bytes`, when they are a level file's.
 std::optional<VuFileHead> DecodeHead(ByteSpan bytes) {
