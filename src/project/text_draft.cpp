@@ -5,10 +5,13 @@
 #include "stream/whole_file.h"
 
 namespace orma {
+namespace {
 
 Text TextDraftPath(const Text& projectFilePath) {
     return projectFilePath + u".text";
 }
+
+}  // namespace
 
 Text ReadTextDraft(FileServices services, const Text& projectFilePath) {
     const Text path = TextDraftPath(projectFilePath);
