@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
+#include <set>
 
 #include "audio/files/measured_levels.h"
 #include "audio/files/mp2_header.h"

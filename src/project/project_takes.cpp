@@ -1,6 +1,7 @@
 // What the current project does for the recorder.
 
 #include <array>
+#include <set>
 
 #include "audio/files/vu_file.h"
 #include "project/clip_texts.h"

@@ -1,6 +1,8 @@
 #include "project/take_rewrite.h"
 
 #include <array>
+#include <optional>
+#include <vector>
 
 #include "audio/files/mp2_header.h"
 #include "audio/files/take_repair.h"

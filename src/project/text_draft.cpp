@@ -1,6 +1,6 @@
 #include "project/text_draft.h"
 
-#include <string_view>
+#include <optional>
 
 #include "stream/whole_file.h"
 

@@ -1,6 +1,7 @@
 #include "publish/bext_fields.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "base/text.h"

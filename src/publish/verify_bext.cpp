@@ -1,6 +1,6 @@
 // Checks of `bext`.
 
-#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <string_view>

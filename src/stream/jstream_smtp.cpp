@@ -1,6 +1,5 @@
 #include "stream/jstream_smtp.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "stream/jstream.h"
 #include "stream/smtp_account.h"
