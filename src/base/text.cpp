@@ -1,7 +1,6 @@
 #include "base/text.h"
 
 #include <array>
-#include <cstdint>
 #include <cstdio>
 
 namespace orma {

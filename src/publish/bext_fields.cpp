@@ -1,6 +1,7 @@
 #include "publish/bext_fields.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "base/text.h"
@@ -28,8 +29,6 @@ BwfHead BextFields(const std::string& description, const DateTime& recorded, std
                    std::uint32_t ticks, const OriginatorCodes& codes) {
     BwfHead head = BwfHead::Template();
     Put(head.description, std::string_view(description).substr(0, head.description.size() - 1));
-    Put(head.originator, "PC");
-    Put(head.originatorReference, "Orma");
     Put(head.originationDate, OriginationDate(recorded));
     Put(head.originationTime, OriginationTime(recorded));
     head.timeReferenceLow = TimeReference(recorded);

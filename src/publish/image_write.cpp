@@ -1,5 +1,6 @@
 #include "publish/image_write.h"
 
+#include <optional>
 #include <utility>
 
 namespace orma {

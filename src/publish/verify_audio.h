@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "audio/files/audio_state.h"

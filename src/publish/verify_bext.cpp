@@ -1,6 +1,6 @@
 // Checks of `bext`.
 
-#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <string_view>
@@ -55,10 +55,6 @@ bool ParseTime(std::string_view text, DateTime& into) {
     into.second = static_cast<std::uint16_t>(second);
     return text[2] == ':' && text[5] == ':' && hour >= 0 && hour < 24 && minute >= 0 &&
            minute < 60 && second >= 0 && second < 60;
-}
-
-bool AllZero(ByteSpan bytes) {
-    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
 }
 
 /// True when the field holds `text` and zeros.

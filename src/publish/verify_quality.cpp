@@ -1,7 +1,6 @@
 #include "publish/verify_quality.h"
 
 #include <algorithm>
-#include <array>
 #include <numeric>
 #include <optional>
 #include <string_view>

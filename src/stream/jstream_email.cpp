@@ -1,7 +1,5 @@
 #include "stream/jstream_email.h"
 
-#include <utility>
-
 #include "stream/jstream_smtp.h"
 #include "stream/outbox_message.h"
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "stream/jstream.h"
 #include "stream/smtp_account.h"
@@ -46,7 +45,6 @@ class JStreamSocket : public JStream {
 
     const MailServices& services_;
     std::unique_ptr<TcpConnection> connection_;
-    Ipv4Address address_{};
     bool givenUp_ = false;
 };
 

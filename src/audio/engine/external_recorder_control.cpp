@@ -1,6 +1,7 @@
 #include "audio/engine/external_recorder_control.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/trace.h"
 

@@ -1,6 +1,7 @@
 #include "audio/files/bwf_chunks.h"
 
 #include <algorithm>
+#include <cstring>
 #include <numeric>
 #include <string_view>
 
