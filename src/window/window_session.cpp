@@ -10,6 +10,7 @@
 #include "ui/screens/editor_w_win.h"
 #include "ui/screens/progress_w_win.h"
 #include "ui/screens/record_w_win.h"
+#include "window/dialogs/qt_text.h"
 
 namespace orma {
 namespace {
@@ -34,11 +35,10 @@ class UploadPatience : public Patience {
 /// ones beside the program.
 Text SkinRoot(const Text& programFolder, Size client) {
     const auto exists = [&](const Text& root) {
-        return QDir(QString::fromStdU16String(SkinFolder(root, client))).exists();
+        return QDir(PathToQt(SkinFolder(root, client))).exists();
     };
-    const Text shipped =
-        (QCoreApplication::applicationDirPath() + QStringLiteral("/../share/orma-edit/skin/"))
-            .toStdU16String();
+    const Text shipped = PathFromQt(QCoreApplication::applicationDirPath() +
+                                    QStringLiteral("/../share/orma-edit/skin/"));
     return !exists(programFolder) && exists(shipped) ? shipped : programFolder;
 }
 
