@@ -23,6 +23,8 @@ struct CurrentRecording {
     std::uint32_t cursor = 0;
     std::int32_t currentCut = -1;
     UndoRecord undo;
+
+    [[nodiscard]] const Text& ShownName() const { return title.empty() ? name : title; }
 };
 
 }  // namespace orma

@@ -24,9 +24,6 @@ class StaticTextWin : public Win {
     /// so do letters that stand on nothing.
     void SetText(const Text& text);
 
-    /// Only remembers it, for the next Paint.
-    void PresetText(const Text& text) { text_ = text; }
-
     /// A colour of its own, from the next Paint on: a warning's.
     void SetColour(Colour colour) { colour_ = colour; }
 

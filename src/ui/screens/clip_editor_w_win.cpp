@@ -89,14 +89,8 @@ void ClipEditorWWin::OnTransportState(TransportState state, const LitButtons& li
 }
 
 void ClipEditorWWin::Light(const LitButtons& lit) {
-    const auto put = [this](ToggleButtonWin* button, bool on) {
-        if (IsEntered())
-            button->SetState(on);
-        else
-            button->PresetState(on);
-    };
-    put(stop_, lit.stop);
-    put(play_, lit.play && !lit.record);
+    stop_->SetState(lit.stop);
+    play_->SetState(lit.play && !lit.record);
 }
 
 // Editing the list. Failures to save are reported, and the list shows what is true.

@@ -70,7 +70,7 @@ void EditorWWin::Left() {
 void EditorWWin::Tick() {
     if (external_ && !s_.recorder.IsClosed()) {
         if (const auto level = externalLevel_.Read(s_.externalRecorder, s_.audio.stereo))
-            ShowLevel(*level);
+            meter_->VuUpdate(*level);
     }
     ShowName();
     ShowTimes();
@@ -82,10 +82,7 @@ void EditorWWin::OnTransportState(TransportState state, const LitButtons& /*lit*
     meter_->SetResolutionShift(s_.audio.resolutionShift);
     ShowButtons();
     if (state == TransportState::kStopped) {
-        if (IsEntered())
-            meter_->VuInit();
-        else
-            meter_->PresetInit();
+        meter_->VuInit();
         if (IsEntered()) graph_->GraphSetPosition(Source().position);
     }
     ShowTimes();
@@ -175,7 +172,7 @@ void EditorWWin::OnClosed() {
 void EditorWWin::OnPosition(std::uint32_t /*heard*/, std::uint8_t level) {
     if (IsCapturing()) return;
     const bool stopped = s_.transport.State() == TransportState::kStopped;
-    if (!stopped) ShowLevel(level);
+    if (!stopped) meter_->VuUpdate(level);
     if (!IsEntered()) return;
     if (stopped)
         graph_->GraphSetPosition(s_.recording.cursor);
@@ -198,17 +195,10 @@ void EditorWWin::OnCutChosen(std::int32_t /*index*/) {
     ShowCutButtons();
 }
 
-void EditorWWin::ShowLevel(std::uint8_t level) {
-    if (IsEntered())
-        meter_->VuUpdate(level);
-    else
-        meter_->Follow(level);
-}
-
 void EditorWWin::ShowName() {
-    const Text& name = s_.recording.title.empty() ? s_.recording.name : s_.recording.title;
+    const Text& name = s_.recording.ShownName();
     if (name == name_->Value()) return;
-    name_->PresetName(name);
+    name_->SetName(name);
     if (IsEntered()) Host().Invalidate();  // meter and graph lie over its box
 }
 

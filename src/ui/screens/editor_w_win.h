@@ -54,7 +54,7 @@ class EditorWWin : public TransportWWin {
     void OnTransportState(TransportState state, const LitButtons& lit) override;
     void OnMarkText(const Text& text, std::uint32_t periods) override;
     void OnEdgeMoved(const EdgeMove& move) override;
-    void OnLevel(std::uint8_t level) override { ShowLevel(level); }
+    void OnLevel(std::uint8_t level) override { meter_->VuUpdate(level); }
     void OnSavingStarted() override;
     void OnSavedPeriods(std::uint32_t count) override;
     void OnClosed() override;
@@ -77,7 +77,6 @@ class EditorWWin : public TransportWWin {
     void Edit(const EditOperation& operation);
     void ShowButtons();
     void ShowCutButtons();
-    void ShowLevel(std::uint8_t level);
     void ShowName();
     void ShowTimes();
 

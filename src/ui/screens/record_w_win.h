@@ -89,8 +89,6 @@ class RecordWWin : public TransportWWin {
     void ShowState();
     void ShowTime();
     void ShowName();
-    void ShowLevel(std::uint8_t level);
-    void RestMeter();
     void ShowMaxTime();
     void ShowBattery();
     void ShowGain();
@@ -98,8 +96,6 @@ class RecordWWin : public TransportWWin {
     void ShowWarning(bool isNew);
     void Acknowledge();
     void HearInput(std::uint8_t level);
-    void Put(StaticTextWin* control, const Text& text) const;
-    void Put(StripeWin* knob, std::uint32_t value) const;
 
     // record_w_win_table.cpp
     void BindKeys();

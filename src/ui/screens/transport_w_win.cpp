@@ -58,17 +58,11 @@ void TransportWWin::BindMarkKeys(Key back, Key forward) {
 }
 
 void TransportWWin::Light(const LitButtons& lit) {
-    const auto put = [this](ToggleButtonWin* button, bool on) {
-        if (IsEntered())
-            button->SetState(on);
-        else
-            button->PresetState(on);
-    };
-    put(stop_, lit.stop);
-    put(play_, lit.play);
-    put(record_, lit.record);
-    put(rewind_, lit.rewind);
-    put(fastForward_, lit.fastForward);
+    stop_->SetState(lit.stop);
+    play_->SetState(lit.play);
+    record_->SetState(lit.record);
+    rewind_->SetState(lit.rewind);
+    fastForward_->SetState(lit.fastForward);
 }
 
 }  // namespace orma

@@ -41,7 +41,6 @@ class TransportWWin : public WWin {
     /// Binds keys to the mark before the cursor and the one behind it.
     void BindMarkKeys(Key back, Key forward);
 
-    /// Lights them, at once while the screen is entered.
     void Light(const LitButtons& lit);
 
     [[nodiscard]] ToggleButtonWin& RewindButton() { return *rewind_; }
