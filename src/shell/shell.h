@@ -8,8 +8,8 @@
 #include "shell/dialogs.h"
 #include "shell/file_commands.h"
 #include "shell/keyboard_focus.h"
+#include "shell/main_menus.h"
 #include "shell/main_window.h"
-#include "shell/menus.h"
 #include "shell/text_editor.h"
 #include "ui/screens/w_win.h"
 
