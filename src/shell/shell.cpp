@@ -1,6 +1,5 @@
 #include "shell/shell.h"
 
-#include "app/application_menu.h"
 #include "base/trace.h"
 #include "project/marks.h"
 #include "shell/command_table.h"
@@ -61,12 +60,12 @@ void Shell::Quit() {
 void Shell::OnCloseRequest() {
     quitting_ = true;
     const Application& app = s_.app;
-    if (IsBusy(app) && !app.player.IsPlaying()) {
+    if (app.transport.IsCapturing()) {
         const bool isFirst = closePatience_ == nullptr;
         if (isFirst)
             closePatience_ = app.ports.loop.StartTimer(kClosePatienceMs, [this] { Quit(); });
         s_.app.transport.Stop(true);
-        if (IsBusy(app)) return;
+        if (app.transport.IsCapturing()) return;
     }
     Quit();
 }
@@ -194,10 +193,9 @@ MenuState Shell::StateOfMenus() const {
     const auto cut = static_cast<std::size_t>(recording.currentCut);
     const bool hasCut = recording.currentCut >= 0 && cut < recording.sheet.cuts.size();
     const RemovedRange range = hasCut ? recording.sheet.cuts[cut] : RemovedRange{};
-    const bool playing = app.player.IsPlaying();
     return {.screen = currentIndex_,
-            .capturing = IsBusy(app) && !playing,
-            .playing = playing,
+            .capturing = app.transport.IsCapturing(),
+            .playing = app.player.IsPlaying(),
             .recorded = recording.length > 0,
             .selection = recording.selectionStart < recording.selectionEnd,
             .cutBegin = !hasCut || recording.cursor < range.end,

@@ -32,9 +32,9 @@ void Transport::SetTransportState(TransportState newState) {
     s_.listener.OnTransportState(state_, ButtonsOf(state_));
 }
 
-// Also while a take drains behind a stop.
 bool Transport::IsCapturing() const {
-    return s_.recorder.IsActive() || s_.recorder.IsSaving() || s_.recorder.IsSavingPending();
+    return state_ == TransportState::kRecordReady || state_ == TransportState::kRecording ||
+           s_.recorder.IsActive() || s_.recorder.IsSaving() || s_.recorder.IsSavingPending();
 }
 
 void Transport::Record(bool lit) {

@@ -129,7 +129,7 @@ std::unique_ptr<WWin> WindowSession::MakeScreen(ScreenIndex index) {
             return std::make_unique<EditorWWin>(
                 scene(background_), shell_,
                 EditorScreenServices{app_.transport, app_.recorder, app_.project, app_.recording,
-                                     app_.audio, app_.files, app_.externalRecorder},
+                                     app_.audio, app_.externalRecorder},
                 app_.settings.FullBarRedraw != 0);
         case ScreenIndex::kClipEditor:
             return MakeClipEditor();
@@ -156,7 +156,7 @@ std::unique_ptr<WWin> WindowSession::MakeRecorder() {
 std::unique_ptr<WWin> WindowSession::MakeClipEditor() {
     return std::make_unique<ClipEditorWWin>(
         Scene{*skin_, *canvas_, shell_.PointerState(), kClipPages}, shell_,
-        ClipEditorServices{app_.transport, app_.recorder, app_.project, clipList_,
+        ClipEditorServices{app_.transport, app_.project, clipList_,
                            [this] { return dialogs_.OpenClip(app_.recording.audioPath); }},
         app_.settings.DetailedView != 0);
 }

@@ -101,7 +101,7 @@ std::unique_ptr<WWin> Stage::Make(ScreenIndex index) {
             return std::make_unique<EditorWWin>(
                 scene(kBackground), shell,
                 EditorScreenServices{app.transport, app.recorder, app.project, app.recording,
-                                     app.audio, app.files, app.externalRecorder},
+                                     app.audio, app.externalRecorder},
                 false);
         case ScreenIndex::kAbout:
             return std::make_unique<AboutWWin>(
@@ -119,7 +119,7 @@ std::unique_ptr<WWin> Stage::Make(ScreenIndex index) {
         case ScreenIndex::kClipEditor:
             return std::make_unique<ClipEditorWWin>(
                 scene(kClipPages), shell,
-                ClipEditorServices{app.transport, app.recorder, app.project, clipList_,
+                ClipEditorServices{app.transport, app.project, clipList_,
                                    [] { return std::nullopt; }},
                 app.settings.DetailedView != 0);
         case ScreenIndex::kTextEditor:

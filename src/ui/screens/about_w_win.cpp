@@ -91,11 +91,8 @@ void AboutWWin::Gather() {
 
 // Of a folder that is too long, the end tells most.
 Text AboutWWin::Location(Text folder) const {
-    const auto fits = [this](const Text& text) {
-        return OwnScene().canvas.Measure(text, font_).width <= labels_.front()->Bounds().w;
-    };
     Text line = u"At: " + folder;
-    while (!fits(line) && !folder.empty()) {
+    while (!labels_.front()->Fits(line) && !folder.empty()) {
         folder.erase(0, 1);
         line = u"At: ..." + folder;
     }

@@ -5,14 +5,6 @@
 
 namespace orma {
 
-// Also while a take drains behind a stop: its level file is not written yet.
-bool EditorWWin::IsCapturing() const {
-    const TransportState state = s_.transport.State();
-    const Recorder& recorder = s_.recorder;
-    return state == TransportState::kRecordReady || state == TransportState::kRecording ||
-           recorder.IsActive() || recorder.IsSaving() || recorder.IsSavingPending();
-}
-
 // The selection's edges are lines. It has a colour only while its edge is to be moved: it would
 // hide the cuts within it.
 bool EditorWWin::IsSelectionEdited() const {
@@ -22,7 +14,7 @@ bool EditorWWin::IsSelectionEdited() const {
     const bool isPart = start < end && (start > 0 || end < recording.length);
     const bool onEdge = recording.cursor == start || recording.cursor == end;
     return isPart && onEdge && recording.currentCut < 0 &&
-           s_.transport.State() == TransportState::kStopped && !IsCapturing();
+           s_.transport.State() == TransportState::kStopped && !s_.transport.IsCapturing();
 }
 
 GraphSource EditorWWin::Source() const {
@@ -115,7 +107,8 @@ void EditorWWin::ShowCutButtons() {
     state.transportState = static_cast<std::uint32_t>(s_.transport.State());
     if (s_.transport.State() == TransportState::kDragging)
         state.transportState = static_cast<std::uint32_t>(TransportState::kPlaying);
-    const CutButtonLooks looks = IsCapturing() ? CutButtonLooks{} : UpdateCutButtons(state);
+    const CutButtonLooks looks =
+        s_.transport.IsCapturing() ? CutButtonLooks{} : UpdateCutButtons(state);
     const auto put = [](ButtonWin* button, ToggleButtonWin& beneath, ButtonLook look) {
         button->SetState(static_cast<int>(look));
         if (look == ButtonLook::kOff) beneath.Paint();
@@ -170,7 +163,7 @@ void EditorWWin::OnClosed() {
 }
 
 void EditorWWin::OnPosition(std::uint32_t /*heard*/, std::uint8_t level) {
-    if (IsCapturing()) return;
+    if (s_.transport.IsCapturing()) return;
     const bool stopped = s_.transport.State() == TransportState::kStopped;
     if (!stopped) meter_->VuUpdate(level);
     if (!IsEntered()) return;

@@ -35,6 +35,9 @@ class TransportWWin : public WWin {
     /// press them.
     void MakeTransportButtons(const ButtonElements& elements, bool byDigits);
 
+    /// Appends the buttons that go to the mark before the cursor and to the one behind it.
+    void MakeMarkButtons(Element back, Element forward, bool byDigits);
+
     /// Binds Enter, which plays or stops what runs, and the buttons' digits.
     void BindTransportKeys();
 
