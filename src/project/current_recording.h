@@ -17,14 +17,26 @@ struct CurrentRecording {
     Text levelPath;
     Text title;  // of the selected clip
     LevelSheet sheet;
-    std::uint32_t length = 0;          // 0: nothing recorded
-    std::uint32_t selectionStart = 0;  // a selection exists when start < end
+    std::uint32_t length = 0;  // 0: nothing recorded
+    std::uint32_t selectionStart = 0;
     std::uint32_t selectionEnd = 0;
     std::uint32_t cursor = 0;
-    std::int32_t currentCut = -1;
+    std::int32_t currentCut = -1;  // index into the cuts; -1: none
     UndoRecord undo;
 
     [[nodiscard]] const Text& ShownName() const { return title.empty() ? name : title; }
+
+    [[nodiscard]] bool HasSelection() const { return selectionStart < selectionEnd; }
+
+    /// The current cut; null without one. No list has an index like that of -1.
+    [[nodiscard]] RemovedRange* CurrentCut() {
+        const auto index = static_cast<std::size_t>(currentCut);
+        return index < sheet.cuts.size() ? &sheet.cuts[index] : nullptr;
+    }
+    [[nodiscard]] const RemovedRange* CurrentCut() const {
+        const auto index = static_cast<std::size_t>(currentCut);
+        return index < sheet.cuts.size() ? &sheet.cuts[index] : nullptr;
+    }
 };
 
 }  // namespace orma

@@ -9,12 +9,6 @@
 namespace orma {
 namespace {
 
-RemovedRange* CurrentCut(CurrentRecording& recording) {
-    const auto index = static_cast<std::size_t>(recording.currentCut);
-    const bool known = recording.currentCut >= 0 && index < recording.sheet.cuts.size();
-    return known ? &recording.sheet.cuts[index] : nullptr;
-}
-
 bool AddCutAndMoveCursor(Project& project, const RemovedRange& range, std::uint32_t cursor) {
     CurrentRecording& recording = project.Recording();
     if (!AddCut(project, range.begin, range.end)) return false;
@@ -27,7 +21,7 @@ bool AddCutAndMoveCursor(Project& project, const RemovedRange& range, std::uint3
 
 bool MoveCutEdge(Project& project, std::uint32_t RemovedRange::*edge, std::uint32_t position) {
     CurrentRecording& recording = project.Recording();
-    RemovedRange* const cut = CurrentCut(recording);
+    RemovedRange* const cut = recording.CurrentCut();
     if (cut == nullptr) return false;
     const RemovedRange before = *cut;
     SheetChange change(project.Readers().files, recording);
@@ -81,7 +75,7 @@ bool DeleteCut(Project& project, std::size_t index) {
 
 bool CutBegin(Project& project, bool oneSecond) {
     const CurrentRecording& recording = project.Recording();
-    if (const RemovedRange* cut = CurrentCut(project.Recording())) {
+    if (const RemovedRange* cut = recording.CurrentCut()) {
         if (recording.cursor >= cut->end) return true;
         return MoveCutEdge(project, &RemovedRange::begin, recording.cursor);
     }
@@ -93,7 +87,7 @@ bool CutBegin(Project& project, bool oneSecond) {
 
 bool CutEnd(Project& project, bool oneSecond) {
     const CurrentRecording& recording = project.Recording();
-    if (const RemovedRange* cut = CurrentCut(project.Recording())) {
+    if (const RemovedRange* cut = recording.CurrentCut()) {
         if (recording.cursor <= cut->begin) return true;
         return MoveCutEdge(project, &RemovedRange::end, recording.cursor);
     }

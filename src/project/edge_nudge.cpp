@@ -34,23 +34,21 @@ bool StoreSelection(Project& project) {
 
 std::optional<EdgeMove> NudgeAtCursor(const CurrentRecording& recording, bool forward) {
     const std::uint32_t cursor = recording.cursor;
-    const auto index = static_cast<std::size_t>(recording.currentCut);
-    if (recording.currentCut >= 0 && index < recording.sheet.cuts.size()) {
-        const RemovedRange& cut = recording.sheet.cuts[index];
-        const bool empty = cut.begin == cut.end;
-        if (cursor == cut.begin && !(empty && forward))
-            return EdgeMove{Edge::kCutBegin, index, cursor, Nudged(cursor, forward, 0, cut.end)};
-        if (cursor == cut.end)
-            return EdgeMove{Edge::kCutEnd, index, cursor,
-                            Nudged(cursor, forward, cut.begin, recording.length)};
+    if (const RemovedRange* cut = recording.CurrentCut()) {
+        const bool empty = cut->begin == cut->end;
+        if (cursor == cut->begin && !(empty && forward))
+            return EdgeMove{Edge::kCutBegin, cursor, Nudged(cursor, forward, 0, cut->end)};
+        if (cursor == cut->end)
+            return EdgeMove{Edge::kCutEnd, cursor,
+                            Nudged(cursor, forward, cut->begin, recording.length)};
     }
     const std::uint32_t start = recording.selectionStart;
     const std::uint32_t end = recording.selectionEnd;
-    if (start >= end) return std::nullopt;
+    if (!recording.HasSelection()) return std::nullopt;
     if (cursor == start)
-        return EdgeMove{Edge::kSelectionStart, 0, cursor, Nudged(cursor, forward, 0, end - 1)};
+        return EdgeMove{Edge::kSelectionStart, cursor, Nudged(cursor, forward, 0, end - 1)};
     if (cursor == end)
-        return EdgeMove{Edge::kSelectionEnd, 0, cursor,
+        return EdgeMove{Edge::kSelectionEnd, cursor,
                         Nudged(cursor, forward, start + 1, recording.length)};
     return std::nullopt;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -13,7 +12,6 @@ enum class Edge : std::uint8_t { kCutBegin, kCutEnd, kSelectionStart, kSelection
 /// An edge that moves; positions in buffer periods.
 struct EdgeMove {
     Edge edge = Edge::kCutBegin;
-    std::size_t cut = 0;  // its index, of a cut's edge
     std::uint32_t from = 0;
     std::uint32_t to = 0;
 

@@ -9,14 +9,18 @@ bool AnyExists(Storage& storage, const Text& basePath, std::span<const TextView>
         extensions, [&](TextView extension) { return storage.Exists(basePath + Text(extension)); });
 }
 
-bool KeepAside(FileServices services, const Text& basePath, std::span<const TextView> extensions) {
-    Storage& storage = services.storage;
-    Text keptPath;
+Text KeptPath(Storage& storage, const Text& basePath, std::span<const TextView> extensions) {
+    Text path;
     int number = 1;
     do {
-        keptPath = basePath + FormatText(" (kept %d)", number++);
-    } while (AnyExists(storage, keptPath, extensions));
+        path = basePath + FormatText(" (kept %d)", number++);
+    } while (AnyExists(storage, path, extensions));
+    return path;
+}
 
+bool KeepAside(FileServices services, const Text& basePath, std::span<const TextView> extensions) {
+    Storage& storage = services.storage;
+    const Text keptPath = KeptPath(storage, basePath, extensions);
     std::size_t moved = 0;
     SystemError error = 0;
     for (; moved < extensions.size(); ++moved) {

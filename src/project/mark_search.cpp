@@ -10,7 +10,7 @@ namespace {
 std::vector<std::uint32_t> Places(const CurrentRecording& recording) {
     std::vector<std::uint32_t> places = recording.sheet.marks;
     places.insert(places.end(), {0, recording.length});
-    if (recording.selectionStart < recording.selectionEnd)
+    if (recording.HasSelection())
         places.insert(places.end(), {recording.selectionStart, recording.selectionEnd});
     std::erase_if(places, [&](std::uint32_t place) { return place > recording.length; });
     std::ranges::sort(places);

@@ -8,15 +8,9 @@
 #include "project/recording_access.h"
 #include "project/same_path.h"
 #include "project/silent_boxes.h"
-#include "project/whole_file.h"
+#include "stream/whole_file.h"
 
 namespace orma {
-namespace {
-
-constexpr unsigned kDefaultShift = 2;
-
-}  // namespace
-
 Text FreeProjectName(Storage& storage, const Text& folder, const Text& name) {
     Text candidate = name;
     for (int number = 1; storage.Exists(AsFolder(folder) + candidate + u".opr"); ++number)
@@ -64,19 +58,17 @@ void Project::RecomputePaths() {
 void Project::ClearRecording() {
     CurrentRecording& recording = s_.recording;
     recording.title.clear();
-    // Emptied in place: what the recorder reserved for a take stays.
-    recording.sheet.rangeStart = 0;
-    recording.sheet.rangeEnd = 0;
-    recording.sheet.marks.clear();
-    recording.sheet.cuts.clear();
-    recording.sheet.levels.clear();
-    recording.sheet.resolutionShift = Audio().resolutionShift;
+    recording.sheet.Clear(Audio().resolutionShift);
     recording.length = 0;
     recording.selectionStart = 0;
     recording.selectionEnd = 0;
     recording.cursor = 0;
     recording.currentCut = -1;
     recording.undo = {};
+}
+
+void Project::StoreSampleRate(std::uint32_t rate) {
+    data_.audioFormatWord = (data_.audioFormatWord & ~kRateCodeBits) | (rate == 44100 ? 1U : 0U);
 }
 
 void Project::ApplySampleRateCode(std::uint32_t code) {
@@ -97,8 +89,7 @@ void Project::NewProject() {
     AudioState& audio = Audio();
     audio.mp2 = options_.recordMp2;
     audio.stereo = options_.stereo;
-    audio.resolutionShift =
-        options_.resolutionShift <= kDefaultShift ? options_.resolutionShift : kDefaultShift;
+    audio.resolutionShift = std::min(options_.resolutionShift, kLargestShift);
     audio.bitrate.SetMp2Bitrate(options_.bitrateIndex, Files().report);
     liveFtp_ = options_.liveFtpAllowed && options_.liveFtpNewProjects;
 

@@ -211,6 +211,7 @@ class Project : public TakeKeeper {
     [[nodiscard]] AudioState& Audio() const { return s_.readers.audio; }
     [[nodiscard]] TextView AudioExtension() const { return Audio().mp2 ? u".mp2" : u".wav"; }
     void RecomputePaths();
+    void StoreSampleRate(std::uint32_t rate);  // Hz
     void ApplySampleRateCode(std::uint32_t code);
     void AdoptTextFile();
     [[nodiscard]] bool PutTextDraft(const Text& text);

@@ -1,7 +1,9 @@
 // Deleting recordings and whole projects.
 
+#include <algorithm>
 #include <array>
 
+#include "base/small_letter.h"
 #include "project/project.h"
 #include "project/same_path.h"
 #include "project/text_draft.h"
@@ -13,11 +15,7 @@ constexpr std::array<TextView, 3> kKindsInOrder = {u".mp2", u".wav", u".jvu"};
 constexpr int kNumbers = 100;
 
 bool IsProjectFile(const Text& extension) {
-    Text lower = extension;
-    for (char16_t& unit : lower) {
-        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit + (u'a' - u'A'));
-    }
-    return lower == u".opr";
+    return std::ranges::equal(extension, TextView(u".opr"), {}, SmallLetter);
 }
 
 /// The journal of a take that goes, unless it is another program's.

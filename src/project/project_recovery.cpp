@@ -84,8 +84,7 @@ void Project::AdoptFormatOf(const Text& audioPath) {
         audio.stereo = mp2.Mode() != 3;
     } else if (!audio.mp2 && WavHeader::Decode(bytes, wav)) {
         audio.stereo = wav.channels == 2;
-        data_.audioFormatWord =
-            (data_.audioFormatWord & ~kRateCodeBits) | (wav.sampleRate == 44100 ? 1U : 0U);
+        StoreSampleRate(wav.sampleRate);
         ApplySampleRateCode(data_.audioFormatWord & kRateCodeBits);
     }
 }

@@ -10,7 +10,7 @@
 #include "project/project.h"
 #include "project/take_rewrite.h"
 #include "project/text_draft.h"
-#include "project/whole_file.h"
+#include "stream/whole_file.h"
 
 namespace orma {
 namespace {
@@ -19,7 +19,6 @@ constexpr std::uint32_t kMp2Flag = 1;
 constexpr std::uint32_t kLiveFtpFlag = 2;
 constexpr std::uint32_t kStereoBits = 0xF0000;  // of the audio format word; any of them on reading
 constexpr std::uint32_t kStereoBit = 0x10000;   // ... and this one when written
-constexpr std::uint32_t kLargestShift = 2;
 
 /// A clip's name never leads out of its folder.
 Text WithoutFolder(const Text& name) {

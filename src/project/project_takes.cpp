@@ -73,8 +73,7 @@ void Project::TakeFinished() {
     // A failure is reported; the sound is what counts.
     (void)WriteVuFile(Files(), recording.levelPath, recording.sheet);
     // The device decided on the rate; the project records it.
-    data_.audioFormatWord =
-        (data_.audioFormatWord & ~kRateCodeBits) | (Audio().sampleRate == 44100 ? 1U : 0U);
+    StoreSampleRate(Audio().sampleRate);
 
     ClipEntry clip;
     clip.folder = recording.folder;

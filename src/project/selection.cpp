@@ -22,7 +22,7 @@ bool TakeOverSelection(Project& project) {
 }  // namespace
 
 std::uint32_t PlayingLength(const CurrentRecording& recording) {
-    const bool selected = recording.selectionStart < recording.selectionEnd;
+    const bool selected = recording.HasSelection();
     return NetLength(recording.sheet.cuts, selected ? recording.selectionStart : 0,
                      selected ? recording.selectionEnd : recording.length);
 }

@@ -36,23 +36,19 @@ bool KeepOriginal(Storage& storage, const RewritePaths& paths) {
     const PathParts parts = SplitPath(paths.audio);
     const std::array<TextView, 4> kinds = {parts.extension, u".jvu", RewritePaths::kOriginal,
                                            RewritePaths::kLevels};
-    Text kept;
-    int number = 1;
-    do {
-        kept = parts.folder + parts.name + FormatText(" (kept %d)", number++);
-    } while (AnyExists(storage, kept, kinds));
+    const Text kept = KeptPath(storage, parts.folder + parts.name, kinds);
     return storage.Rename(paths.original, kept + parts.extension) == 0;
+}
+
+/// Renames a file; false on failure (reported).
+bool Move(FileServices files, const Text& from, const Text& to) {
+    const SystemError error = files.storage.Rename(from, to);
+    if (error != 0) files.report.ReportSystemFailure(u"MoveFile", error);
+    return error == 0;
 }
 
 void DeleteIfThere(Storage& storage, const Text& path) {
     if (storage.Exists(path)) (void)storage.Delete(path);
-}
-
-void PatchSize(JStreamFile& file, std::uint32_t offset, std::uint32_t value) {
-    std::array<std::uint8_t, 4> bytes{};
-    StoreLe(bytes.data(), value);
-    file.SetPosition(static_cast<std::int32_t>(offset));
-    file.Write(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
 }
 
 /// Whether an interrupted cut in place had cut the file: then only its level file is missing.
@@ -86,19 +82,13 @@ RewritePaths::RewritePaths(const Text& audioPath)
 TakeReplacement::TakeReplacement(FileServices files, const Text& audioPath)
     : files_(files), paths_(audioPath), file_(files, audioPath) {}
 
-bool TakeReplacement::Move(const Text& from, const Text& to) {
-    const SystemError error = files_.storage.Rename(from, to);
-    if (error != 0) files_.report.ReportSystemFailure(u"MoveFile", error);
-    return error == 0;
-}
-
 bool TakeReplacement::Commit(const LevelSheet& sheet) {
     Stream().Flush();
     if (!Stream().IsOpen()) return false;
     const bool replaces = files_.storage.Exists(paths_.audio);
-    if (replaces && !Move(paths_.audio, paths_.original)) return false;
+    if (replaces && !Move(files_, paths_.audio, paths_.original)) return false;
     if (!WriteVuFile(files_, paths_.nextLevels, sheet) || !file_.Commit() ||
-        !Move(paths_.nextLevels, paths_.levels)) {
+        !Move(files_, paths_.nextLevels, paths_.levels)) {
         TakeBack(replaces);
         return false;
     }
@@ -113,7 +103,7 @@ bool TakeReplacement::Commit(const LevelSheet& sheet) {
 
 void TakeReplacement::TakeBack(bool replaces) {
     if (replaces) {
-        if (!Move(paths_.original, paths_.audio)) {
+        if (!Move(files_, paths_.original, paths_.audio)) {
             files_.report.ShowError(u"The recording is kept as " + paths_.original);
             return;
         }
@@ -136,8 +126,8 @@ bool TruncateTake(FileServices files, const Text& audioPath, const TakeLayout& l
         JStreamFile take(files, audioPath, kPatching);
         if (!layout.mp2) {
             // In this order a crash between the two is told from a file with more chunks.
-            PatchSize(take, WavHeader::kRiffSizeOffset, size + 36);
-            PatchSize(take, WavHeader::kDataSizeOffset, size);
+            WriteNumberAt(take, WavHeader::kRiffSizeOffset, size + 36);
+            WriteNumberAt(take, WavHeader::kDataSizeOffset, size);
         }
         take.Truncate(size);
         take.Flush();
@@ -169,30 +159,25 @@ bool RecoverRewrite(ReaderServices services, const Text& audioPath) {
     const bool next = storage.Exists(paths.nextLevels);
     if (!original && !next) return true;
 
-    const auto move = [&](const Text& from, const Text& to) {
-        const SystemError error = storage.Rename(from, to);
-        if (error != 0) files.report.ReportSystemFailure(u"MoveFile", error);
-        return error == 0;
-    };
     Trace("rewrite of %s was interrupted", ToUtf8(audioPath).c_str());
     if (original && !storage.Exists(audioPath)) {
         // Recordings of both kinds have one name for their original.
         Mp2Header header;
         if (ExtensionOf(storage, paths.original, header) != SplitPath(audioPath).extension)
             return true;
-        if (!move(paths.original, audioPath)) return false;
+        if (!Move(files, paths.original, audioPath)) return false;
         DeleteIfThere(storage, paths.nextLevels);
         return true;
     }
     if (original) {
-        if (next && !move(paths.nextLevels, paths.levels)) return false;
+        if (next && !Move(files, paths.nextLevels, paths.levels)) return false;
         // Where it cannot be moved away it does no harm: the same happens again.
         (void)KeepOriginal(storage, paths);
         return true;
     }
     if (!storage.Exists(audioPath)) return true;
     const std::optional<bool> cut = WasCutInPlace(services, paths);
-    if (cut == true) return move(paths.nextLevels, paths.levels);
+    if (cut == true) return Move(files, paths.nextLevels, paths.levels);
     if (cut == false) DeleteIfThere(storage, paths.nextLevels);
     return true;
 }

@@ -41,7 +41,6 @@ class TakeReplacement {
     [[nodiscard]] bool Commit(const LevelSheet& sheet);
 
   private:
-    [[nodiscard]] bool Move(const Text& from, const Text& to);
     void TakeBack(bool replaces);
 
     FileServices files_;

@@ -2,13 +2,16 @@
 
 #include <string_view>
 
-#include "project/whole_file.h"
+#include "stream/whole_file.h"
 
 namespace orma {
+namespace {
 
 Text TextDraftPath(const Text& projectFilePath) {
     return projectFilePath + u".text";
 }
+
+}  // namespace
 
 Text ReadTextDraft(FileServices services, const Text& projectFilePath) {
     const Text path = TextDraftPath(projectFilePath);

@@ -8,8 +8,6 @@ namespace orma {
 // beside the place of the project's file, "<project>.opr.text". Once the project has a file the
 // draft goes.
 
-[[nodiscard]] Text TextDraftPath(const Text& projectFilePath);
-
 /// Empty when there is none, or it cannot be read (reported).
 [[nodiscard]] Text ReadTextDraft(FileServices services, const Text& projectFilePath);
 

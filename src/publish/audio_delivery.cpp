@@ -3,14 +3,9 @@
 #include <utility>
 
 #include "publish/audio_state_keeper.h"
+#include "stream/jstream_wr_ftp.h"
 
 namespace orma {
-namespace {
-
-constexpr int kOffsetRefused = 1;
-constexpr int kNoServer = 2;
-
-}  // namespace
 
 AudioDelivery::AudioDelivery(AudioDeliveryServices services, const Publication& publication,
                              AudioDeliveryTerms terms)
@@ -57,12 +52,12 @@ AudioDelivery::AttemptEnd AudioDelivery::Attempt(const Text& baseName, bool firs
     sentAll_ = false;
     const int answer = OpenWriter(baseName, first);
     opened_ = Writer().IsOpen();
-    if (answer == kOffsetRefused) {
+    if (answer == JStreamWrFTP::kOffsetRefused) {
         s_.readers.files.report.ShowError(u"Resume not possible\non this server.");
         Writer().Close();
         return AttemptEnd::kOver;
     }
-    if (answer == kNoServer) {
+    if (answer == JStreamWrFTP::kNoConnection) {
         Writer().Close();
         return AttemptEnd::kNoConnection;
     }

@@ -28,8 +28,6 @@ BwfHead BextFields(const std::string& description, const DateTime& recorded, std
                    std::uint32_t ticks, const OriginatorCodes& codes) {
     BwfHead head = BwfHead::Template();
     Put(head.description, std::string_view(description).substr(0, head.description.size() - 1));
-    Put(head.originator, "PC");
-    Put(head.originatorReference, "Orma");
     Put(head.originationDate, OriginationDate(recorded));
     Put(head.originationTime, OriginationTime(recorded));
     head.timeReferenceLow = TimeReference(recorded);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "base/bytes.h"
 #include "base/text.h"
 
 namespace orma {
@@ -28,6 +27,10 @@ std::string Names(const std::vector<std::string_view>& tags) {
 }
 
 }  // namespace
+
+bool AllZero(ByteSpan bytes) {
+    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
+}
 
 std::vector<FileChunk> MapChunks(VerifySource& source, VerifyNotes& notes) {
     std::vector<FileChunk> chunks;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/bytes.h"
 #include "publish/verify_notes.h"
 #include "publish/verify_source.h"
 
@@ -19,6 +20,9 @@ struct FileChunk {
 
     [[nodiscard]] std::uint64_t Content() const { return offset + 8; }
 };
+
+/// True when all bytes are zero, as reserved ones and the rest of a text have to be.
+[[nodiscard]] bool AllZero(ByteSpan bytes);
 
 /// Walks a RIFF/WAVE file from its first byte and notes what is wrong with its frame: tags, the
 /// RIFF size against the file's, chunks that reach beyond the end. Returns the chunks that lie

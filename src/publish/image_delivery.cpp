@@ -4,17 +4,15 @@
 #include <utility>
 
 #include "base/path.h"
+#include "base/small_letter.h"
 
 namespace orma {
 namespace {
 
 /// Files of one name would replace each other; on many servers case makes no difference.
 bool HasName(const std::vector<NamedImage>& images, const Text& name) {
-    const auto small = [](char16_t unit) {
-        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
-    };
     return std::ranges::any_of(images, [&](const NamedImage& image) {
-        return std::ranges::equal(image.name, name, {}, small, small);
+        return std::ranges::equal(image.name, name, {}, SmallLetter, SmallLetter);
     });
 }
 

@@ -77,7 +77,7 @@ PublishOutcome PublishJob::PublishClip(Mode mode, bool busy) {
     settings_ = PublishSettingsOf(s_.state.settings);
     if (busy || !IsEnabled(mode)) return PublishOutcome::kRefused;
     const CurrentRecording& recording = s_.project.Recording();
-    const bool selected = recording.selectionStart < recording.selectionEnd;
+    const bool selected = recording.HasSelection();
     if (!selected && (mode == Mode::kToFile || !settings_.imagePublishing)) {
         s_.readers.files.report.ShowError(u"Nothing recorded or selected");
         return PublishOutcome::kRefused;
@@ -152,7 +152,7 @@ void PublishJob::StoreCurrentRecording() {
     std::erase_if(recording.sheet.cuts,
                   [](const RemovedRange& cut) { return cut.begin == cut.end; });
     if (recording.levelPath.empty()) return;
-    if (recording.selectionStart < recording.selectionEnd) {  // else the file keeps its range
+    if (recording.HasSelection()) {  // else the file keeps its range
         recording.sheet.rangeStart = recording.selectionStart;
         recording.sheet.rangeEnd = recording.selectionEnd;
     }
@@ -292,11 +292,8 @@ bool PublishJob::HasServer(bool offered) {
 
 bool PublishJob::DestinationFits() {
     if (!HasServer(false)) return false;
-    ErrorReporter& report = s_.readers.files.report;
-    if (settings_.method == PublishMethod::kFtp) return true;
-    if (IsMailAddress(s_.state.choices.recipient)) return true;
-    report.Boxes().Show({.text = u"Illegal email-address", .title = u"error"});
-    return false;
+    return settings_.method == PublishMethod::kFtp ||
+           RequireMailAddress(s_.readers.files.report, s_.state.choices.recipient);
 }
 
 /// Fills in what the writer is to write and where.

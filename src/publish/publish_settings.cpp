@@ -1,17 +1,9 @@
 #include "publish/publish_settings.h"
 
+#include "base/path.h"
 #include "publish/dialogs/current_accounts.h"
 
 namespace orma {
-namespace {
-
-/// The extension of the text file's name, with its dot.
-Text ExtensionOf(const Text& fileName) {
-    const std::size_t dot = fileName.rfind(u'.');
-    return dot == Text::npos ? u".txt" : fileName.substr(dot);
-}
-
-}  // namespace
 
 PublishSettings PublishSettingsOf(const SettingsRecord& settings) {
     PublishSettings publish;
@@ -34,8 +26,8 @@ PublishSettings PublishSettingsOf(const SettingsRecord& settings) {
     publish.imagePublishing = settings.ImagePublishing != 0;
     publish.keepImageNames = settings.KeepImageNames != 0;
     publish.publishText = settings.PublishText != 0;
-    if (settings.UseProjectTextFile != 0 && !settings.ProjectTextFile.empty())
-        publish.textExtension = ExtensionOf(settings.ProjectTextFile);
+    const Text extension = SplitPath(settings.ProjectTextFile).extension;
+    if (settings.UseProjectTextFile != 0 && !extension.empty()) publish.textExtension = extension;
     return publish;
 }
 

@@ -4,9 +4,10 @@
 #include <optional>
 
 #include "publish/verify_audio.h"
+#include "publish/verify_envelope.h"
 #include "publish/verify_head.h"
-#include "publish/verify_levl.h"
 #include "publish/verify_notes.h"
+#include "publish/verify_peaks.h"
 #include "publish/verify_quality.h"
 
 namespace orma {
@@ -26,12 +27,12 @@ void CheckFile(VerifySource& source, Storage& storage, VerifyNotes& notes) {
 
     const FileChunk* levlChunk = FindChunk(chunks, "levl");
     std::optional<LevlChunk> levl;
-    if (levlChunk != nullptr) levl = CheckLevl(source, *levlChunk, head, notes);
+    if (levlChunk != nullptr) levl = CheckEnvelope(source, *levlChunk, head, notes);
 
     QualityFacts quality;
     if (const FileChunk* qlty = FindChunk(chunks, "qlty"))
         quality = CheckQuality(source, *qlty, sound.byteSum, levl ? &*levl : nullptr, notes);
-    if (levl && hasSound) CheckLevels(*levl, *levlChunk, sound, head.format, quality.joins, notes);
+    if (levl && hasSound) CheckPeaks(*levl, *levlChunk, sound, head.format, quality.joins, notes);
 }
 
 }  // namespace

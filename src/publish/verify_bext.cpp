@@ -57,10 +57,6 @@ bool ParseTime(std::string_view text, DateTime& into) {
            minute < 60 && second >= 0 && second < 60;
 }
 
-bool AllZero(ByteSpan bytes) {
-    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
-}
-
 /// True when the field holds `text` and zeros.
 template <std::size_t Size>
 bool HoldsText(const std::array<char, Size>& field, std::string_view text) {

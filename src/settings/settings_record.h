@@ -29,12 +29,18 @@ struct FtpDestination {
     ORMA_FTP_ACCESS
     ORMA_FTP_NAME
     ORMA_FTP_SECURITY
+
+    /// What a list calls it.
+    [[nodiscard]] const Text& ShownName() const { return Name.empty() ? Server : Name; }
 };
 
 /// A mail account, chosen by its name in the publish dialog.
 struct SmtpDestination {
     ORMA_SMTP_ACCESS
     ORMA_SMTP_CONNECTION
+
+    /// What a list calls it, and the setting that names the account in use.
+    [[nodiscard]] const Text& ShownName() const { return Name.empty() ? Server : Name; }
 };
 
 /// Every option of the program: plain data, one instance, owned by the application. Loaded and

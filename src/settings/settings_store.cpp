@@ -2,17 +2,18 @@
 
 #include <algorithm>
 #include <string_view>
-#include <type_traits>
+#include <variant>
 
 #include "base/bytes.h"
 #include "base/path.h"
+#include "settings/mail_places.h"
 #include "stream/binary_fields.h"
 #include "stream/file_replacement.h"
 
 namespace orma {
 namespace {
 
-constexpr std::size_t kHeaderBytes = 8;
+constexpr std::uint32_t kHeaderBytes = 8;  // magic and version
 
 struct FileFormat {
     TextView name;
@@ -26,72 +27,10 @@ FileFormat FormatOf(SettingsFile file) {
     return {u"OrmaSet.sup", "OSUS", SettingsStore::kUserStateVersion};
 }
 
-void ReadSetting(JStreamFile& stream, const Setting& setting) {
-    std::visit(
-        [&]<class T>(T* member) {
-            if constexpr (std::is_same_v<T, Text>) {
-                *member = ReadText(stream);
-            } else if constexpr (sizeof(T) == 1) {
-                *member = ReadU8(stream);
-            } else if constexpr (sizeof(T) == 2) {
-                *member = static_cast<T>(ReadU16(stream));
-            } else {
-                *member = static_cast<T>(ReadU32(stream));
-            }
-        },
-        setting.value);
-}
-
-void WriteSetting(JStreamFile& stream, const Setting& setting) {
-    std::visit(
-        [&]<class T>(const T* member) {
-            if constexpr (std::is_same_v<T, Text>) {
-                WriteText(stream, *member);
-            } else if constexpr (sizeof(T) == 1) {
-                WriteU8(stream, *member);
-            } else if constexpr (sizeof(T) == 2) {
-                WriteU16(stream, static_cast<std::uint16_t>(*member));
-            } else {
-                WriteU32(stream, static_cast<std::uint32_t>(*member));
-            }
-        },
-        setting.value);
-}
-
-/// The places of mail accounts 0 and 1 in the configuration; those of 0 are also the account in
-/// use.
-SmtpDestination Place0(const SettingsRecord& r) {
-    return {.Server = r.SmtpServer,
-            .User = r.SmtpUser,
-            .Password = r.SmtpPassword,
-            .Auth = r.SmtpAuth,
-            .Name = {}};
-}
-
-SmtpDestination Place1(const SettingsRecord& r) {
-    return {.Server = r.Smtp1Server,
-            .User = r.Smtp1User,
-            .Password = r.Smtp1Password,
-            .Auth = r.Smtp1Auth,
-            .Name = {}};
-}
-
-bool SameAccess(const SmtpDestination& a, const SmtpDestination& b) {
-    return a.Server == b.Server && a.User == b.User && a.Password == b.Password && a.Auth == b.Auth;
-}
-
-void CopyAccess(const SmtpDestination& from, SmtpDestination& to) {
-    to.Server = from.Server;
-    to.User = from.User;
-    to.Password = from.Password;
-    to.Auth = from.Auth;
-}
-
 /// True when a dialog brought another account than 0 into use.
 bool HasChosenAccount(const SettingsRecord& r) {
     return std::any_of(r.Smtp.begin() + 1, r.Smtp.end(), [&](const SmtpDestination& entry) {
-        const Text& name = entry.Name.empty() ? entry.Server : entry.Name;
-        return name == r.CurrentSmtpName && SameAccess(entry, Place0(r));
+        return entry.ShownName() == r.CurrentSmtpName && SameMailAccess(entry, MailPlaces(r)[0]);
     });
 }
 
@@ -111,17 +50,23 @@ std::optional<std::uint32_t> ReadSettingsFile(FileServices services, const Text&
                                               SettingsFile file, SettingsRecord& record) {
     if (!services.storage.Exists(path)) return std::nullopt;
     JStreamFile stream(services, path, true);
-    std::array<std::uint8_t, 4> magic{};
-    stream.Read(magic.data(), magic.size());
-    const std::uint32_t version = ReadU32(stream);
-    if (!IsTag(magic.data(), FormatOf(file).magic)) return std::nullopt;
-    SettingsRecord loaded = record;
-    const SettingsTable table(loaded);
-    for (const Setting& setting : table.In(file)) {
-        if (std::int64_t{version} > setting.threshold) ReadSetting(stream, setting);
+    const std::uint32_t size = stream.GetSize();
+    Bytes bytes(kHeaderBytes);
+    stream.ReadHeld(bytes.data(), std::min(size, kHeaderBytes));
+    if (!IsTag(bytes.data(), FormatOf(file).magic)) return std::nullopt;
+    if (size > kHeaderBytes) {
+        bytes.resize(size);
+        stream.ReadHeld(&bytes[kHeaderBytes], size - kHeaderBytes);
     }
-    if (!stream.Has(JStream::kGood | JStream::kOpen | JStream::kReading)) return std::nullopt;
-    record = std::move(loaded);
+    if (!stream.IsOpen()) return std::nullopt;
+
+    const auto version = LoadLe<std::uint32_t>(&bytes[4]);
+    FieldReader fields(ByteSpan(bytes).subspan(kHeaderBytes));
+    const SettingsTable table(record);
+    for (const Setting& setting : table.In(file)) {
+        if (std::int64_t{version} <= setting.threshold) continue;
+        std::visit([&](auto* member) { fields.Get(*member); }, setting.value);
+    }
     return version;
 }
 
@@ -178,10 +123,9 @@ void SettingsStore::DeriveFields(std::uint32_t version) {
         for (EqualizerSet& set : r.Preset)
             set.gainOffset = r.EqGainOffset;
     }
-    SmtpDestination& first = r.Smtp[0];
-    SmtpDestination& second = r.Smtp[1];
-    CopyAccess(Place0(r), first);
-    CopyAccess(Place1(r), second);
+    const std::array<SmtpDestination, 2> places = MailPlaces(r);
+    for (std::size_t i = 0; i < places.size(); ++i)
+        CopyMailAccess(places[i], r.Smtp[i]);
     RememberAccounts();
     for (std::size_t i = 0; i < r.Smtp.size(); ++i) {
         SmtpDestination& account = r.Smtp[i];
@@ -196,16 +140,16 @@ bool SettingsStore::SaveUserState() {
 
 void SettingsStore::RememberAccounts() {
     knownAccounts_ = {record_.Smtp[0], record_.Smtp[1]};
-    knownPlaces_ = {Place0(record_), Place1(record_)};
+    knownPlaces_ = MailPlaces(record_);
 }
 
 void SettingsStore::TakeOverPlaces() {
-    const std::array<SmtpDestination, 2> places = {Place0(record_), Place1(record_)};
+    const std::array<SmtpDestination, 2> places = MailPlaces(record_);
     const std::array<bool, 2> chosen = {HasChosenAccount(record_), false};
     for (std::size_t i = 0; i < places.size(); ++i) {
-        const bool placeEdited = !SameAccess(places[i], knownPlaces_[i]) && !chosen[i];
-        const bool entryEdited = !SameAccess(record_.Smtp[i], knownAccounts_[i]);
-        if (placeEdited && !entryEdited) CopyAccess(places[i], record_.Smtp[i]);
+        const bool placeEdited = !SameMailAccess(places[i], knownPlaces_[i]) && !chosen[i];
+        const bool entryEdited = !SameMailAccess(record_.Smtp[i], knownAccounts_[i]);
+        if (placeEdited && !entryEdited) CopyMailAccess(places[i], record_.Smtp[i]);
     }
     RememberAccounts();
 }
@@ -213,16 +157,7 @@ void SettingsStore::TakeOverPlaces() {
 bool SettingsStore::SaveConfiguration() {
     TakeOverPlaces();
     SettingsRecord stored = record_;
-    const SmtpDestination& first = stored.Smtp[0];
-    stored.SmtpServer = first.Server;
-    stored.SmtpUser = first.User;
-    stored.SmtpPassword = first.Password;
-    stored.SmtpAuth = first.Auth;
-    const SmtpDestination& second = stored.Smtp[1];
-    stored.Smtp1Server = second.Server;
-    stored.Smtp1User = second.User;
-    stored.Smtp1Password = second.Password;
-    stored.Smtp1Auth = second.Auth;
+    StoreMailPlaces(stored);
     for (std::size_t i = 0; i < stored.Smtp.size(); ++i) {
         // A name that the server text lent stays lent: it follows a change of the server.
         if (stored.Smtp[i].Name == filledAccountNames_[i]) stored.Smtp[i].Name.clear();
@@ -233,12 +168,14 @@ bool SettingsStore::SaveConfiguration() {
 bool SettingsStore::Save(SettingsFile file, SettingsRecord& record) {
     const FileFormat format = FormatOf(file);
     FileReplacement replacement(services_, PathOf(file));
-    JStreamFile& stream = replacement.Stream();
-    stream.Write(format.magic.data(), 4);
-    WriteU32(stream, format.version);
+    FieldWriter fields;
+    fields.PutTag(format.magic);
+    fields.Put(format.version);
     const SettingsTable table(record);
     for (const Setting& setting : table.In(file))
-        WriteSetting(stream, setting);
+        std::visit([&](const auto* member) { fields.Put(*member); }, setting.value);
+    JStreamFile& stream = replacement.Stream();
+    stream.Write(fields.Written().data(), static_cast<std::uint32_t>(fields.Written().size()));
     // A foreign file makes room only for one that is whole.
     stream.Flush();
     const bool saved = stream.IsOpen() && KeepForeignFile(file) && replacement.Commit();

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "publish/dialogs/account_choices.h"
+#include "settings/mail_places.h"
 
 namespace orma {
 namespace {
@@ -14,11 +15,6 @@ std::size_t MoveTogether(Table& table) {
     const auto end = std::stable_partition(table.begin(), table.end(),
                                            [](const auto& entry) { return IsUsed(entry); });
     return static_cast<std::size_t>(end - table.begin());
-}
-
-template <class Entry>
-const Text& NameOf(const Entry& entry) {
-    return entry.Name.empty() ? entry.Server : entry.Name;
 }
 
 }  // namespace
@@ -65,14 +61,6 @@ void AccountList::UseEntry(std::size_t entry) {
     entry_ = entry;
 }
 
-std::string FtpAccountList::Prefix(std::size_t entry) const {
-    return "Ftp[" + std::to_string(entry) + "].";
-}
-
-const Text& FtpAccountList::Title(std::size_t entry) const {
-    return NameOf(record_.Ftp[entry]);
-}
-
 const Text& FtpAccountList::OtherTitle() const {
     return record_.FtpServer.empty() ? record_.CurrentFtpName : record_.FtpServer;
 }
@@ -106,22 +94,6 @@ void FtpAccountList::Store() {
     }
 }
 
-void FtpAccountList::Clear(std::size_t entry) {
-    record_.Ftp[entry] = FtpDestination{};
-}
-
-void FtpAccountList::Exchange(std::size_t entry, std::size_t other) {
-    std::swap(record_.Ftp[entry], record_.Ftp[other]);
-}
-
-std::string MailAccountList::Prefix(std::size_t entry) const {
-    return "Smtp[" + std::to_string(entry) + "].";
-}
-
-const Text& MailAccountList::Title(std::size_t entry) const {
-    return NameOf(record_.Smtp[entry]);
-}
-
 const Text& MailAccountList::OtherTitle() const {
     return record_.CurrentSmtpName;
 }
@@ -140,27 +112,10 @@ void MailAccountList::Load() {
 /// The name alone tells the choice: the settings in use are those of account 0, which shares their
 /// place, as account 1 has its place outside the table.
 void MailAccountList::Store() {
-    const SmtpDestination& first = record_.Smtp[0];
-    record_.SmtpServer = first.Server;
-    record_.SmtpUser = first.User;
-    record_.SmtpPassword = first.Password;
-    record_.SmtpAuth = first.Auth;
-    const SmtpDestination& second = record_.Smtp[1];
-    record_.Smtp1Server = second.Server;
-    record_.Smtp1User = second.User;
-    record_.Smtp1Password = second.Password;
-    record_.Smtp1Auth = second.Auth;
+    StoreMailPlaces(record_);
     if (use_ == InUse::kNone && count_ > 0) UseEntry(0);
     if (use_ == InUse::kEntry) record_.CurrentSmtpName = Title(entry_);
     if (use_ == InUse::kNone) record_.CurrentSmtpName.clear();
-}
-
-void MailAccountList::Clear(std::size_t entry) {
-    record_.Smtp[entry] = SmtpDestination{};
-}
-
-void MailAccountList::Exchange(std::size_t entry, std::size_t other) {
-    std::swap(record_.Smtp[entry], record_.Smtp[other]);
 }
 
 }  // namespace orma

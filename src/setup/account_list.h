@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "settings/settings_record.h"
 
@@ -70,47 +71,60 @@ class AccountList {
     std::size_t entry_ = 0;
 };
 
+/// What the lists of both kinds do alike with their table of the record.
+template <class Table>
+class TableAccountList : public AccountList {
+  public:
+    [[nodiscard]] std::size_t Capacity() const override { return table_.size(); }
+    [[nodiscard]] std::string Prefix(std::size_t entry) const override {
+        return std::string(name_) + "[" + std::to_string(entry) + "].";
+    }
+    [[nodiscard]] const Text& Title(std::size_t entry) const override {
+        return table_[entry].ShownName();
+    }
+
+  protected:
+    TableAccountList(SettingsRecord& record, Table& table, std::string_view name)
+        : record_(record), table_(table), name_(name) {}
+
+    void Clear(std::size_t entry) override { table_[entry] = {}; }
+    void Exchange(std::size_t entry, std::size_t other) override {
+        std::swap(table_[entry], table_[other]);
+    }
+
+    SettingsRecord& record_;
+    Table& table_;
+
+  private:
+    std::string_view name_;
+};
+
 /// The FTP destinations.
-class FtpAccountList : public AccountList {
+class FtpAccountList : public TableAccountList<decltype(SettingsRecord::Ftp)> {
   public:
     /// `record` outlives the list.
-    explicit FtpAccountList(SettingsRecord& record) : record_(record) {}
+    explicit FtpAccountList(SettingsRecord& record) : TableAccountList(record, record.Ftp, "Ftp") {}
 
-    [[nodiscard]] std::size_t Capacity() const override { return record_.Ftp.size(); }
-    [[nodiscard]] std::string Prefix(std::size_t entry) const override;
     [[nodiscard]] std::string_view NameInUse() const override { return "CurrentFtpName"; }
-    [[nodiscard]] const Text& Title(std::size_t entry) const override;
     [[nodiscard]] const Text& OtherTitle() const override;
     void Load() override;
     void Store() override;
 
   private:
-    void Clear(std::size_t entry) override;
-    void Propose(std::size_t entry) override { record_.Ftp[entry].Passive = 1; }
-    void Exchange(std::size_t entry, std::size_t other) override;
-
-    SettingsRecord& record_;
+    void Propose(std::size_t entry) override { table_[entry].Passive = 1; }
 };
 
 /// The mail accounts.
-class MailAccountList : public AccountList {
+class MailAccountList : public TableAccountList<decltype(SettingsRecord::Smtp)> {
   public:
     /// `record` outlives the list.
-    explicit MailAccountList(SettingsRecord& record) : record_(record) {}
+    explicit MailAccountList(SettingsRecord& record)
+        : TableAccountList(record, record.Smtp, "Smtp") {}
 
-    [[nodiscard]] std::size_t Capacity() const override { return record_.Smtp.size(); }
-    [[nodiscard]] std::string Prefix(std::size_t entry) const override;
     [[nodiscard]] std::string_view NameInUse() const override { return "CurrentSmtpName"; }
-    [[nodiscard]] const Text& Title(std::size_t entry) const override;
     [[nodiscard]] const Text& OtherTitle() const override;
     void Load() override;
     void Store() override;
-
-  private:
-    void Clear(std::size_t entry) override;
-    void Exchange(std::size_t entry, std::size_t other) override;
-
-    SettingsRecord& record_;
 };
 
 }  // namespace orma

@@ -38,12 +38,11 @@ inline char* PutTwoGroups(char* to, const std::uint8_t* from) {
 }
 
 /// Encodes the 1 or 2 last bytes of a text, padded.
-char* PutEnd(char* to, const std::uint8_t* from, std::size_t count) {
+void PutEnd(char* to, const std::uint8_t* from, std::size_t count) {
     const std::array<std::uint8_t, kGroup> padded = {from[0], count > 1 ? from[1] : std::uint8_t{0},
                                                      0};
     char* const end = PutGroup(to, padded.data());
     std::fill(end - (kGroup - count), end, '=');
-    return end;
 }
 
 }  // namespace
@@ -94,7 +93,7 @@ std::string_view Base64Encoder::Encode(ByteSpan input) {
 std::string_view Base64Encoder::Finish() {
     if (carried_ == 0) return {};
     if (output_.size() < 4) output_.resize(4);
-    (void)PutEnd(output_.data(), carry_.data(), carried_);
+    PutEnd(output_.data(), carry_.data(), carried_);
     carried_ = 0;
     return {output_.data(), 4};
 }
@@ -105,7 +104,7 @@ std::string Base64(std::string_view text) {
     char* to = encoded.data();
     for (std::size_t groups = text.size() / kGroup; groups > 0; --groups, from += kGroup)
         to = PutGroup(to, from);
-    if (text.size() % kGroup != 0) (void)PutEnd(to, from, text.size() % kGroup);
+    if (text.size() % kGroup != 0) PutEnd(to, from, text.size() % kGroup);
     return encoded;
 }
 

@@ -2,12 +2,6 @@
 
 namespace orma {
 
-bool TestConnection(int publishMethod, const FtpAccount& account, FtpServices services,
-                    const std::function<bool()>& mailServerAnswers, FtpManner manner) {
-    if (publishMethod != 0) return mailServerAnswers();
-    return FtpSession(services, account, manner).IsConnected();
-}
-
 FtpTrial TestFtpAccount(const FtpAccount& account, FtpServices services) {
     FtpSession session(services, account, {.silent = true});
     if (!session.IsConnected()) return {false, session.LastResult()};

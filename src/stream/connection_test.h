@@ -1,20 +1,9 @@
 #pragma once
 
-#include <functional>
-
 #include "stream/ftp_session.h"
 #include "stream/jstream_smtp.h"
 
 namespace orma {
-
-/// Whether what a publication needs is there: for FTP (method 0) a log-in succeeds, for mail (any
-/// other method) `mailServerAnswers` says so. That some place on the web can be reached would tell
-/// less. Unless the manner is another, nothing is reported; the caller decides what to say.
-/// Blocking, UI thread.
-[[nodiscard]] bool TestConnection(int publishMethod, const FtpAccount& account,
-                                  FtpServices services,
-                                  const std::function<bool()>& mailServerAnswers,
-                                  FtpManner manner = {.silent = true});
 
 /// How a try of an FTP account ended: with which step, and how.
 struct FtpTrial {
@@ -27,8 +16,7 @@ struct FtpTrial {
 /// would be one that somebody finds. Blocking, UI thread.
 [[nodiscard]] FtpTrial TestFtpAccount(const FtpAccount& account, FtpServices services);
 
-/// Greets a mail server, logs in where the account says so, and leaves. Blocking, UI
-/// thread.
+/// Greets a mail server, logs in where the account says so, and leaves. Blocking, UI thread.
 [[nodiscard]] SmtpOpenResult TestMailLogIn(const SmtpAccount& account,
                                            const MailServices& services);
 

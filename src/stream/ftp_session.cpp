@@ -66,7 +66,6 @@ void FtpSession::Fail(const Text& operation, FtpManner manner) {
 }
 
 void FtpSession::Close() {
-    transferOpen = false;
     if (client_ != nullptr) client_->Disconnect();
     client_.reset();
 }

@@ -52,9 +52,6 @@ class FtpSession {
     /// The connection; only while IsConnected.
     [[nodiscard]] FtpClient& Client() { return *client_; }
 
-    /// True while a remote file is open on this connection; kept by the stream.
-    bool transferOpen = false;
-
   private:
     void Fail(const Text& operation, FtpManner manner);
 

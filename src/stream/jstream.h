@@ -41,4 +41,8 @@ class JStream {
     std::uint32_t status = 0;
 };
 
+/// Writes a little-endian number at `offset` bytes from the start of a stream that can move, and
+/// leaves the position behind it.
+void WriteNumberAt(JStream& stream, std::uint32_t offset, std::uint32_t value);
+
 }  // namespace orma

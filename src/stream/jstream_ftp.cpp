@@ -1,6 +1,7 @@
 #include "stream/jstream_ftp.h"
 
 #include <cstring>
+#include <utility>
 
 #include "base/trace.h"
 
@@ -9,19 +10,17 @@ namespace orma {
 void JStreamFTP::Fail(const Text& operation, FtpResult result) {
     status &= ~kGood;
     lastResult_ = std::move(result);
+    Report(operation);
+}
+
+void JStreamFTP::Report(const Text& operation) {
     if (lastResult_.code == kFtpCancelled) return;
     services_.report.ReportInternetFailure(operation, lastResult_.code, lastResult_.reply);
 }
 
-void JStreamFTP::Attach(FtpSession& session) {
-    CloseAll();
-    session_ = &session;
-}
-
 void JStreamFTP::OpenWriterSession(const FtpAccount& account) {
     CloseAll();
-    ownSession_ = std::make_unique<FtpSession>(services_, account);
-    session_ = ownSession_.get();
+    session_ = std::make_unique<FtpSession>(services_, account);
     lastResult_ = session_->LastResult();
 }
 
@@ -40,14 +39,11 @@ void JStreamFTP::OpenRemoteFile(const Text& path, bool forReading) {
         session_->Client().OpenFile(path, forReading ? Access::kRead : Access::kWrite);
     if (!result.Ok()) {
         status &= ~kGood;
-        if (!forReading)
-            Fail(u"FtpOpenFile", std::move(result));
-        else
-            lastResult_ = std::move(result);
+        lastResult_ = std::move(result);
+        if (!forReading) Report(u"FtpOpenFile");
         return;
     }
     lastResult_ = {};
-    session_->transferOpen = true;
     fileOpen_ = true;
     status |= kGood | kOpen;
 }
@@ -75,11 +71,10 @@ void JStreamFTP::CloseFile() {
     if (!fileOpen_) return;
     fileOpen_ = false;
     status &= ~kOpen;
-    if (session_ == nullptr || !session_->IsConnected()) {
+    if (!IsConnected()) {
         closeResult_ = {kFtpConnectionLost, 0, {}};
         return;
     }
-    session_->transferOpen = false;
     closeResult_ = session_->Client().CloseFile();
 }
 
@@ -96,11 +91,7 @@ void JStreamFTP::Abandon() {
 
 void JStreamFTP::CloseAll() {
     CloseFile();
-    if (session_ == nullptr) return;
-    session_->Close();
-    if (ownSession_ == nullptr) return;
-    session_ = nullptr;
-    ownSession_.reset();
+    session_.reset();
 }
 
 bool JStreamFTP::SendResumeOffset(std::uint32_t offset) {

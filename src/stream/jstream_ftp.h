@@ -8,10 +8,9 @@
 
 namespace orma {
 
-/// A remote file as a stream, on a session of its own or a borrowed one. Failures clear `good`, are
-/// reported once under the operation's name and leave the stream inert until the next open; a
-/// user's Cancel clears `good` without a report. There is no position and no retry. Blocking, UI
-/// thread.
+/// A remote file as a stream, on a session of its own. Failures clear `good`, are reported once
+/// under the operation's name and leave the stream inert until the next open; a user's Cancel
+/// clears `good` without a report. There is no position and no retry. Blocking, UI thread.
 class JStreamFTP : public JStream {
   public:
     explicit JStreamFTP(FtpServices services) : services_(services) {}
@@ -26,10 +25,7 @@ class JStreamFTP : public JStream {
     /// Bytes written here are on their way, not stored; see CloseResult and RemoteSize.
     void Write(const void* buffer, std::uint32_t count) override;
 
-    /// Closes everything and attaches a session that someone else owns and that outlives its use.
-    void Attach(FtpSession& session);
-
-    /// Closes everything and connects with a session of its own.
+    /// Closes everything and connects.
     void OpenWriterSession(const FtpAccount& account);
 
     [[nodiscard]] bool IsConnected() const {
@@ -45,7 +41,7 @@ class JStreamFTP : public JStream {
     /// Ends the file; `good` stays as it is. Whether the server confirmed it: CloseResult.
     void CloseFile();
 
-    /// Ends the file and the connection. A borrowed session stays attached, closed.
+    /// Ends the file and the connection.
     void CloseAll();
 
     /// Breaks off: an open file is not ended, so that the server does not take a piece for the
@@ -76,10 +72,10 @@ class JStreamFTP : public JStream {
 
   private:
     void Fail(const Text& operation, FtpResult result);
+    void Report(const Text& operation);
 
     FtpServices services_;
-    FtpSession* session_ = nullptr;
-    std::unique_ptr<FtpSession> ownSession_;  // what session_ points to when it is owned
+    std::unique_ptr<FtpSession> session_;  // null: none was ever asked for, or it was closed
     bool fileOpen_ = false;
     FtpResult closeResult_{kFtpWrongState, 0, {}};
     FtpResult lastResult_;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdarg>
 #include <cstdio>
 
 #include "base/trace.h"
@@ -17,20 +16,20 @@ constexpr std::size_t kLongestReply = 8 * 1024;  // of several lines, read whole
 constexpr std::chrono::milliseconds kWholeReplyTime{JStreamSocket::kReadMilliseconds};
 
 struct Refusal {
-    const char* code;
+    int code;
     const char16_t* text;
     const char* trace;
 };
 
 // In the order in which they are looked for.
 constexpr std::array<Refusal, 6> kRefusals = {{
-    {"550", u"recipient mailbox\nunavailable", "smtp: 550, recipient mailbox unavailable"},
-    {"551", u"user not local", "smtp: 551, user not local"},
-    {"552", u"recipient mailbox full", "smtp: 552, recipient mailbox full"},
-    {"553", u"recipient not allowed,\nrelaying denied",
+    {550, u"recipient mailbox\nunavailable", "smtp: 550, recipient mailbox unavailable"},
+    {551, u"user not local", "smtp: 551, user not local"},
+    {552, u"recipient mailbox full", "smtp: 552, recipient mailbox full"},
+    {553, u"recipient not allowed,\nrelaying denied",
      "smtp: 553, recipient not allowed, relaying denied"},
-    {"450", u"recipient unavailable\nor busy", "smtp: 450, recipient unavailable or busy"},
-    {"451", u"recipient not allowed, relaying denied",
+    {450, u"recipient unavailable\nor busy", "smtp: 450, recipient unavailable or busy"},
+    {451, u"recipient not allowed, relaying denied",
      "smtp: 451, recipient not allowed, relaying denied"},
 }};
 
@@ -155,9 +154,9 @@ SmtpOpenResult JStreamsmtp::LogInUnasked(const std::string& user, const std::str
     if (!ReplyHas("535")) return SmtpOpenResult::kLogInRefused;
     SendLine("AUTH LOGIN");
     (void)Expect("334");
-    SendLine("%s", Base64(user).c_str());
+    SendLine(Base64(user));
     (void)Expect("334");
-    SendLine("%s", Base64(password).c_str());
+    SendLine(Base64(password));
     return Expect("235") ? SmtpOpenResult::kOk : SmtpOpenResult::kLogInRefused;
 }
 
@@ -178,9 +177,9 @@ SmtpOpenResult JStreamsmtp::LogInAsOffered(const std::string& user, const std::s
     if (!login) return kRefused;
     SendLine("AUTH LOGIN");
     if (!Expect("334")) return kRefused;
-    SendLine("%s", Base64(user).c_str());
+    SendLine(Base64(user));
     if (!Expect("334")) return kRefused;
-    SendLine("%s", Base64(password).c_str());
+    SendLine(Base64(password));
     return Expect("235") ? SmtpOpenResult::kOk : kRefused;
 }
 
@@ -203,13 +202,12 @@ bool JStreamsmtp::AnswerChallenge(const std::string& word, const std::string& us
     Trace("password: ***");
     Trace("challenge: %s", Printable(challenge).c_str());
     Trace("digest: ***");  // with the challenge it would let the password be guessed at leisure
-    SendLine("%s", Base64(user + " " + text).c_str());
+    SendLine(Base64(user + " " + text));
     return true;
 }
 
 int JStreamsmtp::StartMessage(const MailMessage& message) {
     EndMessage();
-    status &= ~std::uint32_t{kReading};
     if (!loggedIn_) {
         Trace("smtp: not connected");
         return Fail();
@@ -218,14 +216,14 @@ int JStreamsmtp::StartMessage(const MailMessage& message) {
         ShowError(u"A line of the text is a single dot,\nwhich would end the mail.");
         return Fail();
     }
-    SendLine("MAIL FROM: <%s>", HeaderText(message.sender).c_str());
+    SendLine("MAIL FROM: <" + HeaderText(message.sender) + ">");
     if (!Expect("250")) {
         Trace("smtp: mail from ERROR");
         ShowError(u"sender not accepted");
         return Fail();
     }
     Trace("smtp: mail from OK");
-    SendLine("RCPT TO: <%s>", HeaderText(message.recipient).c_str());
+    SendLine("RCPT TO: <" + HeaderText(message.recipient) + ">");
     ReadReply();
     if (const int refused = RefusedRecipient(); refused != 0) return refused;
     SendLine("DATA");
@@ -251,10 +249,10 @@ int JStreamsmtp::RefusedRecipient() {
         return 0;
     }
     for (const Refusal& refusal : kRefusals) {
-        if (!ReplyHas(refusal.code)) continue;
+        if (!ReplyHas(std::to_string(refusal.code))) continue;
         Trace("%s", refusal.trace);
         ShowError(refusal.text);
-        return std::atoi(refusal.code);
+        return refusal.code;
     }
     Trace("smtp: recipient ERROR");
     ShowError(u"recipient error");
@@ -273,7 +271,7 @@ void JStreamsmtp::Read(void*, std::uint32_t) {}
 void JStreamsmtp::EndMessage() {
     if (!IsWritable()) return;
     mime_.Finish();
-    SendRaw("\r\n.\r\n");
+    Send("\r\n.\r\n");
     if (Expect("250") && socket_.Has(kGood)) {  // everything was sent, too
         Trace("smtp: message send OK");
     } else {
@@ -301,19 +299,12 @@ void JStreamsmtp::ShowError(const Text& text) {
     if (!socket_.WasGivenUp()) services_.files.report.Boxes().Show({.text = text});
 }
 
-void JStreamsmtp::SendLine(const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    SendRaw("%s\r\n", FormatList(format, arguments).c_str());
-    va_end(arguments);
+void JStreamsmtp::Send(std::string_view text) {
+    socket_.Write(text.data(), static_cast<std::uint32_t>(text.size()));
 }
 
-void JStreamsmtp::SendRaw(const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    const std::string text = FormatList(format, arguments);
-    va_end(arguments);
-    socket_.Write(text.data(), static_cast<std::uint32_t>(text.size()));
+void JStreamsmtp::SendLine(const std::string& line) {
+    Send(line + "\r\n");
 }
 
 void JStreamsmtp::ReadReply() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "stream/jstream.h"
 #include "stream/jstream_socket.h"
@@ -32,7 +33,7 @@ enum class SmtpOpenResult : int {
 [[nodiscard]] Text TextOf(SmtpOpenResult result);
 
 /// A mail server and the SMTP dialogue with it (RFC 5321), and the attachment of the one message
-/// under way. Writable (good, open, not reading) while a message takes its attachment. Each reply
+/// under way. Writable (good and open) while a message takes its attachment. Each reply
 /// is awaited for at most 10 s and is whatever one read yields; a code counts wherever it stands in
 /// it. With TLS, where the wire is our own choice, replies are read whole, in 10 s altogether, and
 /// the code of the last line is the reply's. UI thread, blocking.
@@ -65,7 +66,7 @@ class JStreamsmtp : public JStream {
     /// True when Patience ended what was last tried.
     [[nodiscard]] bool WasGivenUp() const { return socket_.WasGivenUp(); }
 
-    [[nodiscard]] bool IsWritable() const { return (status & 7U) == (kGood | kOpen); }
+    [[nodiscard]] bool IsWritable() const { return Has(kGood | kOpen); }
 
   private:
     [[nodiscard]] SmtpOpenResult Converse(const SmtpAccount& account);
@@ -91,8 +92,8 @@ class JStreamsmtp : public JStream {
     /// Clears `good` and returns 1.
     int Fail();
     void ShowError(const Text& text);
-    void SendLine(const char* format, ...) __attribute__((format(printf, 2, 3)));
-    void SendRaw(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    void Send(std::string_view text);
+    void SendLine(const std::string& line);
     void ReadReply();
     [[nodiscard]] bool ReplyHas(std::string_view code) const;
 

@@ -35,11 +35,12 @@ int JStreamSocket::Connect(const Text& host, int port) {
     givenUp_ = false;
     const std::string name = HostOf(host);
     if (port < 1 || port > 65535) return 1;
-    if (!Note(IsName(name) ? services_.tcp.FindName(name, services_.patience, address_)
-                           : services_.tcp.FindAddress(name, services_.patience, address_)))
+    Ipv4Address address{};
+    if (!Note(IsName(name) ? services_.tcp.FindName(name, services_.patience, address)
+                           : services_.tcp.FindAddress(name, services_.patience, address)))
         return 1;
-    const NetworkResult connected = services_.tcp.Connect(
-        address_, static_cast<std::uint16_t>(port), services_.patience, connection_);
+    const NetworkResult connected = services_.tcp.Connect(address, static_cast<std::uint16_t>(port),
+                                                          services_.patience, connection_);
     if (!Note(connected)) {
         if (connected.end == NetworkResult::End::kNoSocket)
             Trace("socket: error socket");
@@ -69,7 +70,6 @@ TlsFailure JStreamSocket::Secure(const Text& host, const Text& caFile) {
 
 void JStreamSocket::Close() {
     connection_.reset();
-    address_ = {};
     status &= ~std::uint32_t{kOpen};
 }
 

@@ -46,7 +46,6 @@ class JStreamSocket : public JStream {
 
     const MailServices& services_;
     std::unique_ptr<TcpConnection> connection_;
-    Ipv4Address address_{};
     bool givenUp_ = false;
 };
 

@@ -51,9 +51,11 @@ TEST_F(CompanionsTest, FollowTheSoundByFtp) {
                             u"  Publishing image...  ", u"  Publishing text...  "));
 
     // Fast: no dialog, no images, but the text.
+    rig.settings.ProjectTextFile = u"/desk/notes.d/harbour";
     rig.server.files.clear();
     ASSERT_EQ(rig.Job().MenuPublishFastCliplist(false), PublishOutcome::kPublished);
     EXPECT_EQ(rig.server.files.size(), 2U);
+    EXPECT_TRUE(rig.server.files.contains(u"in/talk.txt")) << "a dot of the folder is no extension";
     EXPECT_EQ(rig.dialogs.shown.size(), 1U);
 }
 

@@ -120,7 +120,7 @@ TEST_F(UserStateTest, LevelsOutsideTheirScaleAreBroughtIntoIt) {
 TEST_F(UserStateTest, AReadErrorLeavesTheRecordAndAFailedSaveTheOldFile) {
     const Bytes old = StateFile(8);
     record.MaycomGain = 55;
-    storage.FailAt(test::FaultyStorage::kRead, 3);
+    storage.FailAt(test::FaultyStorage::kRead, 2);
     EXPECT_TRUE(Load(old));
     EXPECT_EQ(record.MaycomGain, 55);
     EXPECT_EQ(record.LastFolder, u"");

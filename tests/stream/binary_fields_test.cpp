@@ -2,58 +2,49 @@
 
 #include <gtest/gtest.h>
 
-#include "support/test_files.h"
-
 namespace orma {
 namespace {
 
-struct BinaryFieldsTest : testing::Test {
-    test::TestFiles files;
-    Text path = files.folder.Path(u"fields.bin");
-
-    JStreamFile Reader(const Bytes& bytes) {
-        test::WriteFileBytes(path, bytes);
-        return JStreamFile(files.services, path, true);
-    }
-};
-
-TEST_F(BinaryFieldsTest, WhatAFileLacksReadsAsZero) {
-    JStreamFile reader = Reader({0x11, 0x22, 0x33});
-    EXPECT_EQ(ReadU32(reader), 0x00332211U);
-    EXPECT_TRUE(reader.Has(JStream::kGood | JStream::kAtEnd));
-    EXPECT_EQ(ReadU16(reader), 0);
-    EXPECT_EQ(ReadF64(reader), 0.0);
-    EXPECT_EQ(ReadText(reader), u"");
-    JStreamFile closed(files.services);
-    EXPECT_EQ(ReadU32(closed), 0U);
-    EXPECT_EQ(ReadText(closed), u"");
+template <class T>
+T Next(FieldReader& reader) {
+    T value{};
+    reader.Get(value);
+    return value;
 }
 
-TEST_F(BinaryFieldsTest, ACountBeyondTheFileGivesAnEmptyTextAndEndsTheFile) {
+TEST(BinaryFieldsTest, WhatAFileLacksReadsAsZero) {
+    const Bytes bytes = {0x11, 0x22, 0x33};
+    FieldReader reader(bytes);
+    EXPECT_EQ(Next<std::uint32_t>(reader), 0x00332211U);
+    EXPECT_EQ(Next<double>(reader), 0.0);
+    EXPECT_EQ(Next<Text>(reader), u"");
+}
+
+TEST(BinaryFieldsTest, ACountBeyondTheFileGivesAnEmptyTextAndEndsTheFile) {
     const Bytes hostile[] = {
         {0xFF, 0xFF, 0xFF, 0xFF, 'a', 0, 0, 0, 7},
         {0xFE, 0xFF, 0xFF, 0x7F, 'a', 0, 0, 0, 7},
         {2, 0, 0, 0, 'a', 0, 'b', 0, 0},  // half the terminator is missing
     };
     for (const Bytes& bytes : hostile) {
-        JStreamFile reader = Reader(bytes);
-        EXPECT_EQ(ReadText(reader), u"");
-        EXPECT_TRUE(reader.Has(JStream::kGood | JStream::kAtEnd));
-        EXPECT_EQ(ReadU8(reader), 0);
+        FieldReader reader(bytes);
+        EXPECT_EQ(Next<Text>(reader), u"");
+        EXPECT_EQ(Next<std::uint8_t>(reader), 0);
     }
 }
 
-TEST_F(BinaryFieldsTest, ATextEndsAtItsFirstZeroAndAtTheLimitWhileTheNextFieldStaysInPlace) {
+TEST(BinaryFieldsTest, ATextEndsAtItsFirstZeroAndAtTheLimitWhileTheNextFieldStaysInPlace) {
     const Bytes bytes = {3, 0, 0, 0, 'a', 0, 0,   0, 'c', 0, 0, 0,  // a NUL inside
                          3, 0, 0, 0, 'x', 0, 'y', 0, 'z', 0, 0, 0,  // cut at two
                          1, 0, 0, 0, 'q', 0, 'r', 0,                // no terminator
                          42};
-    JStreamFile reader = Reader(bytes);
-    EXPECT_EQ(ReadText(reader), u"a");
-    EXPECT_EQ(ReadText(reader, 2), u"xy");
-    EXPECT_EQ(ReadText(reader), u"q");
-    EXPECT_EQ(ReadU8(reader), 42);
-    EXPECT_FALSE(reader.Has(JStream::kAtEnd));
+    FieldReader reader(bytes);
+    EXPECT_EQ(Next<Text>(reader), u"a");
+    Text text;
+    reader.Get(text, 2);
+    EXPECT_EQ(text, u"xy");
+    EXPECT_EQ(Next<Text>(reader), u"q");
+    EXPECT_EQ(Next<std::uint8_t>(reader), 42);
 }
 
 }  // namespace

@@ -141,12 +141,7 @@ void Recorder::WavStartRecordSaving() {
     }
     if (saving_ || countdown_ != 0) return;
 
-    s_.sheet.rangeStart = 0;
-    s_.sheet.rangeEnd = 0;
-    s_.sheet.marks.clear();
-    s_.sheet.cuts.clear();
-    s_.sheet.levels.clear();
-    s_.sheet.resolutionShift = s_.audio.resolutionShift;
+    s_.sheet.Clear(s_.audio.resolutionShift);
     takeName_ = s_.takes.PrepareTake();
     // A publication since the start may have taken the writer's place.
     if (s_.writers.Kind() != writerKind_) PrepareWriter();

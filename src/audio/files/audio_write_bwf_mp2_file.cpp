@@ -8,21 +8,19 @@ JStreamAudioWriteBWFMP2File::JStreamAudioWriteBWFMP2File(WriterContext& context)
     : JStreamWrMP2File(context), JStreamWrMP2(context), context_(context), published_(context) {}
 
 JStreamAudioWriteBWFMP2File::~JStreamAudioWriteBWFMP2File() {
-    EndPublication();
+    JStreamAudioWriteBWFMP2File::Close();
 }
 
 void JStreamAudioWriteBWFMP2File::Open(const Text& name) {
-    if (Has(kOpen)) {
-        Services().report.ShowError(published_.Path() + u" : File is open");
-        EndPublication();
+    if (!published_.Begin(*this, name)) {
+        ReleaseFeed();
         return;
     }
-    published_.Begin(*this, name);
     context_.dataBytes = 0;
     WriteMpegHead(*this, context_);
     gathered_.Start(context_.dataStart);
     // Without an encoder PCM would vanish unnoticed.
-    if (!StartFeed(*this, PublicationRate(context_.audio))) EndPublication();
+    if (!StartFeed(*this, PublicationRate(context_.audio))) Close();
 }
 
 void JStreamAudioWriteBWFMP2File::WriteSamples(const void* pcm, std::uint32_t bytes) {
@@ -55,13 +53,9 @@ void JStreamAudioWriteBWFMP2File::Finish() {
     published_.SetFinished();
 }
 
-void JStreamAudioWriteBWFMP2File::EndPublication() {
+void JStreamAudioWriteBWFMP2File::Close() {
     ReleaseFeed();
     published_.End(*this);
-}
-
-void JStreamAudioWriteBWFMP2File::Close() {
-    EndPublication();
 }
 
 }  // namespace orma

@@ -30,8 +30,6 @@ class JStreamAudioWriteBWFMP2File : public JStreamAudioWrite,
     void WriteEncoded(const void* data, std::uint32_t bytes) override;
 
   private:
-    void EndPublication();
-
     WriterContext& context_;
     PublishedFile published_;
     GatheredWrites gathered_;

@@ -21,12 +21,7 @@ JStreamAudioWriteBWFWavFile::~JStreamAudioWriteBWFWavFile() {
 }
 
 void JStreamAudioWriteBWFWavFile::Open(const Text& name) {
-    if (Has(kOpen)) {
-        Services().report.ShowError(published_.Path() + u" : File is open");
-        published_.End(*this);
-        return;
-    }
-    published_.Begin(*this, name);
+    if (!published_.Begin(*this, name)) return;
     channels_ = context_.audio.Channels();
     held_ = 0;
     context_.staging.Restart();

@@ -6,7 +6,7 @@ JStreamAudioWriteFTP::JStreamAudioWriteFTP(WriterContext& context)
     : JStreamWrFTP(*context.remote.ftp), JStreamWrMP2(context), context_(context) {}
 
 JStreamAudioWriteFTP::~JStreamAudioWriteFTP() {
-    EndTake();
+    JStreamAudioWriteFTP::Close();
 }
 
 void JStreamAudioWriteFTP::Connect() {
@@ -21,16 +21,12 @@ void JStreamAudioWriteFTP::Open(const Text& name) {
     if (IsOpen() && !StartFeed(*this, RecordingRate(context_.audio))) Abandon();
 }
 
-void JStreamAudioWriteFTP::EndTake() {
+void JStreamAudioWriteFTP::Close() {
     FlushFeed();
     const bool whole = IsOpen();
     CloseFile();
     if (whole) context_.committed = CloseResult().Ok();
     CloseAll();
-}
-
-void JStreamAudioWriteFTP::Close() {
-    EndTake();
 }
 
 }  // namespace orma

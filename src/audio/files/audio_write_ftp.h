@@ -26,8 +26,6 @@ class JStreamAudioWriteFTP : public JStreamAudioWrite, public JStreamWrFTP, publ
     void WriteEncoded(const void* data, std::uint32_t bytes) override { Write(data, bytes); }
 
   private:
-    void EndTake();
-
     WriterContext& context_;
 };
 

@@ -6,12 +6,12 @@ JStreamAudioWriteMP2File::JStreamAudioWriteMP2File(WriterContext& context)
     : JStreamWrMP2File(context), JStreamWrMP2(context), audio_(context.audio) {}
 
 JStreamAudioWriteMP2File::~JStreamAudioWriteMP2File() {
-    EndTake();
+    JStreamAudioWriteMP2File::Close();
 }
 
 void JStreamAudioWriteMP2File::Open(const Text& name) {
     if (RefuseWhileOpen()) {
-        EndTake();
+        Close();
         return;
     }
     OpenTake(name);
@@ -20,13 +20,9 @@ void JStreamAudioWriteMP2File::Open(const Text& name) {
     if (!StartFeed(*this, RecordingRate(audio_), keep)) CloseTake();
 }
 
-void JStreamAudioWriteMP2File::EndTake() {
+void JStreamAudioWriteMP2File::Close() {
     FlushFeed();
     CloseTake();
-}
-
-void JStreamAudioWriteMP2File::Close() {
-    EndTake();
 }
 
 void JStreamAudioWriteMP2File::WriteEncoded(const void* data, std::uint32_t bytes) {

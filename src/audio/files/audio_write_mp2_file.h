@@ -21,8 +21,6 @@ class JStreamAudioWriteMP2File : public JStreamAudioWrite,
     void WriteEncoded(const void* data, std::uint32_t bytes) override;
 
   private:
-    void EndTake();
-
     const AudioState& audio_;
 };
 

@@ -6,12 +6,12 @@ JStreamAudioWriteMP2FTP::JStreamAudioWriteMP2FTP(WriterContext& context)
     : LiveUpload(context), audio_(context.audio), local_(context) {}
 
 JStreamAudioWriteMP2FTP::~JStreamAudioWriteMP2FTP() {
-    EndTake();
+    JStreamAudioWriteMP2FTP::Close();
 }
 
 void JStreamAudioWriteMP2FTP::Open(const Text& name) {
     if (local_.RefuseWhileOpen()) {
-        EndTake();
+        Close();
         return;
     }
     local_.OpenTake(name);
@@ -25,14 +25,10 @@ void JStreamAudioWriteMP2FTP::WriteEncoded(const void* data, std::uint32_t bytes
     Write(data, bytes);
 }
 
-void JStreamAudioWriteMP2FTP::EndTake() {
+void JStreamAudioWriteMP2FTP::Close() {
     FlushFeed();
     CloseLive();
     local_.CloseTake();
-}
-
-void JStreamAudioWriteMP2FTP::Close() {
-    EndTake();
 }
 
 }  // namespace orma

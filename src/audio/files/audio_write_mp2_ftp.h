@@ -23,8 +23,6 @@ class JStreamAudioWriteMP2FTP : public JStreamAudioWrite, public LiveUpload {
     void WriteEncoded(const void* data, std::uint32_t bytes) override;
 
   private:
-    void EndTake();
-
     const AudioState& audio_;
     JStreamWrMP2File local_;
 };

@@ -9,7 +9,7 @@ JStreamAudioWriteWavFTP::JStreamAudioWriteWavFTP(WriterContext& context)
     : LiveUpload(context), context_(context), audio_(context.audio), local_(context) {}
 
 JStreamAudioWriteWavFTP::~JStreamAudioWriteWavFTP() {
-    EndTake();
+    JStreamAudioWriteWavFTP::Close();
 }
 
 void JStreamAudioWriteWavFTP::Open(const Text& name) {
@@ -49,14 +49,10 @@ void JStreamAudioWriteWavFTP::FeedUpperBytes(ByteSpan pcm) {
     }
 }
 
-void JStreamAudioWriteWavFTP::EndTake() {
+void JStreamAudioWriteWavFTP::Close() {
     FlushFeed();
     CloseLive();
     local_.CloseTake();
-}
-
-void JStreamAudioWriteWavFTP::Close() {
-    EndTake();
 }
 
 }  // namespace orma

@@ -22,7 +22,6 @@ class JStreamAudioWriteWavFTP : public JStreamAudioWrite, public LiveUpload {
 
   private:
     void FeedUpperBytes(ByteSpan pcm);
-    void EndTake();
 
     WriterContext& context_;
     const AudioState& audio_;

@@ -7,7 +7,9 @@ namespace orma {
 /// The program's unit of time inside a recording is the buffer period: 200 ms >> resolution shift.
 /// Positions, lengths, marks, cuts, clips and levels count buffer periods.
 
-/// Buffer periods a second: 5 << shift, for the resolution shifts 0..2.
+inline constexpr std::uint32_t kLargestShift = 2;  // of the finest resolution
+
+/// Buffer periods a second: 5 << shift, for the resolution shifts 0 to kLargestShift.
 [[nodiscard]] constexpr std::uint32_t PeriodsPerSecond(unsigned shift) {
     return 5U << shift;
 }

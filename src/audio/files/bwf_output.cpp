@@ -34,11 +34,6 @@ std::uint32_t SumOfBytes(ByteSpan bytes) {
     return std::accumulate(bytes.begin(), bytes.end(), sum);
 }
 
-void WriteAt(JStream& out, std::uint32_t offset, std::uint32_t value) {
-    out.SetPosition(static_cast<std::int32_t>(offset));
-    out.Write(&value, sizeof value);
-}
-
 }  // namespace
 
 void WriteBextHead(JStream& out, const WriterContext& context) {
@@ -81,9 +76,9 @@ std::uint32_t WriteTrailingChunks(JStream& out, const WriterContext& context) {
 void PatchBwfSizes(JStream& out, const WriterContext& context, std::uint32_t trailingBytes,
                    std::uint32_t factSamples, std::uint32_t factOffset) {
     const std::uint32_t end = context.dataStart + context.dataBytes + trailingBytes;
-    WriteAt(out, kRiffSizeOffset, end - 8);
-    WriteAt(out, factOffset, factSamples);
-    WriteAt(out, context.dataStart - 4, context.dataBytes);
+    WriteNumberAt(out, kRiffSizeOffset, end - 8);
+    WriteNumberAt(out, factOffset, factSamples);
+    WriteNumberAt(out, context.dataStart - 4, context.dataBytes);
     out.SetPosition(static_cast<std::int32_t>(end));
 }
 

@@ -4,6 +4,15 @@
 
 namespace orma {
 
+void LevelSheet::Clear(unsigned shift) {
+    rangeStart = 0;
+    rangeEnd = 0;
+    marks.clear();
+    cuts.clear();
+    levels.clear();
+    resolutionShift = shift;
+}
+
 void InsertSorted(std::vector<std::uint32_t>& marks, std::uint32_t value) {
     marks.insert(std::upper_bound(marks.begin(), marks.end(), value), value);
 }

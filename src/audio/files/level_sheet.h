@@ -28,6 +28,9 @@ struct LevelSheet {
     std::vector<std::uint8_t> levels;  // one level byte a period; empty: no level known yet
     unsigned resolutionShift = 2;
 
+    /// Empties it in place, so that the memory that a take was promised stays.
+    void Clear(unsigned shift);
+
     friend bool operator==(const LevelSheet&, const LevelSheet&) = default;
 };
 

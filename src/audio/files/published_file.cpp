@@ -7,7 +7,12 @@ Text PublishedFile::FinalPath(const WriterContext& context, const Text& name) {
     return context.recordingFolder + u"pub_" + name + extension;
 }
 
-void PublishedFile::Begin(JStreamFile& stream, const Text& name) {
+bool PublishedFile::Begin(JStreamFile& stream, const Text& name) {
+    if (stream.Has(JStream::kOpen)) {
+        context_.files.report.ShowError(path_ + u" : File is open");
+        End(stream);
+        return false;
+    }
     context_.committed = false;
     context_.publishedPath.clear();
     finished_ = false;
@@ -15,6 +20,7 @@ void PublishedFile::Begin(JStreamFile& stream, const Text& name) {
     stream.Open(TemporaryPath(), false);
     // A temporary file that cannot be opened is somebody else's; it is not removed.
     if (!stream.IsOpen()) path_.clear();
+    return true;
 }
 
 bool PublishedFile::Commit(JStreamFile& stream) {

@@ -17,8 +17,9 @@ class PublishedFile {
     /// extension that the settings give to published MP2.
     [[nodiscard]] static Text FinalPath(const WriterContext& context, const Text& name);
 
-    /// Opens `stream` on the temporary file and resets the context's outcome.
-    void Begin(JStreamFile& stream, const Text& name);
+    /// Opens `stream` on the temporary file (shows there) and resets the context's outcome. While
+    /// one is open that one is ended instead (reported), and the answer is false.
+    [[nodiscard]] bool Begin(JStreamFile& stream, const Text& name);
 
     /// Everything has been written.
     void SetFinished() { finished_ = true; }
@@ -26,8 +27,6 @@ class PublishedFile {
     /// Closes `stream` and tells the context: keeps the file when it is finished, nothing failed
     /// and the user did not cancel; removes it otherwise. Does nothing after the first time.
     void End(JStreamFile& stream);
-
-    [[nodiscard]] const Text& Path() const { return path_; }
 
   private:
     [[nodiscard]] Text TemporaryPath() const { return path_ + u".tmp"; }

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <bit>
 
+#include "audio/files/buffer_period.h"
 #include "audio/files/level_sheet.h"
 #include "base/path.h"
 #include "base/trace.h"
@@ -28,7 +29,6 @@ static_assert(kMarksOffset + 4 * LevelSheet::kMaxMarks <= kRingOffset);
 
 constexpr std::uint32_t kBlocksInRing = 4;
 constexpr std::uint32_t kMostRingBytes = 1U << 20;
-constexpr std::uint32_t kMostShift = 2;
 
 constexpr std::uint32_t kHashStart = 2166136261;
 
@@ -70,7 +70,7 @@ std::optional<TakeJournalContent> DecodeTakeJournal(ByteSpan file) {
     content.resolutionShift = LoadLe<std::uint32_t>(&file[kShiftOffset]);
     content.projectNameUnits = LoadLe<std::uint32_t>(&file[kNameOffset]);
     if (!std::has_single_bit(ringBytes) || ringBytes != file.size() - kRingOffset || kind < 1 ||
-        kind > 2 || content.resolutionShift > kMostShift)
+        kind > 2 || content.resolutionShift > kLargestShift)
         return std::nullopt;
     content.marks = LoadMarks(file);
 

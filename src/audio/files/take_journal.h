@@ -18,7 +18,6 @@ enum class TakeKind : std::uint32_t { kWav = 1, kMp2 = 2 };
 struct TakeJournalContent {
     TakeKind kind = TakeKind::kWav;
     std::uint32_t position = 0;  // where in the take's file `sound` belongs, in bytes
-    std::uint32_t written = 0;   // up to where the take's file had it, position..End()
     Bytes sound;                 // empty also when it is damaged
     unsigned resolutionShift = 2;
     std::uint32_t projectNameUnits = 0;  // UTF-16 units of the take's name before its number

@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <string_view>
 
+#include "audio/files/buffer_period.h"
 #include "audio/files/level_tables.h"
 #include "base/trace.h"
-#include "stream/file_replacement.h"
+#include "stream/whole_file.h"
 
 namespace orma {
 namespace {
 
 constexpr std::string_view kMagic = "UVOJ";
 constexpr std::uint32_t kShiftBytes = 4;
-constexpr unsigned kLargestShift = 2;
 
 /// The head at the beginning of `bytes`, when they are a level file's.
 std::optional<VuFileHead> DecodeHead(ByteSpan bytes) {
@@ -119,10 +119,7 @@ std::optional<LevelSheet> DecodeVuFile(ByteSpan file) {
 
 bool WriteVuFile(FileServices services, const Text& path, const LevelSheet& sheet) {
     const Bytes bytes = EncodeVuFile(sheet);
-    if (bytes.empty()) return true;
-    FileReplacement file(services, path);
-    file.Stream().Write(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-    return file.Commit();
+    return bytes.empty() || ReplaceWholeFile(services, path, bytes);
 }
 
 LevelSheet SheetOfSelection(const LevelSheet& sheet, std::uint32_t begin, std::uint32_t end) {

@@ -73,13 +73,9 @@ void JStreamWrWavFile::PatchSizes() {
     if (!JStreamFile::IsOpen()) return;
     const std::uint32_t length = GetSize();
     if (length < WavHeader::kBytes) return;  // unknown: better no size than a wrong one
-    const std::uint32_t dataSize = length - WavHeader::kBytes;
-    const std::uint32_t riffSize = length - 8;
     // The data size first: with it alone the take is readable already.
-    SetPosition(WavHeader::kDataSizeOffset);
-    Write(&dataSize, sizeof dataSize);
-    SetPosition(WavHeader::kRiffSizeOffset);
-    Write(&riffSize, sizeof riffSize);
+    WriteNumberAt(*this, WavHeader::kDataSizeOffset, length - WavHeader::kBytes);
+    WriteNumberAt(*this, WavHeader::kRiffSizeOffset, length - 8);
     SetPosition(static_cast<std::int32_t>(length));
 }
 

@@ -1,6 +1,7 @@
 #include "publish/dialogs/account_choices.h"
 
 #include "base/trace.h"
+#include "settings/mail_places.h"
 
 namespace orma {
 
@@ -27,8 +28,7 @@ AccountChoices FtpChoices(const SettingsRecord& settings) {
 AccountChoices SmtpChoices(const SettingsRecord& settings) {
     AccountChoices choices;
     for (std::size_t i = 0; i < settings.Smtp.size(); ++i) {
-        const SmtpDestination& account = settings.Smtp[i];
-        const Text& name = account.Name.empty() ? account.Server : account.Name;
+        const Text& name = settings.Smtp[i].ShownName();
         if (name.empty()) break;
         choices.lines.push_back({name, i});
     }
@@ -50,11 +50,8 @@ void UseFtpEntry(SettingsRecord& settings, std::size_t entry) {
 
 void UseSmtpEntry(SettingsRecord& settings, std::size_t entry) {
     const SmtpDestination& chosen = settings.Smtp[entry];
-    settings.CurrentSmtpName = chosen.Name.empty() ? chosen.Server : chosen.Name;
-    settings.SmtpServer = chosen.Server;
-    settings.SmtpUser = chosen.User;
-    settings.SmtpPassword = chosen.Password;
-    settings.SmtpAuth = chosen.Auth;
+    settings.CurrentSmtpName = chosen.ShownName();
+    UseMailAccess(settings, chosen);
     Trace("SMTPServer=%s", ToUtf8(settings.SmtpServer).c_str());
     Trace("SMTPUser=%s", ToUtf8(settings.SmtpUser).c_str());
     Trace("SMTPPassword=%s", settings.SmtpPassword.empty() ? "" : "***");

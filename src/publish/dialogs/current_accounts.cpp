@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "base/small_letter.h"
 #include "publish/dialogs/account_choices.h"
+#include "settings/mail_places.h"
 
 namespace orma {
 namespace {
@@ -30,8 +32,7 @@ auto* EntryNamed(const Table& table, const AccountChoices& choices, const Text& 
 /// A server text without its port, in small letters: host names know no case (RFC 4343).
 Text HostOf(const Text& server) {
     Text host = server.substr(0, server.rfind(u':'));
-    for (char16_t& unit : host)
-        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit + (u'a' - u'A'));
+    std::ranges::transform(host, host.begin(), SmallLetter);
     return host;
 }
 
@@ -111,10 +112,7 @@ SmtpAccount CurrentSmtpAccount(const SettingsRecord& settings) {
         return AccountOf(*entry, settings);
     const SmtpDestination* entry = EntryOfHost(settings.Smtp, settings.SmtpServer);
     SmtpDestination inUse = entry ? *entry : SmtpDestination{};
-    inUse.Server = settings.SmtpServer;
-    inUse.User = settings.SmtpUser;
-    inUse.Password = settings.SmtpPassword;
-    inUse.Auth = settings.SmtpAuth;
+    CopyMailAccess(MailPlaces(settings)[0], inUse);
     return AccountOf(inUse, settings);
 }
 

@@ -25,6 +25,12 @@ bool IsMailAddress(TextView text) {
            std::none_of(text.begin(), text.end(), IsControl);
 }
 
+bool RequireMailAddress(ErrorReporter& report, TextView text) {
+    if (IsMailAddress(text)) return true;
+    report.Boxes().Show({.text = u"Illegal email-address", .title = u"error"});
+    return false;
+}
+
 EmailDialog::EmailDialog(DialogServices services, const DialogResource& resource,
                          const Text& baseName, std::uint64_t audioBytes)
     : s_(services),
@@ -51,10 +57,7 @@ bool EmailDialog::Start(const EmailFields& fields) {
         if (entry) UseSmtpEntry(s_.settings, *entry);
     }
     const Text recipient = fields.recipient.substr(0, kMaxCharacters);
-    if (!IsMailAddress(recipient)) {
-        s_.files.report.Boxes().Show({.text = u"Illegal email-address", .title = u"error"});
-        return false;
-    }
+    if (!RequireMailAddress(s_.files.report, recipient)) return false;
     s_.choices.subject = SubjectLine(fields.subject);
     s_.choices.recipient = recipient;
     (void)recipients_.Store(recipient);

@@ -19,6 +19,9 @@ namespace orma {
 /// would end the address's line in the mail's head.
 [[nodiscard]] bool IsMailAddress(TextView text);
 
+/// The same; where it cannot, a box says so.
+[[nodiscard]] bool RequireMailAddress(ErrorReporter& report, TextView text);
+
 /// What the user fills into an e-mail dialog. Values of controls that it lacks are ignored.
 struct EmailFields {
     Text recipient{};

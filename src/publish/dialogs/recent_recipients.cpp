@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "stream/file_replacement.h"
+#include "stream/whole_file.h"
 
 namespace orma {
 namespace {
@@ -37,9 +37,7 @@ bool RecentRecipients::Store(const Text& recipient) {
     std::string bytes = ToWindows1252(recipient) + "\n";
     for (const Text& entry : entries_)
         if (entry != recipient) bytes += ToWindows1252(entry) + "\n";
-    FileReplacement file(files_, path_);
-    file.Stream().Write(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-    return file.Commit();
+    return ReplaceWholeFile(files_, path_, AsBytes(bytes));
 }
 
 }  // namespace orma

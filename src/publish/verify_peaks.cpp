@@ -1,4 +1,4 @@
-// Comparison of the peak envelope with the sound.
+#include "publish/verify_peaks.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,7 +8,6 @@
 
 #include "audio/files/buffer_period.h"
 #include "audio/files/level_tables.h"
-#include "publish/verify_levl.h"
 
 namespace orma {
 namespace {
@@ -190,9 +189,9 @@ Comparison Compare(const LevlChunk& levl, const SoundPeaks& peaks, const Publica
 
 }  // namespace
 
-void CheckLevels(const LevlChunk& levl, const FileChunk& chunk, const SoundFacts& sound,
-                 const PublicationFormat& format, std::vector<std::uint32_t> joins,
-                 VerifyNotes& notes) {
+void CheckPeaks(const LevlChunk& levl, const FileChunk& chunk, const SoundFacts& sound,
+                const PublicationFormat& format, std::vector<std::uint32_t> joins,
+                VerifyNotes& notes) {
     // Each clip may add what is stored behind its last period, each stretch between cuts may gain
     // or lose a frame: a hundred cuts, a few frames.
     constexpr std::int64_t kCutFrames = 8;

@@ -1,15 +1,9 @@
-// Checks of the fields of `levl`.
-
-#include "publish/verify_levl.h"
+#include "publish/verify_envelope.h"
 
 #include <algorithm>
 
 namespace orma {
 namespace {
-
-bool AllZero(ByteSpan bytes) {
-    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
-}
 
 /// "YYYY:MM:DD:hh:mm:ss:uuu" of this date and time, any milliseconds, then zeros.
 bool StampFits(const LevlChunk& levl, const DateTime& recorded) {
@@ -32,8 +26,8 @@ void CheckPosition(const LevlChunk& levl, std::uint64_t at, VerifyNotes& notes) 
 
 }  // namespace
 
-std::optional<LevlChunk> CheckLevl(VerifySource& source, const FileChunk& chunk,
-                                   const PublishedHead& head, VerifyNotes& notes) {
+std::optional<LevlChunk> CheckEnvelope(VerifySource& source, const FileChunk& chunk,
+                                       const PublishedHead& head, VerifyNotes& notes) {
     // Bounded by the file's size, which the chunk lies in.
     Bytes bytes(std::size_t{chunk.size} + 8);
     if (!source.Read(chunk.offset, bytes)) {

@@ -1,4 +1,4 @@
-#include "project/whole_file.h"
+#include "stream/whole_file.h"
 
 #include "stream/file_replacement.h"
 
