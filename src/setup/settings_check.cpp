@@ -120,7 +120,7 @@ class Check {
 
     void Mail(const std::string& prefix, const SmtpDestination& entry) {
         if (!IsUsed(entry)) return;
-        Name(prefix, entry.Name.empty() ? entry.Server : entry.Name, mailNames_);
+        Name(prefix, entry.ShownName(), mailNames_);
         if (Host(prefix + "Server", entry.Server) && entry.Server.find(u':') != Text::npos)
             Add(prefix + "Server", "The port has a field of its own.");
         if (entry.Port < 1 || entry.Port > kLargestPort)

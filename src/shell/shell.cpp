@@ -190,16 +190,14 @@ bool Shell::OnCommand(std::uint32_t id, std::uint32_t notification) {
 MenuState Shell::StateOfMenus() const {
     const Application& app = s_.app;
     const CurrentRecording& recording = app.recording;
-    const auto cut = static_cast<std::size_t>(recording.currentCut);
-    const bool hasCut = recording.currentCut >= 0 && cut < recording.sheet.cuts.size();
-    const RemovedRange range = hasCut ? recording.sheet.cuts[cut] : RemovedRange{};
+    const RemovedRange* const cut = recording.CurrentCut();
     return {.screen = currentIndex_,
             .capturing = app.transport.IsCapturing(),
             .playing = app.player.IsPlaying(),
             .recorded = recording.length > 0,
-            .selection = recording.selectionStart < recording.selectionEnd,
-            .cutBegin = !hasCut || recording.cursor < range.end,
-            .cutEnd = !hasCut || recording.cursor > range.begin,
+            .selection = recording.HasSelection(),
+            .cutBegin = cut == nullptr || recording.cursor < cut->end,
+            .cutEnd = cut == nullptr || recording.cursor > cut->begin,
             .clips = app.clips.Count() > 0,
             .imagePublishing = app.settings.ImagePublishing != 0,
             .textEditor = s_.textEditor != nullptr && s_.textEditor->IsOpen()};

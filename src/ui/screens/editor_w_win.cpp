@@ -97,9 +97,7 @@ void EditorWWin::ShowCutButtons() {
     if (std::exchange(selectionShown_, edited) != edited) graph_->GraphRedraw();
     const CurrentRecording& recording = s_.recording;
     CutButtonState state;
-    const std::vector<RemovedRange>& cuts = recording.sheet.cuts;
-    if (recording.currentCut >= 0 && std::cmp_less(recording.currentCut, cuts.size()))
-        state.cut = cuts[static_cast<std::size_t>(recording.currentCut)];
+    if (const RemovedRange* const cut = recording.CurrentCut()) state.cut = *cut;
     state.cursor = recording.cursor;
     state.selectionStart = recording.selectionStart;
     state.selectionEnd = recording.selectionEnd;
