@@ -155,11 +155,10 @@ using PublishOperation = PublishOutcome (PublishJob::*)(bool busy);
 
 template <PublishOperation kOperation>
 void Publish(Shell& shell, std::uint32_t) {
-    if (shell.Publishing() == nullptr) return;
     Application& app = shell.App();
     const bool busy = IsBusy(app);
     if (!busy) shell.CloseTextEditor();  // its text goes along
-    PublishJob job(app.Publishing(*shell.Publishing()));
+    PublishJob job(app.Publishing(shell.Publishing()));
     const PublishOutcome outcome = (job.*kOperation)(busy);
     if (!busy) shell.Refresh();
     if (outcome != PublishOutcome::kPublished) return;

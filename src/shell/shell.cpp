@@ -109,7 +109,7 @@ void Shell::SelectScreen(ScreenIndex index) {
         return;
     }
     previous_ = currentIndex_;
-    if (s_.textEditor != nullptr && s_.textEditor->IsOpen()) {
+    if (s_.textEditor.IsOpen()) {
         CloseTextEditor();
         previous_ = ScreenIndex::kTextEditor;
     }
@@ -137,14 +137,14 @@ void Shell::EndJob() {
 }
 
 void Shell::OpenTextEditor() {
-    if (s_.textEditor == nullptr || s_.textEditor->IsOpen()) return;
-    s_.textEditor->Open();
+    if (s_.textEditor.IsOpen()) return;
+    s_.textEditor.Open();
     TickScreen(ScreenIndex::kTextEditor, true);
 }
 
 void Shell::CloseTextEditor() {
-    if (s_.textEditor == nullptr || !s_.textEditor->IsOpen()) return;
-    s_.textEditor->Close();
+    if (!s_.textEditor.IsOpen()) return;
+    s_.textEditor.Close();
     TickScreen(ScreenIndex::kTextEditor, false);
 }
 
@@ -200,7 +200,7 @@ MenuState Shell::StateOfMenus() const {
             .cutEnd = cut == nullptr || recording.cursor > cut->begin,
             .clips = app.clips.Count() > 0,
             .imagePublishing = app.settings.ImagePublishing != 0,
-            .textEditor = s_.textEditor != nullptr && s_.textEditor->IsOpen()};
+            .textEditor = s_.textEditor.IsOpen()};
 }
 
 MenuBar Shell::BarOfNow() const {

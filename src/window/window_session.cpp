@@ -66,8 +66,8 @@ WindowSession::WindowSession(Machine& machine, RunningInstance& running)
               .window = window_,
               .dialogs = dialogs_,
               .makeScreen = [this](ScreenIndex index) { return MakeScreen(index); },
-              .textEditor = &textEditor_,
-              .publishDialogs = &publishDialogs_}),
+              .textEditor = textEditor_,
+              .publishDialogs = publishDialogs_}),
       app_(machine.MakePorts(boxes_), {shell_, progress_}, machine.ProgramFolder()) {}
 
 // Whatever was left open is closed while everything that it tells still lives.
