@@ -10,11 +10,12 @@ target_include_directories(orma_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 set(ORMA_SMALL_CODE "" CACHE STRING "Options for code of which size counts more than speed")
 
 # orma_library(NAME [SMALL] [USES target...]): a static library of every .cpp file in the calling
-# folder; SMALL where size counts more than speed. A folder of headers alone becomes an interface
-# library.
+# folder but a program's main.cpp, so that tests can stand beside it; SMALL where size counts more
+# than speed. A folder of headers alone becomes an interface library.
 function(orma_library name)
   cmake_parse_arguments(ARG "SMALL" "" "USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   if(sources)
     add_library(${name} STATIC ${sources})
     target_link_libraries(${name} PUBLIC orma_flags ${ARG_USES})
@@ -25,6 +26,14 @@ function(orma_library name)
     add_library(${name} INTERFACE)
     target_link_libraries(${name} INTERFACE orma_flags ${ARG_USES})
   endif()
+endfunction()
+
+# orma_program(NAME USES target...): the program of main.cpp in the calling folder.
+function(orma_program name)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  add_executable(${name} main.cpp)
+  target_compile_definitions(${name} PRIVATE ORMA_VERSION="${PROJECT_VERSION}")
+  target_link_libraries(${name} PRIVATE ${ARG_USES})
 endfunction()
 
 add_custom_target(orma_tests COMMENT "All test programs")

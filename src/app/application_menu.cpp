@@ -26,8 +26,7 @@ bool Run(Application& app, Operation operation, const Text& path) {
 }  // namespace
 
 bool IsBusy(const Application& app) {
-    return app.recorder.IsActive() || app.recorder.IsSaving() || app.recorder.IsSavingPending() ||
-           app.player.IsPlaying();
+    return app.transport.IsCapturing() || app.player.IsPlaying();
 }
 
 bool MenuNewProject(Application& app, const Text& path) {

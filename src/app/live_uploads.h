@@ -38,7 +38,7 @@ class LiveUploads : private UploadListener {
     [[nodiscard]] const std::optional<UploadOutcome>& Last() const { return last_; }
 
   private:
-    class NoPatience : public Patience {
+    class EndlessPatience : public Patience {
         [[nodiscard]] bool GoOn() override { return true; }
     };
 
@@ -46,7 +46,7 @@ class LiveUploads : private UploadListener {
     void OnLogInFailed(const FtpResult& result) override;
 
     ErrorReporter& report_;
-    NoPatience patience_;  // never asked: nothing waits
+    EndlessPatience patience_;  // of what does not block, or ends at once
     std::optional<UploadOutcome> last_;
     QueuedFtpClients clients_;
     FtpServices services_;

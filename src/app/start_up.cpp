@@ -1,8 +1,12 @@
 #include "app/start_up.h"
 
+#include <algorithm>
+#include <array>
+
 #include "app/application_menu.h"
 #include "app/options.h"
 #include "base/path.h"
+#include "base/small_letter.h"
 #include "publish/dialogs/current_accounts.h"
 
 namespace orma {
@@ -124,10 +128,17 @@ bool NamesFile(const Text& commandLine) {
     return !commandLine.empty() && commandLine.front() != u' ';
 }
 
+bool IsRecordingName(const Text& path) {
+    const Text extension = SplitPath(path).extension;
+    return std::ranges::any_of(std::array<TextView, 2>{u".wav", u".mp2"}, [&](TextView kind) {
+        return std::ranges::equal(extension, kind, {}, SmallLetter);
+    });
+}
+
 bool OpenProjectAtStart(Application& app, const Text& commandLine) {
     if (!NamesFile(commandLine)) return OpenByStartMode(app);
     const PathParts parts = SplitPath(commandLine);
-    const bool isRecording = parts.extension == u".wav" || parts.extension == u".mp2";
+    const bool isRecording = IsRecordingName(commandLine);
     const Text path = isRecording ? commandLine : parts.folder + parts.name + u".opr";
     const bool exists = app.ports.storage.Exists(path);
     if (!exists) app.report.ShowError(u"There is no file\n" + path);

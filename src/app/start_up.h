@@ -11,6 +11,9 @@ void LoadSettings(Application& app);
 /// Whether a command line names a file: it is not empty and does not begin with a blank.
 [[nodiscard]] bool NamesFile(const Text& commandLine);
 
+/// Whether a file of that name is a recording: ".wav" or ".mp2", in letters of either case.
+[[nodiscard]] bool IsRecordingName(const Text& path);
+
 /// Opens the project at start: the one that the command line names, else the one of the start mode
 /// (1 the current, 2 a new numbered one, 3 the last), and in it the recording (.wav, .mp2) that the
 /// command line names. A file that does not exist is not opened, and the path stays that of the

@@ -24,6 +24,8 @@ struct CurrentRecording {
     std::int32_t currentCut = -1;  // index into the cuts; -1: none
     UndoRecord undo;
 
+    [[nodiscard]] const Text& ShownName() const { return title.empty() ? name : title; }
+
     [[nodiscard]] bool HasSelection() const { return selectionStart < selectionEnd; }
 
     /// The current cut; null without one. No list has an index like that of -1.

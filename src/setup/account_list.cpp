@@ -9,16 +9,6 @@
 namespace orma {
 namespace {
 
-bool IsUsed(const FtpDestination& entry) {
-    return !(entry.Name.empty() && entry.Server.empty() && entry.User.empty() &&
-             entry.Password.empty() && entry.Folder.empty());
-}
-
-bool IsUsed(const SmtpDestination& entry) {
-    return !(entry.Name.empty() && entry.Server.empty() && entry.User.empty() &&
-             entry.Password.empty());
-}
-
 /// Moves the used entries to the front, in their order; returns how many there are.
 template <class Table>
 std::size_t MoveTogether(Table& table) {
@@ -28,6 +18,16 @@ std::size_t MoveTogether(Table& table) {
 }
 
 }  // namespace
+
+bool IsUsed(const FtpDestination& entry) {
+    return !(entry.Name.empty() && entry.Server.empty() && entry.User.empty() &&
+             entry.Password.empty() && entry.Folder.empty());
+}
+
+bool IsUsed(const SmtpDestination& entry) {
+    return !(entry.Name.empty() && entry.Server.empty() && entry.User.empty() &&
+             entry.Password.empty());
+}
 
 void AccountList::Add() {
     Clear(count_);

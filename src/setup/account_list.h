@@ -9,6 +9,10 @@
 
 namespace orma {
 
+/// Whether a place of the settings' table holds an account: something was typed into it.
+[[nodiscard]] bool IsUsed(const FtpDestination& entry);
+[[nodiscard]] bool IsUsed(const SmtpDestination& entry);
+
 /// A table of accounts as a list without gaps, and which of them is in use, whose name and data the
 /// record also keeps on their own. UI thread.
 class AccountList {

@@ -7,6 +7,7 @@
 
 #include "audio/files/mp2_bitrate.h"
 #include "base/number.h"
+#include "setup/account_list.h"
 
 namespace orma {
 namespace {
@@ -103,9 +104,7 @@ class Check {
     }
 
     void Ftp(const std::string& prefix, const FtpDestination& entry) {
-        if (entry.Name.empty() && entry.Server.empty() && entry.User.empty() &&
-            entry.Password.empty() && entry.Folder.empty())
-            return;
+        if (!IsUsed(entry)) return;
         Name(prefix, entry.Name, ftpNames_);
         if (entry.Name.empty()) Add(prefix + "Name", "Reporters choose accounts by their names.");
         if (!Host(prefix + "Server", entry.Server)) return;
@@ -117,10 +116,8 @@ class Check {
     }
 
     void Mail(const std::string& prefix, const SmtpDestination& entry) {
-        if (entry.Name.empty() && entry.Server.empty() && entry.User.empty() &&
-            entry.Password.empty())
-            return;
-        Name(prefix, entry.Name.empty() ? entry.Server : entry.Name, mailNames_);
+        if (!IsUsed(entry)) return;
+        Name(prefix, entry.ShownName(), mailNames_);
         if (Host(prefix + "Server", entry.Server) && entry.Server.find(u':') != Text::npos)
             Add(prefix + "Server", "The port has a field of its own.");
         if (entry.Port < 1 || entry.Port > kLargestPort)

@@ -1,17 +1,10 @@
 #include "setup/setup_document.h"
 
 #include "base/path.h"
-#include "settings/section_file.h"
 #include "settings/settings_json.h"
+#include "setup/setup_field.h"
 
 namespace orma {
-namespace {
-
-constexpr std::string_view kSection = "Size";
-constexpr std::string_view kLandscapeKey = "Landscape";
-constexpr std::string_view kBigKey = "Big";
-
-}  // namespace
 
 SetupDocument::SetupDocument(FileServices services, const Text& programFolder)
     : services_(services), folder_(AsFolder(programFolder)) {
@@ -42,9 +35,7 @@ void SetupDocument::Load() {
     // Missing files are no failure: the options then have their defaults.
     (void)store_->LoadUserState();
     (void)store_->LoadConfiguration();
-    const int landscape = ReadKey(services_.storage, kSection, kLandscapeKey, 0, ShapePath());
-    shape_.landscape = landscape == 1 || landscape == 2 ? static_cast<std::uint32_t>(landscape) : 0;
-    shape_.big = ReadKey(services_.storage, kSection, kBigKey, 1, ShapePath()) == 1 ? 1 : 0;
+    shape_ = ReadWindowShape(services_.storage, ShapePath());
     FindAccounts();
     Remember();
 }
@@ -120,13 +111,7 @@ bool SetupDocument::Save() {
         onDisk_ = ReadConfiguration();
     }
     if (ValuesOf(SettingsFile::kUserState) != knownUserState_ && !SaveUserState()) return false;
-    if (shape_ != knownShape_) {
-        const auto write = [&](std::string_view key, std::uint32_t value) {
-            WriteKey(services_.storage, kSection, key, static_cast<int>(value), ShapePath());
-        };
-        write(kLandscapeKey, shape_.landscape);
-        write(kBigKey, shape_.big);
-    }
+    if (shape_ != knownShape_) WriteWindowShape(services_.storage, ShapePath(), shape_);
     Remember();
     return true;
 }

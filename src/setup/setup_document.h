@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "app/window_shape.h"
 #include "settings/settings_store.h"
 #include "setup/account_list.h"
-#include "setup/window_shape.h"
 
 namespace orma {
 

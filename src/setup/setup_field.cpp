@@ -1,7 +1,5 @@
 #include "setup/setup_field.h"
 
-#include "setup/window_shape.h"
-
 namespace orma {
 namespace {
 

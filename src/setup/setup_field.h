@@ -6,6 +6,10 @@
 
 namespace orma {
 
+/// Names of the two options that stand in no settings file but in "size.txt"; see WindowShape.
+inline constexpr std::string_view kWindowShape = "size.txt/Landscape";
+inline constexpr std::string_view kWindowBig = "size.txt/Big";
+
 /// What the set-up program shows about one setting. The form of a page is built from these rows
 /// alone: another setting is another row.
 struct SetupField {

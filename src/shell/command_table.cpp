@@ -92,10 +92,10 @@ void Delete(Shell& shell, std::uint32_t) {
 
 void SaveSelection(Shell& shell, std::uint32_t) {
     const Application& app = shell.App();
-    const bool selected = app.recording.selectionStart < app.recording.selectionEnd;
     const PathParts parts = SplitPath(ProposedSelectionPath(app.project));
     const Text proposed = VisibleFolder(shell, parts.folder) + parts.name + parts.extension;
-    RunOnFile(shell, &Dialogs::SaveSelection, proposed, MenuSaveSelAs, !selected);
+    RunOnFile(shell, &Dialogs::SaveSelection, proposed, MenuSaveSelAs,
+              !app.recording.HasSelection());
 }
 
 // Editing.
@@ -125,8 +125,8 @@ void CopyToClips(Shell& shell, std::uint32_t) {
     Application& app = shell.App();
     if (IsBusy(app)) return;
     const CurrentRecording& recording = app.recording;
-    const bool empty = recording.selectionStart >= recording.selectionEnd;
-    if (recording.length == 0 || (empty && recording.selectionStart != 0)) {
+    const bool odd = !recording.HasSelection() && recording.selectionStart != 0;
+    if (recording.length == 0 || odd) {
         (void)CopyToClipEditor(app.project, {});  // says so
         return;
     }
@@ -155,11 +155,10 @@ using PublishOperation = PublishOutcome (PublishJob::*)(bool busy);
 
 template <PublishOperation kOperation>
 void Publish(Shell& shell, std::uint32_t) {
-    if (shell.Publishing() == nullptr) return;
     Application& app = shell.App();
     const bool busy = IsBusy(app);
     if (!busy) shell.CloseTextEditor();  // its text goes along
-    PublishJob job(app.Publishing(*shell.Publishing()));
+    PublishJob job(app.Publishing(shell.Publishing()));
     const PublishOutcome outcome = (job.*kOperation)(busy);
     if (!busy) shell.Refresh();
     if (outcome != PublishOutcome::kPublished) return;

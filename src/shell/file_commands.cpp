@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "app/application_menu.h"
+#include "app/start_up.h"
 #include "base/path.h"
+#include "base/small_letter.h"
 #include "shell/shell.h"
 
 namespace orma {
@@ -11,12 +13,9 @@ namespace {
 
 /// What opens a file of that name, null for one that is not ours.
 FileOperation OpeningOf(const Text& path) {
-    Text extension = SplitPath(path).extension;
-    std::ranges::transform(extension, extension.begin(), [](char16_t unit) {
-        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
-    });
-    if (extension == u".opr") return MenuOpen;
-    return extension == u".wav" || extension == u".mp2" ? MenuOpenClip : nullptr;
+    if (IsRecordingName(path)) return MenuOpenClip;
+    const Text extension = SplitPath(path).extension;
+    return std::ranges::equal(extension, TextView(u".opr"), {}, SmallLetter) ? MenuOpen : nullptr;
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "base/text.h"
-#include "shell/menu.h"
+#include "shell/menu_bar.h"
 #include "shell/note.h"
 #include "ui/paint/geometry.h"
 

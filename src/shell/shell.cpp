@@ -1,6 +1,5 @@
 #include "shell/shell.h"
 
-#include "app/application_menu.h"
 #include "base/trace.h"
 #include "project/marks.h"
 #include "shell/command_table.h"
@@ -61,12 +60,12 @@ void Shell::Quit() {
 void Shell::OnCloseRequest() {
     quitting_ = true;
     const Application& app = s_.app;
-    if (IsBusy(app) && !app.player.IsPlaying()) {
+    if (app.transport.IsCapturing()) {
         const bool isFirst = closePatience_ == nullptr;
         if (isFirst)
             closePatience_ = app.ports.loop.StartTimer(kClosePatienceMs, [this] { Quit(); });
         s_.app.transport.Stop(true);
-        if (IsBusy(app)) return;
+        if (app.transport.IsCapturing()) return;
     }
     Quit();
 }
@@ -110,7 +109,7 @@ void Shell::SelectScreen(ScreenIndex index) {
         return;
     }
     previous_ = currentIndex_;
-    if (s_.textEditor != nullptr && s_.textEditor->IsOpen()) {
+    if (s_.textEditor.IsOpen()) {
         CloseTextEditor();
         previous_ = ScreenIndex::kTextEditor;
     }
@@ -138,14 +137,14 @@ void Shell::EndJob() {
 }
 
 void Shell::OpenTextEditor() {
-    if (s_.textEditor == nullptr || s_.textEditor->IsOpen()) return;
-    s_.textEditor->Open();
+    if (s_.textEditor.IsOpen()) return;
+    s_.textEditor.Open();
     TickScreen(ScreenIndex::kTextEditor, true);
 }
 
 void Shell::CloseTextEditor() {
-    if (s_.textEditor == nullptr || !s_.textEditor->IsOpen()) return;
-    s_.textEditor->Close();
+    if (!s_.textEditor.IsOpen()) return;
+    s_.textEditor.Close();
     TickScreen(ScreenIndex::kTextEditor, false);
 }
 
@@ -191,20 +190,17 @@ bool Shell::OnCommand(std::uint32_t id, std::uint32_t notification) {
 MenuState Shell::StateOfMenus() const {
     const Application& app = s_.app;
     const CurrentRecording& recording = app.recording;
-    const auto cut = static_cast<std::size_t>(recording.currentCut);
-    const bool hasCut = recording.currentCut >= 0 && cut < recording.sheet.cuts.size();
-    const RemovedRange range = hasCut ? recording.sheet.cuts[cut] : RemovedRange{};
-    const bool playing = app.player.IsPlaying();
+    const RemovedRange* const cut = recording.CurrentCut();
     return {.screen = currentIndex_,
-            .capturing = IsBusy(app) && !playing,
-            .playing = playing,
+            .capturing = app.transport.IsCapturing(),
+            .playing = app.player.IsPlaying(),
             .recorded = recording.length > 0,
-            .selection = recording.selectionStart < recording.selectionEnd,
-            .cutBegin = !hasCut || recording.cursor < range.end,
-            .cutEnd = !hasCut || recording.cursor > range.begin,
+            .selection = recording.HasSelection(),
+            .cutBegin = cut == nullptr || recording.cursor < cut->end,
+            .cutEnd = cut == nullptr || recording.cursor > cut->begin,
             .clips = app.clips.Count() > 0,
             .imagePublishing = app.settings.ImagePublishing != 0,
-            .textEditor = s_.textEditor != nullptr && s_.textEditor->IsOpen()};
+            .textEditor = s_.textEditor.IsOpen()};
 }
 
 MenuBar Shell::BarOfNow() const {

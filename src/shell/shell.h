@@ -8,8 +8,8 @@
 #include "shell/dialogs.h"
 #include "shell/file_commands.h"
 #include "shell/keyboard_focus.h"
+#include "shell/main_menus.h"
 #include "shell/main_window.h"
-#include "shell/menus.h"
 #include "shell/text_editor.h"
 #include "ui/screens/w_win.h"
 
@@ -26,8 +26,8 @@ struct ShellServices {
     MainWindow& window;
     Dialogs& dialogs;
     ScreenFactory makeScreen;
-    TextEditor* textEditor = nullptr;          // null: there is none
-    PublishDialogs* publishDialogs = nullptr;  // null: nothing is published
+    TextEditor& textEditor;
+    PublishDialogs& publishDialogs;
 };
 
 /// The window's application shell: keeps the table of screens, one of which is entered, carries
@@ -135,7 +135,7 @@ class Shell : public ScreenHost, public TransportListener {
 
     [[nodiscard]] Application& App() { return s_.app; }
     [[nodiscard]] Dialogs& UserDialogs() { return s_.dialogs; }
-    [[nodiscard]] PublishDialogs* Publishing() { return s_.publishDialogs; }
+    [[nodiscard]] PublishDialogs& Publishing() { return s_.publishDialogs; }
 
     void ShowNote(const Note& note) { s_.window.ShowNote(note); }
     void ShowWaitCursor(bool on) { s_.window.ShowWaitCursor(on); }

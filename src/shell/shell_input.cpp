@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "app/application_menu.h"
 #include "shell/shell.h"
 
 namespace orma {

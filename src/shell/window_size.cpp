@@ -1,31 +1,28 @@
 #include "shell/window_size.h"
 
-#include "settings/section_file.h"
+#include "app/window_shape.h"
 
 namespace orma {
 namespace {
 
-constexpr const char* kSection = "Size";
-constexpr int kWide = 1;
-constexpr int kLow = 2;
-
-Size ClientOf(int landscape) {
-    if (landscape == kWide) return {320, 190};
-    if (landscape == kLow) return {240, 190};
-    return {240, 270};
+Size Undoubled(std::uint32_t landscape) {
+    switch (landscape) {
+        case 1:
+            return {320, 190};
+        case 2:
+            return {240, 190};
+        default:
+            return {240, 270};
+    }
 }
 
 }  // namespace
 
-WindowSize ReadWindowSize(Storage& storage, const Text& path) {
-    int landscape = ReadKey(storage, kSection, "Landscape", 0, path);
-    if (landscape != kWide && landscape != kLow) landscape = 0;
-    const bool big = ReadKey(storage, kSection, "Big", 1, path) == 1;
-    WriteKey(storage, kSection, "Landscape", landscape, path);
-    WriteKey(storage, kSection, "Big", big ? 1 : 0, path);
-    const int factor = big ? 2 : 1;
-    const Size client = ClientOf(landscape);
-    return {{client.width * factor, client.height * factor}, static_cast<float>(factor)};
+Size ReadWindowSize(Storage& storage, const Text& path) {
+    const WindowShape shape = ReadWindowShape(storage, path);
+    WriteWindowShape(storage, path, shape);
+    const Size client = Undoubled(shape.landscape);
+    return shape.big != 0 ? Size{2 * client.width, 2 * client.height} : client;
 }
 
 }  // namespace orma

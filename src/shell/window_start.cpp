@@ -30,10 +30,10 @@ bool StartWindow(const WindowParts& parts, const Text& commandLine) {
     LoadSettings(app);
     const Pages background = ChooseBackgroundPages(window.Display(), app.settings);
     (void)OpenProjectAtStart(app, commandLine);  // reported; the program starts without it
-    const WindowSize size = ReadWindowSize(app.ports.storage, app.programFolder + u"size.txt");
-    if (!window.Create(u"Orma Edit", size.client)) return false;
-    parts.loadSkin({size.client, size.scale, background});
-    parts.shell.Open(size.client);
+    const Size client = ReadWindowSize(app.ports.storage, app.programFolder + u"size.txt");
+    if (!window.Create(u"Orma Edit", client)) return false;
+    parts.loadSkin({client, background});
+    parts.shell.Open(client);
     window.ShowWaitCursor(false);
     window.Show();
     window.Raise();

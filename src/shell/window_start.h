@@ -11,9 +11,8 @@ namespace orma {
 
 /// What the window turned out to be, for its skin.
 struct WindowLook {
-    Size client;         // without the menu bar, pixels
-    float scale = 1.0F;  // of what menus draw themselves
-    Pages background;    // of recorder and editor
+    Size client;       // without the menu bar, pixels
+    Pages background;  // of recorder and editor
 };
 
 /// What starting and ending the window works on; all outlive it.

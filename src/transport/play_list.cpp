@@ -33,7 +33,7 @@ std::optional<PeriodRange> PlayList::Next() {
     while (next_ < end_ && left_ > 0) {
         if (!project_.SelectClip(next_++)) continue;
         const CurrentRecording& recording = project_.Recording();
-        const bool own = recording.selectionStart < recording.selectionEnd;
+        const bool own = recording.HasSelection();
         const PeriodRange range =
             Trimmed(own ? PeriodRange{recording.selectionStart, recording.selectionEnd}
                         : PeriodRange{0, recording.length});

@@ -32,9 +32,9 @@ void Transport::SetTransportState(TransportState newState) {
     s_.listener.OnTransportState(state_, ButtonsOf(state_));
 }
 
-// Also while a take drains behind a stop.
 bool Transport::IsCapturing() const {
-    return s_.recorder.IsActive() || s_.recorder.IsSaving() || s_.recorder.IsSavingPending();
+    return state_ == TransportState::kRecordReady || state_ == TransportState::kRecording ||
+           s_.recorder.IsActive() || s_.recorder.IsSaving() || s_.recorder.IsSavingPending();
 }
 
 void Transport::Record(bool lit) {
@@ -93,14 +93,12 @@ void Transport::PlayFromCursor() {
 // comes first.
 std::uint32_t Transport::PlaceToPlayFrom() {
     const std::uint32_t cursor = s_.recording.cursor;
-    const std::vector<RemovedRange>& cuts = s_.recording.sheet.cuts;
-    const auto index = static_cast<std::size_t>(s_.recording.currentCut);
-    const bool known = s_.recording.currentCut >= 0 && index < cuts.size();
-    if (!known || cursor < cuts[index].begin || cursor > cuts[index].end) {
+    const RemovedRange* const cut = s_.recording.CurrentCut();
+    if (cut == nullptr || cursor < cut->begin || cursor > cut->end) {
         if (std::exchange(s_.recording.currentCut, -1) != -1) s_.listener.OnCutChosen(-1);
         return cursor;
     }
-    const std::uint32_t begin = cuts[index].begin;
+    const std::uint32_t begin = cut->begin;
     const std::uint32_t second = s_.readers.audio.PeriodsPerSecond();
     const std::uint32_t selection = s_.recording.selectionStart;
     const std::uint32_t earliest = selection <= cursor ? selection : 0;

@@ -99,6 +99,10 @@ class Transport : public RecorderListener, public PlayerListener {
     /// are the recorder's.
     [[nodiscard]] bool Edit(const EditOperation& operation);
 
+    /// The input is monitored or recorded, or a take drains behind a stop: the current recording is
+    /// the recorder's until then.
+    [[nodiscard]] bool IsCapturing() const;
+
     /// The state, for as long as the transport lives: the player reads it for each buffer.
     [[nodiscard]] const TransportState& State() const { return state_; }
 
@@ -111,7 +115,6 @@ class Transport : public RecorderListener, public PlayerListener {
     };
 
     void SetTransportState(TransportState newState);
-    [[nodiscard]] bool IsCapturing() const;
     [[nodiscard]] bool MayRunGainTool() const;
     void GetReady();
     void PlayFromCursor();

@@ -8,14 +8,11 @@
 #include <map>
 
 #include "window/announcer.h"
+#include "window/dialogs/qt_text.h"
 #include "window/page_widget.h"
 
 namespace orma {
 namespace {
-
-QString QtText(const Text& text) {
-    return QString::fromStdU16String(text);
-}
 
 QAccessible::Role RoleOf(ControlRole role) {
     switch (role) {
@@ -65,13 +62,13 @@ class AccessibleControl : public QAccessibleInterface, public QAccessibleActionI
         if (!isValid()) return {};
         switch (what) {
             case QAccessible::Name:
-                return QtText(control_.Label().name);
+                return ToQt(control_.Label().name);
             case QAccessible::Description:
-                return QtText(control_.Label().hint);
+                return ToQt(control_.Label().hint);
             case QAccessible::Accelerator:
-                return QtText(control_.Label().shortcut);
+                return ToQt(control_.Label().shortcut);
             case QAccessible::Value:
-                return QtText(control_.Value());
+                return ToQt(control_.Value());
             default:
                 return {};
         }
@@ -117,7 +114,7 @@ class AccessibleControl : public QAccessibleInterface, public QAccessibleActionI
     }
     [[nodiscard]] QStringList keyBindingsForAction(const QString& name) const override {
         if (name != pressAction() || !isValid() || control_.Label().shortcut.empty()) return {};
-        return {QtText(control_.Label().shortcut)};
+        return {ToQt(control_.Label().shortcut)};
     }
 
   private:

@@ -11,14 +11,12 @@
 #include <QToolTip>
 #include <algorithm>
 
+#include "window/dialogs/qt_text.h"
+#include "window/qt_colour.h"
 #include "window/qt_font.h"
 
 namespace orma {
 namespace {
-
-QColor QtColour(Colour colour) {
-    return {colour.red, colour.green, colour.blue};
-}
 
 /// So many percent of `upper` over `lower`.
 QString Mixed(Colour lower, Colour upper, int percent) {
@@ -72,7 +70,7 @@ class ClipTree::Delegate : public QStyledItemDelegate {
         if (event->type() != QEvent::ToolTip) return false;
         const Text whole = TextOf(index);
         if (index.isValid() && Shown(index, option.rect.width()) != whole)
-            QToolTip::showText(event->globalPos(), QString::fromStdU16String(whole), view);
+            QToolTip::showText(event->globalPos(), ToQt(whole), view);
         else
             QToolTip::hideText();
         return true;
@@ -98,7 +96,7 @@ class ClipTree::Delegate : public QStyledItemDelegate {
 
     void setModelData(QWidget* editor, QAbstractItemModel* /*model*/,
                       const QModelIndex& /*index*/) const override {
-        tree_.typedTitle_ = static_cast<QLineEdit*>(editor)->text().toStdU16String();
+        tree_.typedTitle_ = FromQt(static_cast<QLineEdit*>(editor)->text());
         tree_.Tell(ListNotification::kTitleTyped);
     }
 
@@ -114,7 +112,7 @@ class ClipTree::Delegate : public QStyledItemDelegate {
 
   private:
     [[nodiscard]] static Text TextOf(const QModelIndex& index) {
-        return index.data().toString().toStdU16String();
+        return FromQt(index.data().toString());
     }
     [[nodiscard]] const Font& FontOf(const QModelIndex& index) const {
         return index.column() == 0 ? tree_.names_ : tree_.texts_;
@@ -210,7 +208,7 @@ void ClipTree::Show(const ClipListContent& content) {
     setColumnCount(static_cast<int>(columns_.size()));
     QStringList titles;
     for (const ClipListColumn& column : columns_)
-        titles << QString::fromStdU16String(column.title);
+        titles << ToQt(column.title);
     setHeaderLabels(titles);
     // Rows that stay are changed in place: what is scrolled to, and an editor, stay too.
     const auto count = static_cast<int>(content.rows.size());
@@ -222,8 +220,7 @@ void ClipTree::Show(const ClipListContent& content) {
         const auto& cells = content.rows[static_cast<std::size_t>(row)];
         for (int column = 0; column < columnCount(); ++column) {
             const auto place = static_cast<std::size_t>(column);
-            item.setText(
-                column, place < cells.size() ? QString::fromStdU16String(cells[place]) : QString());
+            item.setText(column, place < cells.size() ? ToQt(cells[place]) : QString());
         }
         const Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
         item.setFlags(IsClip(row) ? flags | Qt::ItemIsEditable : flags);
@@ -307,7 +304,7 @@ void ClipTree::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
 }
 
 QRect ClipTree::TotalRect(const QRect& cell, const QModelIndex& index) const {
-    const Text text = index.data().toString().toStdU16String();
+    const Text text = FromQt(index.data().toString());
     const int needed = ink_.Measure(text, texts_).width + 2 * look_.inset;
     const int left = std::min(cell.left(), viewport()->width() - needed);
     return {left, cell.top(), viewport()->width() - left, cell.height()};

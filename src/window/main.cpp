@@ -1,15 +1,12 @@
 // orma-edit: the window of Orma Edit.
 
-#include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
-#include <cstdio>
 
-#include "platform/qt/display.h"
+#include "platform/qt/desktop_program.h"
 #include "platform/qt/local_instance.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
-#include "platform/qt/qt_signal_watch.h"
 #include "window/accessible_page.h"
 #include "window/dialogs/dialog_look.h"
 #include "window/window_session.h"
@@ -23,8 +20,8 @@ constexpr int kUsage = 2;
 
 struct Arguments {
     MachineOptions machine;
-    QString screenshot;
-    Text path;  // of a project or recording; absolute
+    Text screenshot;  // absolute paths, as is:
+    Text path;        // of a project or recording
 };
 
 Arguments Parse(const QCoreApplication& application) {
@@ -47,40 +44,22 @@ Arguments Parse(const QCoreApplication& application) {
     parser.addPositionalArgument("file", "A project or recording to open.", "[file]");
     parser.process(application);
 
-    const auto native = [&](const QCommandLineOption& option) {
-        return QFile::encodeName(parser.value(option)).toStdString();
-    };
-    Arguments arguments{.machine = {native(home), native(audio), native(hardware), native(trace)},
-                        .screenshot = parser.value(screenshot),
+    const auto native = [](const QString& value) { return QFile::encodeName(value).toStdString(); };
+    const auto option = [&](const QCommandLineOption& one) { return native(parser.value(one)); };
+    Arguments arguments{.machine = {option(home), option(audio), option(hardware), option(trace)},
+                        .screenshot = {},
                         .path = {}};
+    if (const std::string file = option(screenshot); !file.empty())
+        arguments.screenshot = CallerPath(file);
     if (!parser.positionalArguments().isEmpty())
-        arguments.path =
-            CallerPath(QFile::encodeName(parser.positionalArguments().front()).toStdString());
+        arguments.path = CallerPath(native(parser.positionalArguments().front()));
     return arguments;
 }
 
-}  // namespace
-
-int main(int count, char** values) {
-    QtSignalWatch::Block();
-    QCoreApplication::setApplicationName("orma-edit");
-    QCoreApplication::setApplicationVersion(ORMA_VERSION);
-    if (!HasDisplay(count, values)) {
-        const QCoreApplication bare(count, values);
-        (void)Parse(bare);  // the help is told all the same
-        std::fputs("orma-edit: there is no display\n", stderr);
-        return kFailed;
-    }
-    QApplication application(count, values);
-    QApplication::setDesktopFileName("orma-edit");
+int Run(const Arguments& arguments) {
     QApplication::setQuitOnLastWindowClosed(false);
     InstallAccessiblePage();
     InstallDialogLook();
-
-    const Arguments arguments = Parse(application);
-    const Text screenshot = arguments.screenshot.isEmpty()
-                                ? Text()
-                                : CallerPath(QFile::encodeName(arguments.screenshot).toStdString());
     QtEventLoop loop;
     // The end of the desktop's session ends a take as closing the window does, and cancels a job.
     WindowSession* open = nullptr;
@@ -99,10 +78,10 @@ int main(int count, char** values) {
     if (!session.Start(arguments.path)) return 0;
     open = &session;
     bool saved = true;
-    if (!screenshot.empty()) {
+    if (!arguments.screenshot.empty()) {
         // Behind the first frame.
         loop.Post([&] {
-            saved = session.Save(screenshot);
+            saved = session.Save(arguments.screenshot);
             loop.Quit(0);
         });
     }
@@ -110,4 +89,10 @@ int main(int count, char** values) {
     open = nullptr;
     const bool kept = session.End();
     return saved && kept ? code : kFailed;
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+    return RunDesktopProgram({"orma-edit", ORMA_VERSION}, count, values, Parse, Run);
 }

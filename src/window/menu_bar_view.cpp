@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "window/bitmap_action.h"
+#include "window/dialogs/qt_text.h"
 
 namespace orma {
 namespace {
@@ -25,7 +26,7 @@ bool HasSameLines(const Items& a, const Items& b) {
 
 /// File names hold what menus take for a mnemonic's mark.
 QString Plain(const Text& text) {
-    return QString::fromStdU16String(text).replace(u'&', QStringLiteral("&&"));
+    return ToQt(text).replace(u'&', QStringLiteral("&&"));
 }
 
 /// The choice that leads here may come from one of these lines, so they go a little later.
@@ -96,7 +97,7 @@ void MenuBarView::Append() {
 void MenuBarView::ShowMenu(std::size_t place, const Menu& menu) {
     if (shown_[place] == menu) return;
     QMenu& view = *menus_[place];
-    view.setTitle(QString::fromStdU16String(menu.title));
+    view.setTitle(ToQt(menu.title));
     if (!HasSameLines(menu.items, shown_[place].items)) {
         Clear(view);
         Fill(view, menu.items);

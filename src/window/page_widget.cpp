@@ -15,6 +15,7 @@
 #include <cmath>
 
 #include "base/trace.h"
+#include "window/dialogs/qt_text.h"
 #include "window/qt_keys.h"
 
 namespace orma {
@@ -58,10 +59,9 @@ void DrawPart(QPainter& painter, const Picture& picture, const QRect& part) {
 }
 
 QString TooltipOf(const ControlLabel& label) {
-    QString text = QString::fromStdU16String(label.name);
-    if (!label.shortcut.empty())
-        text += QStringLiteral(" (%1)").arg(QString::fromStdU16String(label.shortcut));
-    if (!label.hint.empty()) text += u'\n' + QString::fromStdU16String(label.hint);
+    QString text = ToQt(label.name);
+    if (!label.shortcut.empty()) text += QStringLiteral(" (%1)").arg(ToQt(label.shortcut));
+    if (!label.hint.empty()) text += u'\n' + ToQt(label.hint);
     return text;
 }
 

@@ -4,20 +4,15 @@
 #include <QImage>
 #include <QPainter>
 #include <QPolygon>
+#include <algorithm>
 #include <cmath>
 
+#include "window/dialogs/qt_text.h"
+#include "window/qt_colour.h"
 #include "window/qt_font.h"
 
 namespace orma {
 namespace {
-
-QString ToQString(const Text& text) {
-    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QColor ToQColor(Colour colour) {
-    return {colour.red, colour.green, colour.blue};
-}
 
 bool IsDigit(QChar c) {
     return c >= QLatin1Char('0') && c <= QLatin1Char('9');
@@ -145,13 +140,13 @@ QtInk::Face& QtInk::FaceOf(const Font& font) {
 }
 
 Size QtInk::Measure(const Text& text, const Font& font) {
-    return FaceOf(font).Lay(ToQString(text)).box;
+    return FaceOf(font).Lay(ToQt(text)).box;
 }
 
 void QtInk::DrawText(Picture& target, const Rect& clip, Point origin, const Text& text,
                      const Font& font, Colour colour) {
     Face& face = FaceOf(font);
-    const Face::Line& line = face.Lay(ToQString(text));
+    const Face::Line& line = face.Lay(ToQt(text));
     const Size box = line.box;
     const Point corner = font.turned ? Point{origin.x - box.width, origin.y - box.height} : origin;
     // Letters may reach a little out of their box.
@@ -164,7 +159,7 @@ void QtInk::DrawText(Picture& target, const Rect& clip, Point origin, const Text
     Brush brush(target, within);
     QPainter& painter = brush.painter;
     painter.setFont(face.font);
-    painter.setPen(ToQColor(colour));
+    painter.setPen(QtColour(colour));
     painter.translate(origin.x, origin.y);
     if (font.turned) painter.rotate(180);
     for (const Face::Part& part : line.parts)
@@ -192,10 +187,10 @@ void QtInk::DrawLine(Picture& target, const Rect& clip, std::span<const Point> p
     Brush brush(target, within);
     QPainter& painter = brush.painter;
     if (width == 1) {
-        painter.setPen(QPen(ToQColor(colour), 1, Qt::SolidLine, Qt::SquareCap));
+        painter.setPen(QPen(QtColour(colour), 1, Qt::SolidLine, Qt::SquareCap));
     } else {
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(ToQColor(colour), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setPen(QPen(QtColour(colour), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         // Smoothed lines run between pixels: an odd width is centred on one.
         if (width % 2 == 1) painter.translate(0.5, 0.5);
     }

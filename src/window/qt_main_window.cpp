@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
-#include <QFile>
 #include <QLayout>
 #include <QMainWindow>
 #include <QMenuBar>
@@ -12,6 +11,7 @@
 #include <QUrl>
 
 #include "window/announcer.h"
+#include "window/dialogs/qt_text.h"
 #include "window/job_events.h"
 #include "window/menu_bar_view.h"
 #include "window/note_card.h"
@@ -73,7 +73,7 @@ class QtMainWindow::Window : public QMainWindow {
         if (QApplication::activeModalWidget() != nullptr) return {};
         const QList<QUrl> urls = event.mimeData()->urls();
         if (urls.size() != 1 || !urls.front().isLocalFile()) return {};
-        const Text path = FromUtf8(QFile::encodeName(urls.front().toLocalFile()).toStdString());
+        const Text path = PathFromQt(urls.front().toLocalFile());
         return client_.TakesDrop(path) ? path : Text();
     }
 
@@ -91,7 +91,7 @@ QtMainWindow::~QtMainWindow() {
 }
 
 bool QtMainWindow::Create(const Text& title, Size client) {
-    window_ = std::make_unique<Window>(client_, QString::fromStdU16String(title), client);
+    window_ = std::make_unique<Window>(client_, ToQt(title), client);
     return true;
 }
 
@@ -135,7 +135,7 @@ void QtMainWindow::ShowWaitCursor(bool on) {
 }
 
 void QtMainWindow::Announce(const Text& text) {
-    if (window_) window_->Speaker().Say(QString::fromStdU16String(text));
+    if (window_) window_->Speaker().Say(ToQt(text));
 }
 
 void QtMainWindow::ShowNote(const Note& note) {
@@ -164,7 +164,7 @@ void QtMainWindow::EndJob() {
 }
 
 bool QtMainWindow::Save(const Text& path) {
-    return window_ && window_->grab().save(QString::fromStdU16String(path));
+    return window_ && window_->grab().save(PathToQt(path));
 }
 
 }  // namespace orma

@@ -10,6 +10,7 @@
 #include "ui/screens/editor_w_win.h"
 #include "ui/screens/progress_w_win.h"
 #include "ui/screens/record_w_win.h"
+#include "window/dialogs/qt_text.h"
 
 namespace orma {
 namespace {
@@ -34,11 +35,10 @@ class UploadPatience : public Patience {
 /// ones beside the program.
 Text SkinRoot(const Text& programFolder, Size client) {
     const auto exists = [&](const Text& root) {
-        return QDir(QString::fromStdU16String(SkinFolder(root, client))).exists();
+        return QDir(PathToQt(SkinFolder(root, client))).exists();
     };
-    const Text shipped =
-        (QCoreApplication::applicationDirPath() + QStringLiteral("/../share/orma-edit/skin/"))
-            .toStdU16String();
+    const Text shipped = PathFromQt(QCoreApplication::applicationDirPath() +
+                                    QStringLiteral("/../share/orma-edit/skin/"));
     return !exists(programFolder) && exists(shipped) ? shipped : programFolder;
 }
 
@@ -66,8 +66,8 @@ WindowSession::WindowSession(Machine& machine, RunningInstance& running)
               .window = window_,
               .dialogs = dialogs_,
               .makeScreen = [this](ScreenIndex index) { return MakeScreen(index); },
-              .textEditor = &textEditor_,
-              .publishDialogs = &publishDialogs_}),
+              .textEditor = textEditor_,
+              .publishDialogs = publishDialogs_}),
       app_(machine.MakePorts(boxes_), {shell_, progress_}, machine.ProgramFolder()) {}
 
 // Whatever was left open is closed while everything that it tells still lives.
@@ -129,7 +129,7 @@ std::unique_ptr<WWin> WindowSession::MakeScreen(ScreenIndex index) {
             return std::make_unique<EditorWWin>(
                 scene(background_), shell_,
                 EditorScreenServices{app_.transport, app_.recorder, app_.project, app_.recording,
-                                     app_.audio, app_.files, app_.externalRecorder},
+                                     app_.audio, app_.externalRecorder},
                 app_.settings.FullBarRedraw != 0);
         case ScreenIndex::kClipEditor:
             return MakeClipEditor();
@@ -156,7 +156,7 @@ std::unique_ptr<WWin> WindowSession::MakeRecorder() {
 std::unique_ptr<WWin> WindowSession::MakeClipEditor() {
     return std::make_unique<ClipEditorWWin>(
         Scene{*skin_, *canvas_, shell_.PointerState(), kClipPages}, shell_,
-        ClipEditorServices{app_.transport, app_.recorder, app_.project, clipList_,
+        ClipEditorServices{app_.transport, app_.project, clipList_,
                            [this] { return dialogs_.OpenClip(app_.recording.audioPath); }},
         app_.settings.DetailedView != 0);
 }

@@ -74,6 +74,13 @@ TEST(StartUp, RefusesAForeignProjectAndLeavesItAlone) {
     EXPECT_EQ(app->clips.Count(), 1) << "what was recorded all the same is kept elsewhere";
 }
 
+TEST(StartUp, KnowsRecordingsByTheirNamesAsCardsWriteThem) {
+    for (const char16_t* name : {u"/card/TALK00.WAV", u"talk00.wav", u"talk00.Mp2"})
+        EXPECT_TRUE(IsRecordingName(name)) << ToUtf8(name);
+    for (const char16_t* name : {u"city.opr", u"/notes.wav/talk", u"wav", u""})
+        EXPECT_FALSE(IsRecordingName(name)) << ToUtf8(name);
+}
+
 TEST(StartUp, StartsTheCommandOfTheSettingsForProjectsThatTheUserMakes) {
     Desk desk;
     desk.Configure([](SettingsRecord& settings) {

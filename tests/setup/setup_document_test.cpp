@@ -7,6 +7,7 @@
 
 #include "setup/originator_code.h"
 #include "setup/settings_check.h"
+#include "setup/setup_field.h"
 #include "support/test_files.h"
 
 namespace orma::test {

@@ -11,15 +11,15 @@ namespace {
 TEST(WindowSize, ComesFromTheFileAndIsWrittenBackAsItWasUnderstood) {
     struct Case {
         const char* file;
-        WindowSize size;
+        Size size;
         int landscape, big;
     };
     const Case cases[] = {
-        {"", {{480, 540}, 2.0F}, 0, 1},
-        {"[Size]\nLandscape=2\nBig=1\n", {{480, 380}, 2.0F}, 2, 1},
-        {"[Size]\nLandscape=1\nBig=0\n", {{320, 190}, 1.0F}, 1, 0},
-        {"[Size]\nLandscape=7\nBig=0\n", {{240, 270}, 1.0F}, 0, 0},
-        {"[Size]\nLandscape=-1\nBig=5\n", {{240, 270}, 1.0F}, 0, 0},
+        {"", {480, 540}, 0, 1},
+        {"[Size]\nLandscape=2\nBig=1\n", {480, 380}, 2, 1},
+        {"[Size]\nLandscape=1\nBig=0\n", {320, 190}, 1, 0},
+        {"[Size]\nLandscape=7\nBig=0\n", {240, 270}, 0, 0},
+        {"[Size]\nLandscape=-1\nBig=5\n", {240, 270}, 0, 0},
     };
     for (const Case& one : cases) {
         MemoryStorage storage;

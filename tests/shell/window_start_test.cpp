@@ -27,7 +27,6 @@ TEST(WindowStart, GoesInItsOrder) {
     EXPECT_EQ(desk.log, (Log{"wait", "close setup", "open instance", "create Orma Edit 480x380",
                              "skin", "entered 0", "arrow", "show", "raise"}));
     EXPECT_EQ(desk.look.client, (Size{480, 380}));
-    EXPECT_EQ(desk.look.scale, 2.0F);
     EXPECT_EQ(desk.look.background.normal, 494);
     EXPECT_FALSE(desk.window.menus.menus.empty());
     desk.log.clear();

@@ -65,7 +65,9 @@ Stage::Stage(Size client)
       shell({.app = app,
              .window = window_,
              .dialogs = dialogs_,
-             .makeScreen = [this](ScreenIndex index) { return Make(index); }}),
+             .makeScreen = [this](ScreenIndex index) { return Make(index); },
+             .textEditor = textEditor_,
+             .publishDialogs = publishDialogs_}),
       app({.storage = disk_,
            .clock = clock_,
            .boxes = boxes_,
@@ -101,7 +103,7 @@ std::unique_ptr<WWin> Stage::Make(ScreenIndex index) {
             return std::make_unique<EditorWWin>(
                 scene(kBackground), shell,
                 EditorScreenServices{app.transport, app.recorder, app.project, app.recording,
-                                     app.audio, app.files, app.externalRecorder},
+                                     app.audio, app.externalRecorder},
                 false);
         case ScreenIndex::kAbout:
             return std::make_unique<AboutWWin>(
@@ -119,7 +121,7 @@ std::unique_ptr<WWin> Stage::Make(ScreenIndex index) {
         case ScreenIndex::kClipEditor:
             return std::make_unique<ClipEditorWWin>(
                 scene(kClipPages), shell,
-                ClipEditorServices{app.transport, app.recorder, app.project, clipList_,
+                ClipEditorServices{app.transport, app.project, clipList_,
                                    [] { return std::nullopt; }},
                 app.settings.DetailedView != 0);
         case ScreenIndex::kTextEditor:

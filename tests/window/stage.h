@@ -15,6 +15,8 @@
 #include "support/quiet_ports.h"
 #include "support/temp_folder.h"
 #include "ui/screens/progress_w_win.h"
+#include "window/dialogs/qt_publish_dialogs.h"
+#include "window/dialogs/qt_text_editor.h"
 #include "window/file_dialogs.h"
 #include "window/page_widget.h"
 #include "window/qt_clip_list.h"
@@ -100,6 +102,8 @@ class Stage : private SystemStatus, private PageClient {
     std::vector<std::string> log_;
     FakeMainWindow window_{log_};
     FileDialogs dialogs_{app};
+    QtPublishDialogs publishDialogs_;
+    QtTextEditor textEditor_{app, {[this]() -> QWidget* { return &page_; }, [] {}}};
     ResourceBitmaps bitmaps_;
     QtInk ink_;
     Picture image_;

@@ -8,6 +8,7 @@ ButtonWin::ButtonWin(const Scene& scene, Element element, int firstBitmap, int s
 void ButtonWin::SetState(int state) {
     if (state == state_) return;
     state_ = state;
+    if (!IsShown()) return;
     scene_.canvas.CopyFromPage(NormalPage(), Covered());
     Paint();
 }

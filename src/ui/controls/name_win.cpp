@@ -9,18 +9,18 @@ NameWin::NameWin(const Scene& scene, Element element, Font font)
 
 void NameWin::SetName(const Text& name) {
     if (name == name_) return;
-    scene_.canvas.CopyFromPage(NormalPage(), Covered());
-    PresetName(name);
-    Paint();
+    if (IsShown()) scene_.canvas.CopyFromPage(NormalPage(), Covered());
+    name_ = name;
+    Fit();
+    if (IsShown()) Paint();
 }
 
-void NameWin::PresetName(const Text& name) {
-    name_ = name;
-    shown_ = name;
+void NameWin::Fit() {
+    shown_ = name_;
     const auto fits = [&] { return scene_.canvas.Measure(shown_, font_).width <= rect_.w; };
-    for (std::size_t kept = name.size(); kept > 1 && !fits(); --kept) {
+    for (std::size_t kept = name_.size(); kept > 1 && !fits(); --kept) {
         const std::size_t tail = kept / 2;
-        shown_ = name.substr(0, kept - tail) + u"..." + name.substr(name.size() - tail);
+        shown_ = name_.substr(0, kept - tail) + u"..." + name_.substr(name_.size() - tail);
     }
 }
 

@@ -13,12 +13,12 @@ class NameWin : public Win {
 
     /// Repaints when it is another one.
     void SetName(const Text& name);
-    void PresetName(const Text& name);
 
     void Paint() override;
     [[nodiscard]] Text Value() const override { return name_; }
 
   private:
+    void Fit();
     [[nodiscard]] Point Origin() const;
 
     /// What the name covers of the rectangle.

@@ -1,5 +1,8 @@
 #include "ui/controls/prg_bar_win.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace orma {
 
 void PrgBarWin::SetProgress(std::uint32_t done, std::uint32_t range) {
@@ -9,11 +12,11 @@ void PrgBarWin::SetProgress(std::uint32_t done, std::uint32_t range) {
     const auto width = static_cast<std::uint64_t>(std::max(rect_.w, 0));
     const int filled = static_cast<int>(part * width / whole);
 
-    const int from = std::min(filled, filled_);
-    const int to = std::max(filled, filled_);
-    scene_.canvas.CopyFromPage(filled > filled_ ? PressedPage() : NormalPage(),
+    const int before = std::exchange(filled_, filled);
+    if (!IsShown()) return;
+    const auto [from, to] = std::minmax(before, filled);
+    scene_.canvas.CopyFromPage(filled > before ? PressedPage() : NormalPage(),
                                {rect_.x + from, rect_.y, to - from, rect_.h});
-    filled_ = filled;
 }
 
 void PrgBarWin::Paint() {

@@ -7,6 +7,7 @@ RecStatusWin::RecStatusWin(const Scene& scene, Element element) : Win(scene, ele
 void RecStatusWin::SetState(int state) {
     if (state == state_) return;
     state_ = state;
+    if (!IsShown()) return;
     scene_.canvas.CopyFromPage(NormalPage(), rect_);
     Paint();
 }

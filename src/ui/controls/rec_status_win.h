@@ -13,7 +13,6 @@ class RecStatusWin : public Win {
 
     /// Repaints when the state is another one. A state without a bitmap leaves the normal page.
     void SetState(int state);
-    void PresetState(int state) { state_ = state; }
 
     void Paint() override;
 

@@ -19,7 +19,7 @@ void RecTimeWin::ShowClock(unsigned hour, unsigned minute, unsigned second) {
 void RecTimeWin::ShowText(const Text& text) {
     if (text == text_) return;
     text_ = text;
-    Paint();
+    if (IsShown()) Paint();
 }
 
 void RecTimeWin::Paint() {

@@ -9,6 +9,7 @@ StaticTextWin::StaticTextWin(const Scene& scene, const Rect& rect, Font font, Te
 void StaticTextWin::SetText(const Text& text) {
     if (text == text_) return;
     text_ = text;
+    if (!IsShown()) return;
     if (text_.empty() || ground_ == TextGround::kNothing) {
         scene_.canvas.CopyFromPage(NormalPage(), rect_);
     }

@@ -24,8 +24,10 @@ class StaticTextWin : public Win {
     /// so do letters that stand on nothing.
     void SetText(const Text& text);
 
-    /// Only remembers it, for the next Paint.
-    void PresetText(const Text& text) { text_ = text; }
+    /// Whether the line has room for this text.
+    [[nodiscard]] bool Fits(const Text& text) const {
+        return scene_.canvas.Measure(text, font_).width <= rect_.w;
+    }
 
     /// A colour of its own, from the next Paint on: a warning's.
     void SetColour(Colour colour) { colour_ = colour; }

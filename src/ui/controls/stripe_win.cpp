@@ -29,6 +29,7 @@ StripeWin::StripeWin(const Scene& scene, Element element, Element middle, Elemen
 void StripeWin::KnobSetValue(std::int32_t value) {
     if (value == value_) return;
     value_ = value;
+    if (!IsShown()) return;
     scene_.canvas.CopyFromPage(NormalPage(), rect_);
     PaintKnob();
 }

@@ -18,7 +18,6 @@ class StripeWin : public Win {
 
     /// 0 to 65536; repaints when it is another one.
     void KnobSetValue(std::int32_t value);
-    void PresetValue(std::int32_t value) { value_ = value; }
 
     void Paint() override;
     [[nodiscard]] Win* HitTest(Point at) override { return TakeIfInside(at); }

@@ -11,7 +11,7 @@ ToggleButtonWin::ToggleButtonWin(const Scene& scene, Element element,
 void ToggleButtonWin::SetState(bool lit) {
     if (lit == lit_) return;
     lit_ = lit;
-    scene_.canvas.CopyFromPage(lit ? PressedPage() : NormalPage(), rect_);
+    if (IsShown()) scene_.canvas.CopyFromPage(lit ? PressedPage() : NormalPage(), rect_);
 }
 
 void ToggleButtonWin::Paint() {

@@ -14,9 +14,6 @@ class ToggleButtonWin : public Win {
     /// Shows that look at once when it is another one.
     void SetState(bool lit);
 
-    /// Only remembers it, for the next Paint.
-    void PresetState(bool lit) { lit_ = lit; }
-
     void Paint() override;
     [[nodiscard]] Win* HitTest(Point at) override { return TakeIfInside(at); }
     void Press() override { handler_(!lit_); }

@@ -21,7 +21,7 @@ void TotalNrSecsWin::ShowTotal(std::uint32_t periods, std::uint32_t periodsPerSe
     Text text = TotalText(periods, periodsPerSecond);
     if (text == text_) return;
     text_ = std::move(text);
-    Paint();
+    if (IsShown()) Paint();
 }
 
 void TotalNrSecsWin::Paint() {

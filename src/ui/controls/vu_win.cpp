@@ -19,15 +19,15 @@ double DbOfLevel(int level) {
 
 VuWin::VuWin(const Scene& scene, Element element, unsigned resolutionShift, bool mirrored)
     : Win(scene, element), shift_(resolutionShift), mirrored_(mirrored) {
-    PresetInit();
+    Rest();
 }
 
 void VuWin::VuInit() {
-    PresetInit();
-    CopyRows(NormalPage(), -Lamp(), Height());
+    Rest();
+    if (IsShown()) CopyRows(NormalPage(), -Lamp(), Height());
 }
 
-void VuWin::PresetInit() {
+void VuWin::Rest() {
     smoothed_ = kNoLevel << 8;
     bar_ = peak_ = Height();
     hold_ = HoldTime();
@@ -38,12 +38,12 @@ void VuWin::SetResolutionShift(unsigned shift) {
     hold_ = std::min(hold_, HoldTime());
 }
 
-void VuWin::Advance(std::uint8_t level, bool draw) {
+void VuWin::VuUpdate(std::uint8_t level) {
     const auto light = [&](int from, int to) {
-        if (draw) CopyRows(PressedPage(), from, to);
+        if (IsShown()) CopyRows(PressedPage(), from, to);
     };
     const auto darken = [&](int from, int to) {
-        if (draw) CopyRows(NormalPage(), from, to);
+        if (IsShown()) CopyRows(NormalPage(), from, to);
     };
 
     const std::int32_t target = std::min(level, kNoLevel) << 8;

@@ -15,14 +15,8 @@ class VuWin : public Win {
     /// All dark, and at rest.
     void VuInit();
 
-    /// The same while its screen is not shown.
-    void PresetInit();
-
     /// Shows a level byte: 0 (full) to 79 (silence), more is no level. Once a buffer.
-    void VuUpdate(std::uint8_t level) { Advance(level, true); }
-
-    /// The same while its screen is not shown: follows without drawing.
-    void Follow(std::uint8_t level) { Advance(level, false); }
+    void VuUpdate(std::uint8_t level);
 
     void SetResolutionShift(unsigned shift);
 
@@ -39,7 +33,7 @@ class VuWin : public Win {
     static constexpr int kMarker = 3;
     static constexpr int kLamp = 8;
 
-    void Advance(std::uint8_t level, bool draw);
+    void Rest();
 
     /// Copies rows [from, to) of a page, counted from the element's top (mirrored: upwards from its
     /// bottom; the lamp's are negative) and never beyond the meter's end.

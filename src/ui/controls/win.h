@@ -32,6 +32,7 @@ struct Scene {
     Canvas& canvas;
     const Pointer& pointer;
     Pages pages;
+    bool shown = true;  // false: another screen is, and controls only remember new values
 };
 
 /// What a control is to somebody who does not see it.
@@ -57,8 +58,9 @@ struct ControlLabel {
 };
 
 /// A control: a rectangle of the window that paints itself on the screen's canvas and may take the
-/// pointer. No child window. A control paints, and takes the pointer, only while its screen is the
-/// current one: screens see to that. UI thread.
+/// pointer. No child window. While its screen is shown a control paints a new value at once, else
+/// it waits for Paint; screens give it the pointer and ask it to paint only when they are shown. UI
+/// thread.
 class Win {
   public:
     /// `scene` outlives the control.
@@ -106,6 +108,8 @@ class Win {
   protected:
     /// The standard answer to HitTest.
     [[nodiscard]] Win* TakeIfInside(Point at) { return rect_.Contains(at) ? this : nullptr; }
+
+    [[nodiscard]] bool IsShown() const { return scene_.shown; }
 
     [[nodiscard]] const Picture& NormalPage() const {
         return scene_.skin.Bitmap(scene_.pages.normal);

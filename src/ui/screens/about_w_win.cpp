@@ -21,14 +21,14 @@ AboutWWin::AboutWWin(const Scene& scene, ScreenHost& host, ProductVersion versio
     StaticTextWin* const name =
         Add(std::make_unique<StaticTextWin>(OwnScene(), skin.RectOf(Element::AboutName),
                                             skin.FontOf(SkinFont::kName), TextGround::kPage));
-    name->PresetText(u"Orma Edit");
+    name->SetText(u"Orma Edit");
     name->SetLabel({ControlRole::kText, u"Program", u"The name of this program", {}});
     for (int i = 0; i < kRequiredLines; ++i)
         MakeLine(i);
     StaticTextWin* const text = Add(std::make_unique<StaticTextWin>(
         OwnScene(), skin.RectOf(Element::AboutVersion), font_, TextGround::kPage));
-    text->PresetText(FormatText("Orma Edit V%d.%dR%d (c) 2003-2006", version.major, version.minor,
-                                version.release));
+    text->SetText(FormatText("Orma Edit V%d.%dR%d (c) 2003-2006", version.major, version.minor,
+                             version.release));
     text->SetLabel({ControlRole::kText, u"Version", u"Tell it when you ask for help", {}});
     for (int i = kRequiredLines; i < kLines; ++i)
         MakeLine(i);
@@ -66,8 +66,8 @@ void AboutWWin::Tick() {
 
 void AboutWWin::Choose(Page page) {
     page_ = page;
-    device_->PresetState(page == Page::kDevice);
-    project_->PresetState(page == Page::kProject);
+    device_->SetState(page == Page::kDevice);
+    project_->SetState(page == Page::kProject);
     shown_.clear();
     Gather();
 }
@@ -81,8 +81,8 @@ void AboutWWin::Gather() {
     shown_ = std::move(lines);
     for (std::size_t i = 0; i < shown_.size(); ++i) {
         const Line& line = shown_[i];
-        labels_[i]->PresetText(line.label);
-        values_[i]->PresetText(line.value);
+        labels_[i]->SetText(line.label);
+        values_[i]->SetText(line.value);
         const ControlRole role = line.label.empty() ? ControlRole::kNone : ControlRole::kText;
         labels_[i]->SetLabel({role, line.label, line.value, {}});
     }
@@ -91,11 +91,8 @@ void AboutWWin::Gather() {
 
 // Of a folder that is too long, the end tells most.
 Text AboutWWin::Location(Text folder) const {
-    const auto fits = [this](const Text& text) {
-        return OwnScene().canvas.Measure(text, font_).width <= labels_.front()->Bounds().w;
-    };
     Text line = u"At: " + folder;
-    while (!fits(line) && !folder.empty()) {
+    while (!labels_.front()->Fits(line) && !folder.empty()) {
         folder.erase(0, 1);
         line = u"At: ..." + folder;
     }

@@ -43,17 +43,14 @@ void ClipEditorWWin::OnListNotification(std::uint32_t code) {
     }
 }
 
-// A take needs the current recording for itself, also while it drains.
-bool ClipEditorWWin::IsCapturing() const {
-    const TransportState state = s_.transport.State();
-    return state == TransportState::kRecordReady || state == TransportState::kRecording ||
-           s_.recorder.IsActive() || s_.recorder.IsSaving() || s_.recorder.IsSavingPending();
-}
-
 bool ClipEditorWWin::IsPlaying() const {
     const TransportState state = s_.transport.State();
     return state == TransportState::kPlaying || state == TransportState::kFastForward ||
            state == TransportState::kRewind;
+}
+
+bool ClipEditorWWin::IsIdle() const {
+    return !IsPlaying() && !s_.transport.IsCapturing();
 }
 
 bool ClipEditorWWin::IsTotalMarked() const {
@@ -67,7 +64,7 @@ void ClipEditorWWin::Stop() {
 }
 
 void ClipEditorWWin::PlayFromCurrent(bool alone) {
-    if (IsPlaying() || IsCapturing()) return;
+    if (!IsIdle()) return;
     ClipList& clips = s_.project.Clips();
     alone_ = alone;
     playing_.emplace(s_.project, clips.CurrentIndex(), alone ? 1 : clips.Count());
@@ -89,14 +86,8 @@ void ClipEditorWWin::OnTransportState(TransportState state, const LitButtons& li
 }
 
 void ClipEditorWWin::Light(const LitButtons& lit) {
-    const auto put = [this](ToggleButtonWin* button, bool on) {
-        if (IsEntered())
-            button->SetState(on);
-        else
-            button->PresetState(on);
-    };
-    put(stop_, lit.stop);
-    put(play_, lit.play && !lit.record);
+    stop_->SetState(lit.stop);
+    play_->SetState(lit.play && !lit.record);
 }
 
 // Editing the list. Failures to save are reported, and the list shows what is true.
@@ -105,7 +96,7 @@ void ClipEditorWWin::Light(const LitButtons& lit) {
 // the recording that was current before may then be taken for its own.
 void ClipEditorWWin::Select(std::int32_t index) {
     ClipList& clips = s_.project.Clips();
-    if (IsCapturing()) return MarkCurrent();
+    if (s_.transport.IsCapturing()) return MarkCurrent();
     if (index < 0 || index >= clips.Count()) return;
     Stop();
     if (!s_.project.SelectClip(index)) {
@@ -118,9 +109,9 @@ void ClipEditorWWin::Select(std::int32_t index) {
 
 // With the row of the total marked, the new clip goes to the end.
 void ClipEditorWWin::Insert() {
-    if (IsPlaying() || IsCapturing()) return;
+    if (!IsIdle()) return;
     const std::optional<Text> path = s_.askClip();
-    if (!path || IsPlaying() || IsCapturing()) return;  // a key of the device may have begun it
+    if (!path || !IsIdle()) return;  // a key of the device may have begun something
     ClipList& clips = s_.project.Clips();
     const std::int32_t current = clips.CurrentIndex();
     if (IsTotalMarked()) clips.ClearCurrent();
@@ -130,14 +121,14 @@ void ClipEditorWWin::Insert() {
 }
 
 void ClipEditorWWin::Remove() {
-    if (IsPlaying() || IsCapturing() || IsTotalMarked()) return;
+    if (!IsIdle() || IsTotalMarked()) return;
     (void)RemoveCurrentClip(s_.project, false);
     ListChanged();
 }
 
 void ClipEditorWWin::Rename(std::int32_t index, const Text& title) {
     const ClipList& clips = s_.project.Clips();
-    if (IsPlaying() || IsCapturing() || index < 0 || index >= clips.Count()) return;
+    if (!IsIdle() || index < 0 || index >= clips.Count()) return;
     if (title == clips.At(index).ShownName()) return;
     (void)RenameClip(s_.project, index, title, false);
     Fill();
@@ -154,14 +145,15 @@ void ClipEditorWWin::MoveDown() {
 // What follows the clip that is heard may be another one now.
 void ClipEditorWWin::MoveTo(std::int32_t index) {
     const ClipList& clips = s_.project.Clips();
-    if (IsCapturing() || IsTotalMarked() || index < 0 || index >= clips.Count()) return;
+    if (s_.transport.IsCapturing() || IsTotalMarked() || index < 0 || index >= clips.Count())
+        return;
     (void)MoveClipTo(s_.project, index);
     if (playing_ && !alone_) playing_.emplace(s_.project, clips.CurrentIndex() + 1, clips.Count());
     Fill();
 }
 
 void ClipEditorWWin::Renew() {
-    if (!IsPlaying() && !IsCapturing()) CheckAllClips(s_.project);
+    if (IsIdle()) CheckAllClips(s_.project);
     Fill();
 }
 
@@ -181,7 +173,7 @@ void ClipEditorWWin::Refresh() {
 void ClipEditorWWin::Entered() {
     WWin::Entered();
     s_.list.Create(look_, [this](std::int32_t row) {
-        return row >= 0 && row < s_.project.Clips().Count() && !IsPlaying() && !IsCapturing();
+        return row >= 0 && row < s_.project.Clips().Count() && IsIdle();
     });
     Refresh();
     Host().UpdateMenus();

@@ -4,7 +4,6 @@
 #include <functional>
 #include <optional>
 
-#include "audio/engine/recorder.h"
 #include "project/project.h"
 #include "transport/play_list.h"
 #include "transport/transport.h"
@@ -17,7 +16,6 @@ namespace orma {
 /// What the clip editor works and shows; all outlive it.
 struct ClipEditorServices {
     Transport& transport;
-    const Recorder& recorder;
     Project& project;
     ClipListView& list;
     std::function<std::optional<Text>()> askClip;  // the open-file dialog for a recording
@@ -65,8 +63,8 @@ class ClipEditorWWin : public WWin {
     [[nodiscard]] ClipListLook Look() const;
 
     // clip_editor_w_win.cpp
-    [[nodiscard]] bool IsCapturing() const;
     [[nodiscard]] bool IsPlaying() const;  // until the last of it was heard
+    [[nodiscard]] bool IsIdle() const;     // nothing is captured or played
     [[nodiscard]] bool IsTotalMarked() const;
     void Stop();
     void Select(std::int32_t index);

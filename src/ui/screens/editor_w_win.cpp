@@ -5,14 +5,6 @@
 
 namespace orma {
 
-// Also while a take drains behind a stop: its level file is not written yet.
-bool EditorWWin::IsCapturing() const {
-    const TransportState state = s_.transport.State();
-    const Recorder& recorder = s_.recorder;
-    return state == TransportState::kRecordReady || state == TransportState::kRecording ||
-           recorder.IsActive() || recorder.IsSaving() || recorder.IsSavingPending();
-}
-
 // The selection's edges are lines. It has a colour only while its edge is to be moved: it would
 // hide the cuts within it.
 bool EditorWWin::IsSelectionEdited() const {
@@ -22,7 +14,7 @@ bool EditorWWin::IsSelectionEdited() const {
     const bool isPart = start < end && (start > 0 || end < recording.length);
     const bool onEdge = recording.cursor == start || recording.cursor == end;
     return isPart && onEdge && recording.currentCut < 0 &&
-           s_.transport.State() == TransportState::kStopped && !IsCapturing();
+           s_.transport.State() == TransportState::kStopped && !s_.transport.IsCapturing();
 }
 
 GraphSource EditorWWin::Source() const {
@@ -70,7 +62,7 @@ void EditorWWin::Left() {
 void EditorWWin::Tick() {
     if (external_ && !s_.recorder.IsClosed()) {
         if (const auto level = externalLevel_.Read(s_.externalRecorder, s_.audio.stereo))
-            ShowLevel(*level);
+            meter_->VuUpdate(*level);
     }
     ShowName();
     ShowTimes();
@@ -82,10 +74,7 @@ void EditorWWin::OnTransportState(TransportState state, const LitButtons& /*lit*
     meter_->SetResolutionShift(s_.audio.resolutionShift);
     ShowButtons();
     if (state == TransportState::kStopped) {
-        if (IsEntered())
-            meter_->VuInit();
-        else
-            meter_->PresetInit();
+        meter_->VuInit();
         if (IsEntered()) graph_->GraphSetPosition(Source().position);
     }
     ShowTimes();
@@ -108,9 +97,7 @@ void EditorWWin::ShowCutButtons() {
     if (std::exchange(selectionShown_, edited) != edited) graph_->GraphRedraw();
     const CurrentRecording& recording = s_.recording;
     CutButtonState state;
-    const std::vector<RemovedRange>& cuts = recording.sheet.cuts;
-    if (recording.currentCut >= 0 && std::cmp_less(recording.currentCut, cuts.size()))
-        state.cut = cuts[static_cast<std::size_t>(recording.currentCut)];
+    if (const RemovedRange* const cut = recording.CurrentCut()) state.cut = *cut;
     state.cursor = recording.cursor;
     state.selectionStart = recording.selectionStart;
     state.selectionEnd = recording.selectionEnd;
@@ -118,7 +105,8 @@ void EditorWWin::ShowCutButtons() {
     state.transportState = static_cast<std::uint32_t>(s_.transport.State());
     if (s_.transport.State() == TransportState::kDragging)
         state.transportState = static_cast<std::uint32_t>(TransportState::kPlaying);
-    const CutButtonLooks looks = IsCapturing() ? CutButtonLooks{} : UpdateCutButtons(state);
+    const CutButtonLooks looks =
+        s_.transport.IsCapturing() ? CutButtonLooks{} : UpdateCutButtons(state);
     const auto put = [](ButtonWin* button, ToggleButtonWin& beneath, ButtonLook look) {
         button->SetState(static_cast<int>(look));
         if (look == ButtonLook::kOff) beneath.Paint();
@@ -173,9 +161,9 @@ void EditorWWin::OnClosed() {
 }
 
 void EditorWWin::OnPosition(std::uint32_t /*heard*/, std::uint8_t level) {
-    if (IsCapturing()) return;
+    if (s_.transport.IsCapturing()) return;
     const bool stopped = s_.transport.State() == TransportState::kStopped;
-    if (!stopped) ShowLevel(level);
+    if (!stopped) meter_->VuUpdate(level);
     if (!IsEntered()) return;
     if (stopped)
         graph_->GraphSetPosition(s_.recording.cursor);
@@ -198,17 +186,10 @@ void EditorWWin::OnCutChosen(std::int32_t /*index*/) {
     ShowCutButtons();
 }
 
-void EditorWWin::ShowLevel(std::uint8_t level) {
-    if (IsEntered())
-        meter_->VuUpdate(level);
-    else
-        meter_->Follow(level);
-}
-
 void EditorWWin::ShowName() {
-    const Text& name = s_.recording.title.empty() ? s_.recording.name : s_.recording.title;
+    const Text& name = s_.recording.ShownName();
     if (name == name_->Value()) return;
-    name_->PresetName(name);
+    name_->SetName(name);
     if (IsEntered()) Host().Invalidate();  // meter and graph lie over its box
 }
 

@@ -6,7 +6,6 @@
 #include "audio/engine/recorder.h"
 #include "project/cut_buttons.h"
 #include "project/project.h"
-#include "stream/jstream_file.h"
 #include "transport/transport.h"
 #include "ui/controls/button_bar_win.h"
 #include "ui/controls/button_win.h"
@@ -28,7 +27,6 @@ struct EditorScreenServices {
     Project& project;
     CurrentRecording& recording;
     const AudioState& audio;
-    FileServices files;
     ExternalRecorderControl& externalRecorder;
 };
 
@@ -54,7 +52,7 @@ class EditorWWin : public TransportWWin {
     void OnTransportState(TransportState state, const LitButtons& lit) override;
     void OnMarkText(const Text& text, std::uint32_t periods) override;
     void OnEdgeMoved(const EdgeMove& move) override;
-    void OnLevel(std::uint8_t level) override { ShowLevel(level); }
+    void OnLevel(std::uint8_t level) override { meter_->VuUpdate(level); }
     void OnSavingStarted() override;
     void OnSavedPeriods(std::uint32_t count) override;
     void OnClosed() override;
@@ -64,20 +62,18 @@ class EditorWWin : public TransportWWin {
 
   private:
     // editor_w_win.cpp
-    [[nodiscard]] bool IsCapturing() const;
     [[nodiscard]] bool IsSelectionEdited() const;
-    [[nodiscard]] bool MayEdit() const { return !IsCapturing() && s_.recording.length > 0; }
+    [[nodiscard]] bool MayEdit() const {
+        return !s_.transport.IsCapturing() && s_.recording.length > 0;
+    }
     [[nodiscard]] bool MayUndo() const;
     [[nodiscard]] GraphSource Source() const;
     void GoTo(std::int64_t position);
     void ZoomIn() { graph_->ZoomIn(); }
     void ZoomOut() { graph_->ZoomOut(); }
-    void BackMark() { s_.transport.BackMark(); }
-    void ForwardMark() { s_.transport.ForwardMark(); }
     void Edit(const EditOperation& operation);
     void ShowButtons();
     void ShowCutButtons();
-    void ShowLevel(std::uint8_t level);
     void ShowName();
     void ShowTimes();
 

@@ -42,7 +42,7 @@ void EditorWWin::MakeGraph(bool redrawWholeBar) {
     auto graph = std::make_unique<RecGraphWin>(
         OwnScene(), Element::EditRecGraph,
         GraphOwner{[this] { return Source(); }, [this](std::int64_t position) { GoTo(position); },
-                   [this] { return IsCapturing(); }, [this] { name_->Paint(); },
+                   [this] { return s_.transport.IsCapturing(); }, [this] { name_->Paint(); },
                    [this](bool on) { s_.transport.Drag(on); }});
     graph->SetLabel({ControlRole::kGraph, u"Waveform",
                      u"Click to go there; at the upper edge, to the nearest mark", u"Left, Right"});
@@ -79,10 +79,6 @@ void EditorWWin::MakeSideButtons() {
         {Element::EditZoomIn, &EditorWWin::ZoomIn, u"Zoom in", u"Show less, in more detail", u"Up"},
         {Element::EditZoomOut, &EditorWWin::ZoomOut, u"Zoom out", u"Show more of the recording",
          u"Down"},
-        {Element::EditBackMark, &EditorWWin::BackMark, u"Previous mark",
-         u"Go back to the mark before, or to the beginning", u"1"},
-        {Element::EditForwardMark, &EditorWWin::ForwardMark, u"Next mark",
-         u"Go ahead to the next mark, or to the end", u"3"},
     };
     for (const Button& button : buttons) {
         const auto handler = button.handler;
@@ -90,6 +86,7 @@ void EditorWWin::MakeSideButtons() {
             OwnScene(), button.element, [this, handler] { (this->*handler)(); }));
         control->SetLabel({ControlRole::kButton, button.name, button.hint, button.shortcut});
     }
+    MakeMarkButtons(Element::EditBackMark, Element::EditForwardMark, true);
     cutBegin_ = Add(std::make_unique<ButtonWin>(OwnScene(), Element::EditRewind, 515, 516));
     cutEnd_ = Add(std::make_unique<ButtonWin>(OwnScene(), Element::EditFastForward, 517, 518));
     total_ = Add(std::make_unique<TotalNrSecsWin>(OwnScene(), Element::EditTotalTime,

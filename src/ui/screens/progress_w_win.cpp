@@ -58,24 +58,24 @@ void ProgressWWin::Entered() {
     range_ = 0;
     totalBytes_ = 0;
     shownAt_.reset();
-    text_->PresetText({});
-    bytes_->PresetText({});
+    text_->SetText({});
+    bytes_->SetText({});
     WWin::Entered();
-    ShowBar();
+    bar_->SetProgress(done_, range_);
 }
 
 void ProgressWWin::Cancel() {
     if (std::exchange(cancelled_, true)) return;
-    Put(*text_, u"  Cancelling...  ");
+    text_->SetText(u"  Cancelling...  ");
     Host().Announce(u"Cancelling");
 }
 
 // The job's next steps do not take the answer to the button away.
 void ProgressWWin::SetText(const Text& text) {
-    Put(*bytes_, {});
+    bytes_->SetText({});
     totalBytes_ = 0;
     estimate_.Restart();
-    if (!cancelled_) Put(*text_, text);
+    if (!cancelled_) text_->SetText(text);
     shownAt_.reset();
 }
 
@@ -97,7 +97,7 @@ void ProgressWWin::SetBytes(std::uint64_t done, std::uint64_t total) {
 bool ProgressWWin::IsCancelled() {
     const std::uint32_t now = clock_.Ticks();
     if (shownAt_ && now - *shownAt_ < kFrameMs) return cancelled_;
-    ShowBar();
+    bar_->SetProgress(done_, range_);
     ShowBytes(now);
     if (letPointerIn_) letPointerIn_();
     shownAt_ = clock_.Ticks();
@@ -110,18 +110,7 @@ void ProgressWWin::ShowBytes(std::uint32_t now) {
     Text text = SizeText(doneBytes_) + u" of " + SizeText(totalBytes_);
     if (const auto left = estimate_.SecondsLeft(now, doneBytes_, totalBytes_))
         text += u", " + TimeText(*left) + u" left";
-    Put(*bytes_, text);
-}
-
-void ProgressWWin::ShowBar() {
-    if (IsEntered()) bar_->SetProgress(done_, range_);
-}
-
-void ProgressWWin::Put(StaticTextWin& line, const Text& text) const {
-    if (IsEntered())
-        line.SetText(text);
-    else
-        line.PresetText(text);
+    bytes_->SetText(text);
 }
 
 }  // namespace orma

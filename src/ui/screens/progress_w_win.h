@@ -45,8 +45,6 @@ class ProgressWWin : public WWin, public PublishProgress {
 
     [[nodiscard]] StaticTextWin* AddLine(int index, SkinFont font, const char16_t* name,
                                          const char16_t* hint);
-    void Put(StaticTextWin& line, const Text& text) const;
-    void ShowBar();
     void ShowBytes(std::uint32_t now);
 
     Clock& clock_;

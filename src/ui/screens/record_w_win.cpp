@@ -36,9 +36,8 @@ void RecordWWin::TurnVolume(int steps) {
 void RecordWWin::Tick() {
     if (external_ && !s_.recorder.IsClosed()) {
         if (const auto level = externalLevel_.Read(s_.externalRecorder, s_.audio.stereo)) {
-            ShowLevel(*level);
-            if (IsCapture(s_.transport.State()) && *level == 0)
-                ShowWarning(warnings_.Hear(*level, s_.audio.PeriodsPerSecond()));
+            meter_->VuUpdate(*level);
+            if (IsCapture(s_.transport.State()) && *level == 0) HearInput(*level);
         }
     }
     ShowName();
@@ -82,26 +81,22 @@ void RecordWWin::OnTransportState(TransportState state, const LitButtons& /*lit*
     ShowState();
     ShowWarning(false);
     ShowTime();
-    if (state == TransportState::kStopped) RestMeter();
+    if (state == TransportState::kStopped) meter_->VuInit();
     if (IsEntered()) Host().UpdateMenus();
 }
 
 void RecordWWin::ShowState() {
     Light(ButtonsOf(s_.transport.State()));
-    const int state = static_cast<int>(s_.transport.State());
-    if (IsEntered())
-        lamp_->SetState(state);
-    else
-        lamp_->PresetState(state);
+    lamp_->SetState(static_cast<int>(s_.transport.State()));
 }
 
 void RecordWWin::OnMarkText(const Text& text, std::uint32_t periods) {
     markPeriods_ = periods;
-    if (IsEntered()) time_->ShowText(text);
+    time_->ShowText(text);
 }
 
 void RecordWWin::OnLevel(std::uint8_t level) {
-    ShowLevel(level);
+    meter_->VuUpdate(level);
     HearInput(level);
 }
 
@@ -129,7 +124,7 @@ void RecordWWin::OnClosed() {
 }
 
 void RecordWWin::OnPosition(std::uint32_t /*heard*/, std::uint8_t level) {
-    if (!IsReady() && !IsCapture(s_.transport.State())) ShowLevel(level);
+    if (!IsReady() && !IsCapture(s_.transport.State())) meter_->VuUpdate(level);
     ShowTime();
 }
 
@@ -159,31 +154,13 @@ void RecordWWin::Acknowledge() {
 void RecordWWin::ShowWarning(bool isNew) {
     const Text line = warnings_.Line();
     if (isNew && !line.empty()) Host().Announce(line);
-    if (!line.empty()) Put(maxTime_, {});
-    Put(warning_, warning_->Fits(line) ? line : warnings_.ShortLine());
+    if (!line.empty() && maxTime_ != nullptr) maxTime_->SetText({});
+    warning_->SetText(warning_->Fits(line) ? line : warnings_.ShortLine());
     if (line.empty() && maxTime_ != nullptr && maxTime_->Value().empty()) ShowMaxTime();
 }
 
-void RecordWWin::ShowLevel(std::uint8_t level) {
-    if (IsEntered())
-        meter_->VuUpdate(level);
-    else
-        meter_->Follow(level);
-}
-
-void RecordWWin::RestMeter() {
-    if (IsEntered())
-        meter_->VuInit();
-    else
-        meter_->PresetInit();
-}
-
 void RecordWWin::ShowName() {
-    const Text& name = s_.recording.title.empty() ? s_.recording.name : s_.recording.title;
-    if (IsEntered())
-        name_->SetName(name);
-    else
-        name_->PresetName(name);
+    name_->SetName(s_.recording.ShownName());
 }
 
 // In the built-in layout the running time covers the upper rows of the lamp.
@@ -199,52 +176,38 @@ void RecordWWin::ShowTime() {
 void RecordWWin::ShowMaxTime() {
     if (maxTime_ == nullptr || !warnings_.Line().empty()) return;
     const std::uint32_t minutes = s_.recorder.RecordingTimeLeft() / 60;
-    Put(maxTime_, FormatText("%.2dh:%.2dm max", static_cast<int>(minutes / 60),
-                             static_cast<int>(minutes % 60)));
+    maxTime_->SetText(FormatText("%.2dh:%.2dm max", static_cast<int>(minutes / 60),
+                                 static_cast<int>(minutes % 60)));
 }
 
 void RecordWWin::ShowBattery() {
     if (battery_ == nullptr) return;
     const auto percent = s_.system.BatteryPercent();
-    Put(battery_, percent ? FormatText("Battery: %d%%", *percent) : Text{});
+    battery_->SetText(percent ? FormatText("Battery: %d%%", *percent) : Text{});
 }
 
 void RecordWWin::ShowGain() {
+    if (gainKnob_ == nullptr) return;
     if (external_) {
-        Put(gainText_, s_.externalRecorder.GainText());
-        Put(gainKnob_, s_.externalRecorder.GainBar());
+        gainText_->SetText(s_.externalRecorder.GainText());
+        gainKnob_->KnobSetValue(static_cast<std::int32_t>(s_.externalRecorder.GainBar()));
         return;
     }
     const std::int32_t gain = s_.input.InputGainDb();
-    Put(gainText_, FormatText("%+2ddB", gain));
-    Put(gainKnob_, static_cast<std::uint32_t>(gain * kKnobEnd / kMostGainDb));
+    gainText_->SetText(FormatText("%+2ddB", gain));
+    gainKnob_->KnobSetValue(gain * kKnobEnd / kMostGainDb);
 }
 
 void RecordWWin::ShowVolume() {
+    if (volumeKnob_ == nullptr) return;
     if (external_) {
-        Put(volumeText_, s_.externalRecorder.VolumeText());
-        Put(volumeKnob_, s_.externalRecorder.VolumeBar());
+        volumeText_->SetText(s_.externalRecorder.VolumeText());
+        volumeKnob_->KnobSetValue(static_cast<std::int32_t>(s_.externalRecorder.VolumeBar()));
         return;
     }
-    const auto step = static_cast<int>(s_.input.OutputStep());
-    Put(volumeText_, FormatText("  %+2.0fdB", static_cast<double>(step - kFullVolumeStep)));
-    Put(volumeKnob_, static_cast<std::uint32_t>(step * kKnobEnd / kVolumeScale));
-}
-
-void RecordWWin::Put(StaticTextWin* control, const Text& text) const {
-    if (control == nullptr) return;
-    if (IsEntered())
-        control->SetText(text);
-    else
-        control->PresetText(text);
-}
-
-void RecordWWin::Put(StripeWin* knob, std::uint32_t value) const {
-    if (knob == nullptr) return;
-    if (IsEntered())
-        knob->KnobSetValue(static_cast<std::int32_t>(value));
-    else
-        knob->PresetValue(static_cast<std::int32_t>(value));
+    const auto step = static_cast<std::int32_t>(s_.input.OutputStep());
+    volumeText_->SetText(FormatText("  %+2.0fdB", static_cast<double>(step - kFullVolumeStep)));
+    volumeKnob_->KnobSetValue(step * kKnobEnd / kVolumeScale);
 }
 
 }  // namespace orma

@@ -9,7 +9,6 @@
 #include "project/current_recording.h"
 #include "transport/transport.h"
 #include "ui/controls/name_win.h"
-#include "ui/controls/push_button_win.h"
 #include "ui/controls/rec_status_win.h"
 #include "ui/controls/rec_time_win.h"
 #include "ui/controls/stripe_win.h"
@@ -59,8 +58,6 @@ class RecordWWin : public TransportWWin {
     void TurnGain(int steps);
     void TurnVolume(int steps);
 
-    [[nodiscard]] const InputWarnings& Warnings() const { return warnings_; }
-
     void Tick() override;
 
     /// Also when settings have changed.
@@ -89,8 +86,6 @@ class RecordWWin : public TransportWWin {
     void ShowState();
     void ShowTime();
     void ShowName();
-    void ShowLevel(std::uint8_t level);
-    void RestMeter();
     void ShowMaxTime();
     void ShowBattery();
     void ShowGain();
@@ -98,17 +93,13 @@ class RecordWWin : public TransportWWin {
     void ShowWarning(bool isNew);
     void Acknowledge();
     void HearInput(std::uint8_t level);
-    void Put(StaticTextWin* control, const Text& text) const;
-    void Put(StripeWin* knob, std::uint32_t value) const;
 
     // record_w_win_table.cpp
     void BindKeys();
     void MakeDisplay();
     void MakeGain();
     void MakeVolume();
-    void MakeMarkButtons();
     void MakeWarning();
-    [[nodiscard]] Text Shortcut(const char16_t* digit) const;
     [[nodiscard]] StaticTextWin* AddText(bool shown, Element element, SkinFont font,
                                          const char16_t* name, const char16_t* hint);
 

@@ -2,10 +2,10 @@
 
 #include <memory>
 
+#include "ui/controls/push_button_win.h"
 #include "ui/screens/record_w_win.h"
 
 namespace orma {
-
 namespace {
 
 Scene HeldAs(const Scene& scene) {
@@ -32,15 +32,15 @@ RecordWWin::RecordWWin(const Scene& scene, ScreenHost& host, const RecorderScree
     MakeDisplay();
     MakeGain();
     MakeVolume();
-    MakeMarkButtons();
+    if (options_.markButtons) {
+        MakeMarkButtons(Element::BackMark, Element::ForwardMark, !turned_);
+    } else {
+        Add(std::unique_ptr<PushButtonWin>());
+        Add(std::unique_ptr<PushButtonWin>());
+    }
     MakeWarning();
     BindKeys();
     RecordWWin::Refresh();
-}
-
-// Upside down, the arrows are the only keys there are.
-Text RecordWWin::Shortcut(const char16_t* digit) const {
-    return turned_ ? Text{} : Text{digit};
 }
 
 // Held upside down, the recorder has its arrow keys alone, and they are turned with it.
@@ -115,32 +115,6 @@ void RecordWWin::MakeVolume() {
     volumeKnob_->SetLabel({ControlRole::kKnob, u"Volume",
                            u"Loudness of the loudspeaker or headphones; recordings do not change",
                            byArrows ? u"Left, Right" : u""});
-}
-
-void RecordWWin::MakeMarkButtons() {
-    struct Button {
-        Element element;
-        void (*press)(Transport& transport);
-        const char16_t* name;
-        const char16_t* hint;
-        const char16_t* digit;
-    };
-    const Button buttons[] = {
-        {Element::BackMark, [](Transport& transport) { transport.BackMark(); }, u"Previous mark",
-         u"Go back to the mark before, or to the beginning", u"1"},
-        {Element::ForwardMark, [](Transport& transport) { transport.ForwardMark(); }, u"Next mark",
-         u"Go ahead to the next mark, or to the end", u"3"},
-    };
-    for (const Button& button : buttons) {
-        if (!options_.markButtons) {
-            Add(std::unique_ptr<PushButtonWin>());
-            continue;
-        }
-        const auto press = button.press;
-        PushButtonWin* const control = Add(std::make_unique<PushButtonWin>(
-            OwnScene(), button.element, [this, press] { press(s_.transport); }));
-        control->SetLabel({ControlRole::kButton, button.name, button.hint, Shortcut(button.digit)});
-    }
 }
 
 // In the line of the time that is left: the display has no other free one in every layout.

@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "ui/controls/push_button_win.h"
+
 namespace orma {
 
 void TransportWWin::MakeTransportButtons(const ButtonElements& elements, bool byDigits) {
@@ -41,13 +43,30 @@ void TransportWWin::MakeTransportButtons(const ButtonElements& elements, bool by
     }
 }
 
+void TransportWWin::MakeMarkButtons(Element back, Element forward, bool byDigits) {
+    const auto add = [&](Element element, void (Transport::*press)(), const char16_t* name,
+                         const char16_t* hint, const char16_t* digit) {
+        auto* const button = Add(std::make_unique<PushButtonWin>(
+            OwnScene(), element, [this, press] { (transport_.*press)(); }));
+        button->SetLabel({ControlRole::kButton, name, hint, byDigits ? Text{digit} : Text{}});
+    };
+    add(back, &Transport::BackMark, u"Previous mark",
+        u"Go back to the mark before, or to the beginning", u"1");
+    add(forward, &Transport::ForwardMark, u"Next mark", u"Go ahead to the next mark, or to the end",
+        u"3");
+}
+
 void TransportWWin::BindTransportKeys() {
     Bind(Key::k9, u"Get ready to record; while recording, set a mark", [this] { PressRecord(); });
     Bind(Key::k8, u"Play; when ready to record, start recording", [this] { PressPlay(); });
     Bind(Key::k7, u"Stop; when stopped, go to where playing began or ended",
          [this] { PressStop(); });
-    Bind(Key::kEnter, u"Play, or stop what runs",
-         [this] { return static_cast<int>(transport_.State()) >= 2 ? PressStop() : PressPlay(); });
+    Bind(Key::kEnter, u"Play, or stop what runs", [this] {
+        const TransportState state = transport_.State();
+        const bool waits =
+            state == TransportState::kStopped || state == TransportState::kRecordReady;
+        return waits ? PressPlay() : PressStop();
+    });
     Bind(Key::k2, u"Rewind; on an edge, move it back", [this] { PressRewind(); });
     Bind(Key::k5, u"Fast forward; on an edge, move it ahead", [this] { PressFastForward(); });
 }
@@ -58,17 +77,11 @@ void TransportWWin::BindMarkKeys(Key back, Key forward) {
 }
 
 void TransportWWin::Light(const LitButtons& lit) {
-    const auto put = [this](ToggleButtonWin* button, bool on) {
-        if (IsEntered())
-            button->SetState(on);
-        else
-            button->PresetState(on);
-    };
-    put(stop_, lit.stop);
-    put(play_, lit.play);
-    put(record_, lit.record);
-    put(rewind_, lit.rewind);
-    put(fastForward_, lit.fastForward);
+    stop_->SetState(lit.stop);
+    play_->SetState(lit.play);
+    record_->SetState(lit.record);
+    rewind_->SetState(lit.rewind);
+    fastForward_->SetState(lit.fastForward);
 }
 
 }  // namespace orma

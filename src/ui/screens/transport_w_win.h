@@ -35,13 +35,15 @@ class TransportWWin : public WWin {
     /// press them.
     void MakeTransportButtons(const ButtonElements& elements, bool byDigits);
 
+    /// Appends the buttons that go to the mark before the cursor and to the one behind it.
+    void MakeMarkButtons(Element back, Element forward, bool byDigits);
+
     /// Binds Enter, which plays or stops what runs, and the buttons' digits.
     void BindTransportKeys();
 
     /// Binds keys to the mark before the cursor and the one behind it.
     void BindMarkKeys(Key back, Key forward);
 
-    /// Lights them, at once while the screen is entered.
     void Light(const LitButtons& lit);
 
     [[nodiscard]] ToggleButtonWin& RewindButton() { return *rewind_; }

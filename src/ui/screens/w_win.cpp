@@ -8,7 +8,9 @@ WWin::WWin(ScreenIndex index, const Scene& scene, ScreenHost& host)
     : Win(ownScene_, Rect{0, 0, scene.skin.Page().width, scene.skin.Page().height}),
       index_(index),
       ownScene_(scene),
-      host_(host) {}
+      host_(host) {
+    ownScene_.shown = false;
+}
 
 void WWin::Paint() {
     ownScene_.canvas.CopyFromPage(NormalPage(), Bounds());
@@ -30,13 +32,13 @@ void WWin::OnKey(Key key) {
 }
 
 void WWin::Entered() {
-    entered_ = true;
+    ownScene_.shown = true;
     host_.TickScreen(index_, true);
     host_.Invalidate();
 }
 
 void WWin::Left() {
-    entered_ = false;
+    ownScene_.shown = false;
     host_.TickScreen(index_, false);
 }
 

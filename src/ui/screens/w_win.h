@@ -28,7 +28,7 @@ class WWin : public Win, public TransportListener {
     WWin(ScreenIndex index, const Scene& scene, ScreenHost& host);
 
     [[nodiscard]] ScreenIndex Index() const { return index_; }
-    [[nodiscard]] bool IsEntered() const { return entered_; }
+    [[nodiscard]] bool IsEntered() const { return ownScene_.shown; }
 
     virtual void RightDown(Point /*at*/) {}
     virtual void RightUp(Point /*at*/) {}
@@ -83,7 +83,6 @@ class WWin : public Win, public TransportListener {
     ScreenIndex index_;
     Scene ownScene_;
     ScreenHost& host_;
-    bool entered_ = false;
     std::vector<std::unique_ptr<Win>> controls_;
     std::vector<KeyAction> keys_;
 };

@@ -13,14 +13,8 @@ class WarningWin : public StaticTextWin {
   public:
     WarningWin(const Scene& scene, const Rect& rect, Font font, std::function<void()> acknowledge)
         : StaticTextWin(scene, rect, font, TextGround::kPage),
-          warningFont_(font),
           acknowledge_(std::move(acknowledge)) {
         SetColour(scene.skin.Colours().waveformEditCut);
-    }
-
-    /// Whether the line has room for this text.
-    [[nodiscard]] bool Fits(const Text& text) const {
-        return scene_.canvas.Measure(text, warningFont_).width <= rect_.w;
     }
 
     [[nodiscard]] Win* HitTest(Point at) override {
@@ -29,7 +23,6 @@ class WarningWin : public StaticTextWin {
     void Press() override { acknowledge_(); }
 
   private:
-    Font warningFont_;
     std::function<void()> acknowledge_;
 };
 

@@ -15,6 +15,8 @@ inline const QColor kKeyEdge{122, 113, 97};
 inline const QColor kHairline{200, 192, 174};
 inline const QColor kInk{33, 31, 27};
 inline const QColor kLegend{106, 99, 86};  // secondary texts
+inline const QColor kWrong{166, 38, 0};    // what is not right, in words
+inline const QColor kRight{34, 102, 32};
 inline const QColor kLit{255, 111, 15};
 inline const QColor kSelected{255, 178, 112};
 inline const QColor kPanel{23, 22, 20};

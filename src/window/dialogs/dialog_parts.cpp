@@ -9,15 +9,6 @@
 #include "window/dialogs/dialog_look.h"
 
 namespace orma {
-namespace {
-
-void Paint(QWidget& widget, const QColor& colour) {
-    QPalette palette = widget.palette();
-    palette.setColor(QPalette::WindowText, colour);
-    widget.setPalette(palette);
-}
-
-}  // namespace
 
 QVBoxLayout* NewPage(QDialog& dialog) {
     auto* page = new QVBoxLayout(&dialog);
@@ -29,7 +20,7 @@ QVBoxLayout* NewPage(QDialog& dialog) {
 QLabel* NewLegend(const QString& text) {
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
-    Paint(*label, look::kLegend);
+    SetColour(*label, look::kLegend);
     return label;
 }
 
@@ -37,8 +28,14 @@ QFrame* NewHairline() {
     auto* line = new QFrame;
     line->setFrameShape(QFrame::HLine);
     line->setFrameShadow(QFrame::Plain);
-    Paint(*line, look::kHairline);
+    SetColour(*line, look::kHairline);
     return line;
+}
+
+void SetColour(QWidget& widget, const QColor& colour) {
+    QPalette palette = widget.palette();
+    palette.setColor(QPalette::WindowText, colour);
+    widget.setPalette(palette);
 }
 
 void AddOkAndCancel(QDialog& dialog, QVBoxLayout& page) {

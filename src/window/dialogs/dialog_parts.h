@@ -1,10 +1,12 @@
 #pragma once
 
+class QColor;
 class QDialog;
 class QFrame;
 class QLabel;
 class QString;
 class QVBoxLayout;
+class QWidget;
 
 namespace orma {
 
@@ -19,6 +21,9 @@ inline constexpr int kDialogGap = 10;
 [[nodiscard]] QLabel* NewLegend(const QString& text);
 
 [[nodiscard]] QFrame* NewHairline();
+
+/// The colour of a widget's letters, or of a line.
+void SetColour(QWidget& widget, const QColor& colour);
 
 /// Ends the page with "OK", the default, and "Cancel".
 void AddOkAndCancel(QDialog& dialog, QVBoxLayout& page);

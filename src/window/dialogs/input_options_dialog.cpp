@@ -27,41 +27,41 @@ InputOptionsDialog::InputOptionsDialog(InputOptions options, QWidget* parent)
     : QDialog(parent), options_(std::move(options)) {
     setWindowTitle(QStringLiteral("Input options"));
     QVBoxLayout* const page = NewPage(*this);
-    auto* grid = new QGridLayout;
-    grid->setHorizontalSpacing(kDialogMargin);
-    grid->setVerticalSpacing(kDialogGap);
-    grid->setColumnStretch(1, 1);
-    const auto add = [&](int row, const char* name, QWidget* field) {
+    const auto newGrid = [] {
+        auto* grid = new QGridLayout;
+        grid->setHorizontalSpacing(kDialogMargin);
+        grid->setColumnStretch(1, 1);
+        return grid;
+    };
+    const auto add = [](QGridLayout& grid, const char* name, QWidget* field) {
         QLabel* const label = NewLegend(QString::fromLatin1(name));
         label->setBuddy(field);
         field->setAccessibleName(label->text());
-        grid->addWidget(label, row, 0);
-        grid->addWidget(field, row, 1);
+        grid.addWidget(label, 0, 0);
+        grid.addWidget(field, 0, 1);
     };
+    QGridLayout* const above = newGrid();
+    QGridLayout* const below = newGrid();
 
     sets_ = new QComboBox;
     sets_->addItem(QStringLiteral("(Off)"));
     for (const EqualizerSet& set : options_.sets)
         sets_->addItem(ToQt(set.name));
     sets_->setCurrentIndex(options_.set ? static_cast<int>(*options_.set) + 1 : 0);
-    add(0, "Equaliser", sets_);
-    page->addLayout(grid);
+    add(*above, "Equaliser", sets_);
+    page->addLayout(above);
 
     view_ = new EqualizerView(options_.sampleRate);
     page->addWidget(view_, 1);
     connect(sets_, &QComboBox::currentIndexChanged, this, [this] { ShowSet(); });
     ShowSet();
 
-    auto* below = new QGridLayout;
-    below->setHorizontalSpacing(kDialogMargin);
-    below->setColumnStretch(1, 1);
-    grid = below;
     if (options_.gainControl) {
         gain_ = new QSlider(Qt::Horizontal);
         gain_->setRange(0, kMostGain);
         gain_->setPageStep(6);
         gain_->setValue(options_.gainDb);
-        add(0, "Input gain", gain_);
+        add(*below, "Input gain", gain_);
         auto* shown = new QLabel(GainText(options_.gainDb));
         shown->setMinimumWidth(shown->fontMetrics().horizontalAdvance(GainText(kMostGain)));
         shown->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -6,16 +6,14 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "window/dialogs/qt_text.h"
+
 namespace orma {
 namespace {
 
 constexpr const char* kName = "shortcuts";
 constexpr QSize kSize{600, 680};
 constexpr int kGap = 8;  // between the window and the list beside it
-
-QString Shown(const Text& text) {
-    return QString::fromStdU16String(text);
-}
 
 }  // namespace
 
@@ -39,13 +37,13 @@ ShortcutsDialog::ShortcutsDialog(QWidget* parent, const std::vector<ShortcutGrou
     list->setRootIsDecorated(false);
     list->setItemsExpandable(false);
     for (const ShortcutGroup& group : groups) {
-        auto* const heading = new QTreeWidgetItem(list, {Shown(group.title)});
+        auto* const heading = new QTreeWidgetItem(list, {ToQt(group.title)});
         QFont bold = heading->font(0);
         bold.setBold(true);
         heading->setFont(0, bold);
         heading->setFirstColumnSpanned(true);
         for (const Shortcut& shortcut : group.shortcuts)
-            new QTreeWidgetItem(heading, {Shown(shortcut.keys), Shown(shortcut.does)});
+            new QTreeWidgetItem(heading, {ToQt(shortcut.keys), ToQt(shortcut.does)});
     }
     list->expandAll();
     list->setWordWrap(true);

@@ -4,6 +4,7 @@
 #include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
 #include <array>
 
 #include "window/dialogs/dialog_look.h"
@@ -20,10 +21,9 @@ constexpr std::array kVideos{"mp4", "m4v", "mov", "avi",  "mkv", "webm",
 constexpr qint64 kMostPixels = 24'000'000;
 constexpr qint64 kMostJpegPixels = 120'000'000;
 
-template <typename List>
-bool HasEnding(const List& list, const QString& path) {
+bool IsVideo(const QString& path) {
     const QString ending = QFileInfo(path).suffix();
-    return std::any_of(list.begin(), list.end(), [&](const char* one) {
+    return std::ranges::any_of(kVideos, [&](const char* one) {
         return ending.compare(QLatin1String(one), Qt::CaseInsensitive) == 0;
     });
 }
@@ -65,7 +65,7 @@ QImage NeutralThumbnail(const QString& path, QSize box) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(look::kKeyEdge);
     const QPointF middle = card.center();
-    if (HasEnding(kVideos, path)) {
+    if (IsVideo(path)) {
         painter.drawPolygon(QPolygonF({middle + QPointF(-1.7 * unit, -2.5 * unit),
                                        middle + QPointF(-1.7 * unit, 2.5 * unit),
                                        middle + QPointF(2.6 * unit, 0)}));
@@ -77,10 +77,6 @@ QImage NeutralThumbnail(const QString& path, QSize box) {
              middle + QPointF(5.4 * unit, 3.4 * unit)}));
     }
     return image;
-}
-
-bool IsImageOrVideo(const QString& path) {
-    return HasEnding(kImages, path) || HasEnding(kVideos, path);
 }
 
 QString ImageFilters() {

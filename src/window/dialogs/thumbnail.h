@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QIcon>
+#include <QImage>
 #include <QSize>
 #include <QString>
 
@@ -13,9 +13,6 @@ namespace orma {
 
 /// What stands for a file whose picture is not shown (yet): a film for a video, else a sheet.
 [[nodiscard]] QImage NeutralThumbnail(const QString& path, QSize box);
-
-/// True for names that the publish dialogs offer: images and videos.
-[[nodiscard]] bool IsImageOrVideo(const QString& path);
 
 /// The lines of the file dialog's filter.
 [[nodiscard]] QString ImageFilters();

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "window/dialogs/dialog_look.h"
 #include "window/dialogs/dialog_parts.h"
 #include "window/dialogs/qt_text.h"
 #include "window/setup/connection_wait.h"
@@ -22,8 +23,6 @@ namespace {
 
 constexpr int kListWidth = 170;  // pixels
 constexpr int kLineHeight = 26;
-const QColor kGood(34, 102, 32);
-const QColor kBad(166, 38, 0);
 
 }  // namespace
 
@@ -261,10 +260,7 @@ void AccountPage::Test() {
 }
 
 void AccountPage::ShowVerdict(const ConnectionVerdict& verdict) {
-    QPalette palette = verdict_->palette();
-    palette.setColor(QPalette::WindowText,
-                     verdict.end == ConnectionVerdict::End::kOk ? kGood : kBad);
-    verdict_->setPalette(palette);
+    SetColour(*verdict_, verdict.end == ConnectionVerdict::End::kOk ? look::kRight : look::kWrong);
     verdict_->setText(ToQt(verdict.words));
     verdict_->setAccessibleName(verdict_->text());
     // It may have made the page longer.

@@ -75,45 +75,47 @@ FieldEditor Number(const SetupField& field, const Setting& range, FieldEdited ed
             }};
 }
 
-FieldEditor Choice(const SetupField& field, FieldEdited edited) {
+/// A box of lines that stand for values.
+QComboBox* Lines(FieldEdited edited) {
     auto* box = new QComboBox;
-    for (const SetupField::Choice& choice : field.choices)
-        box->addItem(QString::fromUtf8(choice.label), QString::number(choice.value));
     new WheelGuard(box);
     QObject::connect(box, &QComboBox::activated, box, [box, edited = std::move(edited)](int line) {
         edited(box->itemData(line).toString().toStdString());
     });
+    return box;
+}
+
+/// Chooses the line of a value; where there is none it gets one, as `missing` says.
+void Choose(QComboBox& box, const QString& value, const QString& missing) {
+    if (box.findData(value) < 0) box.addItem(missing.arg(value), value);
+    box.setCurrentIndex(box.findData(value));
+}
+
+FieldEditor Choice(const SetupField& field, FieldEdited edited) {
+    QComboBox* const box = Lines(std::move(edited));
+    for (const SetupField::Choice& choice : field.choices)
+        box->addItem(QString::fromUtf8(choice.label), QString::number(choice.value));
     const int offered = box->count();
     return {box, box, [box, offered](const std::string& value) {
                 const QSignalBlocker quiet(box);
                 while (box->count() > offered)
                     box->removeItem(offered);
                 // What an older program stored stays until another choice is made.
-                if (box->findData(Shown(value)) < 0)
-                    box->addItem(QStringLiteral("Other (%1)").arg(Shown(value)), Shown(value));
-                box->setCurrentIndex(box->findData(Shown(value)));
+                Choose(*box, Shown(value), QStringLiteral("Other (%1)"));
             }};
 }
 
 /// A name out of a list, which may lack the one that is set. `none` stands for no name.
 FieldEditor Name(const QString& none, std::function<QStringList()> names, FieldEdited edited) {
-    auto* box = new QComboBox;
+    QComboBox* const box = Lines(std::move(edited));
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    new WheelGuard(box);
-    QObject::connect(box, &QComboBox::activated, box, [box, edited = std::move(edited)](int line) {
-        edited(box->itemData(line).toString().toStdString());
-    });
     return {box, box, [box, none, names = std::move(names)](const std::string& value) {
                 const QSignalBlocker quiet(box);
                 box->clear();
                 box->addItem(none, QString());
-                QStringList all = names ? names() : QStringList();
-                const bool missing = !value.empty() && !all.contains(Shown(value));
-                for (const QString& name : all)
+                for (const QString& name : names ? names() : QStringList())
                     box->addItem(name, name);
-                if (missing)
-                    box->addItem(QStringLiteral("%1 (not there)").arg(Shown(value)), Shown(value));
-                box->setCurrentIndex(std::max(0, box->findData(Shown(value))));
+                Choose(*box, Shown(value), QStringLiteral("%1 (not there)"));
             }};
 }
 

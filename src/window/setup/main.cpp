@@ -1,17 +1,14 @@
 // orma-setup: the window in which Orma Edit is set up.
 
-#include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
-#include <cstdio>
 
 #include "machine/machine.h"
 #include "platform/posix/console.h"
-#include "platform/qt/display.h"
+#include "platform/qt/desktop_program.h"
 #include "platform/qt/local_instance.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
-#include "platform/qt/qt_signal_watch.h"
 #include "window/dialogs/dialog_look.h"
 #include "window/dialogs/qt_text.h"
 #include "window/setup/setup_window.h"
@@ -20,7 +17,6 @@ namespace {
 
 using namespace orma;
 
-constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 
 MachineOptions Parse(const QCoreApplication& application) {
@@ -43,25 +39,10 @@ QStringList Names(const std::vector<WaveDeviceInfo>& devices) {
     return names;
 }
 
-}  // namespace
-
-int main(int count, char** values) {
-    QtSignalWatch::Block();
-    QCoreApplication::setApplicationName("orma-setup");
-    QCoreApplication::setApplicationVersion(ORMA_VERSION);
-    if (!HasDisplay(count, values)) {
-        const QCoreApplication bare(count, values);
-        (void)Parse(bare);  // the help is told all the same
-        std::fputs("orma-setup: there is no display\n", stderr);
-        return kFailed;
-    }
-    QApplication application(count, values);
-    QApplication::setDesktopFileName("orma-setup");
+int Run(const MachineOptions& options) {
     InstallDialogLook();
     // Accounts hold passwords: what is written here is for its owner alone.
     CreateFilesForOwnerOnly();
-
-    const MachineOptions options = Parse(application);
     QtEventLoop loop;
     SetupWindow* open = nullptr;
     const QtSignalWatch ended([&] {
@@ -99,4 +80,10 @@ int main(int count, char** values) {
     const int code = QApplication::exec();
     open = nullptr;
     return code;
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+    return RunDesktopProgram({"orma-setup", ORMA_VERSION}, count, values, Parse, Run);
 }

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollArea>
+#include <algorithm>
 
 #include "window/dialogs/dialog_look.h"
 #include "window/dialogs/dialog_parts.h"

@@ -10,7 +10,6 @@ namespace orma {
 namespace {
 
 constexpr int kSmallLetters = 12;  // pixels
-const QColor kWrong(166, 38, 0);
 
 void Letters(QWidget& widget, int pixels, QFont::Weight weight) {
     QFont font = widget.font();
@@ -39,9 +38,7 @@ QLabel* NewFault() {
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     Letters(*label, kSmallLetters, QFont::DemiBold);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, kWrong);
-    label->setPalette(palette);
+    SetColour(*label, look::kWrong);
     label->hide();
     return label;
 }

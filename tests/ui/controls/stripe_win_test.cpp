@@ -74,7 +74,8 @@ TEST(StripeWinTest, PointsFromTheLowerLeftToTheLowerRight) {
         const int scale = example.client.width / 240;
         const Rect& place = rig.knob.Bounds();
         const Point middle{place.x + 9 * scale, place.y + 9 * scale};
-        rig.knob.PresetValue(example.value);
+        rig.scene.shown = false;
+        rig.knob.KnobSetValue(example.value);
         rig.knob.Paint();
         ASSERT_EQ(rig.ink.lines.size(), 1U);
         const auto& line = rig.ink.lines[0];

@@ -118,12 +118,13 @@ TEST(VuWinTest, LooksTheSameDrawnUpdateByUpdateAndUncovered) {
             const test::RigOptions options{.client = client, .upsideDown = upsideDown};
             MeterRig drawn(options, 1);
             MeterRig hidden(options, 1);
+            hidden.scene.shown = false;
             int level = 40;
             for (int i = 0; i < 400; ++i) {
                 if (random() % 16 == 0) level = static_cast<int>(random() % 81);
                 const auto byte = static_cast<std::uint8_t>(level + static_cast<int>(random() % 2));
                 drawn.meter.VuUpdate(byte);  // up to 81: a damaged level file
-                hidden.meter.Follow(byte);
+                hidden.meter.VuUpdate(byte);
                 ASSERT_TRUE(hidden.TakeChanges().empty());
                 hidden.PaintPage();
                 hidden.meter.Paint();

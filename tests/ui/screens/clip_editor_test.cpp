@@ -69,7 +69,7 @@ class ClipDesk : public Desktop, public ::testing::Test {
     void Make(bool detailed) {
         if (screen) screen->Left();
         screen.emplace(rig.scene, host,
-                       ClipEditorServices{app.transport, app.recorder, app.project, list,
+                       ClipEditorServices{app.transport, app.project, list,
                                           [this] {
                                               if (atDialog) atDialog();
                                               return std::exchange(answer, std::nullopt);

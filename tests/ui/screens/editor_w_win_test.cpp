@@ -21,7 +21,7 @@ class EditorDesk : public Desktop, public ::testing::Test {
         EXPECT_TRUE(app.project.SelectClip(0));
         screen.emplace(rig.scene, host,
                        EditorScreenServices{app.transport, app.recorder, app.project, app.recording,
-                                            app.audio, app.files, outside},
+                                            app.audio, outside},
                        false);
         screen->Entered();
         screen->Paint();

@@ -40,8 +40,7 @@ struct MenuBar {
 
     friend bool operator==(const MenuBar&, const MenuBar&) = default;
 
-    /// Every line with that command.
-    void Enable(Command command, bool on);
+    /// Every line with that command, but not in submenus.
     void Tick(Command command, bool on);
 };
 

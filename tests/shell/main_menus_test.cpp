@@ -1,4 +1,4 @@
-#include "shell/menus.h"
+#include "shell/main_menus.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "shell/menu.h"
+#include "shell/menu_bar.h"
 #include "ui/screens/screen_host.h"
 
 namespace orma {
