@@ -8,27 +8,20 @@
 namespace orma {
 namespace {
 
-struct RemoteWritersTest : testing::Test {
-    RemoteWritersTest() {
-        context.remote.ftp = &ftp;
-        context.remote.account.server = u"srv";
-        context.remote.extension = u"mp2";
-        context.remote.broadcastWave = false;
-    }
-
+TEST(RemoteWriters, RecordStraightToAServer) {
     test::TestFiles files;
     test::FakeFtp server;
     test::FakePatience patience;
     FtpServices ftp{server, files.report, patience};
     AudioState audio;
-    Mp2Pipeline encoder{audio, files.report};
-    WriterContext context{.files = files.services, .audio = audio, .encoder = encoder};
-    WriterSlot slot{context};
-};
-
-TEST_F(RemoteWritersTest, RecordStraightToAServer) {
     audio.mp2 = true;
     audio.sampleRate = 48000;
+    Mp2Pipeline encoder{audio, files.report};
+    WriterContext context{.files = files.services, .audio = audio, .encoder = encoder};
+    context.remote.ftp = &ftp;
+    context.remote.account.server = u"srv";
+    context.remote.extension = u"mp2";
+    WriterSlot slot{context};
     slot.SelectWriter(WriterKind::kFtp);
     JStreamAudioWrite& writer = *slot.Current();
     writer.Connect();
@@ -42,26 +35,6 @@ TEST_F(RemoteWritersTest, RecordStraightToAServer) {
     EXPECT_EQ(server.files[u"talk00.mp2"].size(), 6U * 192);
     EXPECT_THAT(server.log,
                 testing::ElementsAre("CONNECT srv:21", "STOR talk00.mp2", "CLOSE", "QUIT"));
-}
-
-TEST_F(RemoteWritersTest, OpenOneFileAfterTheOtherAndGoOnWithTheLast) {
-    slot.SelectWriter(WriterKind::kBwfFtp);
-    JStreamAudioWrite& writer = *slot.Current();
-    writer.Open(u"a");
-    writer.OpenRemote(u"b");
-    writer.WriteEncoded("onetwo", 6);
-    writer.Close();
-    EXPECT_FALSE(context.committed) << "it was not finished";
-    EXPECT_EQ(server.files[u"b.mp2"].size(), 6U);
-
-    ASSERT_EQ(writer.Reconnect(3), 0);
-    writer.WriteEncoded("one", 3);  // the server has it
-    writer.WriteEncoded("TWO", 3);  // and this as well: what was handed over counts
-    writer.WriteEncoded("end", 3);
-    writer.ResendLast();
-    writer.Close();
-    const Bytes& file = server.files[u"b.mp2"];
-    EXPECT_EQ(std::string(file.begin(), file.end()), "onetwoendend");
 }
 
 }  // namespace
