@@ -20,33 +20,6 @@ void ExpectLayout(const Chunk& chunk, const Bytes& layout) {
     EXPECT_EQ(Bytes(again.begin(), again.end()), layout);
 }
 
-TEST(BwfHead, TemplateHasItsTextsAtTheirOffsets) {
-    BwfHead head = BwfHead::Template();
-    head.riffSize = 0x01020304;
-    head.bextSize = 604 + 10;
-    head.timeReferenceLow = 0xA1A2A3A4;
-    head.timeReferenceHigh = 5;
-    ByteBuilder expected;
-    expected.Put("RIFF").U32(0x01020304).Put("WAVE").Put("bext").U32(614);
-    expected.Field("Description", 256).Field("PC", 32).Field("Orma", 32);
-    expected.Field("2004-05-1", 10).Field("17:00:0", 8).U32(0xA1A2A3A4).U32(5).U16(1);
-    const Bytes label = {0x06, 0x0A, 0x2B, 0x34, 0x01, 0x01, 0x01, 0x01,
-                         0x01, 0x01, 0x08, 0x13, 0x13, 0x01, 0x12, 0x34};
-    expected.Put(label).Fill(48).Fill(190);
-    ASSERT_EQ(expected.bytes.size(), 622U);
-    ExpectLayout(head, expected.bytes);
-    EXPECT_FALSE(BwfHead::Decode(ByteSpan(expected.bytes).first(621)));
-    expected.bytes[12] = 'f';
-    EXPECT_FALSE(BwfHead::Decode(expected.bytes));
-}
-
-TEST(CodingHistory, EndsEvenAndWithAtLeastOneZero) {
-    EXPECT_EQ(EncodeCodingHistory("12345678901"), ByteBuilder().Field("12345678901", 12).bytes);
-    EXPECT_EQ(EncodeCodingHistory("1234567890"), ByteBuilder().Field("1234567890", 12).bytes);
-    EXPECT_EQ(EncodeCodingHistory(""), Bytes(2));
-    EXPECT_EQ(EvenLength("12345678901"), 10U);
-}
-
 TEST(MpegFormatBlock, SaysSingleChannelModeForStereoAsWell) {
     const MpegFormatBlock block{.channels = 2,
                                 .averageBytesPerSecond = 24000,

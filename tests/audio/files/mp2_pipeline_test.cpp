@@ -109,23 +109,6 @@ TEST_F(Mp2PipelineTest, EncodesAsTheDefinitionSaysWhateverThePiecesAndTheStreamB
     }
 }
 
-TEST_F(Mp2PipelineTest, HandsOutABlockAsSoonAsItIsFullAndTheRestAtTheFlush) {
-    SetBitrate(7);
-    std::vector<std::size_t> handed;
-    const auto output = [&](ByteSpan block) { handed.push_back(block.size()); };
-    ASSERT_TRUE(pipeline.Mp2EncoderInit(output, false, 48000));
-    pipeline.Mp2EncodeSamples(AsPcm(Samples(21 * kFrame)));
-    EXPECT_TRUE(handed.empty());
-    pipeline.Mp2EncodeSamples(AsPcm(Samples(kFrame)));  // 22 * 384 = 8192 + 256
-    EXPECT_EQ(handed, (std::vector<std::size_t>{8192}));
-    pipeline.Mp2EncodeSamples(AsPcm(Samples(28 * kFrame)));
-    pipeline.Mp2EncodeFlush();
-    EXPECT_EQ(handed, (std::vector<std::size_t>{8192, 8192, 2816}));
-    pipeline.Mp2EncodeSamples(AsPcm(Samples(5000)));  // no stream any more
-    pipeline.Mp2EncodeFlush();
-    EXPECT_EQ(handed.size(), 3U);
-}
-
 TEST_F(Mp2PipelineTest, RefusesWhatTheEncoderRefusesAndHeadsEveryFrameAsTheSettingsSay) {
     for (std::uint32_t index = 0; index < Mp2Bitrate::kBitsPerSecond.size(); ++index) {
         for (const bool stereo : {false, true}) {

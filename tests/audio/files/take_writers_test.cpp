@@ -52,14 +52,6 @@ TEST_P(TakeWritersTest, BlocksReachTheFileWhenTheyAreFullAndTheRestAtItsClose) {
     EXPECT_TRUE(files.boxes.shown.empty());
 }
 
-TEST_P(TakeWritersTest, TheHeaderTakesItsSampleSizeAndBlockAlignFromTheContext) {
-    audio.bitsPerSample = 24;
-    audio.alternativeSampleSize = true;
-    context.wavTemplate.blockAlign = 3;
-    EXPECT_TRUE(Record(WriterKind::kWavFile, {}));
-    EXPECT_EQ(File(u"take00.wav"), WavBytes({.bits = 24, .blockAlign = 3}, {}));
-}
-
 TEST_P(TakeWritersTest, AFailedBlockEndsTheTakeAndIsWrittenFromTheJournalOnceStorageAllows) {
     const Bytes pcm = Pattern(4 * 65536);
     // The fifth write is the second block: the header, a block and its two sizes come before it.
