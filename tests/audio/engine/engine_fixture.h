@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -8,11 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include "audio/engine/fake_headset.h"
 #include "audio/engine/recorder.h"
 #include "support/fake_clock.h"
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
+#include "support/quiet_ports.h"
 #include "support/test_files.h"
 
 namespace orma::test {
@@ -180,7 +179,7 @@ class RecorderTest : public testing::Test {
     ErrorReporter report{boxes, storage};
     AudioState audio;
     CaptureBuffers buffers;
-    FakeHeadset headset;
+    NoHeadset headset;
     InputProcessing input{waves, headset};
     Mp2Pipeline encoder{audio, report};
     WriterContext context{.files = {storage, report}, .audio = audio, .encoder = encoder};

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "audio/engine/fake_headset.h"
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
 #include "support/signals.h"
@@ -22,6 +21,14 @@ EqualizerSet Set(const Text& name, EqualizerBand low, EqualizerBand middle = {},
                  EqualizerBand high = {}) {
     return {{low, middle, high}, 1, name, 0};
 }
+
+/// A headset state for each of the two places that hold it.
+struct FakeHeadset : HeadsetProbe {
+    int State(bool alternativeKey) override { return alternativeKey ? alternative : state; }
+
+    int state = -1;
+    int alternative = -1;
+};
 
 class InputProcessingTest : public testing::Test {
   protected:

@@ -77,18 +77,6 @@ TEST_F(PlayerTest, TheEndOfACutOrARangeIsWhereThePlaceStands) {
     EXPECT_EQ(listener.levels, (std::vector<std::uint8_t>{6, 10, 12}));
 }
 
-TEST_F(PlayerTest, WindingGoesOnToNoOtherTakeAndTurnsIntoPlayingAtTheNextBuffer) {
-    MakeTake(130);
-    listener.next = [] { return PeriodRange{0, 10}; };
-    transport = TransportState::kFastForward;
-    EXPECT_EQ(Hear(40), Range(60, 64) + Range(84, 88) + Range(108, 112));
-    Start(0);
-    Finish(1);
-    transport = TransportState::kPlaying;
-    Finish(7);
-    EXPECT_EQ(Heard(), Range(20, 24) + Range(44, 48));
-}
-
 TEST_F(PlayerTest, AMovedPlaceIsHeardBehindTheQueueAndChoosesTheCutAtItsEdge) {
     MakeTake(100);
     sheet.cuts = {{10, 20, 0}, {20, 30, 0}};
