@@ -66,12 +66,9 @@ TEST(LevlChunk, EndsInOneToFourZerosAndRefusesLengthsThatDoNotFit) {
     EXPECT_EQ(levl.Encode().size(), 140U);
 
     EXPECT_FALSE(LevlChunk::Decode(ByteSpan(whole).first(whole.size() - 1)));
-    for (const auto& [offset, value] : {std::pair<std::size_t, std::uint32_t>{4, 0xFFFFFFFF},
-                                        {4, 119},
-                                        {28, 13},
-                                        {28, 0xFFFFFFFF},
-                                        {36, 0xFFFFFFF0},
-                                        {36, 64}}) {
+    using Field = std::pair<std::size_t, std::uint32_t>;
+    for (const auto& [offset, value] :
+         {Field{4, ~0U}, {4, 119}, {28, 13}, {28, ~0U}, {36, ~15U}, {36, 64}}) {
         Bytes bad = whole;
         StoreLe(&bad[offset], value);
         EXPECT_FALSE(LevlChunk::Decode(bad)) << offset << " " << value;

@@ -149,22 +149,6 @@ TEST_F(BwfWritersTest, ClipsOfBothRatesFollowEachOtherInOneFile) {
     }
 }
 
-TEST_F(BwfWritersTest, AnMpegPublicationOfNothingIsItsChunksAlone) {
-    PublicationTemplates& publication = context.publication;
-    publication.head.riffSize = 704 + 26 + 132 + 32;
-    Publish(WriterKind::kBwfMp2File, {});
-    ByteBuilder expected;
-    const auto head = publication.head.Encode();
-    expected.Put(ByteSpan(head)).Field("A=PCM,F=44100,W=16,M=mono\r\n", 28);
-    const auto format = MpegFormatBlock().Encode();
-    expected.Put(ByteSpan(format));
-    expected.Put("levl").U32(124).U32(0).U32(1).U32(1).U32(9600).U32(1).U32(3).U32(0xFFFFFFFF);
-    expected.U32(128).Fill(28).Fill(60).Put(Bytes{1, 2, 3}).Fill(1);
-    // 15 characters: (15 + 16) without the two low bits is 28, and 4 more.
-    expected.Put("qlty").U32(24).U32(99).U32(0).Field("SM=00:00:00:0\r\n", 16);
-    EXPECT_EQ(File(u"pub_Street.wav"), expected.bytes);
-}
-
 TEST_F(BwfWritersTest, WhatIsNotCompleteLeavesTheOldPublication) {
     const Bytes old = {'o', 'l', 'd'};
     const Bytes pcm = Pattern(10000);

@@ -44,12 +44,12 @@ TEST_F(Mp2ReaderTest, RefusalsGiveTheirReasonInOrder) {
         EXPECT_EQ(refusal, refused.reason);
     }
     audio.stereo = true;
-    EXPECT_EQ(Measure(whole), 0U);
-    EXPECT_EQ(refusal, u"Wrong number of channels");
-    EXPECT_EQ(Measure({}), 0U);
-    EXPECT_EQ(refusal, u"Empty file");
-    EXPECT_EQ(Measure({'R', 'I'}), 0U);
-    EXPECT_EQ(refusal, u"No mp2 file");
+    const std::pair<Bytes, TextView> others[] = {
+        {whole, u"Wrong number of channels"}, {{}, u"Empty file"}, {{'R', 'I'}, u"No mp2 file"}};
+    for (const auto& [file, reason] : others) {
+        EXPECT_EQ(Measure(file), 0U);
+        EXPECT_EQ(refusal, reason);
+    }
 }
 
 TEST_F(Mp2ReaderTest, TheLengthIsOnePeriodShortAndNeverNegative) {

@@ -4,7 +4,6 @@
 #include "audio/files/take_repair.h"
 #include "audio/files/wav_bytes.h"
 #include "audio/files/writer_bench.h"
-#include "support/signals.h"
 
 namespace orma::test {
 namespace {
@@ -103,16 +102,6 @@ TEST_P(TakeWritersTest, WithoutAJournalATakeIsRecordedAllTheSame) {
     EXPECT_TRUE(Record(WriterKind::kWavFile, pcm));
     EXPECT_EQ(File(u"take00.wav"), WavBytes({}, pcm));
     EXPECT_FALSE(Exists(u"take00.rec"));
-}
-
-TEST_P(TakeWritersTest, TheSlotEndsATakeBeforeTheNextKindOfWriter) {
-    JStreamAudioWrite& writer = Select(WriterKind::kMp2File);
-    writer.Open(u"take00");
-    EXPECT_EQ(&Select(WriterKind::kMp2File), &writer);
-    writer.WriteSamples(Samples(3000).data(), 6000);
-    slot.SelectWriter(WriterKind::kNone);
-    EXPECT_EQ(slot.Current(), nullptr);
-    EXPECT_EQ(File(u"take00.mp2").size(), 3U * 192);  // 3000 samples are 3 frames
 }
 
 }  // namespace
