@@ -38,8 +38,8 @@ class PlayListTest : public testing::Test, public Desktop {
 
 std::vector<std::uint32_t> Joined(std::initializer_list<PeriodRange> ranges) {
     std::vector<std::uint32_t> periods;
-    for (const PeriodRange& range : ranges)
-        for (std::uint32_t period = range.begin; period < range.end; ++period)
+    for (auto [period, end] : ranges)
+        for (; period < end; ++period)
             periods.push_back(period);
     return periods;
 }
@@ -61,19 +61,6 @@ TEST_F(PlayListTest, ClipsAreHeardInOrderEachInItsRangeAndWithoutItsCuts) {
     EXPECT_EQ(HearList(0, 99), Joined({{0, 10}, {20, 30}, {218, 220}}))
         << "what is missing is left out";
     EXPECT_EQ(boxes.Texts(), std::vector<Text>{});
-}
-
-TEST_F(PlayListTest, TheVolumeThatIsSetIsAppliedAtTheStartButToAnExternalRecorder) {
-    InputProcessingSettings settings;
-    settings.outputStep = 0;
-    app.input.Load(settings, 44100);
-    app.audio.externalRecorder = true;
-    (void)HearList(2, 1);
-    EXPECT_EQ(waves.volumeLeft, 65535) << "the recorder has its own";
-    app.audio.externalRecorder = false;
-    (void)HearList(2, 1);
-    EXPECT_EQ(waves.volumeLeft, 6553);  // -20 dB
-    EXPECT_EQ(waves.volumeRight, 6553);
 }
 
 }  // namespace

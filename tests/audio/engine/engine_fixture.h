@@ -1,21 +1,17 @@
 #pragma once
 
-#include <algorithm>
-#include <deque>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "audio/engine/fake_headset.h"
 #include "audio/engine/recorder.h"
-#include "base/trace.h"
 #include "support/fake_clock.h"
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
+#include "support/quiet_ports.h"
 #include "support/test_files.h"
 
 namespace orma::test {
@@ -35,48 +31,42 @@ class RoomyStorage : public PosixStorage {
     SystemError error = 0;
 };
 
-/// What the writers of a test were asked to do; outlives them.
-struct WriterLog {
+/// Makes writers that only note what they are asked to do.
+class LoggingWriters : public WriterSlot {
+  public:
+    using WriterSlot::WriterSlot;
+
     std::vector<std::string> calls;   // "make 1", "connect", "open take_03", "close"
     std::vector<Bytes> blocks;        // what WriteSamples got
     std::size_t healthyBlocks = ~0U;  // IsOpen is false from then on
     std::function<void()> whileWriting;
     std::function<void()> whileClosing;
-};
-
-class LoggingWriter : public JStreamAudioWrite {
-  public:
-    explicit LoggingWriter(WriterLog& log) : log_(log) {}
-
-    bool IsOpen() const override { return log_.blocks.size() < log_.healthyBlocks; }
-    void Connect() override { log_.calls.push_back("connect"); }
-    void Open(const Text& name) override { log_.calls.push_back("open " + ToUtf8(name)); }
-    void Close() override {
-        log_.calls.push_back("close");
-        if (log_.whileClosing) log_.whileClosing();
-    }
-    void WriteSamples(const void* pcm, std::uint32_t bytes) override {
-        const auto* from = static_cast<const std::uint8_t*>(pcm);
-        log_.blocks.emplace_back(from, from + bytes);
-        if (log_.whileWriting) log_.whileWriting();
-    }
-
-  private:
-    WriterLog& log_;
-};
-
-class LoggingWriterSlot : public WriterSlot {
-  public:
-    LoggingWriterSlot(WriterContext& context, WriterLog& log) : WriterSlot(context), log_(log) {}
 
   protected:
     std::unique_ptr<JStreamAudioWrite> Make(WriterKind kind) override {
-        log_.calls.push_back("make " + std::to_string(static_cast<int>(kind)));
-        return std::make_unique<LoggingWriter>(log_);
+        calls.push_back("make " + std::to_string(static_cast<int>(kind)));
+        return std::make_unique<Writer>(*this);
     }
 
   private:
-    WriterLog& log_;
+    struct Writer : JStreamAudioWrite {
+        explicit Writer(LoggingWriters& writers) : log(writers) {}
+
+        bool IsOpen() const override { return log.blocks.size() < log.healthyBlocks; }
+        void Connect() override { log.calls.push_back("connect"); }
+        void Open(const Text& name) override { log.calls.push_back("open " + ToUtf8(name)); }
+        void Close() override {
+            log.calls.push_back("close");
+            if (log.whileClosing) log.whileClosing();
+        }
+        void WriteSamples(const void* pcm, std::uint32_t bytes) override {
+            const auto* from = static_cast<const std::uint8_t*>(pcm);
+            log.blocks.emplace_back(from, from + bytes);
+            if (log.whileWriting) log.whileWriting();
+        }
+
+        LoggingWriters& log;
+    };
 };
 
 class FakeTakes : public TakeKeeper {
@@ -99,19 +89,13 @@ class FakeTakes : public TakeKeeper {
 class FakeListener : public RecorderListener {
   public:
     void OnLevel(std::uint8_t level) override { levels.push_back(level); }
-    void OnSavedPeriods(std::uint32_t count) override { savedPeriods.push_back(count); }
     void OnSavingStarted() override { events.push_back("started"); }
     void OnSavingStopped() override { events.push_back("stopped"); }
-    void OnIndicator(bool lit) override { indicator.push_back(lit); }
-    void OnMark(std::uint32_t number) override { marks.push_back(number); }
     void OnClosed() override { events.push_back("closed"); }
     void OnInputLost(WaveLoss) override { events.push_back("lost"); }
 
     std::vector<std::string> events;
     std::vector<std::uint8_t> levels;
-    std::vector<std::uint32_t> savedPeriods;
-    std::vector<bool> indicator;
-    std::vector<std::uint32_t> marks;
 };
 
 /// A recorder that is output 1 and notes the messages that it gets.
@@ -120,12 +104,11 @@ class FakeExternalRecorder : public ExternalRecorder {
     std::vector<Text> OutputNames() override { return names; }
     WaveResult Query(std::uint32_t output, const WaveFormat& format, std::uint32_t message,
                      RecorderMessage subCode, std::span<std::uint8_t> parameter) override {
-        queried = output;
+        queriedOutput = output;
         queryFormat = format;
-        if (result != WaveResult::kOk || message != 53164 || static_cast<int>(subCode) != 130)
-            return WaveResult::kFailed;
-        std::ranges::copy(information, parameter.begin());
-        return WaveResult::kOk;
+        if (message != 53164 || static_cast<int>(subCode) != 130) return WaveResult::kFailed;
+        parameter[6] = 4;  // the version
+        return result;
     }
     WaveResult Send(RecorderLine line, std::uint32_t message, RecorderMessage subCode,
                     std::span<std::uint8_t> parameter) override {
@@ -139,9 +122,8 @@ class FakeExternalRecorder : public ExternalRecorder {
     }
 
     std::vector<Text> names{u"Loudspeaker", u"MAYCOM One"};
-    Bytes information{0, 0, 0, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0};
     std::vector<std::string> sent;  // "53164 in 40 200 0 0 0"
-    std::optional<std::uint32_t> queried;
+    std::uint32_t queriedOutput = 0;
     WaveFormat queryFormat;
     WaveResult result = WaveResult::kOk;
 };
@@ -149,11 +131,6 @@ class FakeExternalRecorder : public ExternalRecorder {
 /// A recorder on fakes: mono WAV at 44100 Hz, buffers of 4410 bytes, twenty a second.
 class RecorderTest : public testing::Test {
   protected:
-    RecorderTest() {
-        SetTraceSink([this](std::string_view line) { trace.emplace_back(line); });
-    }
-    ~RecorderTest() override { SetTraceSink({}); }
-
     static constexpr std::uint32_t kBufferBytes = 4410;
 
     Recorder& Engine() {
@@ -164,12 +141,13 @@ class RecorderTest : public testing::Test {
         return *recorder;
     }
 
-    /// Monitoring, with saving begun at the buffer just delivered.
-    void StartTake() {
+    /// A take of which `periods` were saved so far; the buffer that began it is not in it.
+    void StartTake(std::size_t periods = 0) {
         ASSERT_EQ(Engine().WavStartRecording(), 0);
         Engine().WavStartRecordSaving();
-        ASSERT_TRUE(waves.in.DeliverValue(0));
+        Deliver(1, 0);
         ASSERT_TRUE(Engine().IsSaving());
+        Deliver(periods);
     }
 
     void Deliver(std::size_t count, std::int16_t sample = 1000) {
@@ -182,11 +160,13 @@ class RecorderTest : public testing::Test {
         loop.RunPending();
     }
 
+    static std::int16_t First(const Bytes& block) { return LoadLe<std::int16_t>(block.data()); }
+
     /// The take is over, whole, and has so many periods.
     void ExpectKept(std::uint32_t periods) {
-        EXPECT_EQ(writer.blocks.size(), periods);
+        EXPECT_EQ(writers.blocks.size(), periods);
         EXPECT_EQ(sheet.rangeEnd, periods);
-        EXPECT_EQ(writer.calls.back(), "close");
+        EXPECT_EQ(writers.calls.back(), "close");
         EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
         EXPECT_TRUE(Engine().IsClosed());
     }
@@ -199,12 +179,11 @@ class RecorderTest : public testing::Test {
     ErrorReporter report{boxes, storage};
     AudioState audio;
     CaptureBuffers buffers;
-    FakeHeadset headset;
+    NoHeadset headset;
     InputProcessing input{waves, headset};
     Mp2Pipeline encoder{audio, report};
     WriterContext context{.files = {storage, report}, .audio = audio, .encoder = encoder};
-    WriterLog writer;
-    LoggingWriterSlot writers{context, writer};
+    LoggingWriters writers{context};
     LevelSheet sheet;
     FakeTakes takes;
     FakeListener listener;
@@ -212,7 +191,6 @@ class RecorderTest : public testing::Test {
     ExternalRecorderControl recorderControl{&attached, report};
     ExternalRecorderControl* externalRecorder = nullptr;
     SpdifInput* spdif = nullptr;
-    std::vector<std::string> trace;
     std::unique_ptr<Recorder> recorder;
 };
 

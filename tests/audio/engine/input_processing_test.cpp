@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "audio/engine/fake_headset.h"
 #include "support/fake_event_loop.h"
 #include "support/fake_wave.h"
 #include "support/signals.h"
@@ -22,6 +21,14 @@ EqualizerSet Set(const Text& name, EqualizerBand low, EqualizerBand middle = {},
                  EqualizerBand high = {}) {
     return {{low, middle, high}, 1, name, 0};
 }
+
+/// A headset state for each of the two places that hold it.
+struct FakeHeadset : HeadsetProbe {
+    int State(bool alternativeKey) override { return alternativeKey ? alternative : state; }
+
+    int state = -1;
+    int alternative = -1;
+};
 
 class InputProcessingTest : public testing::Test {
   protected:
@@ -55,7 +62,7 @@ class Model {
     Model(const InputProcessing& processing, bool equalize)
         : processing_(processing), equalize_(equalize) {}
 
-    std::int16_t Next(int channel, std::int16_t x) {
+    std::int16_t Next(std::size_t channel, std::int16_t x) {
         const std::int64_t y = x - (dc_[channel] >> 10);
         dc_[channel] += y;
         std::int64_t v = equalize_ ? 4 * y : y;
@@ -89,33 +96,20 @@ class Model {
 TEST_F(InputProcessingTest, EqualsTheModelBitForBit) {
     for (const unsigned channels : {1U, 2U}) {
         for (const bool equalize : {false, true}) {
-            Load(equalize ? u"mic_int" : u"");
-            processing.ClearState();
-            processing.SetInputGain(-40);
-            processing.SetInputGain(9);
-            Model model(processing, equalize);
-            const Samples in = ExtremeNoise(7, 30000);
-            const Samples out = Processed(in, channels);
-            for (std::size_t at = 0; at < in.size(); ++at) {
-                const int channel = channels == 2 ? static_cast<int>(at % 2) : 0;
-                ASSERT_EQ(out[at], model.Next(channel, in[at]))
-                    << channels << " channels, equaliser " << equalize << ", sample " << at;
+            for (const std::int32_t gain : {0, 9, 40}) {  // with the last one most of it clips
+                Load(equalize ? u"mic_int" : u"");
+                processing.ClearState();
+                processing.SetInputGain(gain);
+                Model model(processing, equalize);
+                const Samples in = ExtremeNoise(7, 30000);
+                const Samples out = Processed(in, channels);
+                for (std::size_t at = 0; at < in.size(); ++at)
+                    ASSERT_EQ(out[at], model.Next(at % channels, in[at]))
+                        << channels << " channels, equaliser " << equalize << ", gain " << gain
+                        << ", sample " << at;
             }
         }
     }
-}
-
-TEST_F(InputProcessingTest, ClipsLoudSoundAtBothEndsAndPassesSoftSoundAtUnityGain) {
-    Load(u"mic_int");  // the products exceed 32 bits here
-    processing.SetInputGain(100);
-    EXPECT_EQ(Processed({32767, -32768, -32768, 32767}, 1),
-              (Samples{32767, -32767, -32767, 32767}));
-    Load(u"");
-    EXPECT_EQ(Processed({-32768}, 1), Samples{-32767});
-    processing.ClearState();
-    // Pairs that cancel keep the DC accumulator below one step.
-    const Samples alternating = {500, -500, 1000, -1000, 300, -300, 0};
-    EXPECT_EQ(Processed(alternating, 1), alternating);
 }
 
 TEST_F(InputProcessingTest, TurnsGainIntoAFactorAndClampsIt) {
@@ -141,26 +135,16 @@ TEST_F(InputProcessingTest, TurnsGainIntoAFactorAndClampsIt) {
     EXPECT_EQ(processing.GainFactor(), 256);
 }
 
-TEST_F(InputProcessingTest, ComputesABoostAndACutAtAQuarterOfTheSampleRate) {
-    // K = 1 there, so by hand: boost of 6 dB, Q 1: N = 1/3, a2 = 1/3, b0 = 1 + (V - 1)/3,
-    // b2 = (2 - V)/3, a1 = b1 = 0. Scaled by 2^28.
-    Load(u"mic_ext");
-    const double boost = std::pow(10.0, 0.3);
-    const double scale = 268435456.0;
-    const auto expectBand = [&](double b2, double minusA2, double b0) {
-        const auto& c = processing.Coefficients(0);
-        EXPECT_NEAR(c[0], b2 * scale, 2);
-        EXPECT_NEAR(c[1], 0, 1);
-        EXPECT_NEAR(c[2], minusA2 * scale, 2);
-        EXPECT_NEAR(c[3], 0, 1);
-        EXPECT_NEAR(c[4], b0 * scale, 2);
-    };
-    expectBand((2 - boost) / 3, -1.0 / 3, 1 + (boost - 1) / 3);
-    // The cut's denominator carries 1/V: N = 1/(2 + 1/V), and b2 = N.
+TEST_F(InputProcessingTest, ComputesACutAtAQuarterOfTheSampleRate) {
+    // K = 1 there, so by hand: Q 1 and V = 1/boost, which the denominator carries: N = 1/(2 + 1/V),
+    // b2 = N, a2 = (2 - 1/V) N, b0 = 1 + (1 - 1/V) N, a1 = b1 = 0. Scaled by 2^28.
     settings.sets[1].bands[0].gain = -60;
     Load(u"mic_ext");
+    const double boost = std::pow(10.0, 0.3);
     const double n = 1 / (2 + boost);
-    expectBand(n, -(2 - boost) * n, 1 + (1 - boost) * n);
+    const double expected[] = {n, 0, -(2 - boost) * n, 0, 1 + (1 - boost) * n};
+    for (std::size_t i = 0; i < 5; ++i)
+        EXPECT_NEAR(processing.Coefficients(0)[i], expected[i] * 268435456.0, 2) << i;
     EXPECT_EQ(processing.Coefficients(1), kPassesThrough);
 }
 
@@ -210,9 +194,6 @@ TEST_F(InputProcessingTest, SetsTheOutputVolumeOfBothSides) {
         EXPECT_EQ(waves.volumeLeft, one.volume);
         EXPECT_EQ(waves.volumeRight, one.volume);
     }
-    waves.volumeResult = WaveResult::kFailed;
-    processing.SetOutputVolume(3);
-    EXPECT_EQ(processing.OutputStep(), 0U);
     settings.volumeControl = false;
     Load(u"");
     processing.SetOutputVolume(-1);
@@ -222,10 +203,8 @@ TEST_F(InputProcessingTest, SetsTheOutputVolumeOfBothSides) {
 TEST_F(InputProcessingTest, DoesToASineWhatTheResponseOfItsBandsSays) {
     const EqualizerSet middle = Set(u"", {}, Band(1000, -45, 10));
     // A single bell reaches its gain at its centre and nothing at both ends.
-    EXPECT_NEAR(EqualizerResponseDb(middle, 44100, 1000), -4.5, 0.001);
-    EXPECT_NEAR(EqualizerResponseDb(middle, 44100, 1), 0, 0.001);
-    EXPECT_NEAR(EqualizerResponseDb(middle, 44100, 22049), 0, 0.001);
-    EXPECT_GT(EqualizerResponseDb(Set(u"", Band(6000, 60, 20)), 44100, 6000), 5.99);
+    for (const auto& [frequency, db] : {std::pair{1000.0, -4.5}, {1.0, 0.0}, {22049.0, 0.0}})
+        EXPECT_NEAR(EqualizerResponseDb(middle, 44100, frequency), db, 0.001);
 
     Load(u"mic_int");
     for (const double frequency : {150.0, 640.0, 1000.0, 3000.0, 6000.0, 15000.0}) {
@@ -244,13 +223,13 @@ TEST_F(InputProcessingTest, DoesToASineWhatTheResponseOfItsBandsSays) {
 TEST_F(InputProcessingTest, IsFlatWhereNothingFilters) {
     EqualizerSet off = Set(u"", Band(1000, 60, 10));
     off.on = 0;
-    EqualizerBand disabled = Band(1000, 60, 10);
-    disabled.enabled = 0;
-    for (const EqualizerSet& set : {off, Set(u"", disabled), Set(u"", Band(0, 60, 10)),
-                                    Set(u"", Band(1000, 60, 0)), Set(u"", Band(22050, 60, 10))})
+    EqualizerSet disabled = Set(u"", Band(1000, 60, 10));
+    disabled.bands[0].enabled = 0;
+    // Bands that no filter can realise pass their sound through.
+    const EqualizerSet bad = Set(u"bad", Band(0, 60, 10), Band(22050, 60, 10), Band(1000, 60, 0));
+    for (const EqualizerSet& set : {off, disabled, bad})
         EXPECT_EQ(EqualizerResponseDb(set, 44100, 1000), 0);
-    // A band that no filter can realise passes its sound through.
-    settings.sets[0] = Set(u"bad", Band(0, 60, 10), Band(22050, 60, 10), Band(1000, 60, 0));
+    settings.sets[0] = bad;
     Load(u"bad");
     for (std::size_t band = 0; band < 3; ++band)
         EXPECT_EQ(processing.Coefficients(band), kPassesThrough);

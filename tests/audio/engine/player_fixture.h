@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -62,21 +63,24 @@ class PlayerTest : public testing::Test {
   protected:
     static constexpr std::uint32_t kBufferBytes = 4410;
 
-    /// Makes a take of `periods` current; its samples are `first`, `first` + 1 ... a period each.
-    void MakeTake(std::uint32_t periods, std::uint32_t first = 0, const Text& name = u"take.wav") {
-        audioPath = folder.Path(name);
-        WriteFileBytes(audioPath, NumberedTake(periods, first));
+    /// Makes a take of `periods` current; its samples are 0, 1, 2 ... a period each.
+    void MakeTake(std::uint32_t periods) {
+        WriteFileBytes(audioPath, NumberedTake(periods));
         length = periods;
         sheet.levels.clear();
         for (std::uint32_t i = 0; i < periods; ++i)
             sheet.levels.push_back(static_cast<std::uint8_t>(i % 80));
     }
 
-    /// Plays from `position` until nothing is left to be played; what was heard, by periods.
-    Periods Hear(std::int32_t position) {
+    void Start(std::int32_t position, std::uint16_t channels = 1) {
         waves.out.played.clear();
         player.WavRestartPlaying(position);
-        EXPECT_TRUE(player.StartPlaying(1));
+        EXPECT_TRUE(player.StartPlaying(channels));
+    }
+
+    /// Plays from `position` until nothing is left to be played; what was heard, by periods.
+    Periods Hear(std::int32_t position) {
+        Start(position);
         FinishAll();
         return Heard();
     }
@@ -102,9 +106,8 @@ class PlayerTest : public testing::Test {
         return heard;
     }
 
-    [[nodiscard]] std::size_t Told(const std::string& event) const {
-        return static_cast<std::size_t>(
-            std::count(listener.events.begin(), listener.events.end(), event));
+    [[nodiscard]] auto Told(const std::string& event) const {
+        return std::ranges::count(listener.events, event);
     }
 
     TempFolder folder;
@@ -116,7 +119,7 @@ class PlayerTest : public testing::Test {
     FakeEventLoop loop;
     FakeWaveSystem waves{loop};
     CaptureBuffers buffers;
-    Text audioPath;
+    Text audioPath = folder.Path(u"take.wav");
     std::uint32_t length = 0;
     LevelSheet sheet;
     std::int32_t currentCut = -1;

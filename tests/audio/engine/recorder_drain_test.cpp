@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdlib>
 
 #include "audio/engine/engine_fixture.h"
@@ -8,31 +7,26 @@ namespace {
 
 class RecorderDrain : public RecorderTest {
   protected:
-    /// A square wave without offset.
-    static Bytes Sound(std::size_t bytes, std::int16_t sample) {
-        Bytes sound(bytes);
-        for (std::size_t at = 0; at + 1 < bytes; at += 2)
-            StoreLe(&sound[at], static_cast<std::int16_t>(at % 4 == 0 ? sample : -sample));
-        return sound;
-    }
-
+    /// Lets a square wave without offset wait in the device.
     void Backlog(std::size_t bytes, std::int16_t sample) {
-        const Bytes sound = Sound(bytes, sample);
-        waves.in.backlog.insert(waves.in.backlog.end(), sound.begin(), sound.end());
+        Bytes& backlog = waves.in.backlog;
+        const std::size_t begin = backlog.size();
+        backlog.resize(begin + bytes);
+        for (std::size_t at = 0; at < bytes; at += 2)
+            StoreLe(&backlog[begin + at],
+                    static_cast<std::int16_t>(at % 4 == 0 ? sample : -sample));
     }
-
-    static std::int16_t First(const Bytes& block) { return LoadLe<std::int16_t>(block.data()); }
 };
 
 TEST_F(RecorderDrain, SavesTheBufferInProgressAsItIs) {
     input.SetInputGain(20);
     StartTake();
-    for (std::int16_t n = 1; n <= 30; ++n)
-        waves.in.DeliverValue(static_cast<std::int16_t>(100 * n));
+    for (std::int16_t sample = 100; sample <= 3000; sample += 100)
+        Deliver(1, sample);
     Backlog(1000, 700);
     StopAndDrain();
-    ASSERT_EQ(writer.blocks.size(), 31U);
-    const Bytes& last = writer.blocks.back();
+    ASSERT_EQ(writers.blocks.size(), 31U);
+    const Bytes& last = writers.blocks.back();
     EXPECT_EQ(last.size(), kBufferBytes);
     EXPECT_EQ(First(last), 700);  // without the gain
     EXPECT_EQ(LoadLe<std::int16_t>(&last[996]), 700);
@@ -40,7 +34,6 @@ TEST_F(RecorderDrain, SavesTheBufferInProgressAsItIs) {
     // Its place in the ring last held the fifteenth.
     EXPECT_EQ(sheet.levels.back(), sheet.levels[14]);
     EXPECT_EQ(sheet.rangeEnd, 31U);
-    EXPECT_EQ(std::count(trace.begin(), trace.end(), "Stop saving"), 1);
 }
 
 TEST_F(RecorderDrain, LosesNothingOfABacklog) {
@@ -54,14 +47,14 @@ TEST_F(RecorderDrain, LosesNothingOfABacklog) {
     Engine().WavStopRecording();
     EXPECT_EQ(Engine().WavStartRecording(), 1);  // not before the take is whole
     loop.RunPending();
-    ASSERT_EQ(writer.blocks.size(), 61U);
+    ASSERT_EQ(writers.blocks.size(), 61U);
     for (int n = 0; n < 40; ++n) {
         const auto block = static_cast<std::size_t>(20 + n);
         // Processed and measured like any other.
-        EXPECT_NEAR(std::abs(First(writer.blocks[block])), 10 * (1000 + 40 * n), 150) << n;
+        EXPECT_NEAR(std::abs(First(writers.blocks[block])), 10 * (1000 + 40 * n), 150) << n;
         EXPECT_LT(sheet.levels[block], sheet.levels[19]);
     }
-    EXPECT_EQ(First(writer.blocks[60]), 700);
+    EXPECT_EQ(First(writers.blocks[60]), 700);
     ExpectKept(61);
 }
 
@@ -74,28 +67,15 @@ TEST_F(RecorderDrain, SavesABacklogAtTheEndOfTheBudgetButNotMore) {
     EXPECT_TRUE(Engine().IsActive());
     Deliver(1);
     EXPECT_FALSE(Engine().IsActive());
-    EXPECT_EQ(writer.blocks.size(), 40U);
+    EXPECT_EQ(writers.blocks.size(), 40U);
     loop.RunPending();
     ExpectKept(55);
 }
 
-TEST_F(RecorderDrain, LeavesTheDeviceOpenWhileTheTakeIsHeld) {
-    StartTake();
-    Deliver(25);
-    Engine().SetDrainHold(true);
-    StopAndDrain();
-    EXPECT_EQ(takes.calls.back(), "finished");
-    EXPECT_FALSE(Engine().IsClosed());
-    Engine().SetDrainHold(false);
-    EXPECT_EQ(Engine().WavStartRecording(), 0);
-    EXPECT_EQ(waves.in.Count("OpenInput"), 2U);
-}
-
 TEST_F(RecorderDrain, FinishesTheTakeOnceWhenBuffersReturnBehindItsBoxes) {
-    StartTake();
-    Deliver(25);
+    StartTake(25);
     waves.in.flushOnReset = false;
-    writer.whileClosing = [&] { waves.in.FlushReset(); };
+    writers.whileClosing = [&] { waves.in.FlushReset(); };
     Engine().WavStopRecording();
     waves.in.Deliver({});
     EXPECT_EQ(listener.events, (Strings{"started", "stopped", "closed"}));
@@ -103,8 +83,7 @@ TEST_F(RecorderDrain, FinishesTheTakeOnceWhenBuffersReturnBehindItsBoxes) {
 }
 
 TEST_F(RecorderDrain, ClosesTheTakeAlsoWhenTheDeviceDoesNotStop) {
-    StartTake();
-    Deliver(25);
+    StartTake(25);
     waves.in.results["Stop"] = WaveResult::kFailed;
     StopAndDrain();
     EXPECT_EQ(boxes.Texts(), Texts{u"waveInStop"});
@@ -114,36 +93,28 @@ TEST_F(RecorderDrain, ClosesTheTakeAlsoWhenTheDeviceDoesNotStop) {
 }
 
 TEST_F(RecorderDrain, ClosesTheTakeAlsoWhenTheDeviceCannotBeReset) {
-    StartTake();
-    Deliver(25);
+    StartTake(25);
     waves.in.results["Reset"] = WaveResult::kFailed;
+    waves.in.results["Close"] = WaveResult::kFailed;
     Engine().WavStopRecording();
-    EXPECT_EQ(boxes.Texts(), Texts{u"waveInReset"});
     EXPECT_EQ(takes.calls.back(), "finished");
     waves.in.queue.clear();
-    waves.in.results["Unprepare"] = WaveResult::kNotPrepared;
-    waves.in.results["Close"] = WaveResult::kFailed;
     Engine().WavCloseRecording();
-    EXPECT_EQ(boxes.shown[1].text, u"waveInReset at exit");
-    EXPECT_EQ(boxes.shown.size(), 2U + 16U + 1U);
-    EXPECT_EQ(boxes.shown[17].text, u"waveInUnprepareHeader .h");
-    EXPECT_EQ(boxes.shown.back().text, u"waveInClose");
+    EXPECT_EQ(boxes.Texts(), (Texts{u"waveInReset", u"waveInReset at exit", u"waveInClose"}));
     EXPECT_TRUE(Engine().IsClosed());
 }
 
 TEST_F(RecorderDrain, ClosingAtExitKeepsTheTake) {
-    StartTake();
-    Deliver(25);
+    StartTake(25);
     recorder.reset();
     EXPECT_EQ(takes.calls, (Strings{"prepare", "finished"}));
-    EXPECT_EQ(writer.calls.back(), "close");
+    EXPECT_EQ(writers.calls.back(), "close");
     EXPECT_FALSE(waves.in.open);
     EXPECT_TRUE(boxes.shown.empty());
 }
 
 TEST_F(RecorderDrain, AVanishedInputEndsTheTakeAndKeepsIt) {
-    StartTake();
-    Deliver(79);
+    StartTake(79);
     Backlog(kBufferBytes + 200, 900);
     waves.in.results["Stop"] = WaveResult::kNoDevice;
     waves.in.Lose(WaveLoss::kVanished);
@@ -155,8 +126,7 @@ TEST_F(RecorderDrain, AVanishedInputEndsTheTakeAndKeepsIt) {
 }
 
 TEST_F(RecorderDrain, AnInputLostWhileMonitoringStopsTheEngine) {
-    StartTake();
-    Deliver(25);
+    StartTake(25);
     StopAndDrain();
     ASSERT_EQ(Engine().WavStartRecording(), 0);
     Deliver(5);
@@ -174,13 +144,12 @@ TEST_F(RecorderDrain, AnInputLostWhileMonitoringStopsTheEngine) {
 }
 
 TEST_F(RecorderDrain, AnInputLostBehindABoxOfTheWriterEndsTheTakeAfterwards) {
-    StartTake();
-    Deliver(25);
-    writer.whileWriting = [&] {
-        writer.whileWriting = nullptr;
+    StartTake(25);
+    writers.whileWriting = [&] {
+        writers.whileWriting = nullptr;
         waves.in.results["Reset"] = WaveResult::kNoDevice;
         waves.in.Lose(WaveLoss::kVanished);
-        EXPECT_NE(writer.calls.back(), "close");
+        EXPECT_NE(writers.calls.back(), "close");
     };
     Deliver(1);
     loop.RunPending();
@@ -197,18 +166,6 @@ TEST_F(RecorderDrain, AnInputLostWhileTheTakeIsPreparedDiscardsIt) {
     Engine().WavStartRecordSaving();
     EXPECT_FALSE(Engine().IsSavingPending());
     EXPECT_EQ(takes.calls, (Strings{"prepare", "discarded"}));
-}
-
-TEST_F(RecorderDrain, RemembersTheFramesThatTheDeviceLost) {
-    StartTake();
-    waves.in.lostFrames = 480;
-    EXPECT_EQ(Engine().LostFrames(), 480U);
-    StopAndDrain();
-    EXPECT_EQ(Engine().LostFrames(), 480U);
-    EXPECT_EQ(std::count(trace.begin(), trace.end(), "lost frames=480"), 1);
-    waves.in.lostFrames = 0;
-    ASSERT_EQ(Engine().WavStartRecording(), 0);
-    EXPECT_EQ(Engine().LostFrames(), 0U);
 }
 
 }  // namespace

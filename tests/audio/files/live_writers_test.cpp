@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "audio/files/writer_bench.h"
@@ -10,15 +11,16 @@
 namespace orma::test {
 namespace {
 
+using ::testing::ElementsAre;
+
 constexpr std::uint32_t kPieceBytes = 4410;  // 50 ms of mono at 44100 Hz
 
 class Heard : public UploadListener {
   public:
     void OnUploadEnded(const UploadOutcome& outcome) override { outcomes.push_back(outcome); }
-    void OnLogInFailed(const FtpResult& result) override { logIns.push_back(result); }
+    void OnLogInFailed(const FtpResult&) override {}
 
     std::vector<UploadOutcome> outcomes;
-    std::vector<FtpResult> logIns;
 };
 
 /// Takes that are uploaded while they are made, to a server that misbehaves; each is compared with
@@ -46,7 +48,19 @@ class LiveWriters : public testing::TestWithParam<WriterKind> {
         return fed;
     }
 
+    /// A whole take, whose sound is complete even where its upload is not; how many pieces it has.
+    std::uint32_t Record(const Text& name, std::uint32_t pieces) {
+        JStreamAudioWrite& writer = Start(name);
+        const std::uint32_t fed = Feed(writer, pieces);
+        writer.Close();
+        EXPECT_FALSE(writer.IsOpen());
+        ExpectWholeTake(name, fed);
+        return fed;
+    }
+
     bool Ended() { return clients.Wait(patience); }
+
+    std::vector<Text> Boxes() { return bench.files.boxes.Texts(); }
 
     /// The local take `name` is what a writer without a network makes of the first `pieces`.
     void ExpectWholeTake(const Text& name, std::uint32_t pieces) {
@@ -81,9 +95,11 @@ class LiveWriters : public testing::TestWithParam<WriterKind> {
     PosixEventLoop loop;
     Heard heard;
     QueuedFtpClients clients{line, loop, heard, 256 * 1024};
+    QueuedFtpClients narrow{line, loop, heard, 160 * 1024};
     WriterBench bench;
     FakePatience patience;
     FtpServices services{clients, bench.files.report, patience};
+    FtpServices narrowServices{narrow, bench.files.report, patience};
     const FtpServices* live = &services;
 };
 
@@ -92,13 +108,9 @@ INSTANTIATE_TEST_SUITE_P(Kinds, LiveWriters,
 
 TEST_P(LiveWriters, StalledServerGetsBothTakesWholeOnceItRecovers) {
     line.frozen = true;
-    JStreamAudioWrite& writer = Start(u"a00");
-    EXPECT_EQ(Feed(writer, 60), 60U);
-    EXPECT_TRUE(writer.IsOpen());
-    writer.Close();
-    EXPECT_FALSE(writer.IsOpen());
+    EXPECT_EQ(Record(u"a00", 60), 60U);
     line.frozen = false;  // and again within the second take
-    Start(u"a01");
+    JStreamAudioWrite& writer = Start(u"a01");
     EXPECT_EQ(Feed(writer, 30), 30U);
     line.frozen = true;
     EXPECT_EQ(Feed(writer, 100, 30), 100U);
@@ -111,32 +123,25 @@ TEST_P(LiveWriters, StalledServerGetsBothTakesWholeOnceItRecovers) {
     ASSERT_TRUE(Ended());
     ASSERT_EQ(heard.outcomes.size(), 2U);
     EXPECT_EQ(clients.BytesWaiting(), 0U);
-    ExpectWholeTake(u"a00", 60);
     ExpectWholeTake(u"a01", 130);
-    ExpectWholeUpload(heard.outcomes[1], u"in/a01.mp2", 130);
     ExpectWholeUpload(heard.outcomes[0], u"in/a00.mp2", 60);
+    ExpectWholeUpload(heard.outcomes[1], u"in/a01.mp2", 130);
     EXPECT_EQ(std::ranges::count(line.server.log, "CONNECT studio:21"), 1);
-    EXPECT_TRUE(bench.files.boxes.shown.empty());
+    EXPECT_THAT(Boxes(), ElementsAre());
 }
 
 TEST_P(LiveWriters, DeadLinkEndsTheTakeWhichIsComplete) {
     unhurried = true;
     line.server.breaksAfter = 30'000;
-    JStreamAudioWrite& writer = Start(u"a00");
-    const std::uint32_t fed = Feed(writer, 200);
-    EXPECT_LT(fed, 200U);
-    writer.Close();
+    EXPECT_LT(Record(u"a00", 200), 200U);
     ASSERT_TRUE(Ended());
     ASSERT_EQ(heard.outcomes.size(), 1U);
     EXPECT_FALSE(heard.outcomes[0].IsWhole());
     EXPECT_TRUE(heard.outcomes[0].began);
     EXPECT_EQ(heard.outcomes[0].result.code, kFtpConnectionLost);
-    EXPECT_EQ(bench.files.boxes.Texts(), std::vector<Text>{u"Connection lost"});
-    ExpectWholeTake(u"a00", fed);
+    EXPECT_THAT(Boxes(), ElementsAre(u"Connection lost"));
 
-    JStreamAudioWrite& next = Start(u"a01");
-    EXPECT_EQ(Feed(next, 60), 60U);
-    next.Close();
+    EXPECT_EQ(Record(u"a01", 60), 60U);
     ASSERT_TRUE(Ended());
     ExpectWholeUpload(heard.outcomes[1], u"in/a01.mp2", 60);
 }
@@ -146,56 +151,41 @@ TEST_P(LiveWriters, ServerThatNeverTookTheFileUpLeavesTheTakeAlone) {
     line.server.connection = {kFtpRefused, 530, u"530 Login incorrect."};
     line.server.opening = {kFtpRefused, 550, u"550 No such folder."};
     for (const Text name : {u"a00", u"a01"}) {
-        JStreamAudioWrite& writer = Start(name);
-        EXPECT_EQ(Feed(writer, 60), 60U);
-        EXPECT_TRUE(writer.IsOpen());
-        writer.Close();
+        EXPECT_EQ(Record(name, 60), 60U);
         ASSERT_TRUE(Ended());
-        ExpectWholeTake(name, 60);
+        EXPECT_FALSE(heard.outcomes.back().IsWhole() || heard.outcomes.back().began);
+        EXPECT_EQ(heard.outcomes.back().result.code, kFtpRefused);
         line.server.connection = {};  // the next one is let in, and refused at the file
     }
     ASSERT_EQ(heard.outcomes.size(), 2U);
-    for (const UploadOutcome& outcome : heard.outcomes) {
-        EXPECT_FALSE(outcome.IsWhole() || outcome.began);
-        EXPECT_EQ(outcome.result.code, kFtpRefused);
-    }
     EXPECT_EQ(heard.outcomes[1].result.replyNumber, 550);
-    EXPECT_TRUE(bench.files.boxes.shown.empty());
+    EXPECT_THAT(Boxes(), ElementsAre());
 
     server.clear();
-    JStreamAudioWrite& writer = Start(u"a02");
-    EXPECT_EQ(Feed(writer, 60), 60U);
-    writer.Close();
-    ExpectWholeTake(u"a02", 60);
-    EXPECT_EQ(bench.files.boxes.Texts(),
-              std::vector<Text>{u"No FTP server: the take is not uploaded"});
+    EXPECT_EQ(Record(u"a02", 60), 60U);
+    EXPECT_THAT(Boxes(), ElementsAre(u"No FTP server: the take is not uploaded"));
     EXPECT_EQ(clients.UnderWay(), 0U);
 }
 
 TEST_P(LiveWriters, FullQueueIsADeadLink) {
-    QueuedFtpClients small{line, loop, heard, 20'000};
-    const FtpServices narrow{small, bench.files.report, patience};
-    live = &narrow;
+    live = &narrowServices;
     JStreamAudioWrite& writer = Start(u"a00");
     unhurried = true;
     EXPECT_EQ(Feed(writer, 20), 20U);
-    while (small.BytesWaiting() > 0)
+    while (narrow.BytesWaiting() > 0)
         std::this_thread::yield();
     line.frozen = true;
     const std::uint32_t fed = Feed(writer, 180, 20);
     EXPECT_LT(fed, 180U);
     writer.Close();
     ExpectWholeTake(u"a00", 20 + fed);
-    ASSERT_TRUE(small.Wait(patience));  // gives up a server that still stands still
+    ASSERT_TRUE(narrow.Wait(patience));  // gives up a server that still stands still
     EXPECT_EQ(heard.outcomes.back().result.code, kFtpTimeout);
-    EXPECT_EQ(bench.files.boxes.Texts(), std::vector<Text>{u"Timeout"});
-    bench.slot.SelectWriter(WriterKind::kNone);
+    EXPECT_THAT(Boxes(), ElementsAre(u"Timeout"));
 }
 
 TEST_P(LiveWriters, AQueueThatASlowLineEmptiesTakesUpMoreAtOnce) {
-    QueuedFtpClients narrow{line, loop, heard, 160 * 1024};
-    const FtpServices toIt{narrow, bench.files.report, patience};
-    live = &toIt;
+    live = &narrowServices;
     JStreamAudioWrite& writer = Start(u"a00");
     line.room = 0;  // the stall
     std::uint32_t fed = 0;
@@ -211,44 +201,39 @@ TEST_P(LiveWriters, AQueueThatASlowLineEmptiesTakesUpMoreAtOnce) {
     writer.Close();
     ASSERT_TRUE(narrow.Wait(patience));
     ExpectWholeUpload(heard.outcomes[0], u"in/a00.mp2", fed);
-    bench.slot.SelectWriter(WriterKind::kNone);
 }
 
 TEST_P(LiveWriters, NothingIsWholeThatTheServerDidNotConfirmOrHasInAnotherSize) {
-    line.server.confirmation = {kFtpRefused, 452, u"452 Insufficient storage space."};
-    const auto take = [&](const Text& name) {
-        JStreamAudioWrite& writer = Start(name);
-        Feed(writer, 60);
-        writer.Close();
+    const auto isWhole = [&](const Text& name) {
+        Record(name, 60);
         EXPECT_TRUE(Ended());
-        return heard.outcomes.back();
+        return heard.outcomes.back().IsWhole();
     };
-    EXPECT_FALSE(take(u"a00").IsWhole());
+    line.server.confirmation = {kFtpRefused, 452, u"452 Insufficient storage space."};
+    EXPECT_FALSE(isWhole(u"a00"));
     line.server.confirmation = {};
     line.claimedSize = 5;
-    EXPECT_FALSE(take(u"a01").IsWhole());
+    EXPECT_FALSE(isWhole(u"a01"));
     line.claimedSize.reset();
     line.server.knowsSize = false;
-    EXPECT_TRUE(take(u"a02").IsWhole());
+    EXPECT_TRUE(isWhole(u"a02"));
 }
 
 TEST_P(LiveWriters, GivingUpEndsUploadsAndNoTake) {
     line.frozen = true;
     line.deaf = true;  // as in a handshake
-    JStreamAudioWrite& writer = Start(u"a00");
-    Feed(writer, 60);
-    writer.Close();
-    writer.Connect();
-    writer.Open(u"a01");
+    Record(u"a00", 60);
+    JStreamAudioWrite& writer = Start(u"a01");
     Feed(writer, 30);
     clients.GiveUp();
     ASSERT_TRUE(Ended());
     ASSERT_EQ(heard.outcomes.size(), 2U);
     for (const UploadOutcome& outcome : heard.outcomes)
         EXPECT_EQ(outcome.result.code, kFtpCancelled);
-    EXPECT_EQ(Feed(writer, 30), 30U);
+    EXPECT_EQ(Feed(writer, 30, 30), 30U);
     writer.Close();
-    EXPECT_TRUE(bench.files.boxes.shown.empty());
+    ExpectWholeTake(u"a01", 60);
+    EXPECT_THAT(Boxes(), ElementsAre());
 
     Start(u"a02");  // left to the destructors, which wait for no server
     Feed(writer, 30);
@@ -257,26 +242,23 @@ TEST_P(LiveWriters, GivingUpEndsUploadsAndNoTake) {
 TEST_P(LiveWriters, DigitalTakesAreUploadedInTheirUpper16BitsOrNotAtAll) {
     if (GetParam() == WriterKind::kMp2Ftp) return;  // such takes get 16 bits from the card
     Bytes deep;
-    const auto take = [&](const Text& name, std::uint32_t rate) {
-        bench.audio.sampleRate = rate;
-        JStreamAudioWrite& writer = Start(name);
-        writer.WriteSamples(deep.data(), static_cast<std::uint32_t>(deep.size()));
-        EXPECT_TRUE(writer.IsOpen());
-        writer.Close();
-        EXPECT_TRUE(Ended());
-        EXPECT_EQ(bench.File(name + u".wav").size(), WavHeader::kBytes + deep.size());
-    };
     for (std::size_t i = 0; i < 60 * kPieceBytes; i += 2)
         deep.insert(deep.end(), {std::uint8_t{77}, sound[i], sound[i + 1]});
     bench.audio.alternativeSampleSize = true;
     bench.audio.bitsPerSample = 24;
-    take(u"a00", 44100);
+    for (const std::uint32_t rate : {44100U, 96000U}) {
+        bench.audio.sampleRate = rate;
+        JStreamAudioWrite& writer = Start(rate == 44100 ? u"a00" : u"a01");
+        WriteAll(writer, deep, deep.size());
+        EXPECT_TRUE(writer.IsOpen());
+        writer.Close();
+        EXPECT_TRUE(Ended());
+    }
+    EXPECT_EQ(bench.File(u"a00.wav").size(), WavHeader::kBytes + deep.size());
+    EXPECT_EQ(bench.File(u"a01.wav").size(), WavHeader::kBytes + deep.size());
     ASSERT_EQ(heard.outcomes.size(), 1U);
     ExpectWholeUpload(heard.outcomes[0], u"in/a00.mp2", 60);
-    take(u"a01", 96000);
-    EXPECT_EQ(heard.outcomes.size(), 1U);
-    EXPECT_EQ(bench.files.boxes.Texts(),
-              std::vector<Text>{u"No MP2 of 96000 Hz: the take is not uploaded"});
+    EXPECT_THAT(Boxes(), ElementsAre(u"No MP2 of 96000 Hz: the take is not uploaded"));
 }
 
 }  // namespace

@@ -41,22 +41,21 @@ struct BareEncoder {
     bool accepted = false;
 };
 
-class Mp2PipelineTest : public ::testing::Test {
-  protected:
+struct Mp2PipelineTest : testing::Test, TestFiles {
     /// A stream through the pipeline, fed in pieces of random size up to `largest` bytes.
     Bytes Encode(const Samples& pcm, bool stereo, std::uint32_t rate, std::size_t largest = 4410) {
         Bytes all;
         const auto output = [&](ByteSpan block) {
             all.insert(all.end(), block.begin(), block.end());
         };
-        EXPECT_TRUE(pipeline_.Mp2EncoderInit(output, stereo, rate));
+        EXPECT_TRUE(pipeline.Mp2EncoderInit(output, stereo, rate));
         std::mt19937 random(1);
         for (ByteSpan rest = AsPcm(pcm); !rest.empty();) {
             const std::size_t size = std::min(rest.size(), 1 + random() % largest);
-            pipeline_.Mp2EncodeSamples(rest.first(size));
+            pipeline.Mp2EncodeSamples(rest.first(size));
             rest = rest.subspan(size);
         }
-        pipeline_.Mp2EncodeFlush();
+        pipeline.Mp2EncodeFlush();
         return all;
     }
 
@@ -66,7 +65,7 @@ class Mp2PipelineTest : public ::testing::Test {
     Bytes Expected(const Samples& pcm, bool stereo, std::uint32_t rate) {
         const unsigned channels = stereo ? 2 : 1;
         const std::size_t count = pcm.size() / channels;
-        BareEncoder encoder(audio_.bitrate.BitsPerSecond(), stereo);
+        BareEncoder encoder(audio.bitrate.BitsPerSecond(), stereo);
         std::array<LiteralConverter, 2> converters{{{.rate = rate}, {.rate = rate}}};
         Bytes expected;
         for (std::size_t frame = 0; converters[0].position < count; ++frame) {
@@ -84,11 +83,10 @@ class Mp2PipelineTest : public ::testing::Test {
         return expected;
     }
 
-    void SetBitrate(std::uint32_t index) { audio_.bitrate.SetMp2Bitrate(index, files_.report); }
+    void SetBitrate(std::uint32_t index) { audio.bitrate.SetMp2Bitrate(index, report); }
 
-    TestFiles files_;
-    AudioState audio_;
-    Mp2Pipeline pipeline_{audio_, files_.report};
+    AudioState audio;
+    Mp2Pipeline pipeline{audio, report};
 };
 
 TEST_F(Mp2PipelineTest, EncodesAsTheDefinitionSaysWhateverThePiecesAndTheStreamBefore) {
@@ -103,51 +101,34 @@ TEST_F(Mp2PipelineTest, EncodesAsTheDefinitionSaysWhateverThePiecesAndTheStreamB
                     EXPECT_EQ(Encode(sound, stereo, rate, largestPiece), expected)
                         << count << " samples of " << rate << " Hz, stereo " << stereo
                         << ", pieces of " << largestPiece;
-                EXPECT_EQ(expected.size(), pipeline_.Frames() * audio_.bitrate.FrameBytes());
-                ASSERT_TRUE(pipeline_.Mp2EncoderInit([](ByteSpan) {}, stereo));  // and abandoned
-                pipeline_.Mp2EncodeSamples(AsPcm(Samples(4002, -5)));
+                EXPECT_EQ(expected.size(), pipeline.Frames() * audio.bitrate.FrameBytes());
+                ASSERT_TRUE(pipeline.Mp2EncoderInit([](ByteSpan) {}, stereo));  // and abandoned
+                pipeline.Mp2EncodeSamples(AsPcm(Samples(4002, -5)));
             }
         }
     }
-}
-
-TEST_F(Mp2PipelineTest, HandsOutABlockAsSoonAsItIsFullAndTheRestAtTheFlush) {
-    SetBitrate(7);
-    std::vector<std::size_t> handed;
-    const auto output = [&](ByteSpan block) { handed.push_back(block.size()); };
-    ASSERT_TRUE(pipeline_.Mp2EncoderInit(output, false, 48000));
-    pipeline_.Mp2EncodeSamples(AsPcm(Samples(21 * kFrame)));
-    EXPECT_TRUE(handed.empty());
-    pipeline_.Mp2EncodeSamples(AsPcm(Samples(kFrame)));  // 22 * 384 = 8192 + 256
-    EXPECT_EQ(handed, (std::vector<std::size_t>{8192}));
-    pipeline_.Mp2EncodeSamples(AsPcm(Samples(28 * kFrame)));
-    pipeline_.Mp2EncodeFlush();
-    EXPECT_EQ(handed, (std::vector<std::size_t>{8192, 8192, 2816}));
-    pipeline_.Mp2EncodeSamples(AsPcm(Samples(5000)));  // no stream any more
-    pipeline_.Mp2EncodeFlush();
-    EXPECT_EQ(handed.size(), 3U);
 }
 
 TEST_F(Mp2PipelineTest, RefusesWhatTheEncoderRefusesAndHeadsEveryFrameAsTheSettingsSay) {
     for (std::uint32_t index = 0; index < Mp2Bitrate::kBitsPerSecond.size(); ++index) {
         for (const bool stereo : {false, true}) {
             SetBitrate(index);
-            const bool legal = BareEncoder(audio_.bitrate.BitsPerSecond(), stereo).accepted;
-            EXPECT_EQ(audio_.bitrate.IsLegalFor(stereo), legal) << index << stereo;
-            EXPECT_EQ(pipeline_.Mp2EncoderInit([](ByteSpan) {}, stereo), legal) << index << stereo;
-            EXPECT_EQ(pipeline_.IsActive(), legal);
+            const bool legal = BareEncoder(audio.bitrate.BitsPerSecond(), stereo).accepted;
+            EXPECT_EQ(audio.bitrate.IsLegalFor(stereo), legal) << index << stereo;
+            EXPECT_EQ(pipeline.Mp2EncoderInit([](ByteSpan) {}, stereo), legal) << index << stereo;
+            EXPECT_EQ(pipeline.IsActive(), legal);
             if (!legal) continue;
-            audio_.stereo = stereo;
+            audio.stereo = stereo;
             const Bytes all = Encode(Samples(3 * kFrame, 99), stereo, 48000);
-            const auto header = Mp2Header::ForSettings(audio_).bytes;
-            for (std::size_t at = 0; at < all.size(); at += audio_.bitrate.FrameBytes())
+            const auto header = Mp2Header::ForSettings(audio).bytes;
+            for (std::size_t at = 0; at < all.size(); at += audio.bitrate.FrameBytes())
                 EXPECT_TRUE(std::equal(header.begin(), header.end(), all.data() + at)) << index;
         }
     }
     SetBitrate(3);
     for (const std::uint32_t rate : {0U, 44101U, 47999U, 48001U, 96000U})
-        EXPECT_FALSE(pipeline_.Mp2EncoderInit([](ByteSpan) {}, false, rate)) << rate;
-    EXPECT_TRUE(files_.boxes.shown.empty());
+        EXPECT_FALSE(pipeline.Mp2EncoderInit([](ByteSpan) {}, false, rate)) << rate;
+    EXPECT_TRUE(boxes.shown.empty());
 }
 
 }  // namespace

@@ -11,24 +11,17 @@ namespace {
 
 using ::testing::Each;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
-class Mp2ReaderTest : public ::testing::Test {
-  protected:
-    Bytes Encode(const Samples& pcm) { return EncodeMp2(bench_.audio, bench_.files.report, pcm); }
+struct Mp2ReaderTest : testing::Test, ReaderBench {
+    Mp2ReaderTest() { audio.mp2 = true; }
 
-    void SetBitrate(std::uint32_t index) {
-        bench_.audio.bitrate.SetMp2Bitrate(index, bench_.files.report);
-    }
+    Bytes Encode(const Samples& pcm) { return EncodeMp2(audio, files.report, pcm); }
 
-    std::uint32_t Measure(const Bytes& file) { return bench_.Measure(true, file, refusal_); }
-
-    ReaderBench bench_;
-    Text refusal_;
+    const PlaybackFormat output{48000, 1};
 };
 
 TEST_F(Mp2ReaderTest, RefusalsGiveTheirReasonInOrder) {
-    SetBitrate(5);  // 96 kbit/s, mono: FF FD 6? C?
+    audio.bitrate.SetMp2Bitrate(5, files.report);  // 96 kbit/s, mono: FF FD 6? C?
     const Bytes whole = Encode(Samples(48000));
     ASSERT_EQ(Measure(whole), whole.size() / (96000 / 160) - 1);
     const struct {
@@ -48,47 +41,42 @@ TEST_F(Mp2ReaderTest, RefusalsGiveTheirReasonInOrder) {
         Bytes file = whole;
         std::copy_n(&refused.second, 3, &file[1]);
         EXPECT_EQ(Measure(file) == 0, !refused.reason.empty());
-        EXPECT_EQ(refusal_, refused.reason);
+        EXPECT_EQ(refusal, refused.reason);
     }
-    bench_.audio.stereo = true;
-    EXPECT_EQ(Measure(whole), 0U);
-    EXPECT_EQ(refusal_, u"Wrong number of channels");
-    EXPECT_EQ(Measure({}), 0U);
-    EXPECT_EQ(refusal_, u"Empty file");
-    EXPECT_EQ(Measure({'R', 'I'}), 0U);
-    EXPECT_EQ(refusal_, u"No mp2 file");
+    audio.stereo = true;
+    const std::pair<Bytes, TextView> others[] = {
+        {whole, u"Wrong number of channels"}, {{}, u"Empty file"}, {{'R', 'I'}, u"No mp2 file"}};
+    for (const auto& [file, reason] : others) {
+        EXPECT_EQ(Measure(file), 0U);
+        EXPECT_EQ(refusal, reason);
+    }
 }
 
 TEST_F(Mp2ReaderTest, TheLengthIsOnePeriodShortAndNeverNegative) {
     const Bytes frame = Encode(Samples(1152));  // 192 bytes at 64 kbit/s; a period has 400
     Bytes file;
-    const std::uint32_t expected[] = {0, 0, 0, 0, 1, 1, 2, 2};
-    for (const std::uint32_t periods : expected) {
+    for (const std::uint32_t periods : {0U, 0U, 0U, 0U, 1U, 1U, 2U, 2U}) {
         file.insert(file.end(), frame.begin(), frame.end());
         EXPECT_EQ(Measure(file), periods) << file.size();
-        EXPECT_EQ(refusal_, u"");
+        EXPECT_EQ(refusal, u"");
     }
 }
 
 TEST_F(Mp2ReaderTest, AWrappedFileIsItsDataChunk) {
-    const Samples sound = Tone(300, 48000, 9000, 48000);
-    const Bytes frames = Encode(sound);
-    const auto wrap = [&](std::uint32_t dataSize) {
+    const Bytes frames = Encode(Tone(300, 48000, 9000, 48000));
+    const auto wrap = [&](std::size_t dataSize) {
         ByteBuilder file;
-        file.Put("RIFF").U32(0).Put("WAVE").Put("bext").U32(7).Fill(8).Put("data").U32(dataSize);
+        file.Put("RIFF").U32(0).Put("WAVE").Put("bext").U32(7).Fill(8).Put("data");
+        file.U32(static_cast<std::uint32_t>(dataSize));
         return file.Put(frames).Put("levl").U32(4).Fill(4, 0xFF).bytes;
     };
-    const Bytes wrapped = wrap(static_cast<std::uint32_t>(frames.size()));
-    const std::uint32_t periods = static_cast<std::uint32_t>(frames.size()) / 400 - 1;
-    EXPECT_EQ(Measure(wrapped), periods);
-    const auto bare = bench_.Reader(true, frames);
-    bare->OpenAt(0, {48000, 1});
-    const Samples expected = bench_.Get(*bare, {48000, 1}, periods + 2);
-    bare->CloseReader();
-    const auto reader = bench_.Reader(true, wrapped);
-    reader->OpenAt(0, {48000, 1});
-    EXPECT_EQ(reader->FileFormat().dataOffset, 12U + 16 + 8);
-    EXPECT_EQ(bench_.Get(*reader, {48000, 1}, periods + 2), expected);
+    const auto heard = [&](const Bytes& file) {
+        const auto reader = Reader(file);
+        reader->OpenAt(0, output);
+        return Get(*reader, output, frames.size() / 400 + 1);
+    };
+    EXPECT_EQ(Measure(wrap(frames.size())), frames.size() / 400 - 1);
+    EXPECT_EQ(heard(wrap(frames.size())), heard(frames));
     // A length beyond the file counts up to its end; none at all is no sound.
     EXPECT_EQ(Measure(wrap(0xFFFFFFFF)), (frames.size() + 12) / 400 - 1);
     EXPECT_EQ(Measure(wrap(0)), 0U);
@@ -96,35 +84,34 @@ TEST_F(Mp2ReaderTest, AWrappedFileIsItsDataChunk) {
 }
 
 TEST_F(Mp2ReaderTest, TheBitRateIsAdoptedFromTheFirstHeader) {
-    const auto adopt = [this](std::string_view file) {
-        WriteFileBytes(bench_.path, AsBytes(file));
-        return AdoptMp2Bitrate(bench_.files.services, bench_.path, bench_.audio,
-                               bench_.files.report);
+    const std::pair<std::string_view, std::uint32_t> cases[] = {
+        {"\xFF\xFD\xC4\xC0", 256000},
+        {"RIFF", 64000},
+        {"\xFF\xFD\x04\xC0", 64000},  // free format
+        {"\xFF\xFD\xE4\xC0", 64000},  // forbidden
     };
-    EXPECT_TRUE(adopt("\xFF\xFD\xC4\xC0"));
-    EXPECT_EQ(bench_.audio.bitrate.BitsPerSecond(), 256000U);
-    EXPECT_TRUE(adopt("RIFF"));
-    EXPECT_EQ(bench_.audio.bitrate.BitsPerSecond(), 64000U);
-    EXPECT_FALSE(adopt("\xFF\xFD\xC4"));
-    EXPECT_THAT(bench_.files.boxes.Texts(), IsEmpty());
-    for (const char* illegal : {"\xFF\xFD\x04\xC0", "\xFF\xFD\xE4\xC0"}) {
-        EXPECT_TRUE(adopt(illegal));
-        EXPECT_EQ(bench_.audio.bitrate.BitsPerSecond(), 64000U);
+    const auto adopt = [this](std::string_view file) {
+        WriteFileBytes(path, AsBytes(file));
+        return AdoptMp2Bitrate(files.services, path, audio, files.report);
+    };
+    for (const auto& [file, bitsPerSecond] : cases) {
+        EXPECT_TRUE(adopt(file));
+        EXPECT_EQ(audio.bitrate.BitsPerSecond(), bitsPerSecond);
     }
-    EXPECT_THAT(bench_.files.boxes.Texts(), ElementsAre(u"Illegal bitrate", u"Illegal bitrate"));
+    EXPECT_THAT(files.boxes.Texts(), ElementsAre(u"Illegal bitrate", u"Illegal bitrate"));
+    EXPECT_FALSE(adopt("\xFF\xFD\xC4"));
 }
 
 TEST_F(Mp2ReaderTest, SeeksLandOnTheFrameThatHoldsThePeriodAndSilenceIsBehindTheEnd) {
     const Bytes frames = Encode(ExtremeNoise(1, 3 * 48000));
-    const auto reader = bench_.Reader(true, frames);
-    const PlaybackFormat output{48000, 1};
+    const auto reader = Reader(frames);
     reader->OpenAt(0, output);
     EXPECT_EQ(reader->FileFormat().rateCode, 0U);
-    EXPECT_EQ(bench_.audio.bitsPerSample, 16);
-    const Samples whole = bench_.Get(*reader, output, 60);
+    EXPECT_EQ(audio.bitsPerSample, 16);
+    const Samples whole = Get(*reader, output, 60);
     // Period 30 lies in frame 62 (30 * 125 / 60 = 62.5), 71424 samples in.
     reader->SeekPeriod(30);
-    const Samples part = bench_.Get(*reader, output, 20);
+    const Samples part = Get(*reader, output, 20);
     // The decoder's filters begin empty: a frame later both are the same.
     EXPECT_TRUE(std::equal(part.begin() + 1152, part.end(), whole.begin() + 71424 + 1152));
     // The file stands at the frame's first byte, for copying.
@@ -132,41 +119,37 @@ TEST_F(Mp2ReaderTest, SeeksLandOnTheFrameThatHoldsThePeriodAndSilenceIsBehindThe
     EXPECT_EQ(reader->GetPosition(), 64U * 192);
     EXPECT_EQ(reader->PositionAt(0xFFFFFFFF), frames.size() / 192);
     reader->SeekPeriod(1000);
-    EXPECT_THAT(bench_.Get(*reader, output, 3), Each(0));
+    EXPECT_THAT(Get(*reader, output, 3), Each(0));
 
     // A second reader takes the shared decoder; the first one goes on all the same.
     reader->SeekPeriod(30);
     {
-        const auto second = MakeReader(bench_.services, bench_.path, true);
+        const auto second = MakeReader(services, path, true);
         second->OpenAt(5, output);
-        bench_.Get(*second, output, 1);
+        Get(*second, output, 1);
     }
-    EXPECT_FALSE(bench_.decoder.IsActive());
-    EXPECT_EQ(bench_.Get(*reader, output, 20), part);
+    EXPECT_FALSE(decoder.IsActive());
+    EXPECT_EQ(Get(*reader, output, 20), part);
 }
 
 TEST_F(Mp2ReaderTest, DamageIsSilenceOfItsOwnLengthAndMovesNothing) {
-    const Samples sound = Tone(300, 48000, 9000, 48000);
-    SetBitrate(7);
-    Bytes frames = Encode(sound);
-    const PlaybackFormat output{48000, 1};
-    const auto read = [&](const Bytes& file) {
-        const auto reader = bench_.Reader(true, file);
+    Bytes frames = Encode(Tone(300, 48000, 9000, 48000));
+    const auto read = [&] {
+        const auto reader = Reader(frames);
         reader->OpenAt(0, output);
-        return bench_.Get(*reader, output, 20);
+        return Get(*reader, output, 20);
     };
-    const Samples whole = read(frames);
+    const Samples whole = read();
     // Frame 10 lost its header, frame 20 claims another length, frame 30 is gone altogether.
-    frames[10 * 384] = 0;
-    frames[20 * 384 + 2] = 0x94;
-    std::fill_n(frames.begin() + 30 * 384, 384, std::uint8_t{0xFF});
-    const Samples damaged = read(frames);
-    for (const std::size_t frame : {10UL, 20UL, 30UL}) {
-        const auto at = static_cast<long>(frame * 1152);
-        EXPECT_THAT(Samples(damaged.begin() + at, damaged.begin() + at + 1152), Each(0)) << frame;
-        EXPECT_TRUE(std::equal(whole.begin() + at + 2 * 1152, whole.begin() + at + 9 * 1152,
-                               damaged.begin() + at + 2 * 1152))
-            << frame;
+    frames[10 * 192] = 0;
+    frames[20 * 192 + 2] = 0x94;
+    std::fill_n(&frames[30 * 192], 192, std::uint8_t{0xFF});
+    const Samples damaged = read();
+    for (const long frame : {10, 20, 30}) {
+        const auto at = damaged.begin() + frame * 1152;
+        EXPECT_THAT(Samples(at, at + 1152), Each(0)) << frame;
+        const auto expected = whole.begin() + frame * 1152;
+        EXPECT_TRUE(std::equal(expected + 2 * 1152, expected + 9 * 1152, at + 2 * 1152)) << frame;
     }
 }
 

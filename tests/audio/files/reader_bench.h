@@ -23,23 +23,24 @@ namespace orma::test {
     return frames;
 }
 
-/// All that a reader needs, and one take.
+/// All that a reader needs, and one take, of the kind that `audio` says.
 struct ReaderBench {
     TestFiles files;
     AudioState audio;
     Mp2Decoder decoder{audio, files.storage, files.folder.Path(u"mp2dec.txt")};
     ReaderServices services{files.services, audio, decoder};
     Text path = files.folder.Path(u"take00");
+    Text refusal;
 
-    [[nodiscard]] std::unique_ptr<JStreamAudioReadFile> Reader(bool mp2, const Bytes& file) {
+    [[nodiscard]] std::unique_ptr<JStreamAudioReadFile> Reader(const Bytes& file) {
         WriteFileBytes(path, file);
-        return MakeReader(services, path, mp2);
+        return MakeReader(services, path, audio.mp2);
     }
 
-    /// The length that a reader finds, and the box it shows (none: empty).
-    std::uint32_t Measure(bool mp2, const Bytes& file, Text& refusal) {
+    /// The length that a reader finds; the box that it shows is the refusal (none: empty).
+    std::uint32_t Measure(const Bytes& file) {
         files.boxes.shown.clear();
-        const std::uint32_t periods = Reader(mp2, file)->Measure();
+        const std::uint32_t periods = Reader(file)->Measure();
         refusal = files.boxes.shown.empty() ? Text() : files.boxes.shown.front().text;
         return periods;
     }

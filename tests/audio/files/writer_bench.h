@@ -25,6 +25,9 @@ struct WriterBench {
         slot.SelectWriter(kind);
         return *slot.Current();
     }
+    /// Does away with the journal of the take "take00" as its project does.
+    void RemoveJournal() const { std::filesystem::remove(files.folder.Native(u"take00.rec")); }
+
     [[nodiscard]] Bytes File(TextView name) const { return ReadFileBytes(files.folder.Path(name)); }
     [[nodiscard]] bool Exists(TextView name) {
         return files.storage.Exists(files.folder.Path(name));
