@@ -1,3 +1,5 @@
+// What the real storage promises beyond the contract of all of them.
+
 #include "platform/posix/posix_storage.h"
 
 #include <cerrno>
@@ -11,13 +13,10 @@
 namespace orma {
 namespace {
 
-constexpr OpenMode kCreate{Access::kWrite, Share::kNone, Disposition::kCreateAlways};
-
 struct PosixStorageTest : testing::Test {
     test::TempFolder folder;
     PosixStorage storage;
     Text path = folder.Path(u"file");
-    std::unique_ptr<StorageFile> file;
 };
 
 TEST_F(PosixStorageTest, ARenameKeepsTheRightsOfTheFileThatItReplaces) {
@@ -31,8 +30,6 @@ TEST_F(PosixStorageTest, ARenameKeepsTheRightsOfTheFileThatItReplaces) {
         struct stat info {};
         ASSERT_EQ(::stat(ToUtf8(path).c_str(), &info), 0);
         EXPECT_EQ(info.st_mode & 0777, rights);
-        EXPECT_EQ(test::ReadFileBytes(path), Bytes{2});
-        EXPECT_FALSE(storage.Exists(source));
     }
 }
 
@@ -40,7 +37,9 @@ TEST_F(PosixStorageTest, NamesOfOtherSystemsAndEncodingsAreReached) {
     const Text name = FromUtf8("r\xE9sum\xE9");  // no UTF-8
     ASSERT_EQ(storage.CreateFolder(folder.Path(u"a\\b")), 0U);
     ASSERT_EQ(storage.CreateFolder(folder.Path(u"a/b")), 0U);
-    ASSERT_EQ(storage.Open(folder.Path(u"a\\b\\") + name, kCreate, file), 0U);
+    std::unique_ptr<StorageFile> file;
+    const OpenMode create{Access::kWrite, Share::kNone, Disposition::kCreateAlways};
+    ASSERT_EQ(storage.Open(folder.Path(u"a\\b\\") + name, create, file), 0U);
     std::vector<Text> names;
     ASSERT_EQ(storage.ListFiles(folder.Path(u"a/b"), names), 0U);
     EXPECT_THAT(names, testing::ElementsAre(name));
@@ -50,8 +49,7 @@ TEST_F(PosixStorageTest, NamesOfOtherSystemsAndEncodingsAreReached) {
 
 TEST_F(PosixStorageTest, AFileTimeIsSetToTheNanosecond) {
     test::WriteFileBytes(path, Bytes{1});
-    for (const std::int64_t moment :
-         {std::int64_t{1'234'567'890'123'456'789}, std::int64_t{-1'500'000'001}}) {
+    for (const std::int64_t moment : {1'234'567'890'123'456'789, -1'500'000'001L}) {
         FileTime time;
         ASSERT_EQ(storage.SetLastWriteTime(path, FileTime(std::chrono::nanoseconds(moment))), 0U);
         ASSERT_EQ(storage.LastWriteTime(path, time), 0U);
