@@ -57,16 +57,6 @@ TEST(AlsaJacks, TellAboutAHeadset) {
     }
 }
 
-TEST(AlsaMixer, MovesTheBestElementOfTheSide) {
-    const std::vector<MixerElement> elements{{"Speaker", false, true},
-                                             {"Boost", true, false},
-                                             {"Mic", true, true},
-                                             {"PCM", false, true}};
-    EXPECT_EQ(PickMixerElement(elements, MixerSide::kCapture), 2u);
-    EXPECT_EQ(PickMixerElement(elements, MixerSide::kPlayback), 3u);
-    EXPECT_FALSE(PickMixerElement({{"Odd", true, false}}, MixerSide::kPlayback));
-}
-
 TEST(DigitalFrames, KeepTheUpper24Bits) {
     const auto packed = [](DigitalLayout layout, const Bytes& from) {
         Bytes to(from.size() / BytesOfSample(layout) * 3);

@@ -4,15 +4,12 @@
 #include <QEventLoop>
 #include <atomic>
 #include <chrono>
-#include <set>
 #include <string>
 #include <thread>
 
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include "platform/posix/posix_event_loop.h"
-#include "platform/posix/signal_watch.h"
 #include "platform/qt/qt_event_loop.h"
 
 namespace orma {
@@ -157,25 +154,6 @@ TEST_F(OfTheToolkit, ABoxWithinATaskLetsTheRestGoOn) {
     });
     loop.Run();
     EXPECT_EQ(order, "(tw)");
-}
-
-TEST(SignalWatch, TurnsInterruptAndTerminateIntoCallsOnTheLoop) {
-    PosixEventLoop loop;
-    std::set<int> caught;
-    std::unique_ptr<SignalWatch> watch;
-    watch = std::make_unique<SignalWatch>(loop, [&](int signal) {
-        caught.insert(signal);
-        if (caught.size() < 2) return;
-        watch.reset();  // from within its own handler
-        loop.Quit(0);
-    });
-    ::raise(SIGTERM);
-    ::raise(SIGINT);
-    loop.Run();
-    EXPECT_EQ(caught, (std::set{SIGINT, SIGTERM}));
-    sigset_t blocked;
-    pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
-    EXPECT_FALSE(sigismember(&blocked, SIGINT) || sigismember(&blocked, SIGTERM));
 }
 
 }  // namespace

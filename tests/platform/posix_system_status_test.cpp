@@ -9,51 +9,24 @@
 namespace orma::test {
 namespace {
 
-struct PosixSystemStatusTest : testing::Test {
-    void Put(const std::string& file, const std::string& content) {
-        const auto path = folder.Native() / file;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path) << content;
-    }
-    void PutBattery(const std::string& name, const std::string& capacity, const std::string& full,
-                    const std::string& scope = "System") {
-        const std::string supply = "sys/class/power_supply/" + name;
-        Put(supply + "/type", "Battery\n");
-        Put(supply + "/capacity", capacity + "\n");
-        Put(supply + "/energy_full", full + "\n");
-        Put(supply + "/scope", scope + "\n");
-    }
-
-    TempFolder folder;
-};
-
-TEST_F(PosixSystemStatusTest, TwoBatteriesCountBySizeAndThoseOfOtherDevicesNot) {
+TEST(PosixSystemStatus, TwoBatteriesCountBySizeAndThoseOfOtherDevicesNot) {
+    const TempFolder folder;
+    const auto put = [&](const char* name, const char* type, const char* scope, int percent,
+                         int full) {
+        const auto supply = folder.Native() / "sys/class/power_supply" / name;
+        std::filesystem::create_directories(supply);
+        std::ofstream(supply / "type") << type << '\n';
+        std::ofstream(supply / "scope") << scope << '\n';
+        std::ofstream(supply / "capacity") << percent << '\n';
+        std::ofstream(supply / "energy_full") << full << '\n';
+    };
     PosixSystemStatus status(folder.Native());
-    Put("sys/class/power_supply/AC/type", "Mains\n");
-    PutBattery("hidpp_battery_0", "5", "", "Device");
+    put("AC", "Mains", "System", 50, 1000);
+    put("hidpp_battery_0", "Battery", "Device", 5, 1000);
     EXPECT_EQ(status.BatteryPercent(), std::nullopt);
-    PutBattery("BAT0", "100", "30000");
-    PutBattery("BAT1", "20", "10000");
+    put("BAT0", "Battery", "System", 100, 30000);
+    put("BAT1", "Battery", "System", 20, 10000);
     EXPECT_EQ(status.BatteryPercent(), 80);
-}
-
-TEST_F(PosixSystemStatusTest, FreeMemoryIsWhatProgramsCanTake) {
-    Put("proc/meminfo", "MemTotal:  4000 kB\nMemFree:  10 kB\nMemAvailable:  5000000 kB\n");
-    EXPECT_EQ(PosixSystemStatus(folder.Native()).FreeMemory(), 5'120'000'000U);
-}
-
-TEST_F(PosixSystemStatusTest, TheLoadIsOfTheTimeSinceItWasAskedLast) {
-    Put("proc/stat", "cpu  900 0 100 0 0 0 0 0 0 0\ncpu0 1 2 3\n");
-    PosixSystemStatus status(folder.Native());
-    const std::pair<const char*, int> loads[] = {
-        {"910 5 105 50 25 1 2 2 0 0", 25},  // 25 of 100
-        {"910 5 105 50 25 1 2 2 0 0", 25},  // no tick has passed
-        {"910 5 105 50 20 1 2 2 0 0", 25},  // waiting fell
-        {"1010 5 105 50 25 1 2 2 0 0", 100}};
-    for (const auto& [ticks, load] : loads) {
-        Put("proc/stat", std::string("cpu  ") + ticks + "\n");
-        EXPECT_EQ(status.ProcessorLoad(), load) << ticks;
-    }
 }
 
 }  // namespace

@@ -38,7 +38,6 @@ class ScriptedFtpServer {
                                                {"USER", "331 Password?\r\n"},
                                                {"PASS", "230 Welcome.\r\n"},
                                                {"PWD", "257 \"/\" is where you are\r\n"},
-                                               {"CWD", "250 Gone.\r\n"},
                                                {"TYPE", "200 Binary.\r\n"},
                                                {"REST", "350 Restarting.\r\n"},
                                                {"QUIT", "221 Bye.\r\n"}});
@@ -135,19 +134,11 @@ class ScriptedFtpServer {
             --script_.dropsIdle;
             return Send(control, "421 Timeout.\r\n") && false;
         }
-        if (verb != "RETR") return Send(control, "500 What?\r\n");
-        const int data = AcceptData();
-        const bool sent = Send(control, "150 Here it comes.\r\n") && Send(data, file);
-        close(data);
-        return sent && Send(control, "226 Sent.\r\n");
-    }
-
-    [[nodiscard]] int AcceptData() const {
-        return Readable(dataListener_) ? accept(dataListener_, nullptr, nullptr) : -1;
+        return Send(control, "500 What?\r\n");
     }
 
     [[nodiscard]] bool Store(int control, std::string& file) {
-        const int data = AcceptData();
+        const int data = Readable(dataListener_) ? accept(dataListener_, nullptr, nullptr) : -1;
         file.resize(std::exchange(offset_, 0));
         bool going = Send(control, "150 Ok to send.\r\n");
         std::array<char, 16384> bytes{};

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "platform/virtual_audio/virtual_audio_options.h"
 #include "platform/virtual_audio/virtual_wave_system.h"
 #include "platform/wave_in_contract.h"
 #include "support/fake_event_loop.h"
@@ -32,22 +31,6 @@ TEST(VirtualAudio, KeepsTheContractOfAWaveInputAtBothPaces) {
                              }
                              return condition();
                          }});
-}
-
-TEST(VirtualAudio, IsReadFromItsCommandLineFormOrRefused) {
-    std::string error;
-    const auto all =
-        ParseVirtualAudio("virtual:in=a, b.wav,out=/tmp/c.wav,pace=fast,vanish=44100", error);
-    ASSERT_TRUE(all) << error;
-    EXPECT_EQ(all->inputFile, u"a, b.wav");
-    EXPECT_EQ(all->outputFile, u"/tmp/c.wav");
-    for (const char* bad :
-         {"portaudio", "virtual:", "virtual:in=", "virtual:in=a,pace=0", "virtual:pace=fast",
-          "virtual:in=a,vanish=-1", "virtual:speed=2", "virtual:in=a,out=a"}) {
-        error.clear();
-        EXPECT_FALSE(ParseVirtualAudio(bad, error)) << bad;
-        EXPECT_FALSE(error.empty()) << bad;
-    }
 }
 
 }  // namespace
