@@ -200,12 +200,7 @@ TEST_F(JStreamEmailTest, NothingGoesInClearTextWhenTlsCannotBeHad) {
     AskForLogIn();
     const std::string offer = "250-x\r\n250 STARTTLS\r\n";
     const std::string go = "220 go\r\n";
-    const struct {
-        std::string offer;
-        std::string answer;
-        TlsFailure failure;
-        Text text;
-    } cases[] = {
+    const std::tuple<std::string, std::string, TlsFailure, Text> cases[] = {
         {"250-x\r\n250 XSTARTTLS\r\n", go, {}, u"Server offers\nno TLS."},
         {offer, "454 no\r\n", {}, u"Server offers\nno TLS."},
         {offer, go + "250 evil\r\n", {}, u"Clear text after STARTTLS:\nconnection not safe."},
@@ -213,11 +208,11 @@ TEST_F(JStreamEmailTest, NothingGoesInClearTextWhenTlsCannotBeHad) {
         {offer, go, TlsFailure::kUntrusted, u"Certificate of the server\nis not trusted."},
         {offer, go, TlsFailure::kHandshake, u"No TLS connection\nwith the server."}};
     delivery.account.security = TransportSecurity::kUpgrade;
-    for (const auto& c : cases) {
-        desk.tls.failure = c.failure;
-        desk.tcp.replies = {"220 x\r\n", c.offer, c.answer};
+    for (const auto& [offers, answer, failure, text] : cases) {
+        desk.tls.failure = failure;
+        desk.tcp.replies = {"220 x\r\n", offers, answer};
         EXPECT_FALSE(Open());
-        EXPECT_EQ(desk.boxes.shown.back().text, c.text);
+        EXPECT_EQ(desk.boxes.shown.back().text, text);
     }
     delivery.account.security = TransportSecurity::kImplicit;
     EXPECT_FALSE(Open());

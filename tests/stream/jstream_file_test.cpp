@@ -84,26 +84,22 @@ TEST_F(JStreamFileTest, AFailureIsReportedOnceAndYieldsZeros) {
         stream.Write("cd", 2);
         stream.Close();
     };
-    const struct {
-        test::FaultyStorage::Operation fails;
-        bool reading;
-        std::function<void(JStreamFile&)> use;
-        Text told;
-    } cases[] = {
-        {test::FaultyStorage::kRead, true, read, u"ReadFile"},
-        {test::FaultyStorage::kWrite, false, write, u"WriteFile"},
-        {test::FaultyStorage::kClose, false, write, u"WriteFile"},  // only the close refuses it
-        {test::FaultyStorage::kSeek, true, [](auto& s) { EXPECT_EQ(s.GetPosition(), 0U); },
-         u"Position"},
-        {test::FaultyStorage::kLook, true, [](auto& s) { EXPECT_EQ(s.GetSize(), 0U); },
-         u"GetFileSize"}};
-    for (const auto& c : cases) {
+    const std::tuple<test::FaultyStorage::Operation, bool, std::function<void(JStreamFile&)>, Text>
+        cases[] = {
+            {test::FaultyStorage::kRead, true, read, u"ReadFile"},
+            {test::FaultyStorage::kWrite, false, write, u"WriteFile"},
+            {test::FaultyStorage::kClose, false, write, u"WriteFile"},  // only the close refuses it
+            {test::FaultyStorage::kSeek, true, [](auto& s) { EXPECT_EQ(s.GetPosition(), 0U); },
+             u"Position"},
+            {test::FaultyStorage::kLook, true, [](auto& s) { EXPECT_EQ(s.GetSize(), 0U); },
+             u"GetFileSize"}};
+    for (const auto& [fails, reading, use, told] : cases) {
         boxes.shown.clear();
-        JStreamFile stream(services, path, c.reading);
-        Fail(c.fails);
-        c.use(stream);
+        JStreamFile stream(services, path, reading);
+        Fail(fails);
+        use(stream);
         EXPECT_FALSE(stream.Has(JStream::kGood));
-        EXPECT_THAT(boxes.Texts(), ElementsAre(c.told + u" 5 Input/output error"));
+        EXPECT_THAT(boxes.Texts(), ElementsAre(told + u" 5 Input/output error"));
     }
 }
 
