@@ -7,7 +7,6 @@
 
 #include "platform/alsa/alsa_cards.h"
 #include "platform/alsa/alsa_headset.h"
-#include "platform/alsa/alsa_mixer.h"
 #include "platform/alsa/alsa_recorder.h"
 #include "platform/alsa/alsa_spdif_card.h"
 #include "platform/alsa/digital_frames.h"
@@ -44,16 +43,13 @@ TEST(AlsaListings, NameCardsAndTheDigitalInput) {
 }
 
 TEST(AlsaJacks, TellAboutAHeadset) {
-    struct Row {
-        std::vector<AlsaJack> jacks;
-        int state, alternative;
-    };
-    for (const Row& row :
-         {Row{{}, -1, -1}, Row{{{"Mic Jack", true}, {"Headphone Phantom Jack", true}}, -1, -1},
-          Row{{{"Headphone Jack", false}, {"Headphone Jack", true}}, 1, 1},
-          Row{{{"Headset Mic Jack", false}, {"Headphone Jack", true}}, 0, 1}}) {
-        EXPECT_EQ(HeadsetStateOf(row.jacks, false), row.state);
-        EXPECT_EQ(HeadsetStateOf(row.jacks, true), row.alternative);
+    const std::tuple<std::vector<AlsaJack>, int, int> cases[] = {
+        {{{"Mic Jack", true}, {"Headphone Phantom Jack", true}}, -1, -1},
+        {{{"Headphone Jack", false}, {"Headphone Jack", true}}, 1, 1},
+        {{{"Headset Mic Jack", false}, {"Headphone Jack", true}}, 0, 1}};
+    for (const auto& [jacks, state, alternative] : cases) {
+        EXPECT_EQ(HeadsetStateOf(jacks, false), state);
+        EXPECT_EQ(HeadsetStateOf(jacks, true), alternative);
     }
 }
 

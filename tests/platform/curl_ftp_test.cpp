@@ -96,19 +96,16 @@ TEST(CurlFtp, SendsWhatIsAskedForAndNothingMore) {
 }
 
 TEST(CurlFtp, TellsAMissingFileFromAServerThatKnowsNoSizes) {
-    struct Case {
-        const char* reply;
-        SystemError code;
-        std::optional<std::uint64_t> size;
-    };
-    for (const Case& c : {Case{"550 No such file.\r\n", kFtpDone, 0},
-                          {"502 Not implemented.\r\n", kFtpDone, {}},
-                          {"213 many\r\n", kFtpDone, {}},
-                          {"450 Busy.\r\n", kFtpRefused, {}}}) {
-        Desk desk({.replies = {{"SIZE", c.reply}}});
+    const std::tuple<const char*, FtpCode, std::optional<std::uint64_t>> cases[] = {
+        {"550 No such file.\r\n", kFtpDone, 0},
+        {"502 Not implemented.\r\n", kFtpDone, {}},
+        {"213 many\r\n", kFtpDone, {}},
+        {"450 Busy.\r\n", kFtpRefused, {}}};
+    for (const auto& [reply, code, bytes] : cases) {
+        Desk desk({.replies = {{"SIZE", reply}}});
         std::optional<std::uint64_t> size = 7;
-        EXPECT_EQ(desk.client->RemoteSize(u"a", size).code, c.code) << c.reply;
-        EXPECT_EQ(size, c.size) << c.reply;
+        EXPECT_EQ(desk.client->RemoteSize(u"a", size).code, code) << reply;
+        EXPECT_EQ(size, bytes) << reply;
     }
 }
 
@@ -146,24 +143,19 @@ TEST(CurlFtp, LogsInAgainOnceWhenTheServerDroppedAnIdleConnection) {
 }
 
 TEST(CurlFtp, NeverTakesABrokenUploadForAWholeOne) {
-    struct Case {
-        bool freezes;
-        const char* last;
-        SystemError code;
-        Text reply;
-    };
-    for (const Case& c :
-         {Case{false, "452-Disk\r\n452 full.\r\n", kFtpRefused, u"452-Disk\n452 full."},
-          Case{false, "226 Enough.\r\n", kFtpConnectionLost, u""},
-          Case{true, "", kFtpTimeout, u""}}) {
-        SCOPED_TRACE(c.last);
-        Desk desk({.limit = 1 << 20, .freezesAtLimit = c.freezes, .last = c.last});
+    const std::tuple<std::string, FtpCode, Text> cases[] = {
+        {"452-Disk\r\n452 full.\r\n", kFtpRefused, u"452-Disk\n452 full."},
+        {"226 Enough.\r\n", kFtpConnectionLost, u""},
+        {"", kFtpTimeout, u""}};
+    for (const auto& [last, code, reply] : cases) {
+        SCOPED_TRACE(last);
+        Desk desk({.limit = 1 << 20, .freezesAtLimit = last.empty(), .last = last});
         ASSERT_TRUE(desk.Open(u"a").Ok());
         const FtpResult result = desk.Write(16 * kMuch);
-        EXPECT_EQ(result.code, c.code);
-        EXPECT_EQ(result.reply, c.reply);
-        EXPECT_EQ(desk.Write(1).code, c.code) << "it stays broken";
-        EXPECT_EQ(desk.client->CloseFile().code, c.code);
+        EXPECT_EQ(result.code, code);
+        EXPECT_EQ(result.reply, reply);
+        EXPECT_EQ(desk.Write(1).code, code) << "it stays broken";
+        EXPECT_EQ(desk.client->CloseFile().code, code);
         EXPECT_EQ(desk.Count("STOR a"), 1) << "and is never begun again";
     }
     for (const std::string last : {"451 Local error.\r\n", ""}) {
