@@ -5,23 +5,14 @@
 namespace orma {
 namespace {
 
+using namespace std::string_literals;
+
 TEST(Utf8, DecodesEveryLengthOfSequenceAndTakesEveryFileNameInAndOut) {
     EXPECT_EQ(
         FromUtf8("\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x9F\x8E\xA4\xF4\x8F\xBF\xBF"),
         u"\u007F\u0080\u07FF\u0800\uFFFF\U0001F3A4\U0010FFFF");
-    const std::string names[] = {
-        std::string("nul\0inside", 10),
-        "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA4",
-        "latin1 \xE9t\xE9",  // no UTF-8 at all
-        "cut \xE2\x82",      // a sequence that ends too early
-        "overlong \xC0\xAF \xE0\x80\xAF \xF0\x80\x80\xAF",
-        "surrogate \xED\xA0\x80\xED\xB2\x80",
-        "too large \xF4\x90\x80\x80 \xF5 \xFF",
-        "after a pair \xF0\x9F\x8E\xA4\x80",
-        "continuation \xC3(",
-    };
-    for (const std::string& name : names)
-        EXPECT_EQ(ToUtf8(FromUtf8(name)), name);
+    const std::string name = "nul\0r\xE9sum\xE9 \xC0\xAF \xED\xA0\x80\xED\xB2\x80"s;  // no UTF-8
+    EXPECT_EQ(ToUtf8(FromUtf8(name)), name);
     EXPECT_EQ(FromUtf8("\xE2\x82"), (Text{char16_t{0xDCE2}, char16_t{0xDC82}}));
     // A lone surrogate of a foreign text is written in its form of three bytes.
     EXPECT_EQ(ToUtf8(Text{char16_t{0xD800}, u'x', char16_t{0xDBFF}}), "\xED\xA0\x80x\xED\xAF\xBF");

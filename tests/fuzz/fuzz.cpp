@@ -63,9 +63,9 @@ void FuzzFiles::Finish(std::size_t nextInputBytes) {
     // A file is read a few times over by various readers, in fields of a byte or more.
     Require(storage.Calls() <= 4000 + 16 * inputBytes_, "file operations in keeping with the size");
     Require(storage.BytesMoved() <= 100'000 + 256 * inputBytes_, "bytes moved in keeping with it");
-    Require(boxes_.count <= 16, "a handful of boxes");
+    Require(boxes_.shown.size() <= 16, "a handful of boxes");
     storage.ResetCounts();
-    boxes_.count = 0;
+    boxes_.shown.clear();
     inputBytes_ = nextInputBytes;
 }
 

@@ -2,6 +2,7 @@
 
 #include "report/error_reporter.h"
 #include "stream/jstream_file.h"
+#include "support/fake_boxes.h"
 #include "support/memory_storage.h"
 
 namespace orma::test {
@@ -51,17 +52,8 @@ class FuzzFiles {
     void Finish(std::size_t nextInputBytes);
 
   private:
-    class CountedBoxes : public MessageBoxes {
-      public:
-        BoxAnswer Show(const MessageBox&) override {
-            ++count;
-            return BoxAnswer::kOk;
-        }
-        std::size_t count = 0;
-    };
-
     std::size_t inputBytes_;
-    CountedBoxes boxes_;
+    FakeBoxes boxes_;
 
   public:
     MemoryStorage storage;

@@ -1,13 +1,10 @@
 // Project files, alone and with the project that loads and saves them.
 
-#include <algorithm>
 #include <tuple>
 
 #include "audio/files/vu_file.h"
 #include "audio/files/wav_header.h"
-#include "fuzz/fuzz.h"
-#include "project/project.h"
-#include "support/fake_clock.h"
+#include "fuzz/project_desk.h"
 
 namespace orma::test {
 
@@ -44,35 +41,19 @@ Bytes ShortWav() {
     return file;
 }
 
-Bytes ShortMp2() {
-    constexpr std::array<std::uint8_t, 4> kMono64{0xFF, 0xFD, 0x44, 0xC4};
-    Bytes file(10 * 192);
-    for (std::size_t at = 0; at < file.size(); at += 192)
-        std::ranges::copy(kMono64, file.begin() + static_cast<std::ptrdiff_t>(at));
-    return file;
-}
-
-/// A project named "talk" with a take of each kind beside it.
-struct Desk {
-    explicit Desk(FuzzFiles& files)
-        : decoder(audio, files.storage, u""),
-          project({{files.services, audio, decoder}, clock, clips, recording}) {
+/// A project named "talk".
+struct Desk : ProjectDesk {
+    explicit Desk(FuzzFiles& files) : ProjectDesk(files) {
         project.SetOptions({.liveFtpAllowed = true});
         project.SetPath(u"news/", u"talk");
     }
-
-    FakeClock clock;
-    AudioState audio;
-    Mp2Decoder decoder;
-    ClipList clips;
-    CurrentRecording recording;
-    Project project;
 };
 
+/// A take of each kind beside it.
 void AddTakes(MemoryStorage& storage) {
     storage.Put(u"news/talk00.wav", ShortWav());
     storage.Put(u"news/talk01.wav", ShortWav());
-    storage.Put(u"news/talk00.mp2", ShortMp2());
+    storage.Put(u"news/talk00.mp2", SilentFrames(10, 192, {0xFF, 0xFD, 0x44, 0xC4}));
     LevelSheet sheet;
     sheet.levels = {20, 30, 40, 50};
     sheet.cuts = {{1, 2, 0}};

@@ -1,13 +1,10 @@
 // A publication of a sound take beside which any level file may lie: marks become cue lines, cuts
 // leave frames out, levels become the peak envelope.
 
-#include <algorithm>
-
 #include "audio/files/vu_file.h"
-#include "fuzz/fuzz.h"
+#include "fuzz/project_desk.h"
 #include "publish/publish_job.h"
 #include "publish/verify.h"
-#include "support/fake_clock.h"
 #include "support/quiet_ports.h"
 
 namespace orma::test {
@@ -25,65 +22,51 @@ class NoPublishDialogs : public PublishDialogs {
     [[nodiscard]] bool ShowFtpDialog(FtpDialog&) override { return false; }
 };
 
-/// Silence of so many buffer periods at 32 kbit/s: frames without any subband.
-Bytes Silence(std::size_t periods, unsigned shift) {
-    constexpr std::size_t kFrameBytes = 96;
-    constexpr std::array<std::uint8_t, 4> kMono32{0xFF, 0xFD, 0x14, 0xC4};
-    const std::size_t frames = periods * 125 / (3 * PeriodsPerSecond(shift)) + 2;
-    Bytes file(frames * kFrameBytes);
-    for (std::size_t at = 0; at < file.size(); at += kFrameBytes)
-        std::ranges::copy(kMono32, file.begin() + static_cast<std::ptrdiff_t>(at));
-    return file;
-}
-
 }  // namespace
 
 void TryInput(ByteSpan bytes) {
     const std::optional<LevelSheet> sheet = DecodeVuFile(bytes);
     if (!sheet || sheet->levels.empty()) return;
-    const Bytes take = Silence(sheet->levels.size(), sheet->resolutionShift);
+    const std::size_t frames =
+        sheet->levels.size() * 125 / (3 * PeriodsPerSecond(sheet->resolutionShift)) + 2;
+    const Bytes take = SilentFrames(frames, 96, {0xFF, 0xFD, 0x14, 0xC4});  // 32 kbit/s
     FuzzFiles files(bytes.size() + take.size());
     files.storage.Put(u"news/talk00.mp2", take);
     files.storage.Put(u"news/talk00.jvu", bytes);
 
-    FakeClock clock;
-    AudioState audio;
+    ProjectDesk desk(files);
+    AudioState& audio = desk.audio;
     audio.mp2 = true;
     audio.resolutionShift = sheet->resolutionShift;
     audio.bitrate.SetMp2Bitrate(0, files.report);
-    Mp2Decoder decoder(audio, files.storage, u"");
     Mp2Pipeline encoder(audio, files.report);
-    const ReaderServices readers{files.services, audio, decoder};
     WriterContext context{.files = files.services, .audio = audio, .encoder = encoder};
     context.recordingFolder = u"news/";
     WriterSlot writers(context);
-    ClipList clips;
-    CurrentRecording recording;
-    Project project({readers, clock, clips, recording});
-    project.SetPath(u"news/", u"talk");
+    desk.project.SetPath(u"news/", u"talk");
     NoProgress progress;
     ClipEntry clip;
     clip.name = u"talk00";
     clip.folder = u"news/";
-    clips.Append(clip);
+    desk.clips.Append(clip);
     clip.begin = 1;
     clip.end = 0xFFFFFFFF;
-    clips.Append(clip);
+    desk.clips.Append(clip);
 
-    PublishPatience patience(progress, clock);
+    PublishPatience patience(progress, desk.clock);
     SettingsRecord settings;
     PublishChoices choices;
     NoPublishDialogs dialogs;
     const Text programFolder = u"program/";
-    PublishJob job({readers,
-                    clock,
+    PublishJob job({{files.services, audio, desk.decoder},
+                    desk.clock,
                     writers,
-                    project,
+                    desk.project,
                     progress,
                     patience,
                     {settings, choices, files.services, programFolder},
                     dialogs});
-    const PublishOutcome outcome = job.Publish(clips, u"talk", true, false);
+    const PublishOutcome outcome = job.Publish(desk.clips, u"talk", true, false);
     const Bytes* file = files.storage.Find(u"news/pub_talk.wav");
     Require((outcome == PublishOutcome::kPublished) == (file != nullptr), "whole or not there");
     Require(files.storage.Find(u"news/pub_talk.wav.tmp") == nullptr, "nothing is left over");

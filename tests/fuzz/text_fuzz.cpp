@@ -1,9 +1,7 @@
 // Texts from outside: a project's text file, names of files, 8-bit fields.
 
 #include "base/path.h"
-#include "fuzz/fuzz.h"
-#include "project/project.h"
-#include "support/fake_clock.h"
+#include "fuzz/project_desk.h"
 
 namespace orma::test {
 
@@ -25,12 +23,8 @@ void TryInput(ByteSpan bytes) {
 
     FuzzFiles files(bytes.size());
     files.storage.Put(u"text.txt", bytes);
-    FakeClock clock;
-    AudioState audio;
-    Mp2Decoder decoder(audio, files.storage, u"");
-    ClipList clips;
-    CurrentRecording recording;
-    Project project({{files.services, audio, decoder}, clock, clips, recording});
+    ProjectDesk desk(files);
+    Project& project = desk.project;
     project.SetOptions({.useTextFile = true, .textFile = u"text.txt"});
     project.SetPath(u"", u"talk");
     project.NewProject();

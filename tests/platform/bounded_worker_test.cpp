@@ -31,8 +31,8 @@ TEST(BoundedWorker, AHungJobCostsItsCallerTheLimitAndLaterCallersNothing) {
             begun = true;
             shared->released.wait();
         };
-        EXPECT_FALSE(worker.Run(
-            hang, [shared] { shared->undone.set_value(); }, 20ms));
+        const auto undo = [shared] { shared->undone.set_value(); };
+        EXPECT_FALSE(worker.Run(hang, undo, 20ms));
     }
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(worker.Run([] { ADD_FAILURE() << "ran behind a hung job"; }, {}, 10min));

@@ -9,7 +9,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "support/fake_tcp.h"
+#include "support/fake_patience.h"
 
 namespace orma {
 namespace {
@@ -18,9 +18,10 @@ using End = NetworkResult::End;
 
 constexpr Ipv4Address kHere = {127, 0, 0, 1};
 
-/// A socket that listens on some port of 127.0.0.1; whoever connects waits in its queue.
+/// A socket that listens on some port of 127.0.0.1, and a connection to it.
 struct PosixTcpTest : testing::Test {
     PosixTcpTest() {
+        const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -29,28 +30,25 @@ struct PosixTcpTest : testing::Test {
         EXPECT_EQ(::listen(listener, 1), 0);
         ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
         port = ntohs(address.sin_port);
-    }
-    ~PosixTcpTest() override {
-        ::close(listener);
-        if (server >= 0) ::close(server);
-    }
-    void Connect() {
-        ASSERT_TRUE(tcp.Connect(kHere, port, patience, connection).Ok());
+        EXPECT_TRUE(tcp.Connect(kHere, port, patience, connection).Ok());
         server = ::accept(listener, nullptr, nullptr);
+        ::close(listener);
+    }
+    ~PosixTcpTest() override { CloseServer(); }
+    void CloseServer() {
+        if (server >= 0) ::close(std::exchange(server, -1));
     }
 
-    int listener = ::socket(AF_INET, SOCK_STREAM, 0);
     int server = -1;
     std::uint16_t port = 0;
     test::FakePatience patience;
     PosixTcpConnections tcp;
     std::unique_ptr<TcpConnection> connection;
-    std::array<std::uint8_t, 16> buffer{};
-    std::size_t got = 0;
 };
 
 TEST_F(PosixTcpTest, SendsReceivesAndTellsWhyNothingComes) {
-    Connect();
+    std::array<std::uint8_t, 16> buffer{};
+    std::size_t got = 0;
     ASSERT_TRUE(connection->Send(AsBytes("hello")).Ok());
     EXPECT_EQ(::recv(server, buffer.data(), buffer.size(), 0), 5);
     EXPECT_EQ(connection->Receive(buffer, got, 60).end, End::kTimedOut);
@@ -60,25 +58,19 @@ TEST_F(PosixTcpTest, SendsReceivesAndTellsWhyNothingComes) {
     patience.turns = 2;
     EXPECT_EQ(connection->Receive(buffer, got, 60'000).end, End::kGivenUp);
     patience.turns = SIZE_MAX;
-    ::shutdown(server, SHUT_RDWR);
+    CloseServer();
     EXPECT_EQ(connection->Receive(buffer, got, 5000).end, End::kClosed);
+    const NetworkResult nobodyThere = tcp.Connect(kHere, port, patience, connection);
+    EXPECT_EQ(nobodyThere.error, static_cast<SystemError>(ECONNREFUSED));
 }
 
 TEST_F(PosixTcpTest, ASendThatNobodyTakesEndsWithThePatience) {
-    Connect();
+    const Bytes much(std::size_t{64} << 20);
     patience.turns = 3;
-    EXPECT_EQ(connection->Send(Bytes(std::size_t{64} << 20)).end, End::kGivenUp);
+    EXPECT_EQ(connection->Send(much).end, End::kGivenUp);
     patience.turns = SIZE_MAX;
-    ::close(server);
-    server = -1;
-    EXPECT_EQ(connection->Send(Bytes(std::size_t{64} << 20)).end, End::kFailed);
-}
-
-TEST_F(PosixTcpTest, NobodyThereIsTheSystemsOwnError) {
-    ::close(std::exchange(listener, -1));
-    const NetworkResult result = tcp.Connect(kHere, port, patience, connection);
-    EXPECT_EQ(result.error, static_cast<SystemError>(ECONNREFUSED));
-    EXPECT_EQ(connection, nullptr);
+    CloseServer();
+    EXPECT_EQ(connection->Send(much).end, End::kFailed);
 }
 
 TEST_F(PosixTcpTest, FindsNamesAndAddressesThatHaveAName) {
