@@ -160,7 +160,8 @@ TEST_F(SaveSelectionTest, LeavesNoJournalThatCouldBeBroughtIn) {
                               std::uint32_t(44 + take.sound.size())));
     journal.Append(Bytes(kPeriodBytes, 5));
     ASSERT_TRUE(Open());
-    EXPECT_FALSE(Save(0, 20, take.path));  // it is being recorded
+    EXPECT_FALSE(Save(0, 20, take.path));
+    EXPECT_EQ(boxes.Texts(), Names{u"The recording is in use: " + take.path});
     journal.Close();
     ASSERT_TRUE(Open());
     ASSERT_TRUE(Save(0, 20, take.path));

@@ -3,9 +3,8 @@
 #include <random>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include "remote_rig.h"
+#include "publish_rig.h"
 #include "support/riff_chunks.h"
 
 namespace orma::test {
@@ -18,20 +17,20 @@ using testing::Not;
 
 const Text kConnecting = u"  Connecting...  ";
 
-PublishOutcome Cliplist(RemoteRig& rig) {
+PublishOutcome Cliplist(PublishRig& rig) {
     return rig.Job().MenuPublishCliplist(false);
 }
 
 TEST(Delivery, IsTheSameToFileByFtpAndByMail) {
     for (const unsigned channels : {1U, 2U}) {
-        RemoteRig rig;
+        PublishRig rig;
         rig.AddClips(true, 44100, channels);
         ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
         ASSERT_EQ(Cliplist(rig), PublishOutcome::kPublished);
         rig.settings.PublishMethod = 2;
         rig.ExpectMails(1);
         ASSERT_EQ(Cliplist(rig), PublishOutcome::kPublished);
-        EXPECT_THAT(rig.Boxes(), IsEmpty());
+        EXPECT_THAT(rig.boxes.Texts(), IsEmpty());
 
         const Bytes file = rig.File(u"pub_talk.wav");
         EXPECT_EQ(rig.server.files[u"talk.wav"], file);
@@ -55,9 +54,9 @@ TEST(Delivery, SaysTheExactLengthBeforeTheSound) {
          {Case{false, 44100, 1, false}, Case{false, 44100, 2, false}, Case{false, 48000, 2, true},
           Case{false, 44100, 1, true}, Case{true, 48000, 1, true}, Case{true, 44100, 2, true}}) {
         SCOPED_TRACE(testing::Message() << c.mp2 << ' ' << c.rate << ' ' << c.channels << c.fast);
-        RemoteRig rig;
+        PublishRig rig;
         rig.AddClips(c.mp2, c.rate, c.channels);
-        if (!c.mp2 && c.channels == 2) rig.audio.bitrate.SetMp2Bitrate(9, rig.files.report);
+        if (!c.mp2 && c.channels == 2) rig.audio.bitrate.SetMp2Bitrate(9, rig.report);
         rig.settings.FastBitrateIndex = 4;
         const Mp2Bitrate before = rig.audio.bitrate;
         PublishJob job = rig.Job();
@@ -78,14 +77,9 @@ TEST(Delivery, SaysTheExactLengthBeforeTheSound) {
 TEST(Delivery, AFastPublicationHearsBothChannels) {
     // What is published of a recording with these channels, L and R of each sample.
     const auto data = [](bool mp2, const std::vector<std::int16_t>& sound, unsigned channels) {
-        RemoteRig rig;
-        rig.audio.mp2 = mp2;
-        rig.audio.stereo = mp2 && channels == 2;
-        if (rig.audio.stereo) rig.audio.bitrate.SetMp2Bitrate(7, rig.files.report);
-        if (mp2)
-            rig.AddMp2(u"talk00", sound);
-        else
-            rig.AddWav(u"talk00", sound, 44100, channels);
+        PublishRig rig;
+        rig.SetFormat(mp2, channels);
+        rig.AddTake(u"talk00", sound, 44100, channels);
         rig.AddClip(u"talk00");
         EXPECT_EQ(rig.Job().MenuPublishFastCliplist(false), PublishOutcome::kPublished);
         const Bytes& file = rig.server.files[u"talk.wav"];
@@ -94,20 +88,23 @@ TEST(Delivery, AFastPublicationHearsBothChannels) {
         return Bytes();
     };
     const std::vector<std::int16_t> voice = Speech(48000, 48000, 1);
-    std::vector<std::int16_t> half, left, right, opposite, none(voice.size() * 2);
-    for (const std::int16_t sample : voice) {
-        const std::int16_t zero = 0;
-        half.push_back(static_cast<std::int16_t>(sample / 2));
-        left.insert(left.end(), {sample, zero});
-        right.insert(right.end(), {zero, sample});
-        opposite.insert(opposite.end(), {sample, static_cast<std::int16_t>(-sample)});
-    }
-    const Bytes expected = data(false, half, 1);
+    // The voice times these factors, in as many channels.
+    const auto scaled = [&](std::initializer_list<double> factors) {
+        std::vector<std::int16_t> sound;
+        for (const std::int16_t sample : voice)
+            for (const double factor : factors)
+                sound.push_back(static_cast<std::int16_t>(sample * factor));
+        return sound;
+    };
+    const auto left = scaled({1, 0});
+    const auto right = scaled({0, 1});
+    const auto none = scaled({0, 0});
+    const Bytes expected = data(false, scaled({0.5}), 1);
     EXPECT_EQ(data(false, left, 2), expected);
     EXPECT_EQ(data(false, right, 2), expected);
     const Bytes silence = data(false, none, 2);
     EXPECT_NE(silence, expected);
-    EXPECT_EQ(data(false, opposite, 2), silence);
+    EXPECT_EQ(data(false, scaled({1, -1}), 2), silence);
     EXPECT_EQ(data(true, left, 2), data(true, right, 2));
     EXPECT_NE(data(true, right, 2), data(true, none, 2));
 }
@@ -115,8 +112,8 @@ TEST(Delivery, AFastPublicationHearsBothChannels) {
 TEST(Delivery, ResumesExactlyWhereverItBreaks) {
     std::mt19937 random(20090115);
     for (const bool fast : {false, true}) {
-        RemoteRig rig;
-        rig.AddClips(true, 44100, 1);
+        PublishRig rig;
+        rig.AddClips();
         PublishJob job = rig.Job();
         const auto publish = [&] {
             rig.clock.ticks = 0;
@@ -134,24 +131,25 @@ TEST(Delivery, ResumesExactlyWhereverItBreaks) {
         for (int run = 0; run < (fast ? 6 : 30); ++run) {
             rig.server.files.clear();
             rig.settings.AutoResume = run % 2 == 0 ? 1 : 0;
-            if (run % 2 != 0) rig.files.boxes.answers.assign(12, BoxAnswer::kYes);
+            if (run % 2 != 0) rig.boxes.answers.assign(12, BoxAnswer::kYes);
             breaks = 1 + run % 3;
             ASSERT_EQ(publish(), PublishOutcome::kPublished) << run;
             ASSERT_TRUE(rig.server.files[u"talk.wav"] == whole) << run;
-            rig.files.boxes.answers.clear();
+            rig.boxes.answers.clear();
         }
     }
 }
 
 TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
-    enum Format { kMp2, kPcm };
+    constexpr bool kMp2 = true;
+    constexpr bool kPcm = false;
     struct Case {
         const char* name;
-        Format format;
+        bool mp2;
         std::size_t breaksAfter;  // 0: not
-        std::function<void(RemoteRig&)> prepare;
+        std::function<void(PublishRig&)> prepare;
         PublishOutcome outcome;
-        std::vector<Text> boxes;
+        Texts boxes;
         std::string last;  // a line of the server's log
     };
     using enum PublishOutcome;
@@ -161,7 +159,7 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
     const Text kSize =
         u"The publication is not verified:\nthe server does not confirm\nthe size of the file.";
     const auto refuseStore = [](int number, std::size_t times, std::uint8_t autoResume) {
-        return [=](RemoteRig& rig) {
+        return [=](PublishRig& rig) {
             const Text words = FormatText("%d No.", number);
             rig.server.restartedStore = {kFtpRefused, number, words};
             rig.server.refusedRestartedStores = times;
@@ -169,20 +167,20 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
         };
     };
     const auto onceConnected = [](std::function<void(FakeFtp&)> change) {
-        return [=](RemoteRig& rig) {
+        return [=](PublishRig& rig) {
             rig.progress.onText = [&rig, change](const Text& text) {
                 if (text != kConnecting) change(rig.server);
             };
         };
     };
-    const auto unconfirmed = [](RemoteRig& rig) { rig.server.confirmation.code = kFtpTimeout; };
+    const auto unconfirmed = [](PublishRig& rig) { rig.server.confirmation.code = kFtpTimeout; };
     // clang-format off
     const Case cases[] = {
         {"the user does not want to go on", kMp2, 9000,
-         [](RemoteRig& rig) { rig.files.boxes.answers.clear(); },
+         [](PublishRig& rig) { rig.boxes.answers.clear(); },
          kFailed, {kLost, kResume}, "QUIT"},
         {"no restart", kMp2, 9000,
-         [](RemoteRig& rig) { rig.server.takesRestart = false; },
+         [](PublishRig& rig) { rig.server.takesRestart = false; },
          kFailed, {kLost, kResume, kNotPossible}, "REST 9000"},
         {"a restart that stores nothing", kMp2, 9000, refuseStore(451, FakeFtp::kNever, 1),
          kFailed, {kNotPossible}, "REST 9000"},
@@ -194,22 +192,22 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
          onceConnected([](FakeFtp& server) { server.knowsSize = false; }),
          kUnverified, {kSize}, "SIZE talk.wav"},
         {"no sizes: it went on, but who knows", kMp2, 9000,
-         [](RemoteRig& rig) { rig.server.knowsSize = false; },
+         [](PublishRig& rig) { rig.server.knowsSize = false; },
          kUnverified, {kLost, kResume, kSize}, "SIZE talk.wav"},
         {"bytes that vanish unnoticed", kMp2, 9000,
-         [](RemoteRig& rig) {
+         [](PublishRig& rig) {
              rig.server.breaking = {};
              rig.server.losesAtBreak = 5;
-             rig.files.boxes.answers = {BoxAnswer::kYes};
+             rig.boxes.answers = {BoxAnswer::kYes};
          },
          kPublished, {kResume}, "SIZE talk.wav"},
         {"no connection later, without going on by itself", kMp2, 9000,
          onceConnected([](FakeFtp& server) { server.connection.code = kFtpCannotConnect; }),
          kFailed, {kLost, kResume, u"Cannot connect"}, "CONNECT srv:21"},
         {"never confirmed", kMp2, 0, unconfirmed, kFailed, {u"Timeout", kResume}, "CLOSE"},
-        {"PCM", kPcm, 9000, [](RemoteRig&) {}, kFailed, {kLost}, "QUIT"},
+        {"PCM", kPcm, 9000, [](PublishRig&) {}, kFailed, {kLost}, "QUIT"},
         {"PCM in silence", kPcm, 9000,
-         [](RemoteRig& rig) { rig.settings.AutoResume = 1; },
+         [](PublishRig& rig) { rig.settings.AutoResume = 1; },
          kFailed, {u"Publishing interrupted!"}, "QUIT"},
         {"PCM, never confirmed", kPcm, 0, unconfirmed, kUnverified,
          {u"Timeout", u"The publication is not verified:\nthe server does not confirm it."},
@@ -218,28 +216,28 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
     // clang-format on
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        RemoteRig rig;
-        rig.AddClips(c.format == kMp2, 44100, 1);
+        PublishRig rig;
+        rig.AddClips(c.mp2, 44100, 1);
         if (c.breaksAfter > 0) {
             rig.server.breaksAfter = c.breaksAfter;
-            rig.files.boxes.answers = {BoxAnswer::kOk, BoxAnswer::kYes};
+            rig.boxes.answers = {BoxAnswer::kOk, BoxAnswer::kYes};
         }
         c.prepare(rig);
         EXPECT_EQ(Cliplist(rig), c.outcome);
-        EXPECT_EQ(rig.Boxes(), c.boxes);
+        EXPECT_EQ(rig.boxes.Texts(), c.boxes);
         if (c.outcome == kPublished) {
             EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "");
         }
         EXPECT_THAT(rig.server.log, Contains(c.last));
-        if (c.format == kPcm) {
+        if (!c.mp2) {
             EXPECT_THAT(rig.server.log, Not(Contains(testing::StartsWith("REST"))));
         }
     }
 }
 
 TEST(Delivery, BeginsAnewWhereTheServersFileIsNotThePieceThatWasSent) {
-    RemoteRig rig;
-    rig.AddClips(true, 44100, 1);
+    PublishRig rig;
+    rig.AddClips();
     rig.settings.AutoResume = 1;
     const auto publish = [&] {
         rig.clock.ticks = 0;
@@ -268,34 +266,35 @@ TEST(Delivery, BeginsAnewWhereTheServersFileIsNotThePieceThatWasSent) {
 }
 
 TEST(Delivery, WaitsForAServerThatIsAwayAndPacesItself) {
-    RemoteRig rig;
-    rig.AddClips(true, 44100, 1);
+    PublishRig rig;
+    rig.AddClips();
     rig.settings.AutoResume = 1;
     rig.server.connection.code = kFtpCannotConnect;
     rig.server.failingConnections = 5;
     rig.clock.ticks = 0;
     EXPECT_EQ(Cliplist(rig), PublishOutcome::kPublished);
     EXPECT_GE(rig.clock.ticks, 5000U) << "a second each, no hammering";
-    EXPECT_THAT(rig.Boxes(), IsEmpty());
+    EXPECT_THAT(rig.boxes.Texts(), IsEmpty());
     EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "");
 
     // Until the user has enough of it.
     rig.server.failingConnections = FakeFtp::kNever;
     rig.progress.cancelAt = rig.progress.asked + 100;
     EXPECT_EQ(Cliplist(rig), PublishOutcome::kCancelled);
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Publishing was cancelled.\nNothing was published."));
+    EXPECT_THAT(rig.boxes.Texts(),
+                ElementsAre(u"Publishing was cancelled.\nNothing was published."));
     rig.progress.cancelAt = 0;
     rig.server.connection.code = kFtpCannotConnect;
     rig.settings.AutoResume = 0;
-    rig.files.boxes.shown.clear();
+    rig.boxes.shown.clear();
     EXPECT_EQ(Cliplist(rig), PublishOutcome::kFailed);
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Cannot connect", u"Resume publishing ?"));
+    EXPECT_THAT(rig.boxes.Texts(), ElementsAre(u"Cannot connect", u"Resume publishing ?"));
 }
 
 TEST(Delivery, ThatIsCancelledEndsTheFileAndSendsNothingMore) {
     for (const std::uint32_t method : {0U, 2U}) {
-        RemoteRig rig;
-        rig.AddClips(true, 44100, 1);
+        PublishRig rig;
+        rig.AddClips();
         rig.settings.PublishMethod = method;
         rig.settings.PublishText = 1;
         rig.ExpectMails(1);
@@ -304,7 +303,7 @@ TEST(Delivery, ThatIsCancelledEndsTheFileAndSendsNothingMore) {
                 rig.progress.cancelAt = rig.progress.asked + (method == 0 ? 5 : 2);
         };
         EXPECT_EQ(Cliplist(rig), PublishOutcome::kCancelled);
-        EXPECT_THAT(rig.Boxes(),
+        EXPECT_THAT(rig.boxes.Texts(),
                     ElementsAre(u"Publishing was cancelled.\nThe publication is incomplete."));
         const Bytes received = method == 0 ? rig.server.files[u"talk.wav"] : rig.Attachments()[0];
         const std::string text(received.begin(), received.end());
@@ -314,8 +313,8 @@ TEST(Delivery, ThatIsCancelledEndsTheFileAndSendsNothingMore) {
 }
 
 TEST(Delivery, ThatStopsInTheMiddleLeavesNothingThatLooksWhole) {
-    RemoteRig cancelled;
-    cancelled.AddClips(true, 44100, 1);
+    PublishRig cancelled;
+    cancelled.AddClips();
     cancelled.settings.AutoResume = 1;
     cancelled.server.breaksAfter = 9000;
     int attempts = 0;
@@ -325,12 +324,12 @@ TEST(Delivery, ThatStopsInTheMiddleLeavesNothingThatLooksWhole) {
     };
     EXPECT_EQ(Cliplist(cancelled), PublishOutcome::kCancelled);
     EXPECT_EQ(cancelled.server.files[u"talk.wav"].size(), 9000U) << "no end in the middle of it";
-    EXPECT_THAT(cancelled.Boxes(),
+    EXPECT_THAT(cancelled.boxes.Texts(),
                 ElementsAre(u"Publishing was cancelled.\nThe publication is incomplete."));
     EXPECT_THAT(cancelled.server.log, Not(Contains("CLOSE")));
 
-    RemoteRig unreadable;
-    unreadable.AddClips(true, 44100, 1);
+    PublishRig unreadable;
+    unreadable.AddClips();
     Bytes take = unreadable.File(u"talk00.mp2");
     take[take.size() / 192 / 2 * 192] = 0;
     WriteFileBytes(unreadable.Path(u"talk00.mp2"), take);
@@ -341,7 +340,7 @@ TEST(Delivery, ThatStopsInTheMiddleLeavesNothingThatLooksWhole) {
 
 TEST(Delivery, OfBareFramesIsTheSoundAlone) {
     for (const bool mp2 : {true, false}) {
-        RemoteRig rig;
+        PublishRig rig;
         rig.AddClips(mp2, 48000, 1);
         rig.settings.BwfHeader = 0;
         rig.settings.PublishExtension = u"mpg";
