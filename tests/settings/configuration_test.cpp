@@ -104,7 +104,7 @@ struct ConfigurationTest : testing::Test {
     SettingsStore store{files.services, files.folder.Path(), record};
     Text path = files.folder.Path(u"OrmaIni.sup");
 
-    bool Load(const Bytes& bytes) {
+    bool Load(ByteSpan bytes) {
         test::WriteFileBytes(path, bytes);
         return store.LoadConfiguration();
     }
@@ -193,23 +193,21 @@ TEST_F(ConfigurationTest, TheAppendedGroupStandsBehindEverythingElse) {
     ASSERT_GT(saved.size(), before);
     saved.erase(saved.begin(), saved.begin() + static_cast<std::ptrdiff_t>(before));
     EXPECT_EQ(saved, group.bytes);
-
-    SettingsRecord again;
-    ASSERT_FALSE(SettingsStore(files.services, files.folder.Path(), again).LoadConfiguration());
-    EXPECT_EQ(again.Smtp[2].Port, 587U);
-    EXPECT_EQ(again.Preset[4].gainOffset, -3);
-    EXPECT_EQ(again.LiveFtpNewProjects, 1);
+    record.Smtp[2].Port = 0;
+    record.LiveFtpNewProjects = 0;
+    ASSERT_FALSE(store.LoadConfiguration());
+    EXPECT_EQ(record.Smtp[2].Port, 587U);
+    EXPECT_EQ(record.Preset[4].gainOffset, -3);
+    EXPECT_EQ(record.LiveFtpNewProjects, 1);
 }
 
 TEST_F(ConfigurationTest, AnAccountWithoutANameFollowsItsServer) {
-    record.Smtp1Server = u"old.example";
-    ASSERT_TRUE(store.SaveConfiguration());
-    ASSERT_FALSE(store.LoadConfiguration());
-    EXPECT_EQ(record.Smtp[1].Name, u"old.example");
-    record.Smtp1Server = u"new.example";
-    ASSERT_TRUE(store.SaveConfiguration());
-    ASSERT_FALSE(store.LoadConfiguration());
-    EXPECT_EQ(record.Smtp[1].Name, u"new.example");
+    for (const Text server : {u"old.example", u"new.example"}) {
+        record.Smtp1Server = server;
+        ASSERT_TRUE(store.SaveConfiguration());
+        ASSERT_FALSE(store.LoadConfiguration());
+        EXPECT_EQ(record.Smtp[1].Name, server);
+    }
 }
 
 TEST_F(ConfigurationTest, AnAccountBroughtIntoUseDoesNotReplaceAccount0AndNoEditIsLost) {
@@ -269,10 +267,8 @@ TEST_F(ConfigurationTest, ANewerFileIsReadUpToWhatIsKnownAndKeptBesideTheNextOne
 
 TEST_F(ConfigurationTest, MissingAndForeignFilesLeaveTheRecordAsItWas) {
     EXPECT_TRUE(store.LoadConfiguration());
-    for (const std::string_view foreign : {"", "OSU", "OSUSxxxxyyyyyyyyyyyyyyyy"}) {
-        const ByteSpan bytes = AsBytes(foreign);
-        EXPECT_TRUE(Load(Bytes(bytes.begin(), bytes.end())));
-    }
+    for (const std::string_view foreign : {"", "OSU", "OSUSxxxxyyyyyyyyyyyyyyyy"})
+        EXPECT_TRUE(Load(AsBytes(foreign)));
     EXPECT_EQ(record.FtpPublishing, 1);
     EXPECT_EQ(record.CurrentProjectName, u"default");
     EXPECT_EQ(record.ProjectsFolder, files.folder.Path());
@@ -282,7 +278,7 @@ TEST_F(ConfigurationTest, MissingAndForeignFilesLeaveTheRecordAsItWas) {
 TEST_F(ConfigurationTest, AFileCutShortAnywhereLoadsWithZerosForTheRest) {
     const Bytes whole = NumberedFile(50);
     for (std::size_t size = 8; size < whole.size(); size += 7) {
-        ASSERT_FALSE(Load(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size))));
+        ASSERT_FALSE(Load(ByteSpan(whole).first(size)));
         EXPECT_EQ(record.Unused49, 0);
         EXPECT_EQ(record.Ftp[24].Name, u"");
     }
