@@ -14,35 +14,18 @@ TEST(ApplicationMenu, TakesLieBesideTheProjectThatIsCurrentNow) {
     ASSERT_TRUE(MenuNewProject(*app, elsewhere.Path(u"pier.opr")));
     desk.Record(*app, 25);
     EXPECT_TRUE(desk.files.storage.Exists(elsewhere.Path(u"pier00.wav")));
-    ASSERT_TRUE(MenuNewProject(*app, desk.files.folder.Path(u"city.opr")));
+    ASSERT_TRUE(MenuNewProject(*app, desk.Path(u"city.opr")));
     desk.Record(*app, 25);
     ASSERT_TRUE(MenuOpen(*app, elsewhere.Path(u"pier.opr")));
-    WriteFileBytes(desk.files.folder.Path(u"bad.opr"), AsBytes("no project"));
-    EXPECT_FALSE(MenuOpen(*app, desk.files.folder.Path(u"bad.opr")));
+    WriteFileBytes(desk.Path(u"bad.opr"), AsBytes("no project"));
+    EXPECT_FALSE(MenuOpen(*app, desk.Path(u"bad.opr")));
     desk.Begin(*app, 25);
     EXPECT_TRUE(desk.files.storage.Exists(elsewhere.Path(u"pier01.wav")));
-    EXPECT_FALSE(MenuOpen(*app, desk.files.folder.Path(u"city.opr")));
-    EXPECT_FALSE(MenuNewProject(*app, desk.files.folder.Path(u"city.opr")));
+    EXPECT_FALSE(MenuOpen(*app, desk.Path(u"city.opr")));
+    EXPECT_FALSE(MenuNewProject(*app, desk.Path(u"city.opr")));
     EXPECT_EQ(desk.files.boxes.Texts(),
               (std::vector<Text>{u"LoadProject Project Id", u"MenuOpen", u"MenuNewProject"}));
     EXPECT_EQ(app->project.Name(), u"pier");
-}
-
-TEST(ApplicationMenu, ThePlayerGoesToTheStartOfWhatWasOpenedOrRewritten) {
-    Desk desk;
-    const auto app = desk.Start();
-    ASSERT_TRUE(MenuNewProject(*app, desk.files.folder.Path(u"city.opr")));
-    desk.Record(*app, 40);
-    for (const Text& path : {desk.files.folder.Path(u"part.wav"), app->recording.audioPath}) {
-        app->transport.MoveTo(30);
-        app->recording.selectionStart = 1;
-        app->recording.selectionEnd = app->recording.length;
-        EXPECT_TRUE(MenuSaveSelAs(*app, path));
-        EXPECT_EQ(app->player.Position(), path.ends_with(u"part.wav") ? 30 : 0);
-    }
-    app->transport.MoveTo(30);
-    EXPECT_TRUE(MenuOpenClip(*app, desk.files.folder.Path(u"part.wav")));
-    EXPECT_EQ(app->player.Position(), 0);
 }
 
 }  // namespace
