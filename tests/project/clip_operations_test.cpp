@@ -28,8 +28,11 @@ TEST_F(ClipOperations, AddMoveRenameAndRemoveAreStoredAndDoNothingWhilePlaying) 
     EXPECT_EQ(StoredNames(u"talk.opr"), (Names{u"talk00", u"other", u"talk01"}));
     EXPECT_EQ(recording.name, u"other");
     EXPECT_EQ(clips.TotalLength(), 130U);
-    EXPECT_TRUE(MoveClipDown(project));
-    EXPECT_TRUE(MoveClipDown(project));
+    EXPECT_TRUE(MoveClipUp(project));
+    EXPECT_TRUE(MoveClipUp(project));
+    EXPECT_EQ(StoredNames(u"talk.opr"), (Names{u"other", u"talk00", u"talk01"}));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(MoveClipDown(project));
     EXPECT_EQ(StoredNames(u"talk.opr"), (Names{u"talk00", u"talk01", u"other"}));
     EXPECT_FALSE(RenameClip(project, 2, u"Harbour", true));
     EXPECT_FALSE(RenameClip(project, 3, u"Harbour", false));

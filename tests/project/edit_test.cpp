@@ -1,6 +1,5 @@
 #include "audio/files/level_tables.h"
 #include "audio/files/vu_file.h"
-#include "project/cut_buttons.h"
 #include "project/cuts.h"
 #include "project/edge_nudge.h"
 #include "project/marks.h"
@@ -207,30 +206,6 @@ TEST_F(EditTest, RebuiltLevelsOf24BitSoundAreThoseThatTheRecorderReckons) {
     ASSERT_TRUE(project.OpenRecording(Path(u"digital.wav")));
     ASSERT_TRUE(EnsureLevels(project));
     EXPECT_EQ(recording.sheet.levels, (std::vector{LevelOfPeak(0), LevelOfPeak(4096)}));
-}
-
-TEST(CutButtons, ShowWhereTheCursorStands) {
-    using enum ButtonLook;
-    const std::optional<RemovedRange> none;
-    const std::optional<RemovedRange> cut = RemovedRange{20, 30, 0};
-    const std::optional<RemovedRange> empty = RemovedRange{20, 20, 0};
-    const struct {
-        std::optional<RemovedRange> cut;
-        std::uint32_t cursor;
-        std::uint32_t length;
-        std::uint32_t state;
-        CutButtonLooks looks;
-    } table[] = {
-        {none, 10, 100, 0, {kOn, kOn}},    {none, 90, 100, 2, {kOn, kOn}},
-        {none, 11, 100, 0, {kOff, kOff}},  {none, 10, 100, 3, {kOff, kOff}},
-        {none, 10, 0, 0, {kOff, kOff}},    {cut, 10, 100, 0, {kOff, kHalf}},
-        {cut, 25, 100, 0, {kHalf, kHalf}}, {cut, 35, 100, 0, {kHalf, kOff}},
-        {cut, 20, 100, 3, {kOn, kOn}},     {cut, 30, 0, 0, {kOn, kOn}},
-        {empty, 20, 100, 0, {kOff, kOff}}, {empty, 19, 100, 0, {kOff, kHalf}},
-    };
-    for (const auto& row : table)
-        EXPECT_EQ(UpdateCutButtons({row.cut, row.cursor, 10, 90, row.length, row.state}), row.looks)
-            << row.cursor << " of " << row.length << " in state " << row.state;
 }
 
 }  // namespace

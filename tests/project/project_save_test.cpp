@@ -128,21 +128,6 @@ TEST_F(ProjectSave, AnEmptyProjectLeavesAFileAloneThatItNeverRead) {
     EXPECT_EQ(StoredNames(u"talk.opr"), Names{u"talk00"});
 }
 
-TEST_F(ProjectSave, AFailedSaveIsReportedAndLeavesTheOldFile) {
-    LoadWith({u"talk00", u"talk01"});
-    const Bytes before = File(u"talk.opr");
-    // A folder stands where the temporary file would be.
-    ASSERT_EQ(storage.CreateFolder(Path(u"talk.opr.tmp")), 0U);
-    EXPECT_FALSE(project.SaveProject());
-    EXPECT_EQ(boxes.shown.size(), 1U);
-    EXPECT_EQ(File(u"talk.opr"), before);
-    // Nor is a clip dropped when no backup can be kept.
-    ASSERT_EQ(storage.CreateFolder(Path(u"talk.opr.bak.tmp")), 0U);
-    RemoveClip(0);
-    EXPECT_FALSE(project.SaveProject());
-    EXPECT_EQ(File(u"talk.opr"), before);
-}
-
 TEST_F(ProjectSave, KeepsTheTextOfAProjectThatHasNoFileYet) {
     const auto startAgain = [&] {
         project.SetPath(folder.Path(), u"fresh");

@@ -17,130 +17,137 @@ using testing::Not;
 
 const Text kConnecting = u"  Connecting...  ";
 
-PublishOutcome Cliplist(PublishRig& rig) {
-    return rig.Job().MenuPublishCliplist(false);
-}
+/// Two clips of MP2 and their ways to the servers.
+struct Delivery : PublishTest {
+    Delivery() { AddClips(); }
 
-TEST(Delivery, IsTheSameToFileByFtpAndByMail) {
+    PublishOutcome Publish(bool fast = false) {
+        clock.ticks = 0;
+        PublishJob job = Job();
+        return fast ? job.MenuPublishFastCliplist(false) : job.MenuPublishCliplist(false);
+    }
+
+    /// What arrived by FTP.
+    Bytes& Received() { return server.files[u"talk.wav"]; }
+
+    /// Cancels at the n-th question from the moment on when sending the sound begins, in this
+    /// attempt.
+    void CancelWhileSending(std::uint32_t n, int attempt = 1) {
+        progress.cancelAt = 0;
+        progress.onText = [this, n, attempt](const Text& text) mutable {
+            if (text == u"  Publishing audio...  " && --attempt == 0)
+                progress.cancelAt = progress.asked + n;
+        };
+    }
+};
+
+TEST_F(Delivery, IsTheSameToFileByFtpAndByMail) {
     for (const unsigned channels : {1U, 2U}) {
-        PublishRig rig;
-        rig.AddClips(true, 44100, channels);
-        ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-        ASSERT_EQ(Cliplist(rig), PublishOutcome::kPublished);
-        rig.settings.PublishMethod = 2;
-        rig.ExpectMails(1);
-        ASSERT_EQ(Cliplist(rig), PublishOutcome::kPublished);
-        EXPECT_THAT(rig.boxes.Texts(), IsEmpty());
+        AddClips(true, 44100, channels);
+        settings.PublishMethod = 0;
+        clock.ticks = 0;  // it numbers the material
+        ASSERT_EQ(Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
+        ASSERT_EQ(Publish(), PublishOutcome::kPublished);
+        settings.PublishMethod = 2;
+        ExpectMails(1);
+        ASSERT_EQ(Publish(), PublishOutcome::kPublished);
+        EXPECT_THAT(boxes.Texts(), IsEmpty());
 
-        const Bytes file = rig.File(u"pub_talk.wav");
-        EXPECT_EQ(rig.server.files[u"talk.wav"], file);
-        EXPECT_THAT(rig.Attachments(), ElementsAre(file));
-        EXPECT_EQ(rig.progress.bytes, std::pair(file.size(), file.size()));
-        EXPECT_EQ(rig.Findings(file), "");
-        EXPECT_THAT(rig.tcp.Sent(), testing::HasSubstr("filename=\"talk.wav\""));
-        EXPECT_THAT(rig.tcp.Sent(), testing::HasSubstr("\r\n\r\nHarbour\r\n"));
-        EXPECT_EQ(rig.dialogs.shown, std::vector<int>{107});
+        const Bytes file = File(u"pub_talk.wav");
+        EXPECT_EQ(Received(), file);
+        EXPECT_EQ(Attachments().back(), file);
+        EXPECT_EQ(progress.bytes, std::pair(file.size(), file.size()));
+        EXPECT_EQ(Findings(file), "");
+        EXPECT_THAT(tcp.Sent(), testing::HasSubstr("filename=\"talk.wav\""));
+        EXPECT_THAT(tcp.Sent(), testing::HasSubstr("\r\n\r\nHarbour\r\n"));
     }
 }
 
-TEST(Delivery, SaysTheExactLengthBeforeTheSound) {
-    struct Case {
+TEST_F(Delivery, SaysTheExactLengthBeforeTheSound) {
+    const struct {
         bool mp2;
         std::uint32_t rate;
         unsigned channels;
         bool fast;
+        const char* history;
+    } cases[] = {
+        {false, 44100, 1, false, "B=64,W=16,M=mono"},
+        {false, 44100, 2, false, "B=160,W=16,M=stereo"},
+        {false, 48000, 2, true, "B=80,W=16,M=mono"},
+        {false, 44100, 1, true, "B=80,W=16,M=mono"},
+        {true, 48000, 1, true, "B=80,W=16,M=mono"},
+        {true, 44100, 2, true, "B=80,W=16,M=mono"},
     };
-    for (const Case& c :
-         {Case{false, 44100, 1, false}, Case{false, 44100, 2, false}, Case{false, 48000, 2, true},
-          Case{false, 44100, 1, true}, Case{true, 48000, 1, true}, Case{true, 44100, 2, true}}) {
+    settings.FastBitrateIndex = 4;
+    for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.mp2 << ' ' << c.rate << ' ' << c.channels << c.fast);
-        PublishRig rig;
-        rig.AddClips(c.mp2, c.rate, c.channels);
-        if (!c.mp2 && c.channels == 2) rig.audio.bitrate.SetMp2Bitrate(9, rig.report);
-        rig.settings.FastBitrateIndex = 4;
-        const Mp2Bitrate before = rig.audio.bitrate;
-        PublishJob job = rig.Job();
-        ASSERT_EQ(c.fast ? job.MenuPublishFastCliplist(false) : job.MenuPublishCliplist(false),
-                  PublishOutcome::kPublished);
-        EXPECT_EQ(rig.audio.bitrate.Index(), before.Index());
-        EXPECT_EQ(rig.audio.stereo, c.mp2 && c.channels == 2);
-        const Bytes& file = rig.server.files[u"talk.wav"];
-        EXPECT_EQ(rig.Findings(file), "");
+        AddClips(c.mp2, c.rate, c.channels);
+        const std::uint32_t index = c.channels == 2 ? 8 : 3;
+        audio.bitrate.SetMp2Bitrate(c.mp2 ? audio.bitrate.Index() : index, report);
+        const std::uint32_t before = audio.bitrate.Index();
+        ASSERT_EQ(Publish(c.fast), PublishOutcome::kPublished);
+        EXPECT_EQ(audio.bitrate.Index(), before);
+        EXPECT_EQ(audio.stereo, c.mp2 && c.channels == 2);
+        const Bytes& file = Received();
+        EXPECT_EQ(Findings(file), "");
         EXPECT_EQ(LoadLe<std::uint32_t>(&file.at(4)) + 8, file.size());
-        const char* const mode = c.fast || c.channels == 1 ? "mono" : "stereo";
-        EXPECT_THAT(std::string(file.begin(), file.begin() + 800),
-                    testing::HasSubstr(Format("A=MPEG1L2,F=48000,B=%u,W=16,M=%s",
-                                              c.fast ? 80 : before.BitsPerSecond() / 1000, mode)));
+        EXPECT_THAT(std::string(file.begin(), file.begin() + 800), testing::HasSubstr(c.history));
     }
 }
 
-TEST(Delivery, AFastPublicationHearsBothChannels) {
-    // What is published of a recording with these channels, L and R of each sample.
-    const auto data = [](bool mp2, const std::vector<std::int16_t>& sound, unsigned channels) {
-        PublishRig rig;
-        rig.SetFormat(mp2, channels);
-        rig.AddTake(u"talk00", sound, 44100, channels);
-        rig.AddClip(u"talk00");
-        EXPECT_EQ(rig.Job().MenuPublishFastCliplist(false), PublishOutcome::kPublished);
-        const Bytes& file = rig.server.files[u"talk.wav"];
-        for (const RiffChunk& chunk : RiffChunks(file))
-            if (chunk.id == "data") return Bytes(chunk.content.begin(), chunk.content.end());
-        return Bytes();
-    };
+TEST_F(Delivery, AFastPublicationHearsBothChannels) {
     const std::vector<std::int16_t> voice = Speech(48000, 48000, 1);
-    // The voice times these factors, in as many channels.
-    const auto scaled = [&](std::initializer_list<double> factors) {
+    // What is published of the voice times these factors, in as many channels.
+    const auto data = [&](bool mp2, std::initializer_list<double> factors) {
         std::vector<std::int16_t> sound;
         for (const std::int16_t sample : voice)
             for (const double factor : factors)
                 sound.push_back(static_cast<std::int16_t>(sample * factor));
-        return sound;
+        const auto channels = static_cast<unsigned>(factors.size());
+        SetFormat(mp2, channels);
+        clips.Clear();
+        AddTake(u"talk00", sound, 44100, channels);
+        AddClip(u"talk00");
+        EXPECT_EQ(Publish(true), PublishOutcome::kPublished);
+        for (const RiffChunk& chunk : RiffChunks(Received()))
+            if (chunk.id == "data") return Bytes(chunk.content.begin(), chunk.content.end());
+        return Bytes();
     };
-    const auto left = scaled({1, 0});
-    const auto right = scaled({0, 1});
-    const auto none = scaled({0, 0});
-    const Bytes expected = data(false, scaled({0.5}), 1);
-    EXPECT_EQ(data(false, left, 2), expected);
-    EXPECT_EQ(data(false, right, 2), expected);
-    const Bytes silence = data(false, none, 2);
-    EXPECT_NE(silence, expected);
-    EXPECT_EQ(data(false, scaled({1, -1}), 2), silence);
-    EXPECT_EQ(data(true, left, 2), data(true, right, 2));
-    EXPECT_NE(data(true, right, 2), data(true, none, 2));
+    const Bytes half = data(false, {0.5});
+    EXPECT_EQ(data(false, {1, 0}), half);
+    EXPECT_EQ(data(false, {0, 1}), half);
+    const Bytes silence = data(false, {0, 0});
+    EXPECT_NE(silence, half);
+    EXPECT_EQ(data(false, {1, -1}), silence);
+    EXPECT_EQ(data(true, {1, 0}), data(true, {0, 1}));
+    EXPECT_NE(data(true, {0, 1}), data(true, {0, 0}));
 }
 
-TEST(Delivery, ResumesExactlyWhereverItBreaks) {
+TEST_F(Delivery, ResumesExactlyWhereverItBreaks) {
     std::mt19937 random(20090115);
     for (const bool fast : {false, true}) {
-        PublishRig rig;
-        rig.AddClips();
-        PublishJob job = rig.Job();
-        const auto publish = [&] {
-            rig.clock.ticks = 0;
-            return fast ? job.MenuPublishFastCliplist(false) : job.MenuPublishCliplist(false);
-        };
-        ASSERT_EQ(publish(), PublishOutcome::kPublished);
-        const Bytes whole = rig.server.files[u"talk.wav"];
+        progress.onText = nullptr;
+        ASSERT_EQ(Publish(fast), PublishOutcome::kPublished);
+        const Bytes whole = Received();
         std::uniform_int_distribution<std::size_t> anywhere(0, whole.size() - 1);
         int breaks = 0;
-        rig.progress.onText = [&](const Text& text) {
+        progress.onText = [&](const Text& text) {
             if (text != kConnecting || breaks-- <= 0) return;
-            rig.server.breaksAfter = anywhere(random) / 3;
-            rig.server.losesAtBreak = breaks % 2 == 0 ? anywhere(random) / 20 : 0;
+            server.breaksAfter = anywhere(random) / 3;
+            server.losesAtBreak = breaks % 2 == 0 ? anywhere(random) / 20 : 0;
         };
         for (int run = 0; run < (fast ? 6 : 30); ++run) {
-            rig.server.files.clear();
-            rig.settings.AutoResume = run % 2 == 0 ? 1 : 0;
-            if (run % 2 != 0) rig.boxes.answers.assign(12, BoxAnswer::kYes);
+            server.files.clear();
+            settings.AutoResume = run % 2 == 0 ? 1 : 0;
+            boxes.answers.assign(run % 2 == 0 ? 0 : 12, BoxAnswer::kYes);
             breaks = 1 + run % 3;
-            ASSERT_EQ(publish(), PublishOutcome::kPublished) << run;
-            ASSERT_TRUE(rig.server.files[u"talk.wav"] == whole) << run;
-            rig.boxes.answers.clear();
+            ASSERT_EQ(Publish(fast), PublishOutcome::kPublished) << run;
+            ASSERT_TRUE(Received() == whole) << run;
         }
     }
 }
 
-TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
+TEST(BrokenDelivery, TellsWhatBecameOfABrokenPublication) {
     constexpr bool kMp2 = true;
     constexpr bool kPcm = false;
     struct Case {
@@ -217,13 +224,13 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         PublishRig rig;
-        rig.AddClips(c.mp2, 44100, 1);
+        rig.AddClips(c.mp2);
         if (c.breaksAfter > 0) {
             rig.server.breaksAfter = c.breaksAfter;
             rig.boxes.answers = {BoxAnswer::kOk, BoxAnswer::kYes};
         }
         c.prepare(rig);
-        EXPECT_EQ(Cliplist(rig), c.outcome);
+        EXPECT_EQ(rig.Job().MenuPublishCliplist(false), c.outcome);
         EXPECT_EQ(rig.boxes.Texts(), c.boxes);
         if (c.outcome == kPublished) {
             EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "");
@@ -235,123 +242,95 @@ TEST(Delivery, TellsWhatBecameOfABrokenPublication) {
     }
 }
 
-TEST(Delivery, BeginsAnewWhereTheServersFileIsNotThePieceThatWasSent) {
-    PublishRig rig;
-    rig.AddClips();
-    rig.settings.AutoResume = 1;
-    const auto publish = [&] {
-        rig.clock.ticks = 0;
-        return Cliplist(rig);
-    };
-    ASSERT_EQ(publish(), PublishOutcome::kPublished);
-    const Bytes whole = rig.server.files[u"talk.wav"];
+TEST_F(Delivery, BeginsAnewWhereTheServersFileIsNotThePieceThatWasSent) {
+    settings.AutoResume = 1;
+    ASSERT_EQ(Publish(), PublishOutcome::kPublished);
+    const Bytes whole = Received();
     const std::vector<std::function<void()>> afterTheBreak = {
-        [&] { rig.server.files.erase(u"talk.wav"); },                 // it drops what broke off
-        [&] { rig.server.files[u"talk.wav"].resize(whole.size()); },  // it has more than was sent
-        [] {},  // it shows what was there before
+        [&] { server.files.erase(u"talk.wav"); },  // it drops what broke off
+        [&] { Received().resize(whole.size()); },  // it has more than was sent
+        [] {},                                     // it shows what was there before
     };
     for (const auto& meddle : afterTheBreak) {
-        rig.server.files[u"talk.wav"] = Bytes(5000, 'o');
-        rig.server.breaksAfter = 9000;
-        rig.server.hidesUploads = &meddle == &afterTheBreak.back();
-        rig.server.log.clear();
+        Received() = Bytes(5000, 'o');
+        server.breaksAfter = 9000;
+        server.hidesUploads = &meddle == &afterTheBreak.back();
         bool first = true;
-        rig.progress.onText = [&](const Text& text) {
+        progress.onText = [&](const Text& text) {
             if (text == kConnecting && !std::exchange(first, false)) meddle();
         };
-        EXPECT_EQ(publish(), PublishOutcome::kPublished) << testing::PrintToString(rig.server.log);
-        EXPECT_TRUE(rig.server.files[u"talk.wav"] == whole);
-        EXPECT_THAT(rig.server.log, Not(Contains(testing::StartsWith("REST"))));
+        EXPECT_EQ(Publish(), PublishOutcome::kPublished);
+        EXPECT_TRUE(Received() == whole);
+        EXPECT_THAT(server.log, Not(Contains(testing::StartsWith("REST"))));
     }
 }
 
-TEST(Delivery, WaitsForAServerThatIsAwayAndPacesItself) {
-    PublishRig rig;
-    rig.AddClips();
-    rig.settings.AutoResume = 1;
-    rig.server.connection.code = kFtpCannotConnect;
-    rig.server.failingConnections = 5;
-    rig.clock.ticks = 0;
-    EXPECT_EQ(Cliplist(rig), PublishOutcome::kPublished);
-    EXPECT_GE(rig.clock.ticks, 5000U) << "a second each, no hammering";
-    EXPECT_THAT(rig.boxes.Texts(), IsEmpty());
-    EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "");
+TEST_F(Delivery, WaitsForAServerThatIsAwayAndPacesItself) {
+    settings.AutoResume = 1;
+    server.connection.code = kFtpCannotConnect;
+    server.failingConnections = 5;
+    EXPECT_EQ(Publish(), PublishOutcome::kPublished);
+    EXPECT_GE(clock.ticks, 5000U) << "a second each, no hammering";
+    EXPECT_THAT(boxes.Texts(), IsEmpty());
+    EXPECT_EQ(Findings(Received()), "");
 
     // Until the user has enough of it.
-    rig.server.failingConnections = FakeFtp::kNever;
-    rig.progress.cancelAt = rig.progress.asked + 100;
-    EXPECT_EQ(Cliplist(rig), PublishOutcome::kCancelled);
-    EXPECT_THAT(rig.boxes.Texts(),
-                ElementsAre(u"Publishing was cancelled.\nNothing was published."));
-    rig.progress.cancelAt = 0;
-    rig.server.connection.code = kFtpCannotConnect;
-    rig.settings.AutoResume = 0;
-    rig.boxes.shown.clear();
-    EXPECT_EQ(Cliplist(rig), PublishOutcome::kFailed);
-    EXPECT_THAT(rig.boxes.Texts(), ElementsAre(u"Cannot connect", u"Resume publishing ?"));
+    server.failingConnections = FakeFtp::kNever;
+    progress.cancelAt = progress.asked + 100;
+    EXPECT_EQ(Publish(), PublishOutcome::kCancelled);
+    EXPECT_EQ(boxes.Texts(), Texts{u"Publishing was cancelled.\nNothing was published."});
 }
 
-TEST(Delivery, ThatIsCancelledEndsTheFileAndSendsNothingMore) {
+const Texts kIncomplete = {u"Publishing was cancelled.\nThe publication is incomplete."};
+
+TEST_F(Delivery, ThatIsCancelledEndsTheFileAndSendsNothingMore) {
+    settings.PublishText = 1;
+    ExpectMails(1);
     for (const std::uint32_t method : {0U, 2U}) {
-        PublishRig rig;
-        rig.AddClips();
-        rig.settings.PublishMethod = method;
-        rig.settings.PublishText = 1;
-        rig.ExpectMails(1);
-        rig.progress.onText = [&](const Text& text) {
-            if (text == u"  Publishing audio...  ")
-                rig.progress.cancelAt = rig.progress.asked + (method == 0 ? 5 : 2);
-        };
-        EXPECT_EQ(Cliplist(rig), PublishOutcome::kCancelled);
-        EXPECT_THAT(rig.boxes.Texts(),
-                    ElementsAre(u"Publishing was cancelled.\nThe publication is incomplete."));
-        const Bytes received = method == 0 ? rig.server.files[u"talk.wav"] : rig.Attachments()[0];
+        settings.PublishMethod = method;
+        boxes.shown.clear();
+        CancelWhileSending(method == 0 ? 5 : 2);
+        EXPECT_EQ(Publish(), PublishOutcome::kCancelled);
+        EXPECT_EQ(boxes.Texts(), kIncomplete);
+        const Bytes received = method == 0 ? Received() : Attachments().at(0);
         const std::string text(received.begin(), received.end());
         EXPECT_THAT(text, testing::HasSubstr("qlty")) << "its end is written";
-        EXPECT_EQ(rig.server.files.size(), method == 0 ? 1U : 0U);
+        EXPECT_EQ(server.files.size(), 1U);
     }
 }
 
-TEST(Delivery, ThatStopsInTheMiddleLeavesNothingThatLooksWhole) {
-    PublishRig cancelled;
-    cancelled.AddClips();
-    cancelled.settings.AutoResume = 1;
-    cancelled.server.breaksAfter = 9000;
-    int attempts = 0;
-    cancelled.progress.onText = [&](const Text& text) {
-        if (text == u"  Publishing audio...  " && ++attempts == 2)
-            cancelled.progress.cancelAt = cancelled.progress.asked + 1;
-    };
-    EXPECT_EQ(Cliplist(cancelled), PublishOutcome::kCancelled);
-    EXPECT_EQ(cancelled.server.files[u"talk.wav"].size(), 9000U) << "no end in the middle of it";
-    EXPECT_THAT(cancelled.boxes.Texts(),
-                ElementsAre(u"Publishing was cancelled.\nThe publication is incomplete."));
-    EXPECT_THAT(cancelled.server.log, Not(Contains("CLOSE")));
-
-    PublishRig unreadable;
-    unreadable.AddClips();
-    Bytes take = unreadable.File(u"talk00.mp2");
-    take[take.size() / 192 / 2 * 192] = 0;
-    WriteFileBytes(unreadable.Path(u"talk00.mp2"), take);
-    EXPECT_EQ(Cliplist(unreadable), PublishOutcome::kFailed);
-    EXPECT_FALSE(unreadable.server.files[u"talk.wav"].empty());
-    EXPECT_THAT(unreadable.server.log, Not(Contains("CLOSE")));
+TEST_F(Delivery, ThatIsCancelledInAnotherAttemptHasNoEndInTheMiddle) {
+    settings.AutoResume = 1;
+    server.breaksAfter = 9000;
+    CancelWhileSending(1, 2);
+    EXPECT_EQ(Publish(), PublishOutcome::kCancelled);
+    EXPECT_EQ(Received().size(), 9000U);
+    EXPECT_EQ(boxes.Texts(), kIncomplete);
+    EXPECT_THAT(server.log, Not(Contains("CLOSE")));
 }
 
-TEST(Delivery, OfBareFramesIsTheSoundAlone) {
+TEST_F(Delivery, OfADamagedTakeIsNotClosedAsIfItWereWhole) {
+    Bytes take = File(u"talk00.mp2");
+    take[take.size() / 192 / 2 * 192] = 0;
+    WriteFileBytes(Path(u"talk00.mp2"), take);
+    EXPECT_EQ(Publish(), PublishOutcome::kFailed);
+    EXPECT_FALSE(Received().empty());
+    EXPECT_THAT(server.log, Not(Contains("CLOSE")));
+}
+
+TEST_F(Delivery, OfBareFramesIsTheSoundAlone) {
+    settings.BwfHeader = 0;
+    settings.PublishExtension = u"mpg";
+    settings.FtpFolder = u"news/in";
     for (const bool mp2 : {true, false}) {
-        PublishRig rig;
-        rig.AddClips(mp2, 48000, 1);
-        rig.settings.BwfHeader = 0;
-        rig.settings.PublishExtension = u"mpg";
-        rig.settings.FtpFolder = u"news/in";
-        ASSERT_EQ(Cliplist(rig), PublishOutcome::kPublished);
-        const Bytes& file = rig.server.files[mp2 ? u"news/in/talk.mpg" : u"news/in/talk.mp2"];
+        AddClips(mp2, 48000);
+        ASSERT_EQ(Publish(), PublishOutcome::kPublished);
+        const Bytes& file = server.files[mp2 ? u"news/in/talk.mpg" : u"news/in/talk.mp2"];
         ASSERT_GT(file.size(), 192U);
         EXPECT_EQ(file.size() % 192, 0U);
         for (std::size_t at = 0; at < file.size(); at += 192)
             ASSERT_EQ(LoadLe<std::uint16_t>(&file[at]), 0xFDFF);
-        EXPECT_EQ(rig.progress.bytes, std::pair(file.size(), file.size()));
+        EXPECT_EQ(progress.bytes, std::pair(file.size(), file.size()));
     }
 }
 

@@ -178,8 +178,8 @@ TEST_F(PublishJobTest, SendsStoredMp2FramesUnchanged) {
 TEST_F(PublishJobTest, PublishesTheSelectionOfTheCurrentRecording) {
     LevelSheet sheet = AddTake(u"talk00", Speech(80 * kPeriod44100, 44100, 1));
     sheet.cuts = {{15, 15, 0}, {30, 35, 0}};
-    MakeCurrent(u"talk00", sheet);
-    recording.title = u"Market";
+    ASSERT_TRUE(project.OpenRecording(Path(u"talk00.wav")));
+    recording.sheet = sheet;
     recording.selectionStart = 10;
     recording.selectionEnd = 50;
 
@@ -201,7 +201,7 @@ TEST_F(PublishJobTest, AClipWithoutRangeHasTheLengthInTheListThatIsPublished) {
     sheet.rangeStart = 10;  // as a published selection leaves it
     sheet.rangeEnd = 50;
     AddLevels(u"talk00", sheet);
-    MakeCurrent(u"talk00", sheet);
+    ASSERT_TRUE(project.OpenRecording(Path(u"talk00.mp2")));
     AddClip(u"talk00");
     project.CheckClip(clips.At(0));
     EXPECT_EQ(clips.At(0).length, 75U);

@@ -42,7 +42,7 @@ PublishRig::PublishRig() {
 void PublishRig::SetFormat(bool mp2, unsigned channels) {
     audio.mp2 = mp2;
     audio.stereo = mp2 && channels == 2;
-    if (audio.stereo) audio.bitrate.SetMp2Bitrate(7, report);
+    audio.bitrate.SetMp2Bitrate(audio.stereo ? 7 : 3, report);
 }
 
 LevelSheet PublishRig::AddTake(const Text& name, const std::vector<std::int16_t>& samples,
@@ -103,6 +103,7 @@ void PublishRig::AddClip(const Text& name, std::uint32_t begin, std::uint32_t en
 
 void PublishRig::AddClips(bool mp2, std::uint32_t rate, unsigned channels) {
     SetFormat(mp2, channels);
+    clips.Clear();
     if (mp2) rate = 48000;
     const std::size_t period = rate / 20;
     LevelSheet sheet =
@@ -135,15 +136,6 @@ std::vector<Bytes> PublishRig::Attachments() const {
         attachments.emplace_back(text.begin(), text.end());
     }
     return attachments;
-}
-
-void PublishRig::MakeCurrent(const Text& name, const LevelSheet& sheet) {
-    recording.folder = Path();
-    recording.name = name;
-    recording.audioPath = Path(name + (audio.mp2 ? u".mp2" : u".wav"));
-    recording.levelPath = Path(name + u".jvu");
-    recording.sheet = sheet;
-    recording.length = static_cast<std::uint32_t>(sheet.levels.size());
 }
 
 std::string PublishRig::Findings(TextView name) {

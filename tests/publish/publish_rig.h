@@ -93,9 +93,6 @@ struct PublishRig {
     /// Two clips, one of them whole with a cut and sound behind its last period.
     void AddClips(bool mp2 = true, std::uint32_t rate = 44100, unsigned channels = 1);
 
-    /// Makes a take the current recording, as opening it does.
-    void MakeCurrent(const Text& name, const LevelSheet& sheet);
-
     /// The mail server takes `messages` of them.
     void ExpectMails(int messages);
 
