@@ -92,13 +92,9 @@ TEST_P(RecoveryTest, AFirstTakeThatIsKilledComesBackWithItsMarksAndAClip) {
         EXPECT_EQ(app->recording.sheet.levels, levels);
     }
 
-    // The next take goes on behind it, and a further start has nothing to recover.
+    // The next take goes on behind it.
     after_->Record(*app, 40);
     EXPECT_EQ(app->clips.At(1).name, u"talk01");
-    after_->files.boxes.shown.clear();
-    EXPECT_TRUE(OpenOrCreateProject(*app, after_->Path(u"talk.opr")));
-    EXPECT_THAT(after_->files.boxes.shown, IsEmpty());
-    EXPECT_EQ(app->clips.Count(), 2);
 }
 
 TEST_P(RecoveryTest, AKillBetweenTheTakesEndAndTheProjectFileLosesNoClip) {
@@ -129,9 +125,8 @@ TEST_P(RecoveryTest, ATakeWithoutAnySoundLeavesNothing) {
     ASSERT_TRUE(desk_.Exists(u"talk00.rec"));
     const auto app = StartAfterKill();
     EXPECT_EQ(app->clips.Count(), 0);
-    EXPECT_FALSE(LeftBehind(u"talk00.rec"));
-    EXPECT_FALSE(LeftBehind(Sound(u"talk00")));
-    EXPECT_FALSE(LeftBehind(u"talk.opr"));
+    for (const Text& name : {Text(u"talk00.rec"), Sound(u"talk00"), Text(u"talk.opr")})
+        EXPECT_FALSE(LeftBehind(name));
 }
 
 TEST_P(RecoveryTest, ATakeOfOnePeriodIsKeptAndLookedAtOnce) {

@@ -41,20 +41,30 @@ TEST(StartUp, NumbersANewProjectPastThoseThatExist) {
     EXPECT_TRUE(desk.Exists(u"city3-.opr"));
 }
 
-TEST(StartUp, ReopensTheLastProjectWhereverItLies) {
+TEST(StartUp, ReopensTheLastProjectWhereverItLiesWithGainVolumeAndSet) {
     Desk desk;
     const TempFolder elsewhere;
-    desk.Configure([](SettingsRecord& settings) { settings.StartMode = 3; });
+    desk.Configure([](SettingsRecord& settings) {
+        settings.StartMode = 3;
+        settings.InputOptions = 1;
+        settings.Preset[0].name = u"mic";
+    });
     {
         const auto app = desk.Start();
         ASSERT_TRUE(OpenOrCreateProject(*app, elsewhere.Path(u"pier.opr")));
         desk.Record(*app, 25);
+        app->input.SetInputGain(12);
+        app->input.SetOutputVolume(-3);
+        ASSERT_TRUE(app->input.SelectByName(u"mic"));
         ASSERT_TRUE(ShutDown(*app));
     }
     const auto app = desk.Start();
     ASSERT_TRUE(OpenProjectAtStart(*app, u""));
     EXPECT_EQ(app->project.ProjectFilePath(), elsewhere.Path(u"pier.opr"));
     EXPECT_EQ(app->clips.Count(), 1);
+    EXPECT_EQ(app->input.InputGainDb(), 12);
+    EXPECT_EQ(app->input.OutputStep(), 17U);
+    EXPECT_EQ(app->input.CurrentSetName(), u"mic");
     desk.Record(*app, 25);
     EXPECT_TRUE(desk.files.storage.Exists(elsewhere.Path(u"pier01.wav")))
         << "the writers record into the project's own folder";
@@ -86,25 +96,6 @@ TEST(StartUp, StartsTheCommandOfTheSettingsForProjectsThatTheUserMakes) {
     app->settings.PostCreateStep = 0;
     ASSERT_TRUE(OpenOrCreateProject(*app, desk.Path(u"quay.opr")));
     EXPECT_TRUE(desk.desktop.asked.empty());
-}
-
-TEST(ShutDownOrder, KeepsGainVolumeAndSetForTheNextStart) {
-    Desk desk;
-    desk.Configure([](SettingsRecord& settings) {
-        settings.InputOptions = 1;
-        settings.Preset[0].name = u"mic";
-    });
-    {
-        const auto app = desk.Start();
-        app->input.SetInputGain(12);
-        app->input.SetOutputVolume(-3);
-        ASSERT_TRUE(app->input.SelectByName(u"mic"));
-        ASSERT_TRUE(ShutDown(*app));
-    }
-    const auto app = desk.Start();
-    EXPECT_EQ(app->input.InputGainDb(), 12);
-    EXPECT_EQ(app->input.OutputStep(), 17U);
-    EXPECT_EQ(app->input.CurrentSetName(), u"mic");
 }
 
 }  // namespace

@@ -163,7 +163,6 @@ TEST_F(ProjectLoad, AFileRefusedAtStartUpLeavesAFreeName) {
 TEST_F(ProjectLoad, ANewProjectTakesItsFormatAndTextFromTheOptions) {
     AddRecording(u"talk00", 40);
     AddClip(u"talk00");
-    record.text = u"old";
     record.publishingValue = 5;
     ASSERT_TRUE(Load());
     const auto newProject = [&](const Text& textFile) {
@@ -181,7 +180,6 @@ TEST_F(ProjectLoad, ANewProjectTakesItsFormatAndTextFromTheOptions) {
     AddFile(u"latin.txt", "Caf\xE9 \x80");
     EXPECT_EQ(newProject(u"latin.txt"), u"Caf\u00E9 \u20AC");
     EXPECT_EQ(project.Data().publishingValue, 0U);
-    EXPECT_EQ(project.RecordingIndex(), -1);
     EXPECT_TRUE(clips.Empty());
     EXPECT_EQ(recording.audioPath, Path(u"default00.mp2"));
     EXPECT_EQ(recording.length, 0U);

@@ -1,3 +1,4 @@
+#include "project/missing_clips.h"
 #include "project_rig.h"
 
 namespace orma::test {
@@ -185,6 +186,36 @@ TEST_F(ProjectSave, AProjectsOwnTextAndADraftBesideItAreBothKept) {
         ASSERT_TRUE(project.SaveProject());
         EXPECT_FALSE(Exists(u"talk.opr.text"));
     }
+}
+
+TEST(MissingClips, KeepTheirPlaceBetweenTheirNeighbours) {
+    const auto named = [](const Text& name, std::uint32_t place) {
+        ClipEntry clip;
+        clip.name = name;
+        clip.place = place;
+        return clip;
+    };
+    // Loaded were M a N b O P c; the capital letters are missing.
+    ClipList clips;
+    for (const ClipEntry& clip : {named(u"a", 2), named(u"b", 4), named(u"c", 7)})
+        clips.Append(clip);
+    const std::vector<ClipEntry> missing = {named(u"M", 1), named(u"N", 3), named(u"O", 5),
+                                            named(u"P", 6)};
+    const auto merged = [&] {
+        Text names;
+        for (const ClipEntry& clip : WithMissingClips(clips, missing).clips)
+            names += clip.name;
+        return names;
+    };
+    EXPECT_EQ(merged(), u"MaNbOPc");
+    clips.Append(named(u"x", 0));
+    ASSERT_TRUE(clips.SetCurrent(1));
+    clips.MoveCurrentUp();  // b goes in front of a, with its followers
+    EXPECT_EQ(merged(), u"MbOPaNcx");
+    clips.RemoveCurrent();  // b's followers now follow a
+    EXPECT_EQ(merged(), u"MaNOPcx");
+    clips.Clear();
+    EXPECT_EQ(merged(), u"MNOP");
 }
 
 }  // namespace

@@ -35,18 +35,6 @@ TEST_F(ProjectTakes, AFinishedTakeBecomesTheLastClipAndIsSaved) {
     EXPECT_EQ(sheet->levels.size(), 80U);
 }
 
-TEST_F(ProjectTakes, ATakeWithoutALevelFileIsKeptAllTheSame) {
-    ASSERT_EQ(storage.CreateFolder(Path(u"talk00.jvu.tmp")), 0U);
-    RecordTake(40);
-    EXPECT_EQ(boxes.shown.size(), 2U) << "tried again as the project was saved";
-    EXPECT_EQ(StoredNames(u"talk.opr"), Names{u"talk00"});
-    EXPECT_EQ(clips.Current()->length, 40U);
-
-    ASSERT_TRUE(std::filesystem::remove(folder.Native(u"talk00.jvu.tmp")));
-    EXPECT_TRUE(project.SaveProject());
-    EXPECT_EQ(ReadVuFile(files, Path(u"talk00.jvu")), recording.sheet);
-}
-
 TEST_F(ProjectTakes, AFileThatAnotherProgramTookAwayIsToldAtTheEndOfItsTake) {
     (void)project.PrepareTake();
     recording.sheet.levels.assign(60, 10);

@@ -161,65 +161,54 @@ TEST_F(CompanionsTest, AMissingNetworkIsTold) {
 using PublishChecks = PublishTest;
 
 TEST_F(PublishChecks, RefuseWithTheirTexts) {
-    audio.mp2 = true;
     PublishJob job = Job();
-    const Texts silence;
-    const Texts busy = {u"MenuPublishCliplist"};
-    const Texts nothing = {u"Nothing recorded or selected"};
-    const Texts noClips = {u"Nothing in cliplist"};
-    const Texts noFtp = {u"No FTP server is set up.\nIt is added with orma-setup."};
-    const Texts tooHigh = {
-        u"Sample-rate= 96 KHz.\nYou can not publish at\nsample-rates higher than 48 KHz."};
-    using Command = PublishOutcome (PublishJob::*)(bool);
-    const auto refuse = [&](Command command, bool isBusy = false) {
+    const Text busy = u"MenuPublishCliplist";
+    const Text noClips = u"Nothing in cliplist";
+    const Text tooHigh =
+        u"Sample-rate= 96 KHz.\nYou can not publish at\nsample-rates higher than 48 KHz.";
+    const auto refuse = [&](PublishOutcome (PublishJob::*command)(bool), bool isBusy = false) {
         boxes.shown.clear();
         EXPECT_EQ((job.*command)(isBusy), PublishOutcome::kRefused);
-        return boxes.Texts();
+        return boxes.shown.empty() ? Text() : boxes.shown[0].text;
     };
-    constexpr Command kClip = &PublishJob::MenuPublishClip;
-    constexpr Command kClipToFile = &PublishJob::MenuPublishClipToFile;
-    constexpr Command kFastClip = &PublishJob::MenuPublishFastClip;
-    constexpr Command kList = &PublishJob::MenuPublishCliplist;
-    constexpr Command kListToFile = &PublishJob::MenuPublishCliplistToFile;
-    constexpr Command kFastList = &PublishJob::MenuPublishFastCliplist;
-    constexpr Command kImage = &PublishJob::MenuPublishImage;
-    for (const Command command : {kClip, kFastClip, kImage, kClipToFile, kListToFile})
-        EXPECT_EQ(refuse(command, true), silence);
-    for (const Command command : {kList, kFastList})
-        EXPECT_EQ(refuse(command, true), busy);
-    EXPECT_EQ(refuse(kFastClip), nothing);
-    EXPECT_EQ(refuse(kListToFile), noClips);
-    EXPECT_EQ(refuse(kImage), silence);  // images are off
-    settings.ImagePublishing = 1;
-    audio.sampleRate = 96000;
-    EXPECT_EQ(refuse(kImage), tooHigh);
-    audio.sampleRate = 44100;
+    for (const auto command : {&PublishJob::MenuPublishClip, &PublishJob::MenuPublishFastClip,
+                               &PublishJob::MenuPublishImage, &PublishJob::MenuPublishClipToFile,
+                               &PublishJob::MenuPublishCliplistToFile})
+        EXPECT_EQ(refuse(command, true), u"");
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplist, true), busy);
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishFastClip), u"Nothing recorded or selected");
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplistToFile), noClips);
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishImage), u"");  // images are off
     settings.FtpPublishing = 0;
-    EXPECT_EQ(refuse(kFastList), silence);  // images need no clip
-    settings.ImagePublishing = 0;
-    EXPECT_EQ(refuse(kClip), silence);
-    EXPECT_EQ(refuse(kList), busy);
-    settings.PublishMethod = 1;  // which needs no such option
-    EXPECT_EQ(refuse(kList), noClips);
-    AddClips();
-    settings.Recipient = u"nobody";
-    EXPECT_EQ(refuse(kFastList), Texts{u"Illegal email-address"});
-    settings.PublishMethod = 0;
-    settings.PublishToFile = 0;
-    EXPECT_EQ(refuse(kClipToFile), silence);
-    EXPECT_EQ(refuse(kListToFile), busy);
-    settings.PublishToFile = 1;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishClip), u"");
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplist), busy);
+    settings.ImagePublishing = 1;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishFastCliplist), u"");  // images need no clip
     audio.sampleRate = 96000;
-    EXPECT_EQ(refuse(kListToFile), tooHigh);
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishImage), tooHigh);
+    settings.ImagePublishing = 0;
+    settings.PublishMethod = 1;  // which needs no such option
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplist), noClips);
+    AddClips();
+    settings.PublishToFile = 0;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishClipToFile), u"");
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplistToFile), busy);
+    settings.PublishToFile = 1;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplistToFile), tooHigh);
     audio.sampleRate = 44100;
+    settings.Recipient = u"nobody";
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishFastCliplist), u"Illegal email-address");
+    settings.PublishMethod = 0;
     settings.FtpServer.clear();
-    EXPECT_EQ(refuse(kFastList), noFtp);
+    const Text noFtp = u"No FTP server is set up.\nIt is added with orma-setup.";
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishFastCliplist), noFtp);
     settings.FtpPublishing = 1;
     settings.ImagePublishing = 1;
-    EXPECT_EQ(refuse(kList), noFtp);
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplist), noFtp);
     settings.PublishMethod = 2;
     settings.SmtpServer.clear();
-    EXPECT_EQ(refuse(kImage), Texts{u"No mail server is set up.\nIt is added with orma-setup."});
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishImage),
+              u"No mail server is set up.\nIt is added with orma-setup.");
     EXPECT_THAT(dialogs.shown, IsEmpty()) << "nobody fills a dialog in for nothing";
 }
 

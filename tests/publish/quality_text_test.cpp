@@ -38,21 +38,6 @@ TEST(QualityText, PlacesMarksByTheSoundThatIsKept) {
               "C=N006, TS=00:00:04:20, T=End\r\n");
 }
 
-TEST(QualityText, OfAClipThatIsCutAwayHasNoMarks) {
-    const std::vector<ClipPlan> clips = {Clip("gone", 10, 20, {{5, 25, 0}}, {12}),
-                                         Clip("kept", 0, 5)};
-    EXPECT_EQ(QualityText(clips, 1, 0),
-              "SM=00:00:00:0\r\n"
-              "P=QP:MaxPeak:-48.1dBFSL;-48.1dBFSR\r\n"
-              "C=N000, TS=00:00:00:0, T=kept\r\n"
-              "C=N001, TS=00:00:01:0, T=End\r\n");
-}
-
-TEST(CueTime, CountsHoursMinutesSecondsAndTwicePeriods) {
-    EXPECT_EQ(CueTime(5 * 3661 + 4, 0), "01:01:01:8");
-    EXPECT_EQ(CueTime(20 * 3600 * 100 + 19, 2), "100:00:00:38");
-}
-
 TEST(CueTitle, IsTheTitleOrTheNameOnOneLine) {
     ClipEntry clip;
     clip.name = u"talk00";

@@ -65,7 +65,7 @@ TEST_F(UserStateTest, IsWrittenWholeAsVersionEightAndReadToWhatAFileHolds) {
     EXPECT_EQ(test::ReadFileBytes(path), StateFile(8));
 }
 
-TEST_F(UserStateTest, TheFtpNameCountsInVersionsTwoAndThreeEvenAfterTheConfiguration) {
+TEST_F(UserStateTest, TheFtpNameCountsInVersionsTwoAndThreeAlsoAfterTheConfiguration) {
     SaveConfigurationWith(false);
     for (const std::uint32_t version : {1U, 2U, 3U, 4U, 8U}) {
         SCOPED_TRACE(version);

@@ -88,8 +88,6 @@ TEST_F(DialogsTest, StartTakesOverWhatTheDialogHasControlsFor) {
     EXPECT_TRUE(Email(119).Start(fields));
     EXPECT_EQ(settings.SmtpServer + settings.SmtpPassword, u"mail.bpb");
     EXPECT_EQ(settings.KeepImageNames, 1);
-    EXPECT_TRUE(Email(107).Start({.recipient = u"a@b.c", .server = 4}));  // a placeholder
-    EXPECT_EQ(settings.SmtpServer, u"mail.b");
 
     settings.Ftp[0] = {u"a", u"", u"", u"", 0, u"A", 0};
     settings.Ftp[1] = {u"b", u"", u"", u"news", 1, u"B", 0};
@@ -113,19 +111,13 @@ TEST_F(DialogsTest, ImagesAreKeptBetweenDialogsMeasuredAnewAndCountedInTheSize) 
     first.Images().Remove(1);
     EXPECT_TRUE(first.Images().Attached());
     EXPECT_EQ(settings.ImageFolder, folder);
-    ASSERT_EQ(files.boxes.shown.size(), 1U);
 
     EXPECT_EQ(files.storage.Delete(files.folder.Path(u"c.jpg")), 0U);
     EmailDialog second = Email(111, 1'000'000);
     ASSERT_EQ(choices.images.Count(), 1U);
-    ASSERT_EQ(files.boxes.shown.size(), 2U);
-    EXPECT_NE(files.boxes.shown[1].text.find(u"c.jpg"), Text::npos);
+    EXPECT_NE(files.boxes.shown.at(1).text.find(u"c.jpg"), Text::npos);
     EXPECT_EQ(second.InfoText(), u"Email-size will be : 1991 KB");  // 2000000 + 39473, >> 10
     EXPECT_EQ(EmailKilobytes(3'000'000'000), 3'983'347U);           // beyond 32 bits on the way
-    while (choices.images.Count() < ImageList::kCapacity)
-        ASSERT_TRUE(choices.images.Add(files.services, Image(u"a.jpg", 1)));
-    EXPECT_FALSE(choices.images.Add(files.services, Image(u"a.jpg", 1)));
-    EXPECT_EQ(files.boxes.shown.back().text, u"No more than 99 images.");
 }
 
 }  // namespace
