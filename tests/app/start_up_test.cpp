@@ -25,22 +25,6 @@ TEST(StartUp, ContinuesTheProjectThatWasCurrent) {
     EXPECT_EQ(desk.files.boxes.shown.size(), 0U);
 }
 
-TEST(StartUp, NumbersANewProjectPastThoseThatExist) {
-    Desk desk;
-    desk.Configure([](SettingsRecord& settings) {
-        settings.StartMode = 2;
-        settings.CurrentProjectName = u"city";
-    });
-    for (const TextView name : {u"city.opr", u"city1-.opr", u"city2-.opr"})
-        WriteFileBytes(desk.Path(name), AsBytes("JOPR"));
-    const auto app = desk.Start();
-    ASSERT_TRUE(OpenProjectAtStart(*app, u""));
-    EXPECT_EQ(app->project.Name(), u"city3-");
-    desk.Record(*app, 30);
-    EXPECT_TRUE(desk.Exists(u"city3-00.wav"));
-    EXPECT_TRUE(desk.Exists(u"city3-.opr"));
-}
-
 TEST(StartUp, ReopensTheLastProjectWhereverItLiesWithGainVolumeAndSet) {
     Desk desk;
     const TempFolder elsewhere;
@@ -80,7 +64,9 @@ TEST(StartUp, StartsTheCommandOfTheSettingsForProjectsThatTheUserMakes) {
     });
     const Text path = desk.Path(u"pier.opr");
     auto app = desk.Start();
+    WriteFileBytes(desk.Path(u"default.opr"), AsBytes("JOPR"));
     ASSERT_TRUE(OpenProjectAtStart(*app, u""));
+    EXPECT_EQ(app->project.Name(), u"default1-");
     ASSERT_TRUE(OpenOrCreateProject(*app, path));
     desk.Record(*app, 30);
     ASSERT_TRUE(OpenOrCreateProject(*app, path));

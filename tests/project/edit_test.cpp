@@ -96,17 +96,6 @@ TEST_F(EditTest, WhatCannotBeKeptIsRefusedWithAReason) {
     EXPECT_EQ(boxes.shown.size(), 6U);
 }
 
-TEST_F(EditTest, ARecordingWithoutLevelsGetsThemBeforeItIsMarked) {
-    AddWav(u"bare", 30);
-    ASSERT_TRUE(project.OpenRecording(Path(u"bare.wav")));
-    EXPECT_FALSE(InsertMark(files, recording, 4));
-    EXPECT_EQ(boxes.shown.size(), 1U);
-    EXPECT_TRUE(EnsureLevels(project));
-    EXPECT_TRUE(InsertMark(files, recording, 4));
-    EXPECT_EQ(StoredMarks(), Marks{4});
-    EXPECT_EQ(recording.sheet.levels.size(), 30U);
-}
-
 TEST_F(EditTest, ANewCutIsASecondLongOrEmptyAndStaysInTheRecording) {
     EXPECT_TRUE(CutBeginAt(90, true));
     EXPECT_EQ(recording.cursor, 100U);
@@ -197,15 +186,19 @@ TEST_F(EditTest, ANudgedSelectionIsTheSameInMemoryAndInTheFileWhateverFails) {
         EXPECT_EQ(end, 51U);
 }
 
-TEST_F(EditTest, RebuiltLevelsOf24BitSoundAreThoseThatTheRecorderReckons) {
+TEST_F(EditTest, ARecordingWithoutLevelsGetsThoseThatTheRecorderReckonsBeforeItIsMarked) {
     Bytes sound(3 * 2205 * 2);
     for (std::size_t at = 0; at < sound.size(); at += 3)
         sound[at + 2] = at % 2 == 0 ? 0x90 : 0x10;  // upper halves -28672 and 4096
     std::fill_n(sound.begin(), 3 * 2205, std::uint8_t{0x90});
     WriteFileBytes(Path(u"digital.wav"), TakeFile({.bits = 24}, sound));
     ASSERT_TRUE(project.OpenRecording(Path(u"digital.wav")));
+    EXPECT_FALSE(InsertMark(files, recording, 1));
+    EXPECT_EQ(boxes.shown.size(), 1U);
     ASSERT_TRUE(EnsureLevels(project));
     EXPECT_EQ(recording.sheet.levels, (std::vector{LevelOfPeak(0), LevelOfPeak(4096)}));
+    EXPECT_TRUE(InsertMark(files, recording, 1));
+    EXPECT_EQ(StoredMarks(), Marks{1});
 }
 
 }  // namespace

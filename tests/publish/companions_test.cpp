@@ -114,16 +114,8 @@ TEST_F(CompanionsTest, AreNamedWhenTheyDoNotArrive) {
     EXPECT_THAT(boxes.Texts(), ElementsAre(u"Connection lost", u"Not published:\ntalk_01.jpg"));
     EXPECT_EQ(Findings(server.files[u"talk.wav"]), "") << "the sound is there";
 
-    boxes.shown.clear();
-    progress.onText = nullptr;
-    server.confirmation = {kFtpRefused, 552, u"552 Full."};
-    EXPECT_EQ(Job().MenuPublishImage(false), PublishOutcome::kFailed);
-    EXPECT_THAT(boxes.Texts(),
-                ElementsAre(u"InternetWriteFile 12003 552 Full.", u"Not published:\ntalk_01.jpg"));
-
     // The silence of a job that goes on by itself lasts until its end.
     boxes.shown.clear();
-    server.confirmation = {};
     settings.AutoResume = 1;
     AtTheImage([&] { server.opening = {kFtpRefused, 553, u"553 No."}; });
     EXPECT_EQ(Job().MenuPublishCliplist(false), PublishOutcome::kFailed);

@@ -199,7 +199,6 @@ TEST_P(PublishJobFormats, MeasuresLevelsWhereTheLevelFileIsMissing) {
     ASSERT_EQ(storage.Delete(Path(u"talk00.jvu")), 0U);
     EXPECT_EQ(PublishToFile(), PublishOutcome::kPublished);
     EXPECT_EQ(Findings(), "");
-    EXPECT_THAT(Facts(), HasSubstr("all 80 values of 'levl' fit the sound"));
 }
 
 TEST_P(PublishJobFormats, LeavesNothingWhenCancelledAndTellsTheUser) {

@@ -150,13 +150,6 @@ std::string PublishRig::Findings(const Bytes& published) {
     return Findings(u"received.wav");
 }
 
-std::string PublishRig::Facts(TextView name) {
-    std::string lines;
-    for (const std::string& fact : VerifyPublishedFile(files, Path(name)).facts)
-        lines += fact + "\n";
-    return lines;
-}
-
 PublishJob PublishRig::Job() {
     return PublishJob({readers,
                        clock,

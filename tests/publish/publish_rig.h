@@ -105,9 +105,6 @@ struct PublishRig {
     /// The same for bytes that arrived somewhere, "received.wav".
     [[nodiscard]] std::string Findings(const Bytes& published);
 
-    /// What the verifier tells of a published file, in lines.
-    [[nodiscard]] std::string Facts(TextView name = u"pub_talk.wav");
-
     /// A job on the settings, which have publications to files enabled.
     [[nodiscard]] PublishJob Job();
 

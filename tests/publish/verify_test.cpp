@@ -12,14 +12,6 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Offsets of what a mutation aims at; the history of both files below is known.
-struct Layout {
-    std::size_t format = 0;  // of the `fmt ` head
-    std::size_t data = 0;    // of the first data byte
-    std::size_t levl = 0;    // of the chunk's head
-    std::size_t qlty = 0;
-};
-
 struct VerifyTest : PublishTest {
     /// Publishes two clips with marks, as PCM of one channel or as MP2.
     void Publish(bool mp2, unsigned channels = 1) {
@@ -57,7 +49,13 @@ struct VerifyTest : PublishTest {
     }
 
     Bytes good_;
-    Layout at_;
+    // Offsets of what a mutation aims at; the history of both files below is known.
+    struct {
+        std::size_t format;  // of the `fmt ` head
+        std::size_t data;    // of the first data byte
+        std::size_t levl;    // of the chunk's head
+        std::size_t qlty;
+    } at_{};
 };
 
 TEST_F(VerifyTest, FindsWrongFrames) {
@@ -161,7 +159,8 @@ TEST_F(VerifyTest, FindsWrongLevels) {
             Bytes file = good_;
             raise(file);
             EXPECT_EQ(Findings(file), "");
-            EXPECT_THAT(Facts(u"received.wav"), HasSubstr("6 of 150 values are larger, as mixing"));
+            EXPECT_THAT(VerifyPublishedFile(files, Path(u"received.wav")).facts,
+                        testing::Contains(HasSubstr("6 of 150 values are larger, as mixing")));
         }
         ExpectFound("value 0 of 'levl' is 0", peaks, [&](Bytes& file) {
             std::fill_n(file.begin() + static_cast<std::ptrdiff_t>(peaks), 150, std::uint8_t{0});

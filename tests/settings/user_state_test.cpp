@@ -65,37 +65,21 @@ TEST_F(UserStateTest, IsWrittenWholeAsVersionEightAndReadToWhatAFileHolds) {
     EXPECT_EQ(test::ReadFileBytes(path), StateFile(8));
 }
 
-TEST_F(UserStateTest, TheFtpNameCountsInVersionsTwoAndThreeAlsoAfterTheConfiguration) {
-    SaveConfigurationWith(false);
-    for (const std::uint32_t version : {1U, 2U, 3U, 4U, 8U}) {
-        SCOPED_TRACE(version);
-        record = {};
-        const bool counts = version == 2 || version == 3;
-        ASSERT_FALSE(Load(StateFile(version)));
-        EXPECT_EQ(record.CurrentFtpName, counts ? u"state-ftp" : u"");
-        ASSERT_FALSE(store.LoadConfiguration());
-        EXPECT_EQ(record.CurrentFtpName, counts ? u"state-ftp" : u"ini-ftp");
-    }
-}
-
-TEST_F(UserStateTest, ThePresetNameCountsOnlyWithInputOptions) {
+TEST_F(UserStateTest, ItsNamesCountInFewVersionsOrWithInputOptionsAlsoAfterTheConfiguration) {
     for (const bool inputOptions : {false, true}) {
         SaveConfigurationWith(inputOptions);
-        record = {};
-        ASSERT_FALSE(Load(StateFile(8)));
-        EXPECT_EQ(record.CurrentPresetName, u"");
-        ASSERT_FALSE(store.LoadConfiguration());
-        EXPECT_EQ(record.CurrentPresetName, inputOptions ? u"state-preset" : u"ini-preset");
-    }
-}
-
-TEST_F(UserStateTest, LevelsOutsideTheirScaleAreBroughtIntoIt) {
-    for (const std::uint32_t level : {41U, 0xFFFFFFFFU}) {
-        FieldBytes file;
-        file.Tag("OSUS").L(8).B(0).B(0).T(u"").T(u"").L(level).T(u"").T(u"").T(u"").B(0).L(level);
-        ASSERT_FALSE(Load(file.bytes));
-        EXPECT_EQ(record.InputGain, level == 41 ? 40 : 0);
-        EXPECT_EQ(record.OutputVolumeStep, level == 41 ? 20 : 0);
+        for (const std::uint32_t version : {1U, 2U, 3U, 4U, 8U}) {
+            SCOPED_TRACE(version);
+            record = {};
+            const bool ftpCounts = version == 2 || version == 3;
+            const bool presetCounts = inputOptions && version > 2;
+            ASSERT_FALSE(Load(StateFile(version)));
+            EXPECT_EQ(record.CurrentFtpName, ftpCounts ? u"state-ftp" : u"");
+            EXPECT_EQ(record.CurrentPresetName, u"");
+            ASSERT_FALSE(store.LoadConfiguration());
+            EXPECT_EQ(record.CurrentFtpName, ftpCounts ? u"state-ftp" : u"ini-ftp");
+            EXPECT_EQ(record.CurrentPresetName, presetCounts ? u"state-preset" : u"ini-preset");
+        }
     }
 }
 
