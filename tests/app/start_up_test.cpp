@@ -7,24 +7,6 @@
 namespace orma::test {
 namespace {
 
-TEST(StartUp, ContinuesTheProjectThatWasCurrent) {
-    Desk desk;
-    {
-        const auto app = desk.Start();
-        ASSERT_TRUE(OpenProjectAtStart(*app, u""));
-        EXPECT_EQ(app->project.ProjectFilePath(), desk.Path(u"default.opr"));
-        desk.Record(*app, 40);
-        ASSERT_TRUE(ShutDown(*app));
-    }
-    const auto app = desk.Start();
-    ASSERT_TRUE(OpenProjectAtStart(*app, u" "));
-    ASSERT_EQ(app->clips.Count(), 1);
-    EXPECT_EQ(app->recording.name, u"default00");
-    EXPECT_EQ(app->recording.length, app->recording.sheet.levels.size());
-    EXPECT_GE(app->recording.length, 40U);
-    EXPECT_EQ(desk.files.boxes.shown.size(), 0U);
-}
-
 TEST(StartUp, ReopensTheLastProjectWhereverItLiesWithGainVolumeAndSet) {
     Desk desk;
     const TempFolder elsewhere;

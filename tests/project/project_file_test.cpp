@@ -116,17 +116,5 @@ TEST(ProjectFile, TakesNoMemoryForCountsThatTheFileCannotHold) {
     }
 }
 
-TEST(ProjectFile, LimitsTheMetadataTextsBothWays) {
-    const FieldBytes file = Head({4, 0, 0, 0, 0}).T(u"").L(0).T(Text(300, u'a')).T(u"b");
-    ProjectRecord record;
-    ASSERT_EQ(DecodeProjectFile(file.bytes, record), ProjectReadResult::kOk);
-    EXPECT_EQ(record.metadata1, Text(263, u'a'));
-    EXPECT_EQ(record.metadata2, u"b");
-
-    ProjectRecord limited = record;
-    record.metadata1 = Text(300, u'a');
-    EXPECT_EQ(EncodeProjectFile(record), EncodeProjectFile(limited));
-}
-
 }  // namespace
 }  // namespace orma

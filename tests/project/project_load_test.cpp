@@ -58,8 +58,6 @@ TEST_F(ProjectLoad, AppliesTheParametersOfTheFile) {
     EXPECT_FALSE(project.LiveFtp());
     EXPECT_EQ(audio.resolutionShift, 2U);
     EXPECT_EQ(project.RecordingIndex(), -1);
-    ASSERT_TRUE(Load(5));
-    EXPECT_EQ(audio.resolutionShift, 0U);
 }
 
 TEST_F(ProjectLoad, MeasuresClipsNetOfCutsFromTheLevelFileElseFromTheAudio) {

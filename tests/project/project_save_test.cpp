@@ -1,4 +1,3 @@
-#include "project/missing_clips.h"
 #include "project_rig.h"
 
 namespace orma::test {
@@ -74,9 +73,14 @@ TEST_F(ProjectSave, RemembersClipsOfMissingRecordingsUntilTheyAreBack) {
     ASSERT_TRUE(project.SaveProject());
     EXPECT_EQ(StoredNames(u"talk.opr"),
               (Names{u"card0", u"talk01", u"card2", u"talk00", u"card1"}));
+    AddClipOf(u"talk02");
+    RemoveClip(0);  // those behind it now follow the next one, in the order of the file
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_EQ(StoredNames(u"talk.opr"),
+              (Names{u"card0", u"talk00", u"card1", u"card2", u"talk02"}));
     AddRecording(u"card1", 40);
     ASSERT_TRUE(project.LoadProject());
-    EXPECT_EQ(ShownNames(), (Names{u"talk01", u"talk00", u"card1"}));
+    EXPECT_EQ(ShownNames(), (Names{u"talk00", u"card1", u"talk02"}));
 }
 
 TEST_F(ProjectSave, OnlyAnEmptyProjectWithoutRememberedClipsLosesItsFile) {
@@ -186,36 +190,6 @@ TEST_F(ProjectSave, AProjectsOwnTextAndADraftBesideItAreBothKept) {
         ASSERT_TRUE(project.SaveProject());
         EXPECT_FALSE(Exists(u"talk.opr.text"));
     }
-}
-
-TEST(MissingClips, KeepTheirPlaceBetweenTheirNeighbours) {
-    const auto named = [](const Text& name, std::uint32_t place) {
-        ClipEntry clip;
-        clip.name = name;
-        clip.place = place;
-        return clip;
-    };
-    // Loaded were M a N b O P c; the capital letters are missing.
-    ClipList clips;
-    for (const ClipEntry& clip : {named(u"a", 2), named(u"b", 4), named(u"c", 7)})
-        clips.Append(clip);
-    const std::vector<ClipEntry> missing = {named(u"M", 1), named(u"N", 3), named(u"O", 5),
-                                            named(u"P", 6)};
-    const auto merged = [&] {
-        Text names;
-        for (const ClipEntry& clip : WithMissingClips(clips, missing).clips)
-            names += clip.name;
-        return names;
-    };
-    EXPECT_EQ(merged(), u"MaNbOPc");
-    clips.Append(named(u"x", 0));
-    ASSERT_TRUE(clips.SetCurrent(1));
-    clips.MoveCurrentUp();  // b goes in front of a, with its followers
-    EXPECT_EQ(merged(), u"MbOPaNcx");
-    clips.RemoveCurrent();  // b's followers now follow a
-    EXPECT_EQ(merged(), u"MaNOPcx");
-    clips.Clear();
-    EXPECT_EQ(merged(), u"MNOP");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "audio/files/vu_file.h"
 #include "publish_rig.h"
 #include "support/riff_chunks.h"
+#include "support/sound_files.h"
 
 namespace orma::test {
 namespace {
@@ -24,6 +25,12 @@ std::string Text8(ByteSpan bytes) {
 
 std::uint32_t SumOf(ByteSpan bytes) {
     return std::accumulate(bytes.begin(), bytes.end(), std::uint32_t{0});
+}
+
+/// The samples are there one by one, then zeros to a frame.
+void ExpectSamples(ByteSpan data, std::vector<std::int16_t> expected) {
+    expected.resize((expected.size() + 1151) / 1152 * 1152);
+    EXPECT_EQ(AsSamples(data), expected);
 }
 
 struct PublishJobTest : PublishTest {
@@ -71,7 +78,7 @@ TEST_F(PublishJobTest, MakesAPcmFileOfWholeAndPartialClips) {
     EXPECT_EQ(Text8(chunks[0].content.first(5)), std::string("Caf\xE9\0", 5));
     EXPECT_EQ(Text8(chunks[0].content.subspan(320, 18)), "2009- 1- 5 9: 7: 3");
 
-    // At 48000 Hz nothing is converted: the samples are there one by one, then zeros to a frame.
+    // At 48000 Hz nothing is converted.
     std::vector<std::int16_t> expected = whole;
     const auto append = [&](std::size_t begin, std::size_t end) {
         expected.insert(expected.end(),
@@ -80,11 +87,9 @@ TEST_F(PublishJobTest, MakesAPcmFileOfWholeAndPartialClips) {
     };
     append(10, 20);
     append(30, 40);
-    expected.resize((expected.size() + 1151) / 1152 * 1152);
     const ByteSpan data = chunks[3].content;
-    ASSERT_EQ(data.size(), expected.size() * 2);
-    EXPECT_EQ(std::memcmp(data.data(), expected.data(), data.size()), 0);
-    EXPECT_EQ(LoadLe<std::uint32_t>(chunks[2].content.data()), expected.size());
+    ExpectSamples(data, expected);
+    EXPECT_EQ(LoadLe<std::uint32_t>(chunks[2].content.data()), data.size() / 2);
     EXPECT_EQ(LoadLe<std::uint32_t>(&chunks[5].content[4]), SumOf(data));
     EXPECT_THAT(Text8(chunks[5].content.subspan(8)),
                 HasSubstr("C=N000, TS=00:00:00:0, T=IntroM0\r\n"
@@ -105,11 +110,8 @@ TEST_F(PublishJobTest, SendsTheShortLastPeriodOfATakeThatWasCutInPlace) {
     ASSERT_EQ(PublishToFile(), PublishOutcome::kPublished);
     EXPECT_THAT(boxes.Texts(), IsEmpty());
     const Bytes file = File(u"pub_talk.wav");
-    const ByteSpan data = RiffChunks(file)[3].content;
-    std::vector<std::int16_t> expected(whole.begin() + 35 * kPeriod48000, whole.end() - 22);
-    expected.resize((expected.size() + 1151) / 1152 * 1152);
-    ASSERT_EQ(data.size(), expected.size() * 2);
-    EXPECT_EQ(std::memcmp(data.data(), expected.data(), data.size()), 0);
+    ExpectSamples(RiffChunks(file)[3].content,
+                  {whole.begin() + 35 * kPeriod48000, whole.end() - 22});
     EXPECT_EQ(Findings(), "");
 }
 

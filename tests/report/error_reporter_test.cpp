@@ -37,14 +37,5 @@ TEST_F(ErrorReporterTest, ShowsTheServersOwnReplyWhenTheServerRefused) {
                             u"FtpOpenFile 12003 " + reply.substr(0, 799), u"Connection lost"));
 }
 
-TEST_F(ErrorReporterTest, SilencesInternetFailuresAlone) {
-    files.report.SilenceInternetFailures(true);
-    files.report.ReportInternetFailure(u"InternetConnect", 12003, u"530");
-    files.report.ReportSystemFailure(u"ReadFile", 12002);
-    files.report.SilenceInternetFailures(false);
-    files.report.ReportInternetFailure(u"FtpOpenFile", 12029, u"");
-    EXPECT_THAT(files.boxes.Texts(), ElementsAre(u"Timeout", u"Cannot connect"));
-}
-
 }  // namespace
 }  // namespace orma

@@ -222,17 +222,6 @@ TEST_F(ConfigurationTest, AnAccountBroughtIntoUseDoesNotReplaceAccount0AndNoEdit
     EXPECT_EQ(saved(), "d pd e");
 }
 
-TEST_F(ConfigurationTest, InVersionTwoTheHeaderOptionDecidesTheExtension) {
-    Bytes file = NumberedFile(2);
-    for (const bool header : {true, false}) {
-        file.back() = header;
-        ASSERT_FALSE(Load(file));
-        EXPECT_EQ(record.PublishExtension, header ? u"wav" : u"mp2");
-    }
-    ASSERT_FALSE(Load(NumberedFile(1)));
-    EXPECT_EQ(record.PublishExtension, u"mp2");
-}
-
 TEST_F(ConfigurationTest, ANewerFileIsReadUpToWhatIsKnownAndKeptBesideTheNextOne) {
     record.FtpServer = u"host";
     record.ResolutionShift = 3;  // unknown: reads as two
@@ -247,16 +236,6 @@ TEST_F(ConfigurationTest, ANewerFileIsReadUpToWhatIsKnownAndKeptBesideTheNextOne
     ASSERT_TRUE(store.SaveConfiguration());
     EXPECT_EQ(test::ReadFileBytes(path)[4], 51);
     EXPECT_EQ(test::ReadFileBytes(path + u".old1"), newer);
-}
-
-TEST_F(ConfigurationTest, MissingAndForeignFilesLeaveTheRecordAsItWas) {
-    EXPECT_TRUE(store.LoadConfiguration());
-    for (const std::string_view foreign : {"", "OSU", "OSUSxxxxyyyyyyyyyyyyyyyy"})
-        EXPECT_TRUE(Load(AsBytes(foreign)));
-    EXPECT_EQ(record.FtpPublishing, 1);
-    EXPECT_EQ(record.CurrentProjectName, u"default");
-    EXPECT_EQ(record.ProjectsFolder, files.folder.Path());
-    EXPECT_THAT(files.boxes.shown, testing::IsEmpty());
 }
 
 TEST_F(ConfigurationTest, AFileCutShortAnywhereLoadsWithZerosForTheRest) {
