@@ -140,16 +140,6 @@ TEST_F(CompanionsTest, ThatAreCancelledStopAtTheNextBlock) {
     }
 }
 
-TEST_F(CompanionsTest, AMissingNetworkIsTold) {
-    context.remote = {};
-    for (const std::uint32_t method : {0U, 2U}) {
-        settings.PublishMethod = method;
-        boxes.shown.clear();
-        EXPECT_EQ(Job().MenuPublishImage(false), PublishOutcome::kFailed);
-        EXPECT_THAT(boxes.Texts(), ElementsAre(u"There is no network."));
-    }
-}
-
 using PublishChecks = PublishTest;
 
 TEST_F(PublishChecks, RefuseWithTheirTexts) {

@@ -41,15 +41,6 @@ struct UserStateTest : testing::Test {
         test::WriteFileBytes(path, bytes);
         return store.LoadUserState();
     }
-
-    /// A configuration with its own choice of both names.
-    void SaveConfigurationWith(bool inputOptions) {
-        SettingsRecord other;
-        other.CurrentFtpName = u"ini-ftp";
-        other.CurrentPresetName = u"ini-preset";
-        other.InputOptions = inputOptions;
-        ASSERT_TRUE(SettingsStore(services, folder.Path(), other).SaveConfiguration());
-    }
 };
 
 TEST_F(UserStateTest, IsWrittenWholeAsVersionEightAndReadToWhatAFileHolds) {
@@ -67,7 +58,11 @@ TEST_F(UserStateTest, IsWrittenWholeAsVersionEightAndReadToWhatAFileHolds) {
 
 TEST_F(UserStateTest, ItsNamesCountInFewVersionsOrWithInputOptionsAlsoAfterTheConfiguration) {
     for (const bool inputOptions : {false, true}) {
-        SaveConfigurationWith(inputOptions);
+        SettingsRecord other;
+        other.CurrentFtpName = u"ini-ftp";
+        other.CurrentPresetName = u"ini-preset";
+        other.InputOptions = inputOptions;
+        ASSERT_TRUE(SettingsStore(services, folder.Path(), other).SaveConfiguration());
         for (const std::uint32_t version : {1U, 2U, 3U, 4U, 8U}) {
             SCOPED_TRACE(version);
             record = {};
