@@ -17,10 +17,7 @@ class LoggingDesktop : public DesktopHelpers {
         asked.push_back(command + u" " + argument);
         return starts;
     }
-    [[nodiscard]] bool StartMicrophoneGainTool(std::uint32_t) override {
-        asked.push_back(u"gain tool");
-        return starts;
-    }
+    [[nodiscard]] bool StartMicrophoneGainTool(std::uint32_t) override { return starts; }
 
     bool starts = true;
     std::vector<Text> asked;
@@ -43,6 +40,16 @@ class Desk : public TransportListener {
         return app;
     }
 
+    [[nodiscard]] Text Path(TextView name = {}) const { return files.folder.Path(name); }
+    [[nodiscard]] bool Exists(TextView name) { return files.storage.Exists(Path(name)); }
+
+    /// Ends the take, from the stop button to the closed device.
+    void Stop(Application& app) {
+        app.recorder.WavStopRecording();
+        loop.RunPending();
+        ASSERT_TRUE(app.recorder.IsClosed());
+    }
+
     /// A take of which `periods` buffers were saved so far.
     void Begin(Application& app, int periods) {
         ASSERT_EQ(app.recorder.WavStartRecording(), 0);
@@ -52,12 +59,9 @@ class Desk : public TransportListener {
             waves.in.Deliver(sound);
     }
 
-    /// A take of `periods` buffers, from the record button to the closed device.
     void Record(Application& app, int periods) {
         Begin(app, periods);
-        app.recorder.WavStopRecording();
-        loop.RunPending();
-        ASSERT_TRUE(app.recorder.IsClosed());
+        Stop(app);
     }
 
     /// Stores settings as the set-up program would.

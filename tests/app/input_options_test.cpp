@@ -3,34 +3,22 @@
 #include <gtest/gtest.h>
 
 #include "app/desk.h"
-#include "app/options.h"
 
 namespace orma::test {
 namespace {
 
-/// Two sets, the first in use, and a project that may record straight to FTP.
-struct InputOptionsTest : testing::Test {
-    InputOptionsTest() : app(desk.Start()) {
-        SettingsRecord& settings = app->settings;
-        for (std::size_t i = 0; i < 2; ++i) {
-            settings.Preset[i].name = i == 0 ? u"wind" : u"studio";
-            settings.Preset[i].on = 1;
-            settings.Preset[i].gainOffset = 6;
-        }
+TEST(InputOptions, OfferWhatIsInUseAndBringTheChoiceIntoUse) {
+    Desk desk;
+    desk.Configure([](SettingsRecord& settings) {
+        settings.Preset[0] = {.bands = {}, .on = 1, .name = u"wind", .gainOffset = 6};
+        settings.Preset[1] = {.bands = {}, .on = 1, .name = u"studio", .gainOffset = 6};
         settings.Preset[3].name = u"behind a gap";
         settings.CurrentPresetName = u"wind";
         settings.InputOptions = 1;
         settings.LiveFtpAllowed = 1;
-        settings.InputGain = 4;
-        app->input.Load(InputSettingsOf(settings), app->audio.sampleRate);
-        app->project.SetOptions(ProjectOptionsOf(settings));
-    }
-
-    Desk desk;
-    std::unique_ptr<Application> app;
-};
-
-TEST_F(InputOptionsTest, OfferWhatIsInUseAndBringTheChoiceIntoUse) {
+    });
+    const auto app = desk.Start();
+    app->input.SetInputGain(4);
     InputOptions options = InputOptionsOf(*app);
     ASSERT_EQ(options.sets.size(), 2U);
     EXPECT_EQ(options.set, 0U);
@@ -45,10 +33,7 @@ TEST_F(InputOptionsTest, OfferWhatIsInUseAndBringTheChoiceIntoUse) {
     EXPECT_EQ(app->input.CurrentSetName(), u"studio");
     EXPECT_EQ(app->input.GainFactor(), 2560);  // 20 dB
     EXPECT_TRUE(app->project.LiveFtp());
-
-    // Where the program starts again they are in use.
-    auto again = desk.Start();
-    EXPECT_EQ(again->settings.InputGain, 14);
+    EXPECT_EQ(desk.Start()->settings.InputGain, 14);
 
     options.set.reset();
     EXPECT_TRUE(ApplyInputOptions(*app, options));

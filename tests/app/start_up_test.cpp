@@ -7,54 +7,30 @@
 namespace orma::test {
 namespace {
 
-TEST(StartUp, ContinuesTheProjectThatWasCurrent) {
-    Desk desk;
-    {
-        const auto app = desk.Start();
-        ASSERT_TRUE(OpenProjectAtStart(*app, u""));
-        EXPECT_EQ(app->project.ProjectFilePath(), desk.files.folder.Path(u"default.opr"));
-        desk.Record(*app, 40);
-        ASSERT_TRUE(ShutDown(*app));
-    }
-    const auto app = desk.Start();
-    ASSERT_TRUE(OpenProjectAtStart(*app, u" "));
-    ASSERT_EQ(app->clips.Count(), 1);
-    EXPECT_EQ(app->recording.name, u"default00");
-    EXPECT_EQ(app->recording.length, app->recording.sheet.levels.size());
-    EXPECT_GE(app->recording.length, 40U);
-    EXPECT_EQ(desk.files.boxes.shown.size(), 0U);
-}
-
-TEST(StartUp, NumbersANewProjectPastThoseThatExist) {
-    Desk desk;
-    desk.Configure([](SettingsRecord& settings) {
-        settings.StartMode = 2;
-        settings.CurrentProjectName = u"city";
-    });
-    for (const TextView name : {u"city.opr", u"city1-.opr", u"city2-.opr"})
-        WriteFileBytes(desk.files.folder.Path(name), AsBytes("JOPR"));
-    const auto app = desk.Start();
-    ASSERT_TRUE(OpenProjectAtStart(*app, u""));
-    EXPECT_EQ(app->project.Name(), u"city3-");
-    desk.Record(*app, 30);
-    EXPECT_TRUE(desk.files.storage.Exists(desk.files.folder.Path(u"city3-00.wav")));
-    EXPECT_TRUE(desk.files.storage.Exists(desk.files.folder.Path(u"city3-.opr")));
-}
-
-TEST(StartUp, ReopensTheLastProjectWhereverItLies) {
+TEST(StartUp, ReopensTheLastProjectWhereverItLiesWithGainVolumeAndSet) {
     Desk desk;
     const TempFolder elsewhere;
-    desk.Configure([](SettingsRecord& settings) { settings.StartMode = 3; });
+    desk.Configure([](SettingsRecord& settings) {
+        settings.StartMode = 3;
+        settings.InputOptions = 1;
+        settings.Preset[0].name = u"mic";
+    });
     {
         const auto app = desk.Start();
         ASSERT_TRUE(OpenOrCreateProject(*app, elsewhere.Path(u"pier.opr")));
         desk.Record(*app, 25);
+        app->input.SetInputGain(12);
+        app->input.SetOutputVolume(-3);
+        ASSERT_TRUE(app->input.SelectByName(u"mic"));
         ASSERT_TRUE(ShutDown(*app));
     }
     const auto app = desk.Start();
     ASSERT_TRUE(OpenProjectAtStart(*app, u""));
     EXPECT_EQ(app->project.ProjectFilePath(), elsewhere.Path(u"pier.opr"));
     EXPECT_EQ(app->clips.Count(), 1);
+    EXPECT_EQ(app->input.InputGainDb(), 12);
+    EXPECT_EQ(app->input.OutputStep(), 17U);
+    EXPECT_EQ(app->input.CurrentSetName(), u"mic");
     desk.Record(*app, 25);
     EXPECT_TRUE(desk.files.storage.Exists(elsewhere.Path(u"pier01.wav")))
         << "the writers record into the project's own folder";
@@ -87,50 +63,25 @@ TEST(StartUp, StartsTheCommandOfTheSettingsForProjectsThatTheUserMakes) {
         settings.PostCreateStep = 1;
         settings.PostCreateCommand = u"prepare";
         settings.StartMode = 2;
-        settings.MicGainTool = 1;
     });
-    const Text path = desk.files.folder.Path(u"pier.opr");
+    const Text path = desk.Path(u"pier.opr");
     auto app = desk.Start();
+    WriteFileBytes(desk.Path(u"default.opr"), AsBytes("JOPR"));
     ASSERT_TRUE(OpenProjectAtStart(*app, u""));
+    EXPECT_EQ(app->project.Name(), u"default1-");
     ASSERT_TRUE(OpenOrCreateProject(*app, path));
-    const std::vector<Text> once{u"prepare " + path};
-    EXPECT_EQ(desk.desktop.asked, once);
     desk.Record(*app, 30);
     ASSERT_TRUE(OpenOrCreateProject(*app, path));
-    ASSERT_TRUE(RestoreProject(*app, desk.files.folder.Path(u"gone.opr")));
-    EXPECT_EQ(desk.desktop.asked, once);
+    ASSERT_TRUE(RestoreProject(*app, desk.Path(u"gone.opr")));
+    EXPECT_EQ(desk.desktop.asked, std::vector<Text>{u"prepare " + path});
 
     desk.desktop.starts = false;
-    ASSERT_TRUE(OpenOrCreateProject(*app, desk.files.folder.Path(u"city.opr")));
+    ASSERT_TRUE(OpenOrCreateProject(*app, desk.Path(u"city.opr")));
     EXPECT_EQ(desk.files.boxes.Texts(), std::vector<Text>{u"PostCreateCommand"});
-    app->transport.Record(true);
-    EXPECT_EQ(desk.desktop.asked.back(), u"gain tool");
-    app.reset();
-
-    desk.Configure([](SettingsRecord& settings) { settings.PostCreateStep = 0; });
     desk.desktop.asked.clear();
-    app = desk.Start();
-    ASSERT_TRUE(OpenOrCreateProject(*app, desk.files.folder.Path(u"quay.opr")));
+    app->settings.PostCreateStep = 0;
+    ASSERT_TRUE(OpenOrCreateProject(*app, desk.Path(u"quay.opr")));
     EXPECT_TRUE(desk.desktop.asked.empty());
-}
-
-TEST(ShutDownOrder, KeepsGainVolumeAndSetForTheNextStart) {
-    Desk desk;
-    desk.Configure([](SettingsRecord& settings) {
-        settings.InputOptions = 1;
-        settings.Preset[0].name = u"mic";
-    });
-    {
-        const auto app = desk.Start();
-        app->input.SetInputGain(12);
-        app->input.SetOutputVolume(-3);
-        ASSERT_TRUE(app->input.SelectByName(u"mic"));
-        ASSERT_TRUE(ShutDown(*app));
-    }
-    const auto app = desk.Start();
-    EXPECT_EQ(app->input.InputGainDb(), 12);
-    EXPECT_EQ(app->input.OutputStep(), 17U);
-    EXPECT_EQ(app->input.CurrentSetName(), u"mic");
 }
 
 }  // namespace

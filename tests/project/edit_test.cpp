@@ -1,9 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "audio/files/level_tables.h"
 #include "audio/files/vu_file.h"
-#include "edit_rig.h"
-#include "project/cut_buttons.h"
 #include "project/cuts.h"
 #include "project/edge_nudge.h"
 #include "project/marks.h"
@@ -11,37 +7,53 @@
 #include "project/undo.h"
 #include "project_rig.h"
 
-namespace orma {
+namespace orma::test {
 namespace {
 
 using Marks = std::vector<std::uint32_t>;
 using Cuts = std::vector<RemovedRange>;
 
 /// A take of 100 periods, 20 a second, with a clip.
-struct EditTest : testing::Test {
-    EditTest() { rig.RecordTake(100); }
+struct EditTest : ProjectTest {
+    EditTest() { RecordTake(100); }
 
     [[nodiscard]] Marks StoredMarks() { return GetVuMarks(files, recording.levelPath); }
     [[nodiscard]] Cuts StoredCuts() { return GetVuRemovedRanges(files, recording.levelPath); }
-    [[nodiscard]] std::uint32_t ClipLength() { return rig.clips.At(0).length; }
-
-    void SetCut(std::uint32_t begin, std::uint32_t end) {
-        const auto index = AddCut(project, begin, end);
-        ASSERT_TRUE(index);
-        recording.currentCut = static_cast<std::int32_t>(*index);
+    [[nodiscard]] std::uint32_t ClipLength() { return clips.At(0).length; }
+    [[nodiscard]] ClipEntry StoredClip() {
+        ProjectRecord stored;
+        EXPECT_EQ(ReadProjectFile(files, project.ProjectFilePath(), stored),
+                  ProjectReadResult::kOk);
+        return stored.clips.at(0);
     }
 
-    test::ProjectRig rig;
-    FileServices files = rig.files.services;
-    CurrentRecording& recording = rig.recording;
-    Project& project = rig.project;
+    /// Cuts with the edges of the present cut.
+    bool CutBeginAt(std::uint32_t cursor, bool second) {
+        recording.cursor = cursor;
+        return CutBegin(project, second);
+    }
+    bool CutEndAt(std::uint32_t cursor, bool second) {
+        recording.cursor = cursor;
+        return CutEnd(project, second);
+    }
+
+    /// The last change of the cuts to `now` can be taken back and done again.
+    void ExpectUndone(const Cuts& now, const Cuts& before, std::uint32_t lengthBefore) {
+        const std::uint32_t length = ClipLength();
+        EXPECT_EQ(StoredCuts(), now);
+        EXPECT_TRUE(UndoEdit(project));
+        EXPECT_EQ(StoredCuts(), before);
+        EXPECT_EQ(ClipLength(), lengthBefore);
+        EXPECT_TRUE(RedoEdit(project));
+        EXPECT_EQ(StoredCuts(), now);
+        EXPECT_EQ(ClipLength(), length);
+    }
 };
 
 TEST_F(EditTest, MarksAreKeptInOrderAndInTheLevelFile) {
     for (const std::uint32_t position : {9U, 2U, 5U, 5U})
         EXPECT_TRUE(InsertMark(files, recording, position));
-    EXPECT_EQ(recording.sheet.marks, (Marks{2, 5, 5, 9}));
-    EXPECT_EQ(StoredMarks(), recording.sheet.marks);
+    EXPECT_EQ(StoredMarks(), (Marks{2, 5, 5, 9}));
     EXPECT_EQ(FindMark(recording.sheet, 9), 3U);
     EXPECT_EQ(FindMark(recording.sheet, 4), 4U);
     EXPECT_TRUE(DeleteMark(files, recording, 4));
@@ -70,54 +82,37 @@ TEST_F(EditTest, WhatCannotBeKeptIsRefusedWithAReason) {
         ASSERT_TRUE(AddCut(project, i, i));
     EXPECT_FALSE(AddCut(project, 1, 2));
     EXPECT_EQ(recording.sheet.cuts.size(), 100U);
-    EXPECT_EQ(rig.files.boxes.Texts(), (std::vector<Text>{u"There is no room for more marks.",
-                                                          u"There is no room for more marks.",
-                                                          u"There is no room for more cuts."}));
+    EXPECT_EQ(boxes.Texts(),
+              (Names{u"There is no room for more marks.", u"There is no room for more marks.",
+                     u"There is no room for more cuts."}));
     marks = {3};
     recording.sheet.cuts = {{1, 2, 0}};
-    ASSERT_EQ(rig.files.storage.CreateFolder(recording.levelPath + u".tmp"), 0U);
+    ASSERT_EQ(storage.CreateFolder(recording.levelPath + u".tmp"), 0U);
     EXPECT_FALSE(InsertMark(files, recording, 4));
     EXPECT_FALSE(DeleteMark(files, recording, 3));
     EXPECT_FALSE(DeleteCut(project, 0));
     EXPECT_EQ(marks, Marks{3});
     EXPECT_EQ(recording.sheet.cuts, (Cuts{{1, 2, 0}}));
-    EXPECT_EQ(rig.files.boxes.shown.size(), 6U);
-}
-
-TEST_F(EditTest, ARecordingWithoutLevelsGetsThemBeforeItIsMarked) {
-    rig.AddWav(u"bare", 30);
-    ASSERT_TRUE(project.OpenRecording(rig.Path(u"bare.wav")));
-    EXPECT_FALSE(InsertMark(files, recording, 4));
-    EXPECT_EQ(rig.files.boxes.shown.size(), 1U);
-    EXPECT_TRUE(EnsureLevels(project));
-    EXPECT_TRUE(InsertMark(files, recording, 4));
-    EXPECT_EQ(StoredMarks(), Marks{4});
-    EXPECT_EQ(recording.sheet.levels.size(), 30U);
+    EXPECT_EQ(boxes.shown.size(), 6U);
 }
 
 TEST_F(EditTest, ANewCutIsASecondLongOrEmptyAndStaysInTheRecording) {
-    recording.cursor = 90;
-    EXPECT_TRUE(CutBegin(project, true));
+    EXPECT_TRUE(CutBeginAt(90, true));
     EXPECT_EQ(recording.cursor, 100U);
     EXPECT_EQ(recording.currentCut, -1);
     EXPECT_EQ(ClipLength(), 90U);
-    recording.cursor = 2;
-    EXPECT_TRUE(CutEnd(project, true));
+    EXPECT_TRUE(CutEndAt(2, true));
     EXPECT_EQ(recording.cursor, 0U);
-    recording.cursor = 50;
-    EXPECT_TRUE(CutEnd(project, false));
+    EXPECT_TRUE(CutEndAt(50, false));
     EXPECT_EQ(StoredCuts(), (Cuts{{0, 2, 0}, {50, 50, 0}, {90, 100, 0}}));
     EXPECT_EQ(ClipLength(), 88U);
 }
 
 TEST_F(EditTest, ANewCutIsTakenBackWithTheLengthItWasGiven) {
-    SetCut(1, 2);
-    recording.currentCut = -1;
-    recording.cursor = 50;
-    EXPECT_TRUE(CutBegin(project, false));
+    ASSERT_TRUE(AddCut(project, 1, 2));
+    EXPECT_TRUE(CutBeginAt(50, false));
     recording.currentCut = 1;
-    recording.cursor = 60;
-    EXPECT_TRUE(CutEnd(project, false));
+    EXPECT_TRUE(CutEndAt(60, false));
     EXPECT_TRUE(UndoEdit(project));
     EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}}));
     EXPECT_EQ(ClipLength(), 99U);
@@ -128,35 +123,21 @@ TEST_F(EditTest, ANewCutIsTakenBackWithTheLengthItWasGiven) {
 }
 
 TEST_F(EditTest, AnEdgeMovesToTheCursorAndBack) {
-    SetCut(20, 60);
-    recording.cursor = 60;  // not in front of the end
-    EXPECT_TRUE(CutBegin(project, true));
+    ASSERT_TRUE(AddCut(project, 20, 60));
+    recording.currentCut = 0;
+    EXPECT_TRUE(CutBeginAt(60, true));  // not in front of the end
     EXPECT_EQ(StoredCuts(), (Cuts{{20, 60, 0}}));
     ASSERT_TRUE(AddCut(project, 1, 2));  // the current cut is the second one now
-    EXPECT_EQ(recording.currentCut, 1);
-    recording.cursor = 30;
-    EXPECT_TRUE(CutBegin(project, true));
-    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {30, 60, 0}}));
-    EXPECT_EQ(ClipLength(), 69U);
-    EXPECT_TRUE(UndoEdit(project));
-    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {20, 60, 0}}));
-    EXPECT_EQ(ClipLength(), 59U);
-    EXPECT_TRUE(RedoEdit(project));
-    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {30, 60, 0}}));
-    recording.cursor = 40;
-    EXPECT_TRUE(CutEnd(project, true));
-    EXPECT_TRUE(UndoEdit(project));
-    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 0}, {30, 60, 0}}));
+    EXPECT_TRUE(CutBeginAt(30, true));
+    ExpectUndone({{1, 2, 0}, {30, 60, 0}}, {{1, 2, 0}, {20, 60, 0}}, 59);
+    EXPECT_TRUE(CutEndAt(40, true));
+    ExpectUndone({{1, 2, 0}, {30, 40, 0}}, {{1, 2, 0}, {30, 60, 0}}, 69);
 }
 
 TEST_F(EditTest, ADeletedCutComesBackWhole) {
     recording.sheet.cuts = {{1, 2, 7}, {10, 30, 8}, {50, 60, 9}};
     EXPECT_TRUE(DeleteCut(project, 1));
-    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 7}, {50, 60, 9}}));
-    EXPECT_TRUE(UndoEdit(project));
-    EXPECT_EQ(StoredCuts(), (Cuts{{1, 2, 7}, {10, 30, 8}, {50, 60, 9}}));
-    EXPECT_EQ(ClipLength(), 69U);
-    EXPECT_TRUE(RedoEdit(project));
+    ExpectUndone({{1, 2, 7}, {50, 60, 9}}, {{1, 2, 7}, {10, 30, 8}, {50, 60, 9}}, 69);
     EXPECT_EQ(ClipLength(), 89U);
     EXPECT_FALSE(DeleteCut(project, 2));
     ASSERT_TRUE(project.SelectClip(0));  // another selection has nothing to undo
@@ -166,86 +147,59 @@ TEST_F(EditTest, ADeletedCutComesBackWhole) {
 TEST_F(EditTest, CropMovesTheSelectionAndTheClipsBoundsButNoSound) {
     recording.sheet.cuts = {{30, 40, 0}};
     ASSERT_TRUE(WriteVuFile(files, recording.levelPath, recording.sheet));
-    const Bytes sound = test::ReadFileBytes(recording.audioPath);
+    const Bytes sound = ReadFileBytes(recording.audioPath);
     recording.cursor = 20;
     EXPECT_TRUE(CropBegin(project));  // there was no selection: up to the end
-    EXPECT_EQ(rig.clips.At(0).end, 100U);
+    EXPECT_EQ(clips.At(0).end, 100U);
     recording.cursor = 50;
     EXPECT_TRUE(CropEnd(project));
     EXPECT_EQ(ClipLength(), 20U);
     recording.cursor = 10;
     EXPECT_TRUE(CropEnd(project));  // before the begin
     EXPECT_EQ(recording.selectionStart, 0U);
-    ProjectRecord stored;
-    ASSERT_EQ(ReadProjectFile(files, project.ProjectFilePath(), stored), ProjectReadResult::kOk);
-    EXPECT_EQ(stored.clips[0].begin, 0U);
-    EXPECT_EQ(stored.clips[0].end, 10U);
-    EXPECT_EQ(test::ReadFileBytes(recording.audioPath), sound);
-    rig.clips.ClearCurrent();
+    EXPECT_EQ(StoredClip().begin, 0U);
+    EXPECT_EQ(StoredClip().end, 10U);
+    EXPECT_EQ(ReadFileBytes(recording.audioPath), sound);
+    clips.ClearCurrent();
     recording.cursor = 90;
     EXPECT_TRUE(CropEnd(project));
     EXPECT_EQ(PlayingLength(recording), 80U);
-    EXPECT_EQ(rig.clips.At(0).end, 10U);
+    EXPECT_EQ(clips.At(0).end, 10U);
 }
 
 TEST_F(EditTest, ANudgedSelectionIsTheSameInMemoryAndInTheFileWhateverFails) {
     ASSERT_TRUE(project.SelectClip(0));
     recording.cursor = 50;
     ASSERT_TRUE(CropEnd(project));
-    const auto nudge = [&](bool stored) {
+    const auto nudge = [&] {
         const auto move = NudgeAtCursor(recording, true);
-        EXPECT_EQ(move && MoveEdge(project, *move), stored);
-        ProjectRecord file;
-        EXPECT_EQ(ReadProjectFile(files, project.ProjectFilePath(), file), ProjectReadResult::kOk);
-        EXPECT_EQ(file.clips[0].end, rig.clips.At(0).end);
-        return file.clips[0].end;
+        return move && MoveEdge(project, *move);
     };
     // A level file that is still to be written does not belong to the step.
-    ASSERT_EQ(rig.files.storage.Delete(recording.levelPath), 0U);
-    ASSERT_EQ(rig.files.storage.CreateFolder(recording.levelPath + u".tmp"), 0U);
-    EXPECT_EQ(nudge(true), 51U);
-    ASSERT_EQ(rig.files.storage.CreateFolder(project.ProjectFilePath() + u".tmp"), 0U);
-    EXPECT_EQ(nudge(false), 51U);
-    EXPECT_EQ(recording.selectionEnd, 51U);
-    EXPECT_EQ(recording.cursor, 51U);
+    ASSERT_EQ(storage.Delete(recording.levelPath), 0U);
+    ASSERT_EQ(storage.CreateFolder(recording.levelPath + u".tmp"), 0U);
+    EXPECT_TRUE(nudge());
+    ASSERT_EQ(storage.CreateFolder(project.ProjectFilePath() + u".tmp"), 0U);
+    EXPECT_FALSE(nudge());
+    for (const std::uint32_t end :
+         {StoredClip().end, clips.At(0).end, recording.selectionEnd, recording.cursor})
+        EXPECT_EQ(end, 51U);
 }
 
-TEST_F(EditTest, RebuiltLevelsOf24BitSoundAreThoseThatTheRecorderReckons) {
+TEST_F(EditTest, ARecordingWithoutLevelsGetsThoseThatTheRecorderReckonsBeforeItIsMarked) {
     Bytes sound(3 * 2205 * 2);
     for (std::size_t at = 0; at < sound.size(); at += 3)
         sound[at + 2] = at % 2 == 0 ? 0x90 : 0x10;  // upper halves -28672 and 4096
     std::fill_n(sound.begin(), 3 * 2205, std::uint8_t{0x90});
-    test::WriteFileBytes(rig.Path(u"digital.wav"), test::TakeFile({.bits = 24}, sound));
-    ASSERT_TRUE(project.OpenRecording(rig.Path(u"digital.wav")));
+    WriteFileBytes(Path(u"digital.wav"), TakeFile({.bits = 24}, sound));
+    ASSERT_TRUE(project.OpenRecording(Path(u"digital.wav")));
+    EXPECT_FALSE(InsertMark(files, recording, 1));
+    EXPECT_EQ(boxes.shown.size(), 1U);
     ASSERT_TRUE(EnsureLevels(project));
     EXPECT_EQ(recording.sheet.levels, (std::vector{LevelOfPeak(0), LevelOfPeak(4096)}));
-}
-
-TEST(CutButtons, ShowWhereTheCursorStands) {
-    constexpr auto kOff = ButtonLook::kOff;
-    constexpr auto kOn = ButtonLook::kOn;
-    constexpr auto kHalf = ButtonLook::kHalf;
-    const std::optional<RemovedRange> none;
-    const std::optional<RemovedRange> cut = RemovedRange{20, 30, 0};
-    const std::optional<RemovedRange> empty = RemovedRange{20, 20, 0};
-    const struct {
-        std::optional<RemovedRange> cut;
-        std::uint32_t cursor;
-        std::uint32_t length;
-        std::uint32_t state;
-        CutButtonLooks looks;
-    } table[] = {
-        {none, 10, 100, 0, {kOn, kOn}},    {none, 90, 100, 2, {kOn, kOn}},
-        {none, 11, 100, 0, {kOff, kOff}},  {none, 10, 100, 3, {kOff, kOff}},
-        {none, 10, 0, 0, {kOff, kOff}},    {cut, 10, 100, 0, {kOff, kHalf}},
-        {cut, 25, 100, 0, {kHalf, kHalf}}, {cut, 35, 100, 0, {kHalf, kOff}},
-        {cut, 20, 100, 3, {kOn, kOn}},     {cut, 30, 0, 0, {kOn, kOn}},
-        {empty, 20, 100, 0, {kOff, kOff}}, {empty, 19, 100, 0, {kOff, kHalf}},
-    };
-    for (const auto& row : table)
-        EXPECT_EQ(UpdateCutButtons({row.cut, row.cursor, 10, 90, row.length, row.state}), row.looks)
-            << row.cursor << " of " << row.length << " in state " << row.state;
+    EXPECT_TRUE(InsertMark(files, recording, 1));
+    EXPECT_EQ(StoredMarks(), Marks{1});
 }
 
 }  // namespace
-}  // namespace orma
+}  // namespace orma::test

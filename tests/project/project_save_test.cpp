@@ -1,25 +1,23 @@
-#include <gtest/gtest.h>
-
 #include "project_rig.h"
 
-namespace orma {
+namespace orma::test {
 namespace {
 
-using Names = std::vector<Text>;
-
-struct ProjectSave : testing::Test {
+struct ProjectSave : ProjectTest {
     ProjectSave() {
         for (const auto* name : {u"talk00", u"talk01", u"talk02"})
-            rig.AddRecording(name, 40);
+            AddRecording(name, 40);
     }
 
     void LoadWith(const Names& names) {
-        rig.AddProjectFile(u"talk", names);
+        AddProjectFile(u"talk", names);
         ASSERT_TRUE(project.LoadProject());
     }
 
-    test::ProjectRig rig;
-    Project& project = rig.project;
+    void RemoveClip(std::int32_t index) {
+        ASSERT_TRUE(clips.SetCurrent(index));
+        clips.RemoveCurrent();
+    }
 };
 
 TEST_F(ProjectSave, CarriesEverythingThroughLoadAndSave) {
@@ -39,176 +37,160 @@ TEST_F(ProjectSave, CarriesEverythingThroughLoadAndSave) {
     for (const auto* name : {u"talk00", u"gone", u"talk01"}) {
         ClipEntry& clip = record.clips.emplace_back();
         clip.name = name;
-        clip.folder = rig.files.folder.Path();
+        clip.folder = folder.Path();
         clip.begin = 3;
         clip.end = 30;
         clip.reserved = 9;
         clip.title = u"T";
     }
     const Bytes file = EncodeProjectFile(record);
-    test::WriteFileBytes(rig.Path(u"talk.opr"), file);
-    rig.audio.sampleRate = 96000;
+    WriteFileBytes(Path(u"talk.opr"), file);
+    audio.sampleRate = 96000;
     project.SetOptions({.liveFtpAllowed = true});
-    rig.audio.resolutionShift = 0;
+    audio.resolutionShift = 0;
     ASSERT_TRUE(project.LoadProject());
     ASSERT_TRUE(project.SaveProject());
     // The WAV files are mono; loading them must not touch the project's own parameters.
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), file);
-    EXPECT_FALSE(rig.Exists(u"talk.opr.bak"));
-    EXPECT_EQ(rig.clips.CurrentIndex(), 1);
-    EXPECT_EQ(rig.recording.name, u"talk01");
+    EXPECT_EQ(File(u"talk.opr"), file);
+    EXPECT_FALSE(Exists(u"talk.opr.bak"));
+    EXPECT_EQ(clips.CurrentIndex(), 1);
+    EXPECT_EQ(recording.name, u"talk01");
     // The whole card is away for a day.
     for (const auto* name : {u"talk00.wav", u"talk01.wav"})
-        ASSERT_EQ(rig.files.storage.Rename(rig.Path(name), rig.Path(Text(u"away") + name)), 0U);
+        ASSERT_EQ(storage.Rename(Path(name), Path(Text(u"away") + name)), 0U);
     ASSERT_TRUE(project.LoadProject());
-    EXPECT_EQ(rig.clips.CurrentIndex(), -1);
+    EXPECT_EQ(clips.CurrentIndex(), -1);
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), file);
+    EXPECT_EQ(File(u"talk.opr"), file);
 }
 
 TEST_F(ProjectSave, RemembersClipsOfMissingRecordingsUntilTheyAreBack) {
     LoadWith({u"card0", u"talk00", u"card1", u"talk01", u"card2"});
-    EXPECT_TRUE(rig.files.boxes.shown.empty());
-    EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01"}));
-    ASSERT_TRUE(rig.clips.SetCurrent(0));
-    rig.clips.MoveCurrentDown();
+    EXPECT_TRUE(boxes.shown.empty());
+    EXPECT_EQ(ShownNames(), (Names{u"talk00", u"talk01"}));
+    ASSERT_TRUE(clips.SetCurrent(0));
+    clips.MoveCurrentDown();
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_EQ(rig.StoredNames(u"talk.opr"),
+    EXPECT_EQ(StoredNames(u"talk.opr"),
               (Names{u"card0", u"talk01", u"card2", u"talk00", u"card1"}));
-    rig.AddRecording(u"card1", 40);
+    AddClipOf(u"talk02");
+    RemoveClip(0);  // those behind it now follow the next one, in the order of the file
+    ASSERT_TRUE(project.SaveProject());
+    EXPECT_EQ(StoredNames(u"talk.opr"),
+              (Names{u"card0", u"talk00", u"card1", u"card2", u"talk02"}));
+    AddRecording(u"card1", 40);
     ASSERT_TRUE(project.LoadProject());
-    EXPECT_EQ(rig.ShownNames(), (Names{u"talk01", u"talk00", u"card1"}));
+    EXPECT_EQ(ShownNames(), (Names{u"talk00", u"card1", u"talk02"}));
 }
 
 TEST_F(ProjectSave, OnlyAnEmptyProjectWithoutRememberedClipsLosesItsFile) {
     LoadWith({u"talk00", u"card0"});
-    ASSERT_TRUE(rig.clips.SetCurrent(0));
-    rig.clips.RemoveCurrent();
+    RemoveClip(0);
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_EQ(rig.StoredNames(u"talk.opr"), Names{u"card0"});
-    rig.AddRecording(u"card0", 40);
-    ASSERT_TRUE(project.LoadProject());
-    ASSERT_TRUE(rig.clips.SetCurrent(0));
-    rig.clips.RemoveCurrent();
+    EXPECT_EQ(StoredNames(u"talk.opr"), Names{u"card0"});
+    AddRecording(u"card0", 40);
+    LoadWith({u"card0"});
+    RemoveClip(0);
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_FALSE(rig.Exists(u"talk.opr"));
-    EXPECT_EQ(rig.StoredNames(u"talk.opr.bak"), Names{u"card0"});
+    EXPECT_FALSE(Exists(u"talk.opr"));
+    EXPECT_EQ(StoredNames(u"talk.opr.bak"), Names{u"card0"});
     EXPECT_TRUE(project.SaveProject());  // nothing left to remove
 }
 
 TEST_F(ProjectSave, KeepsTheOldFileExactlyWhenAClipIsDropped) {
     LoadWith({u"talk00", u"talk00", u"talk01"});
-    const Bytes before = test::ReadFileBytes(rig.Path(u"talk.opr"));
-    rig.clips.At(0).title = u"edited";
-    rig.clips.At(1).end = 20;
+    const Bytes before = File(u"talk.opr");
+    clips.At(0).title = u"edited";
+    clips.At(1).end = 20;
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_FALSE(rig.Exists(u"talk.opr.bak"));
-    test::WriteFileBytes(rig.Path(u"talk.opr"), before);
-    ASSERT_TRUE(rig.clips.SetCurrent(1));
-    rig.clips.RemoveCurrent();  // one of two clips of the same recording
+    EXPECT_FALSE(Exists(u"talk.opr.bak"));
+    WriteFileBytes(Path(u"talk.opr"), before);
+    RemoveClip(1);  // one of two clips of the same recording
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr.bak")), before);
-    EXPECT_EQ(rig.StoredNames(u"talk.opr"), (Names{u"talk00", u"talk01"}));
+    EXPECT_EQ(File(u"talk.opr.bak"), before);
+    EXPECT_EQ(StoredNames(u"talk.opr"), (Names{u"talk00", u"talk01"}));
 }
 
 TEST_F(ProjectSave, AnEmptyProjectLeavesAFileAloneThatItNeverRead) {
-    rig.AddProjectFile(u"talk", {u"talk00"});
+    AddProjectFile(u"talk", {u"talk00"});
     EXPECT_TRUE(project.SaveProject());
-    EXPECT_TRUE(rig.Exists(u"talk.opr"));
+    EXPECT_TRUE(Exists(u"talk.opr"));
     EXPECT_EQ(project.PrepareTake(), u"talk03");  // the recordings are that file's
     project.TakeDiscarded(true);
     project.NewProject();  // the user's choice of that name
     EXPECT_TRUE(project.SaveProject());
-    EXPECT_FALSE(rig.Exists(u"talk.opr"));
-    EXPECT_EQ(rig.StoredNames(u"talk.opr.bak"), Names{u"talk00"});
+    EXPECT_FALSE(Exists(u"talk.opr"));
+    EXPECT_EQ(StoredNames(u"talk.opr.bak"), Names{u"talk00"});
 
-    const Bytes foreign = {'n', 'o', 't', ' ', 'o', 'u', 'r', 's'};
-    test::WriteFileBytes(rig.Path(u"talk.opr"), foreign);
+    AddFile(u"talk.opr", "not ours");
+    const Bytes foreign = File(u"talk.opr");
     EXPECT_TRUE(project.SaveProject());
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), foreign);
+    EXPECT_EQ(File(u"talk.opr"), foreign);
     EXPECT_FALSE(project.LoadProject());
     EXPECT_EQ(project.Name(), u"talk");  // what is in memory belongs there
-    rig.RecordTake(40);
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk (kept 1).opr")), foreign);
-    EXPECT_EQ(rig.StoredNames(u"talk.opr"), Names{u"talk00"});
-}
-
-TEST_F(ProjectSave, AFailedSaveIsReportedAndLeavesTheOldFile) {
-    LoadWith({u"talk00", u"talk01"});
-    const Bytes before = test::ReadFileBytes(rig.Path(u"talk.opr"));
-    // A folder stands where the temporary file would be.
-    ASSERT_EQ(rig.files.storage.CreateFolder(rig.Path(u"talk.opr.tmp")), 0U);
-    EXPECT_FALSE(project.SaveProject());
-    EXPECT_EQ(rig.files.boxes.shown.size(), 1U);
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), before);
-    // Nor is a clip dropped when no backup can be kept.
-    ASSERT_EQ(rig.files.storage.CreateFolder(rig.Path(u"talk.opr.bak.tmp")), 0U);
-    ASSERT_TRUE(rig.clips.SetCurrent(0));
-    rig.clips.RemoveCurrent();
-    EXPECT_FALSE(project.SaveProject());
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk.opr")), before);
+    RecordTake(40);
+    EXPECT_EQ(File(u"talk (kept 1).opr"), foreign);
+    EXPECT_EQ(StoredNames(u"talk.opr"), Names{u"talk00"});
 }
 
 TEST_F(ProjectSave, KeepsTheTextOfAProjectThatHasNoFileYet) {
     const auto startAgain = [&] {
-        project.SetPath(rig.files.folder.Path(), u"fresh");
+        project.SetPath(folder.Path(), u"fresh");
         project.NewProject();
     };
     startAgain();
     project.SetProjectText(u"Pilot: Mme Ren\u00E9 \u2013 10:30");
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_FALSE(rig.Exists(u"fresh.opr"));
+    EXPECT_FALSE(Exists(u"fresh.opr"));
     startAgain();
     EXPECT_EQ(project.ProjectText(), u"Pilot: Mme Ren\u00E9 \u2013 10:30");
 
-    rig.RecordTake(40);
+    RecordTake(40);
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_TRUE(rig.Exists(u"fresh.opr"));
-    EXPECT_FALSE(rig.Exists(u"fresh.opr.text"));
+    EXPECT_TRUE(Exists(u"fresh.opr"));
+    EXPECT_FALSE(Exists(u"fresh.opr.text"));
     // Removed with the last clip, the file no longer holds it either.
-    rig.clips.Clear();
+    clips.Clear();
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_FALSE(rig.Exists(u"fresh.opr"));
-    EXPECT_TRUE(rig.Exists(u"fresh.opr.text"));
+    EXPECT_FALSE(Exists(u"fresh.opr"));
+    EXPECT_TRUE(Exists(u"fresh.opr.text"));
     project.SetProjectText(u"");
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_FALSE(rig.Exists(u"fresh.opr.text"));
-    EXPECT_TRUE(rig.files.boxes.shown.empty());
+    EXPECT_FALSE(Exists(u"fresh.opr.text"));
+    EXPECT_TRUE(boxes.shown.empty());
 }
 
 TEST_F(ProjectSave, KeepsNoTextThatTheUserDidNotWriteHereOrDeleted) {
-    const Text textFile = rig.Path(u"sheet.txt");
-    test::WriteFileBytes(textFile, AsBytes("Fill in"));
-    project.SetOptions({.useTextFile = true, .textFile = textFile});
-    project.SetPath(rig.files.folder.Path(), u"fresh");
+    AddFile(u"sheet.txt", "Fill in");
+    project.SetOptions({.useTextFile = true, .textFile = Path(u"sheet.txt")});
+    project.SetPath(folder.Path(), u"fresh");
     project.NewProject();
     ASSERT_EQ(project.ProjectText(), u"Fill in");
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_FALSE(rig.Exists(u"fresh.opr.text"));
+    EXPECT_FALSE(Exists(u"fresh.opr.text"));
 
-    project.SetPath(rig.files.folder.Path(), u"talk");
+    project.SetPath(folder.Path(), u"talk");
     LoadWith({u"talk00"});
     project.SetProjectText(u"Given up");
     ASSERT_TRUE(project.SaveProject());
-    ASSERT_TRUE(project.DeletePath(rig.Path(u"talk.opr")));
+    ASSERT_TRUE(project.DeletePath(Path(u"talk.opr")));
     ASSERT_TRUE(project.SaveProject());
-    EXPECT_FALSE(rig.Exists(u"talk.opr.text"));
+    EXPECT_FALSE(Exists(u"talk.opr.text"));
 }
 
 TEST_F(ProjectSave, AProjectsOwnTextAndADraftBesideItAreBothKept) {
-    rig.AddProjectFile(u"talk", {u"talk00"});
-    ASSERT_TRUE(project.LoadProject());
+    LoadWith({u"talk00"});
     project.SetProjectText(u"Own");
     ASSERT_TRUE(project.SaveProject());
-    test::WriteFileBytes(rig.Path(u"talk.opr.text"), AsBytes("Draft"));
+    AddFile(u"talk.opr.text", "Draft");
     for (int start = 0; start < 2; ++start) {
-        project.SetPath(rig.files.folder.Path(), u"talk");
+        project.SetPath(folder.Path(), u"talk");
         ASSERT_TRUE(project.LoadProject());
         EXPECT_EQ(project.ProjectText(), u"Own\r\n\r\nDraft");
         ASSERT_TRUE(project.SaveProject());
-        EXPECT_FALSE(rig.Exists(u"talk.opr.text"));
+        EXPECT_FALSE(Exists(u"talk.opr.text"));
     }
 }
 
 }  // namespace
-}  // namespace orma
+}  // namespace orma::test

@@ -1,137 +1,136 @@
-#include <filesystem>
+#include <gmock/gmock.h>
 
-#include <gtest/gtest.h>
-
+#include "audio/files/take_journal.h"
 #include "audio/files/vu_file.h"
+#include "audio/files/wav_header.h"
 #include "project_rig.h"
 
-namespace orma {
+namespace orma::test {
 namespace {
 
-using Names = std::vector<Text>;
+using testing::Contains;
+using testing::ElementsAre;
 
-struct ProjectTakes : testing::Test {
-    test::ProjectRig rig;
-    Project& project = rig.project;
-};
+using ProjectTakes = ProjectTest;
 
 TEST_F(ProjectTakes, AFinishedTakeBecomesTheLastClipAndIsSaved) {
-    rig.RecordTake(40);
-    rig.RecordTake(60);
+    RecordTake(40);
+    RecordTake(60);
     ASSERT_TRUE(project.SelectClip(0));
-    rig.recording.sheet.marks = {5};
-    rig.recording.selectionEnd = 9;
-    rig.RecordTake(80);
-    EXPECT_TRUE(rig.recording.sheet.marks.empty());
-    EXPECT_EQ(rig.recording.selectionEnd, 0U);
-    EXPECT_TRUE(rig.files.boxes.shown.empty());
-    EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01", u"talk02"}));
-    EXPECT_EQ(rig.clips.CurrentIndex(), 2);
-    EXPECT_EQ(rig.clips.Current()->end, 0U);
-    EXPECT_EQ(rig.clips.Current()->length, 80U);
-    EXPECT_EQ(rig.recording.length, 80U);
-    EXPECT_EQ(rig.recording.audioPath, rig.Path(u"talk02.wav"));
-    EXPECT_EQ(rig.StoredNames(u"talk.opr"), rig.ShownNames());
-    const auto sheet = ReadVuFile(rig.files.services, rig.Path(u"talk02.jvu"));
+    recording.sheet.marks = {5};
+    recording.selectionEnd = 9;
+    RecordTake(80);
+    EXPECT_TRUE(recording.sheet.marks.empty());
+    EXPECT_EQ(recording.selectionEnd, 0U);
+    EXPECT_TRUE(boxes.shown.empty());
+    EXPECT_EQ(ShownNames(), (Names{u"talk00", u"talk01", u"talk02"}));
+    EXPECT_EQ(clips.CurrentIndex(), 2);
+    EXPECT_EQ(clips.Current()->length, 80U);
+    EXPECT_EQ(recording.length, 80U);
+    EXPECT_EQ(recording.audioPath, Path(u"talk02.wav"));
+    EXPECT_EQ(StoredNames(u"talk.opr"), ShownNames());
+    const auto sheet = ReadVuFile(files, Path(u"talk02.jvu"));
     ASSERT_TRUE(sheet);
-    EXPECT_EQ(sheet->rangeStart, 0U);
     EXPECT_EQ(sheet->rangeEnd, 80U);
     EXPECT_EQ(sheet->levels.size(), 80U);
 }
 
-TEST_F(ProjectTakes, ATakeWithoutALevelFileIsKeptAllTheSame) {
-    ASSERT_EQ(rig.files.storage.CreateFolder(rig.Path(u"talk00.jvu.tmp")), 0U);
-    rig.RecordTake(40);
-    EXPECT_EQ(rig.files.boxes.shown.size(), 2U) << "tried again as the project was saved";
-    EXPECT_EQ(rig.StoredNames(u"talk.opr"), Names{u"talk00"});
-    EXPECT_EQ(rig.clips.Current()->length, 40U);
-    EXPECT_EQ(rig.recording.sheet.levels.size(), 40U);
-
-    ASSERT_TRUE(std::filesystem::remove(ToUtf8(rig.Path(u"talk00.jvu.tmp"))));
-    EXPECT_TRUE(rig.project.SaveProject());
-    EXPECT_EQ(ReadVuFile(rig.files.services, rig.Path(u"talk00.jvu")), rig.recording.sheet);
+TEST_F(ProjectTakes, AFileThatAnotherProgramTookAwayIsToldAtTheEndOfItsTake) {
+    (void)project.PrepareTake();
+    recording.sheet.levels.assign(60, 10);
+    project.TakeFinished();
+    EXPECT_THAT(boxes.Texts(), Contains(u"The recording is gone:\n" + Path(u"talk00.wav")));
 }
 
 TEST_F(ProjectTakes, FilesOfTheTakesNameMoveAside) {
-    test::WriteFileBytes(rig.Path(u"talk00 (kept 1).jvu"), AsBytes("older"));
-    test::WriteFileBytes(rig.Path(u"talk00.mp2"), AsBytes("other kind"));
-    rig.AddLevels(u"talk00", 3);
-    rig.RecordTake(40);
-    rig.project.NewProject();  // numbering begins again
-    rig.RecordTake(60);
-    EXPECT_EQ(rig.ShownNames(), Names{u"talk00"});
-    EXPECT_EQ(rig.clips.Current()->length, 60U);
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk00 (kept 1).jvu")).size(), 5U);
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk00 (kept 2).mp2")).size(), 10U);
-    EXPECT_TRUE(rig.Exists(u"talk00 (kept 2).jvu"));
-    EXPECT_EQ(test::ReadFileBytes(rig.Path(u"talk00 (kept 3).wav")).size(),
-              44U + 40 * rig.kPeriodBytes);
-    EXPECT_TRUE(rig.files.boxes.shown.empty());
+    AddFile(u"talk00 (kept 1).jvu", "older");
+    AddFile(u"talk00.mp2", "other kind");
+    AddLevels(u"talk00", 3);
+    RecordTake(40);
+    project.NewProject();  // numbering begins again
+    RecordTake(60);
+    EXPECT_EQ(ShownNames(), Names{u"talk00"});
+    EXPECT_EQ(clips.Current()->length, 60U);
+    EXPECT_EQ(File(u"talk00 (kept 1).jvu").size(), 5U);
+    EXPECT_EQ(File(u"talk00 (kept 2).mp2").size(), 10U);
+    EXPECT_TRUE(Exists(u"talk00 (kept 2).jvu"));
+    EXPECT_EQ(File(u"talk00 (kept 3).wav").size(), 44U + 40 * kPeriodBytes);
+    EXPECT_TRUE(boxes.shown.empty());
 }
 
 TEST_F(ProjectTakes, NumbersThatClipsReferToAreSkippedAlsoThoseOfMissingRecordings) {
-    rig.AddRecording(u"talk00", 40);
-    rig.AddProjectFile(u"talk", {u"talk00", u"talk01"});  // its index says: none recorded yet
+    AddRecording(u"talk00", 40);
+    AddProjectFile(u"talk", {u"talk00", u"talk01"});  // its index says: none recorded yet
     ASSERT_TRUE(project.LoadProject());
     EXPECT_EQ(project.PrepareTake(), u"talk02");
-    EXPECT_TRUE(rig.Exists(u"talk00.wav"));
+    EXPECT_TRUE(Exists(u"talk00.wav"));
     while (project.RecordingIndex() < 99)
         project.NextRecording();
-    rig.AddRecording(u"talk100", 40);  // perhaps the first take of a project "talk1"
+    AddRecording(u"talk100", 40);  // perhaps the first take of a project "talk1"
     EXPECT_EQ(project.PrepareTake(), u"talk101");
-    EXPECT_TRUE(rig.Exists(u"talk100.wav"));
+    EXPECT_TRUE(Exists(u"talk100.wav"));
 }
 
-/// Storage on which nothing can be renamed away from a recording's name.
-class StickyStorage : public PosixStorage {
-  public:
-    SystemError Rename(const Text& from, const Text& to) override {
-        if (to.find(u"(kept") == Text::npos || !to.ends_with(stuck)) {
-            return PosixStorage::Rename(from, to);
-        }
-        return 13;
-    }
-    Text stuck = u".jvu";
-};
-
 TEST_F(ProjectTakes, WhenMovingFailsTheNextFreeNumberIsTakenAndNothingIsTouched) {
-    StickyStorage storage;
-    Project stuck({{{storage, rig.files.report}, rig.audio, rig.decoder},
-                   rig.clock,
-                   rig.clips,
-                   rig.recording});
-    stuck.SetPath(rig.files.folder.Path(), u"talk");
-    rig.AddRecording(u"talk00", 40);
-    rig.AddRecording(u"talk01", 40);
-    EXPECT_EQ(stuck.PrepareTake(), u"talk02");
-    EXPECT_EQ(rig.files.boxes.shown.size(), 1U);
+    AddRecording(u"talk00", 40);
+    AddRecording(u"talk01", 40);
+    storage.FailAt(FaultyStorage::kRename, 2);  // the first file of talk00 has moved
+    EXPECT_EQ(project.PrepareTake(), u"talk02");
+    EXPECT_EQ(boxes.shown.size(), 1U);
     for (const auto* name : {u"talk00.wav", u"talk00.jvu", u"talk01.wav", u"talk01.jvu"})
-        EXPECT_TRUE(rig.Exists(name));
-    EXPECT_FALSE(rig.Exists(u"talk00 (kept 1).wav"));
+        EXPECT_TRUE(Exists(name));
+    EXPECT_FALSE(Exists(u"talk00 (kept 1).wav"));
 }
 
 TEST_F(ProjectTakes, ADiscardedTakeLeavesTheLastOneCurrentAndItsNumberFree) {
-    rig.AddWav(project.PrepareTake(), 2);
+    AddWav(project.PrepareTake(), 2);
     project.TakeDiscarded(true);
     EXPECT_EQ(project.RecordingIndex(), -1);
-    EXPECT_FALSE(rig.Exists(u"talk00.wav"));
-    EXPECT_EQ(rig.recording.length, 0U);
-    rig.RecordTake(40);
-    rig.RecordTake(60);
+    EXPECT_FALSE(Exists(u"talk00.wav"));
+    EXPECT_EQ(recording.length, 0U);
+    RecordTake(40);
+    RecordTake(60);
     ASSERT_TRUE(project.SelectClip(0));
-    rig.AddRecording(u"talk02", 9);  // was there before: moves aside
-    rig.AddWav(project.PrepareTake(), 2);
+    AddRecording(u"talk02", 9);  // was there before: moves aside
+    AddWav(project.PrepareTake(), 2);
     project.TakeDiscarded(true);
-    EXPECT_FALSE(rig.Exists(u"talk02.wav"));
-    EXPECT_TRUE(rig.Exists(u"talk02 (kept 1).wav"));
-    EXPECT_EQ(rig.ShownNames(), (Names{u"talk00", u"talk01"}));
-    EXPECT_EQ(rig.clips.CurrentIndex(), 1);
-    EXPECT_EQ(rig.recording.audioPath, rig.Path(u"talk01.wav"));
-    EXPECT_EQ(rig.recording.length, 60U);
+    EXPECT_FALSE(Exists(u"talk02.wav"));
+    EXPECT_TRUE(Exists(u"talk02 (kept 1).wav"));
+    EXPECT_EQ(clips.CurrentIndex(), 1);
+    EXPECT_EQ(recording.audioPath, Path(u"talk01.wav"));
     project.TakeDiscarded(true);  // no take is pending: nothing is deleted
-    EXPECT_TRUE(rig.Exists(u"talk01.wav"));
+    EXPECT_TRUE(Exists(u"talk01.wav"));
     EXPECT_EQ(project.PrepareTake(), u"talk02");
 }
 
+TEST_F(ProjectTakes, RecoveredSoundThatFitsNowhereIsKeptBesideTheTake) {
+    AddRecording(u"talk00", 40);
+    AddProjectFile(u"talk", {u"talk00"});
+    const Bytes take = File(u"talk00.wav");
+    LeaveJournal(u"talk00", Bytes(600, 0x5A));  // of another recording
+    const Bytes journal = File(u"talk00.rec");
+    ASSERT_TRUE(project.LoadProject());
+    project.RecoverTakes();
+    EXPECT_EQ(File(u"talk00.wav"), take);
+    EXPECT_FALSE(Exists(u"talk00.rec"));
+    EXPECT_EQ(File(u"talk00 (kept 1).rec"), journal);
+    EXPECT_EQ(ShownNames(), Names{u"talk00"});
+}
+
+TEST_F(ProjectTakes, RecoveredSoundOfLessThanAPeriodIsNoClipButStays) {
+    const auto head = WavHeader().Encode();
+    Bytes sound(head.begin(), head.end());
+    sound.resize(sound.size() + kPeriodBytes / 2, 0x11);
+    LeaveJournal(u"talk00", sound);
+    project.RecoverTakes();
+    EXPECT_TRUE(clips.Empty());
+    EXPECT_THAT(project.LeftAlone(), ElementsAre(u"talk00"));
+    EXPECT_FALSE(Exists(u"talk00.rec")) << "it is looked at once";
+    const Bytes take = File(u"talk00.wav");
+    ASSERT_EQ(take.size(), sound.size());
+    EXPECT_TRUE(std::equal(take.begin() + 44, take.end(), sound.begin() + 44));
+    EXPECT_EQ(project.PrepareTake(), u"talk01");
+}
+
 }  // namespace
-}  // namespace orma
+}  // namespace orma::test

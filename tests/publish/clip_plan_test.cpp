@@ -50,20 +50,15 @@ TEST(ClipPlan, LeavesOutCutsOnTheLowerFrames) {
                                                       20, 21, 22, 23}));
 }
 
-TEST(ClipPlan, TakesNoTailBehindACutToTheEnd) {
+TEST(ClipPlan, TakesATailAtTheEndAloneAndNothingBeyondIt) {
     EXPECT_FALSE(PlanClip(Clip(0, 0), Sheet(30, {{20, 30, 0}}), {29, 30, 65}, 2).takesTail);
     EXPECT_FALSE(PlanClip(Clip(0, 28), Sheet(30), {29, 30, 65}, 2).takesTail);
     EXPECT_TRUE(PlanClip(Clip(28, 29), Sheet(30), {29, 30, 65}, 2).takesTail)
         << "the end as the reader states it";
-}
-
-TEST(ClipPlan, NeverReachesBeyondTheRecording) {
-    const ClipPlan beyond = PlanClip(Clip(10, 4000000000), Sheet(30), {30, 30, 0}, 2);
-    EXPECT_EQ(beyond.kept, (Kept{{10, 30}}));
-    const ClipPlan behind = PlanClip(Clip(50, 60), Sheet(30), {30, 30, 0}, 2);
-    EXPECT_TRUE(behind.kept.empty());
-    const ClipPlan turned = PlanClip(Clip(20, 10), Sheet(30), {30, 30, 0}, 2);
-    EXPECT_TRUE(turned.kept.empty());
+    const StoredSound sound{30, 30, 0};
+    EXPECT_EQ(PlanClip(Clip(10, 4000000000), Sheet(30), sound, 2).kept, (Kept{{10, 30}}));
+    EXPECT_TRUE(PlanClip(Clip(50, 60), Sheet(30), sound, 2).kept.empty());
+    EXPECT_TRUE(PlanClip(Clip(20, 10), Sheet(30), sound, 2).kept.empty());
 }
 
 TEST(ClipPlan, TrustsLevelsThatFitTheSound) {
@@ -75,24 +70,6 @@ TEST(ClipPlan, TrustsLevelsThatFitTheSound) {
     EXPECT_TRUE(EndsEarly(Sheet(30), {.periods = 28}, 2));
     EXPECT_FALSE(EndsEarly(Sheet(30), {.periods = 28, .frames = 58}, 2));
     EXPECT_TRUE(EndsEarly(Sheet(30), {.periods = 27, .frames = 57}, 2));
-}
-
-TEST(Publication, FramesOfPcmFollowFromItsSamples) {
-    const struct {
-        std::uint32_t rate;
-        std::uint64_t samples;
-        std::uint32_t frames;
-    } table[] = {// 1058.4 samples of 44100 Hz are a frame.
-                 {44100, 88207, 84},
-                 {48000, 88207, 77},
-                 {44100, 5292, 5},
-                 {44100, 5293, 6}};
-    for (const auto& row : table) {
-        Publication publication;
-        publication.format = {.mp2 = false, .channels = 2, .recordingRate = row.rate, .shift = 2};
-        publication.clips.emplace_back().samples = row.samples;
-        EXPECT_EQ(publication.TotalFrames(), row.frames) << row.samples << " at " << row.rate;
-    }
 }
 
 TEST(Publication, ReckonsLongOnesWithoutOverflow) {

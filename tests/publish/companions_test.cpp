@@ -3,9 +3,8 @@
 #include <filesystem>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include "remote_rig.h"
+#include "publish_rig.h"
 
 namespace orma::test {
 namespace {
@@ -13,192 +12,188 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct CompanionsTest : testing::Test {
+struct CompanionsTest : PublishTest {
     CompanionsTest() {
-        rig.AddClips(true, 44100, 1);
-        rig.settings.ImagePublishing = 1;
-        image.resize(40000);
+        AddClips();
+        settings.ImagePublishing = 1;
+        image.resize(400'000);
         for (std::size_t i = 0; i < image.size(); ++i)
             image[i] = static_cast<std::uint8_t>(i * 7);
-        WriteFileBytes(rig.Path(u"boat.jpg"), image);
-        WriteFileBytes(rig.Path(u"quay"), ByteSpan(image).first(5));
-        rig.dialogs.onShow = [this] {
-            rig.choices.images.Clear();
-            EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"boat.jpg")));
-            EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"quay")));
-            rig.choices.imagesAttached = true;
+        WriteFileBytes(Path(u"boat.jpg"), image);
+        WriteFileBytes(Path(u"quay"), ByteSpan(image).first(5));
+        dialogs.onShow = [this] {
+            choices.images.Clear();
+            Choose(u"boat.jpg");
+            Choose(u"quay");
+            choices.imagesAttached = true;
         };
     }
 
-    RemoteRig rig;
+    void Choose(TextView name) { EXPECT_TRUE(choices.images.Add(files, Path(name))); }
+
+    /// Lets something happen as the first image is about to be sent.
+    void AtTheImage(const std::function<void()>& happens) {
+        progress.onText = [happens](const Text& text) {
+            if (text == u"  Publishing image...  ") happens();
+        };
+    }
+
     Bytes image;
 };
 
 TEST_F(CompanionsTest, FollowTheSoundByFtp) {
-    rig.settings.PublishText = 1;
-    rig.settings.UseProjectTextFile = 1;
-    rig.settings.ProjectTextFile = u"/desk/notes.nws";
-    rig.settings.FtpFolder = u"in";
-    ASSERT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kPublished);
-    EXPECT_EQ(rig.dialogs.shown, std::vector<int>{113});
-    EXPECT_EQ(rig.server.files.size(), 4U);
-    EXPECT_EQ(rig.server.files[u"in/talk_01.jpg"], image);
-    EXPECT_EQ(rig.server.files[u"in/talk_02"], Bytes(image.begin(), image.begin() + 5));
-    const Bytes& text = rig.server.files[u"in/talk.nws"];
+    settings.PublishText = 1;
+    settings.UseProjectTextFile = 1;
+    settings.ProjectTextFile = u"/desk/notes.nws";
+    settings.FtpFolder = u"in";
+    ASSERT_EQ(Job().MenuPublishCliplist(false), PublishOutcome::kPublished);
+    EXPECT_EQ(dialogs.shown, std::vector<int>{113});
+    EXPECT_EQ(server.files.size(), 4U);
+    EXPECT_EQ(server.files[u"in/talk_01.jpg"], image);
+    EXPECT_EQ(server.files[u"in/talk_02"], Bytes(image.begin(), image.begin() + 5));
+    const Bytes& text = server.files[u"in/talk.nws"];
     EXPECT_EQ(std::string(text.begin(), text.end()), "Harbour");
-    EXPECT_THAT(rig.progress.texts,
-                ElementsAre(u"  Connecting...  ", u"  Publishing audio...  ",
-                            u"  Publishing image...  ", u"  Publishing text...  "));
+    EXPECT_THAT(progress.texts, ElementsAre(u"  Connecting...  ", u"  Publishing audio...  ",
+                                            u"  Publishing image...  ", u"  Publishing text...  "));
 
     // Fast: no dialog, no images, but the text.
-    rig.settings.ProjectTextFile = u"/desk/notes.d/harbour";
-    rig.server.files.clear();
-    ASSERT_EQ(rig.Job().MenuPublishFastCliplist(false), PublishOutcome::kPublished);
-    EXPECT_EQ(rig.server.files.size(), 2U);
-    EXPECT_TRUE(rig.server.files.contains(u"in/talk.txt")) << "a dot of the folder is no extension";
-    EXPECT_EQ(rig.dialogs.shown.size(), 1U);
+    settings.ProjectTextFile = u"/desk/notes.d/harbour";
+    server.files.clear();
+    ASSERT_EQ(Job().MenuPublishFastCliplist(false), PublishOutcome::kPublished);
+    EXPECT_EQ(server.files.size(), 2U);
+    EXPECT_TRUE(server.files.contains(u"in/talk.txt")) << "a dot of the folder is no extension";
+    EXPECT_EQ(dialogs.shown.size(), 1U);
 }
 
 TEST_F(CompanionsTest, GoAloneUnderTheirOwnNamesOrAsMailsOfTheirOwn) {
-    rig.dialogs.ftp.keepNames = true;
-    ASSERT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kPublished);
-    EXPECT_EQ(rig.dialogs.shown, std::vector<int>{123});
-    EXPECT_EQ(rig.server.files[u"boat.jpg"], image);
-    EXPECT_EQ(rig.server.files.size(), 2U);
+    dialogs.ftp.keepNames = true;
+    ASSERT_EQ(Job().MenuPublishImage(false), PublishOutcome::kPublished);
+    EXPECT_EQ(dialogs.shown, std::vector<int>{123});
+    EXPECT_EQ(server.files[u"boat.jpg"], image);
+    EXPECT_EQ(server.files.size(), 2U);
     // Nothing is selected: the images are all that there is.
-    rig.server.files.clear();
-    PublishJob job = rig.Job();
+    server.files.clear();
+    PublishJob job = Job();
     ASSERT_EQ(job.MenuPublishClip(false), PublishOutcome::kPublished);
     EXPECT_FALSE(job.HasSentSound());
-    EXPECT_EQ(rig.server.files[u"talk_01.jpg"], image);
-    rig.settings.PublishMethod = 2;
-    rig.ExpectMails(3);
+    EXPECT_EQ(server.files[u"talk_01.jpg"], image);
+    settings.PublishMethod = 2;
+    ExpectMails(3);
     ASSERT_EQ(job.MenuPublishCliplist(false), PublishOutcome::kPublished);
     EXPECT_TRUE(job.HasSentSound());
-    EXPECT_THAT(rig.Boxes(), IsEmpty());
-    const std::vector<Bytes> attachments = rig.Attachments();
+    EXPECT_THAT(boxes.Texts(), IsEmpty());
+    const std::vector<Bytes> attachments = Attachments();
     ASSERT_EQ(attachments.size(), 3U);
-    EXPECT_EQ(rig.Findings(attachments[0]), "");
+    EXPECT_EQ(Findings(attachments[0]), "");
     EXPECT_EQ(attachments[1], image);
 }
 
 TEST_F(CompanionsTest, OfOneNameDoNotReplaceEachOther) {
-    std::filesystem::create_directory(rig.files.folder.Native(u"b"));
-    WriteFileBytes(rig.Path(u"b/BOAT.jpg"), ByteSpan(image).first(9));
-    rig.dialogs.onShow = [&] {
-        EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"boat.jpg")));
-        EXPECT_TRUE(rig.choices.images.Add(rig.files.services, rig.Path(u"b/BOAT.jpg")));
+    std::filesystem::create_directory(folder.Native(u"b"));
+    WriteFileBytes(Path(u"b/BOAT.jpg"), ByteSpan(image).first(9));
+    dialogs.onShow = [&] {
+        Choose(u"boat.jpg");
+        Choose(u"b/BOAT.jpg");
     };
-    rig.dialogs.ftp.keepNames = true;
-    ASSERT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kPublished);
-    EXPECT_EQ(rig.server.files[u"boat.jpg"], image);
-    EXPECT_EQ(rig.server.files[u"BOAT_02.jpg"].size(), 9U);
+    dialogs.ftp.keepNames = true;
+    ASSERT_EQ(Job().MenuPublishImage(false), PublishOutcome::kPublished);
+    EXPECT_EQ(server.files[u"boat.jpg"], image);
+    EXPECT_EQ(server.files[u"BOAT_02.jpg"].size(), 9U);
 }
 
-TEST_F(CompanionsTest, OfFourGigabytesAreRefusedAndChangedOnesNotSent) {
-    const Text path = rig.Path(u"film.mp4");
-    WriteFileBytes(path, {});
-    std::filesystem::resize_file(rig.files.folder.Native(u"film.mp4"), std::uint64_t{1} << 32);
-    EXPECT_FALSE(rig.choices.images.Add(rig.files.services, path));
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Too large to send (4 GB):\n" + path));
-    const auto choose = rig.dialogs.onShow;
-    rig.dialogs.onShow = [&] {
+TEST_F(CompanionsTest, ThatChangeWhileTheDialogIsOpenAreNotSent) {
+    const auto choose = dialogs.onShow;
+    dialogs.onShow = [&] {
         choose();
-        WriteFileBytes(rig.Path(u"boat.jpg"), ByteSpan(image).first(7));
+        WriteFileBytes(Path(u"boat.jpg"), ByteSpan(image).first(7));
     };
-    EXPECT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kFailed);
+    EXPECT_EQ(Job().MenuPublishImage(false), PublishOutcome::kFailed);
 }
 
 TEST_F(CompanionsTest, AreNamedWhenTheyDoNotArrive) {
-    rig.progress.onText = [&](const Text& text) {
-        if (text == u"  Publishing image...  ") rig.server.breaksAfter = 20000;
-    };
-    EXPECT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kFailed);
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Connection lost", u"Not published:\ntalk_01.jpg"));
-    EXPECT_EQ(rig.Findings(rig.server.files[u"talk.wav"]), "") << "the sound is there";
-
-    rig.files.boxes.shown.clear();
-    rig.progress.onText = nullptr;
-    rig.server.confirmation = {kFtpRefused, 552, u"552 Full."};
-    EXPECT_EQ(rig.Job().MenuPublishImage(false), PublishOutcome::kFailed);
-    EXPECT_THAT(rig.Boxes(),
-                ElementsAre(u"InternetWriteFile 12003 552 Full.", u"Not published:\ntalk_01.jpg"));
+    AtTheImage([&] { server.breaksAfter = 20000; });
+    EXPECT_EQ(Job().MenuPublishCliplist(false), PublishOutcome::kFailed);
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Connection lost", u"Not published:\ntalk_01.jpg"));
+    EXPECT_EQ(Findings(server.files[u"talk.wav"]), "") << "the sound is there";
 
     // The silence of a job that goes on by itself lasts until its end.
-    rig.files.boxes.shown.clear();
-    rig.server.confirmation = {};
-    rig.settings.AutoResume = 1;
-    rig.progress.onText = [&](const Text& text) {
-        if (text == u"  Publishing image...  ") rig.server.opening = {kFtpRefused, 553, u"553 No."};
-    };
-    EXPECT_EQ(rig.Job().MenuPublishCliplist(false), PublishOutcome::kFailed);
-    rig.files.report.ReportInternetFailure(u"x", kFtpTimeout, u"");
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Not published:\ntalk_01.jpg", u"Timeout"));
+    boxes.shown.clear();
+    settings.AutoResume = 1;
+    AtTheImage([&] { server.opening = {kFtpRefused, 553, u"553 No."}; });
+    EXPECT_EQ(Job().MenuPublishCliplist(false), PublishOutcome::kFailed);
+    report.ReportInternetFailure(u"x", kFtpTimeout, u"");
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Not published:\ntalk_01.jpg", u"Timeout"));
 }
 
-TEST(PublishChecks, RefuseWithTheirTexts) {
-    RemoteRig rig;
-    rig.audio.mp2 = true;
-    PublishJob job = rig.Job();
+TEST_F(CompanionsTest, ThatAreCancelledStopAtTheNextBlock) {
+    for (const std::uint32_t method : {0U, 2U}) {
+        settings.PublishMethod = method;
+        ExpectMails(1);
+        boxes.shown.clear();
+        progress.cancelAt = 0;
+        AtTheImage([&] { progress.cancelAt = progress.asked + 4; });
+        EXPECT_EQ(Job().MenuPublishImage(false), PublishOutcome::kCancelled);
+        EXPECT_THAT(boxes.Texts(),
+                    ElementsAre(u"Publishing was cancelled.\nThe publication is incomplete."));
+        EXPECT_THAT(tcp.Sent(), testing::Not(testing::HasSubstr("\r\n.\r\n")))
+            << "half a mail is never ended";
+        EXPECT_LT(server.files[u"talk_01.jpg"].size(), image.size());
+        EXPECT_LE(server.files.size(), 1U);
+    }
+}
+
+using PublishChecks = PublishTest;
+
+TEST_F(PublishChecks, RefuseWithTheirTexts) {
+    PublishJob job = Job();
     const Text busy = u"MenuPublishCliplist";
-    const Text nothing = u"Nothing recorded or selected";
     const Text noClips = u"Nothing in cliplist";
     const Text tooHigh =
-        u"Sample-rate= 96 KHz.\nYou can not publish at\n"
-        u"sample-rates higher than 48 KHz.";
-    const auto expect = [&](PublishOutcome outcome, const std::vector<Text>& texts) {
-        EXPECT_EQ(outcome, PublishOutcome::kRefused);
-        EXPECT_EQ(rig.Boxes(), texts);
-        rig.files.boxes.shown.clear();
+        u"Sample-rate= 96 KHz.\nYou can not publish at\nsample-rates higher than 48 KHz.";
+    const auto refuse = [&](PublishOutcome (PublishJob::*command)(bool), bool isBusy = false) {
+        boxes.shown.clear();
+        EXPECT_EQ((job.*command)(isBusy), PublishOutcome::kRefused);
+        return boxes.shown.empty() ? Text() : boxes.shown[0].text;
     };
-    expect(job.MenuPublishClip(true), {});
-    expect(job.MenuPublishFastClip(true), {});
-    expect(job.MenuPublishImage(true), {});
-    expect(job.MenuPublishClipToFile(true), {});
-    expect(job.MenuPublishCliplistToFile(true), {});
-    expect(job.MenuPublishCliplist(true), {busy});
-    expect(job.MenuPublishFastCliplist(true), {busy});
-    expect(job.MenuPublishImage(false), {});  // images are off
-    rig.settings.ImagePublishing = 1;
-    rig.audio.sampleRate = 96000;
-    expect(job.MenuPublishImage(false), {tooHigh});
-    rig.settings.ImagePublishing = 0;
-    rig.audio.sampleRate = 44100;
-    for (const bool toFile : {false, true}) {
-        expect(toFile ? job.MenuPublishClipToFile(false) : job.MenuPublishClip(false), {nothing});
-        expect(toFile ? job.MenuPublishCliplistToFile(false) : job.MenuPublishCliplist(false),
-               {noClips});
-    }
-    expect(job.MenuPublishFastClip(false), {nothing});
-    rig.settings.FtpPublishing = 0;
-    expect(job.MenuPublishClip(false), {});
-    expect(job.MenuPublishCliplist(false), {busy});
-    rig.settings.ImagePublishing = 1;
-    expect(job.MenuPublishFastCliplist(false), {});  // images need no clip
-    rig.settings.ImagePublishing = 0;
-    rig.settings.PublishMethod = 1;  // which needs no such option
-    expect(job.MenuPublishCliplist(false), {noClips});
-    rig.AddClips(true, 44100, 1);
-    rig.settings.Recipient = u"nobody";
-    expect(job.MenuPublishFastCliplist(false), {u"Illegal email-address"});
-    rig.settings.PublishMethod = 0;
-    rig.settings.FtpServer.clear();
-    rig.settings.PublishToFile = 0;
-    expect(job.MenuPublishClipToFile(false), {});
-    rig.settings.PublishToFile = 1;
-    rig.audio.sampleRate = 96000;
-    expect(job.MenuPublishCliplistToFile(false), {tooHigh});
+    for (const auto command : {&PublishJob::MenuPublishClip, &PublishJob::MenuPublishFastClip,
+                               &PublishJob::MenuPublishImage, &PublishJob::MenuPublishClipToFile,
+                               &PublishJob::MenuPublishCliplistToFile})
+        EXPECT_EQ(refuse(command, true), u"");
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplist, true), busy);
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishFastClip), u"Nothing recorded or selected");
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplistToFile), noClips);
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishImage), u"");  // images are off
+    settings.FtpPublishing = 0;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishClip), u"");
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplist), busy);
+    settings.ImagePublishing = 1;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishFastCliplist), u"");  // images need no clip
+    audio.sampleRate = 96000;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishImage), tooHigh);
+    settings.ImagePublishing = 0;
+    settings.PublishMethod = 1;  // which needs no such option
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplist), noClips);
+    AddClips();
+    settings.PublishToFile = 0;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishClipToFile), u"");
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplistToFile), busy);
+    settings.PublishToFile = 1;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplistToFile), tooHigh);
+    audio.sampleRate = 44100;
+    settings.Recipient = u"nobody";
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishFastCliplist), u"Illegal email-address");
+    settings.PublishMethod = 0;
+    settings.FtpServer.clear();
     const Text noFtp = u"No FTP server is set up.\nIt is added with orma-setup.";
-    rig.audio.sampleRate = 44100;
-    expect(job.MenuPublishFastCliplist(false), {noFtp});
-    rig.settings.FtpPublishing = 1;
-    rig.settings.ImagePublishing = 1;
-    expect(job.MenuPublishCliplist(false), {noFtp});
-    rig.settings.PublishMethod = 2;
-    rig.settings.SmtpServer.clear();
-    expect(job.MenuPublishImage(false),
-           {u"No mail server is set up.\nIt is added with orma-setup."});
-    EXPECT_THAT(rig.dialogs.shown, IsEmpty()) << "nobody fills a dialog in for nothing";
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishFastCliplist), noFtp);
+    settings.FtpPublishing = 1;
+    settings.ImagePublishing = 1;
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishCliplist), noFtp);
+    settings.PublishMethod = 2;
+    settings.SmtpServer.clear();
+    EXPECT_EQ(refuse(&PublishJob::MenuPublishImage),
+              u"No mail server is set up.\nIt is added with orma-setup.");
+    EXPECT_THAT(dialogs.shown, IsEmpty()) << "nobody fills a dialog in for nothing";
 }
 
 }  // namespace

@@ -3,12 +3,11 @@
 #include <numeric>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "audio/files/vu_file.h"
-#include "publish/verify.h"
 #include "publish_rig.h"
 #include "support/riff_chunks.h"
+#include "support/sound_files.h"
 
 namespace orma::test {
 namespace {
@@ -28,42 +27,58 @@ std::uint32_t SumOf(ByteSpan bytes) {
     return std::accumulate(bytes.begin(), bytes.end(), std::uint32_t{0});
 }
 
-/// Nothing under the published name and no temporary file either.
-void ExpectNothingPublished(PublishRig& rig, TextView name = u"pub_talk.wav") {
-    EXPECT_FALSE(rig.Exists(name));
-    EXPECT_FALSE(rig.Exists(Text(name) + u".tmp"));
+/// The samples are there one by one, then zeros to a frame.
+void ExpectSamples(ByteSpan data, std::vector<std::int16_t> expected) {
+    expected.resize((expected.size() + 1151) / 1152 * 1152);
+    EXPECT_EQ(AsSamples(data), expected);
 }
 
-TEST(PublishJob, MakesAPcmFileOfWholeAndPartialClips) {
-    PublishRig rig;
+struct PublishJobTest : PublishTest {
+    /// Nothing under the published name and no temporary file either.
+    void ExpectNothingPublished() {
+        EXPECT_FALSE(Exists(u"pub_talk.wav"));
+        EXPECT_FALSE(Exists(u"pub_talk.wav.tmp"));
+    }
+
+    PublishOutcome PublishToFile() { return job.MenuPublishCliplistToFile(false); }
+
+    PublishJob job = Job();
+};
+
+/// With projects of WAV and of MP2.
+struct PublishJobFormats : PublishJobTest, testing::WithParamInterface<bool> {
+    PublishJobFormats() { audio.mp2 = GetParam(); }
+};
+INSTANTIATE_TEST_SUITE_P(Formats, PublishJobFormats, testing::Bool());
+
+TEST_F(PublishJobTest, MakesAPcmFileOfWholeAndPartialClips) {
     // 41 periods and a third of one, which has no level but is recorded all the same.
     const auto whole = Speech(41 * kPeriod48000 + 800, 48000, 1);
-    LevelSheet sheet = rig.AddWav(u"talk00", whole, 48000);
+    LevelSheet sheet = AddTake(u"talk00", whole, 48000);
     sheet.marks = {0, 10, 41};
-    rig.AddLevels(u"talk00", sheet);
+    AddLevels(u"talk00", sheet);
     const auto part = Speech(60 * kPeriod48000, 48000, 1, 9000);
-    sheet = rig.AddWav(u"talk01", part, 48000);
+    sheet = AddTake(u"talk01", part, 48000);
     sheet.cuts = {{20, 30, 0}};
-    rig.AddLevels(u"talk01", sheet);
-    rig.AddClip(u"talk00", 0, 0, u"Intro");
-    rig.AddClip(u"talk01", 10, 40);
-    rig.project.SetProjectText(u"Caf\u00E9");
+    AddLevels(u"talk01", sheet);
+    AddClip(u"talk00", 0, 0, u"Intro");
+    AddClip(u"talk01", 10, 40);
+    project.SetProjectText(u"Caf\u00E9");
 
-    PublishJob job = rig.Job();
-    ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-    EXPECT_THAT(rig.Boxes(), IsEmpty());
-    EXPECT_EQ(job.PublishedPath(), rig.Path(u"pub_talk.wav"));
-    EXPECT_THAT(rig.progress.texts, ElementsAre(u"  Connecting...  ", u"  Publishing audio...  "));
-    EXPECT_EQ(rig.progress.range, 61U);  // 41 and 20
-    EXPECT_EQ(rig.progress.stepped, 61U);
+    ASSERT_EQ(PublishToFile(), PublishOutcome::kPublished);
+    EXPECT_THAT(boxes.Texts(), IsEmpty());
+    EXPECT_EQ(job.PublishedPath(), Path(u"pub_talk.wav"));
+    EXPECT_THAT(progress.texts, ElementsAre(u"  Connecting...  ", u"  Publishing audio...  "));
+    EXPECT_EQ(progress.range, 61U);  // 41 and 20
+    EXPECT_EQ(progress.stepped, 61U);
 
-    const Bytes file = rig.File(u"pub_talk.wav");
+    const Bytes file = File(u"pub_talk.wav");
     const auto chunks = RiffChunks(file);
     ASSERT_EQ(RiffIds(chunks), "bext fmt  fact data levl qlty");
     EXPECT_EQ(Text8(chunks[0].content.first(5)), std::string("Caf\xE9\0", 5));
     EXPECT_EQ(Text8(chunks[0].content.subspan(320, 18)), "2009- 1- 5 9: 7: 3");
 
-    // At 48000 Hz nothing is converted: the samples are there one by one, then zeros to a frame.
+    // At 48000 Hz nothing is converted.
     std::vector<std::int16_t> expected = whole;
     const auto append = [&](std::size_t begin, std::size_t end) {
         expected.insert(expected.end(),
@@ -72,11 +87,9 @@ TEST(PublishJob, MakesAPcmFileOfWholeAndPartialClips) {
     };
     append(10, 20);
     append(30, 40);
-    expected.resize((expected.size() + 1151) / 1152 * 1152);
     const ByteSpan data = chunks[3].content;
-    ASSERT_EQ(data.size(), expected.size() * 2);
-    EXPECT_EQ(std::memcmp(data.data(), expected.data(), data.size()), 0);
-    EXPECT_EQ(LoadLe<std::uint32_t>(chunks[2].content.data()), expected.size());
+    ExpectSamples(data, expected);
+    EXPECT_EQ(LoadLe<std::uint32_t>(chunks[2].content.data()), data.size() / 2);
     EXPECT_EQ(LoadLe<std::uint32_t>(&chunks[5].content[4]), SumOf(data));
     EXPECT_THAT(Text8(chunks[5].content.subspan(8)),
                 HasSubstr("C=N000, TS=00:00:00:0, T=IntroM0\r\n"
@@ -84,38 +97,33 @@ TEST(PublishJob, MakesAPcmFileOfWholeAndPartialClips) {
                           "C=N002, TS=00:00:02:2, T=talk01\r\n"
                           "C=N003, TS=00:00:03:2, T=End\r\n"));
 
-    EXPECT_EQ(rig.Findings(), "");
+    EXPECT_EQ(Findings(), "");
 }
 
-TEST(PublishJob, SendsTheShortLastPeriodOfATakeThatWasCutInPlace) {
-    PublishRig rig;
+TEST_F(PublishJobTest, SendsTheShortLastPeriodOfATakeThatWasCutInPlace) {
     const auto whole = Speech(40 * kPeriod48000, 48000, 1);
-    rig.AddWav(u"talk00", whole, 48000);
+    AddTake(u"talk00", whole, 48000);
     // Such a take lacks its last 44 bytes, which its header still counts.
-    const Bytes take = rig.File(u"talk00.wav");
-    WriteFileBytes(rig.Path(u"talk00.wav"), ByteSpan(take).first(take.size() - 44));
-    rig.AddClip(u"talk00", 35, 40);
-    ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-    EXPECT_THAT(rig.Boxes(), IsEmpty());
-    const Bytes file = rig.File(u"pub_talk.wav");
-    const ByteSpan data = RiffChunks(file)[3].content;
-    std::vector<std::int16_t> expected(whole.begin() + 35 * kPeriod48000, whole.end() - 22);
-    expected.resize((expected.size() + 1151) / 1152 * 1152);
-    ASSERT_EQ(data.size(), expected.size() * 2);
-    EXPECT_EQ(std::memcmp(data.data(), expected.data(), data.size()), 0);
-    EXPECT_EQ(rig.Findings(), "");
+    const Bytes take = File(u"talk00.wav");
+    WriteFileBytes(Path(u"talk00.wav"), ByteSpan(take).first(take.size() - 44));
+    AddClip(u"talk00", 35, 40);
+    ASSERT_EQ(PublishToFile(), PublishOutcome::kPublished);
+    EXPECT_THAT(boxes.Texts(), IsEmpty());
+    const Bytes file = File(u"pub_talk.wav");
+    ExpectSamples(RiffChunks(file)[3].content,
+                  {whole.begin() + 35 * kPeriod48000, whole.end() - 22});
+    EXPECT_EQ(Findings(), "");
 }
 
-TEST(PublishJob, ConvertsStereoAndMonoClipsOf44100IntoOneStereoFile) {
-    PublishRig rig;
-    rig.AddWav(u"talk00", Speech(50 * kPeriod44100, 44100, 1));
-    rig.AddWav(u"talk01", Speech(50 * kPeriod44100, 44100, 2), 44100, 2);
-    rig.AddClip(u"talk00");
-    rig.AddClip(u"talk01");
+TEST_F(PublishJobTest, ConvertsStereoAndMonoClipsOf44100IntoOneStereoFile) {
+    AddTake(u"talk00", Speech(50 * kPeriod44100, 44100, 1));
+    AddTake(u"talk01", Speech(50 * kPeriod44100, 44100, 2), 44100, 2);
+    AddClip(u"talk00");
+    AddClip(u"talk01");
 
-    ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-    EXPECT_FALSE(rig.audio.stereo) << "the channel mode is restored";
-    const Bytes file = rig.File(u"pub_talk.wav");
+    ASSERT_EQ(PublishToFile(), PublishOutcome::kPublished);
+    EXPECT_FALSE(audio.stereo) << "the channel mode is restored";
+    const Bytes file = File(u"pub_talk.wav");
     const auto chunks = RiffChunks(file);
     EXPECT_EQ(LoadLe<std::uint16_t>(&chunks[1].content[2]), 2);
     EXPECT_THAT(Text8(chunks[0].content.subspan(602)),
@@ -128,31 +136,29 @@ TEST(PublishJob, ConvertsStereoAndMonoClipsOf44100IntoOneStereoFile) {
     for (std::size_t i = 48000; i < 48010; ++i)
         EXPECT_EQ(LoadLe<std::int16_t>(&chunks[3].content[4 * i]),
                   LoadLe<std::int16_t>(&chunks[3].content[4 * i + 2]));
-    EXPECT_EQ(rig.Findings(), "");
+    EXPECT_EQ(Findings(), "");
 }
 
-TEST(PublishJob, SendsStoredMp2FramesUnchanged) {
-    PublishRig rig;
-    rig.audio.mp2 = true;
-    rig.audio.sampleRate = 44100;
-    LevelSheet sheet = rig.AddMp2(u"talk00", Speech(200 * kPeriod48000 + 700, 48000, 1));
+TEST_F(PublishJobTest, SendsStoredMp2FramesUnchanged) {
+    audio.mp2 = true;
+    audio.sampleRate = 44100;
+    LevelSheet sheet = AddTake(u"talk00", Speech(200 * kPeriod48000 + 700, 48000, 1));
     sheet.cuts = {{60, 90, 0}};
-    rig.AddLevels(u"talk00", sheet);
-    rig.AddMp2(u"talk01", Speech(100 * kPeriod48000, 48000, 1, 5000));
-    rig.AddClip(u"talk01", 20, 50);
-    rig.AddClip(u"talk00");
+    AddLevels(u"talk00", sheet);
+    AddTake(u"talk01", Speech(100 * kPeriod48000, 48000, 1, 5000));
+    AddClip(u"talk01", 20, 50);
+    AddClip(u"talk00");
     // The recording on the screen has another bit rate; the clips have theirs.
-    rig.audio.bitrate.SetMp2Bitrate(7, rig.files.report);
+    audio.bitrate.SetMp2Bitrate(7, report);
 
-    PublishJob job = rig.Job();
-    ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-    EXPECT_EQ(rig.audio.bitrate.Index(), 7U);
-    const Bytes file = rig.File(u"pub_talk.wav");
+    ASSERT_EQ(PublishToFile(), PublishOutcome::kPublished);
+    EXPECT_EQ(audio.bitrate.Index(), 7U);
+    const Bytes file = File(u"pub_talk.wav");
     const auto chunks = RiffChunks(file);
     ASSERT_EQ(RiffIds(chunks), "bext fmt  fact mext data levl qlty");
 
-    const Bytes first = rig.File(u"talk01.mp2");
-    const Bytes second = rig.File(u"talk00.mp2");
+    const Bytes first = File(u"talk01.mp2");
+    const Bytes second = File(u"talk00.mp2");
     const auto frames = [](const Bytes& from, std::size_t begin, std::size_t end) {
         return ByteSpan(from).subspan(begin * 192, (end - begin) * 192);
     };
@@ -166,208 +172,94 @@ TEST(PublishJob, SendsStoredMp2FramesUnchanged) {
     EXPECT_EQ(LoadLe<std::uint32_t>(&chunks[6].content[4]), SumOf(expected));
     EXPECT_THAT(Text8(chunks[0].content.subspan(602)),
                 HasSubstr("A=PCM,F=44100,W=16,M=mono\r\nA=MPEG1L2,F=48000,B=64,W=16,M=mono"));
-    EXPECT_EQ(rig.progress.range, 200U * 125 / 60 * 192 >> 14);
-    EXPECT_EQ(rig.progress.stepped, expected.size() >> 14);
-    EXPECT_EQ(rig.Findings(), "");
+    EXPECT_EQ(progress.range, 200U * 125 / 60 * 192 >> 14);
+    EXPECT_EQ(progress.stepped, expected.size() >> 14);
+    EXPECT_EQ(Findings(), "");
 }
 
-TEST(PublishJob, PublishesTheSelectionOfTheCurrentRecording) {
-    PublishRig rig;
-    LevelSheet sheet = rig.AddWav(u"talk00", Speech(80 * kPeriod44100, 44100, 1));
+TEST_F(PublishJobTest, PublishesTheSelectionOfTheCurrentRecording) {
+    LevelSheet sheet = AddTake(u"talk00", Speech(80 * kPeriod44100, 44100, 1));
     sheet.cuts = {{15, 15, 0}, {30, 35, 0}};
-    rig.MakeCurrent(u"talk00", sheet);
-    rig.recording.title = u"Market";
-    rig.recording.selectionStart = 10;
-    rig.recording.selectionEnd = 50;
+    ASSERT_TRUE(project.OpenRecording(Path(u"talk00.wav")));
+    recording.sheet = sheet;
+    recording.selectionStart = 10;
+    recording.selectionEnd = 50;
 
-    ASSERT_EQ(rig.Job().MenuPublishClipToFile(false), PublishOutcome::kPublished);
-    const auto levels = ReadVuFile(rig.services, rig.Path(u"talk00.jvu"));
+    ASSERT_EQ(job.MenuPublishClipToFile(false), PublishOutcome::kPublished);
+    const auto levels = ReadVuFile(files, Path(u"talk00.jvu"));
     ASSERT_TRUE(levels);
     EXPECT_EQ(levels->rangeStart, 10U);
     EXPECT_EQ(levels->rangeEnd, 50U);
     EXPECT_THAT(levels->cuts, ElementsAre(RemovedRange{30, 35, 0})) << "empty cuts are dropped";
-    const Bytes file = rig.File(u"pub_talk.wav");
+    const Bytes file = File(u"pub_talk.wav");
     EXPECT_EQ(LoadLe<std::uint32_t>(&RiffChunks(file)[4].content[20]), 35U);
-    EXPECT_EQ(rig.Findings(), "");
+    EXPECT_EQ(Findings(), "");
 }
 
-TEST(PublishJob, AClipWithoutRangeHasTheLengthInTheListThatIsPublished) {
-    PublishRig rig;
-    rig.audio.mp2 = true;
-    LevelSheet sheet = rig.AddMp2(u"talk00", Speech(80 * kPeriod48000, 48000, 1));
-    sheet.cuts = {{30, 35, 0}};
-    sheet.rangeStart = 10;  // as a published selection leaves it
-    sheet.rangeEnd = 50;
-    rig.AddLevels(u"talk00", sheet);
-    rig.MakeCurrent(u"talk00", sheet);
-    rig.AddClip(u"talk00");
-    rig.project.CheckClip(rig.clips.At(0));
-    EXPECT_EQ(rig.clips.At(0).length, 75U);
-
-    ASSERT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-    EXPECT_THAT(VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav")).facts,
-                testing::Contains("all 75 values of 'levl' fit the sound"));
-    const auto levels = ReadVuFile(rig.services, rig.Path(u"talk00.jvu"));
-    ASSERT_TRUE(levels);
-    EXPECT_EQ(levels->rangeStart, 10U);
-    EXPECT_EQ(levels->rangeEnd, 50U) << "nothing is selected: the range stays";
+TEST_P(PublishJobFormats, MeasuresLevelsWhereTheLevelFileIsMissing) {
+    AddSpeech(u"talk00", 80);
+    ASSERT_EQ(storage.Delete(Path(u"talk00.jvu")), 0U);
+    EXPECT_EQ(PublishToFile(), PublishOutcome::kPublished);
+    EXPECT_EQ(Findings(), "");
 }
 
-TEST(PublishJob, MeasuresLevelsWhereTheLevelFileIsMissing) {
-    for (const bool mp2 : {false, true}) {
-        PublishRig rig;
-        rig.audio.mp2 = mp2;
-        rig.AddTake(u"talk00", 80);
-        ASSERT_EQ(rig.files.storage.Delete(rig.Path(u"talk00.jvu")), 0U);
-        EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-        const VerifyReport report = VerifyPublishedFile(rig.services, rig.Path(u"pub_talk.wav"));
-        EXPECT_EQ(rig.Findings(), "");
-        EXPECT_THAT(report.facts, testing::Contains("all 80 values of 'levl' fit the sound"));
-    }
+TEST_P(PublishJobFormats, LeavesNothingWhenCancelledAndTellsTheUser) {
+    AddSpeech(u"talk00", 400);
+    progress.cancelAt = 2;
+    EXPECT_EQ(PublishToFile(), PublishOutcome::kCancelled);
+    ExpectNothingPublished();
+    EXPECT_EQ(job.PublishedPath(), u"");
+    EXPECT_EQ(boxes.shown.size(), 1U);
+    progress.cancelAt = 0;
+    EXPECT_EQ(PublishToFile(), PublishOutcome::kPublished);
 }
 
-TEST(PublishJob, RefusesWithTheTextOfTheCheckThatFailed) {
-    PublishRig rig;
-    rig.AddWav(u"talk00", Speech(30 * kPeriod44100, 44100, 1));
-    PublishJob job = rig.Job();
-
-    // In silence: busy, and a clip while the option is off.
-    EXPECT_EQ(job.MenuPublishClipToFile(true), PublishOutcome::kRefused);
-    EXPECT_EQ(job.MenuPublishCliplistToFile(true), PublishOutcome::kRefused);
-    rig.settings.PublishToFile = 0;
-    EXPECT_EQ(job.MenuPublishClipToFile(false), PublishOutcome::kRefused);
-    EXPECT_THAT(rig.Boxes(), IsEmpty());
-
-    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
-    rig.settings.PublishToFile = 1;
-    rig.audio.sampleRate = 96000;
-    EXPECT_EQ(job.MenuPublishClipToFile(false), PublishOutcome::kRefused);
-    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
-    rig.AddClip(u"talk00");
-    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kRefused);
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"MenuPublishCliplist", u"Nothing recorded or selected",
-                                         u"Nothing in cliplist",
-                                         u"Sample-rate= 96 KHz.\nYou can not publish at\n"
-                                         u"sample-rates higher than 48 KHz."));
-    ExpectNothingPublished(rig);
-}
-
-TEST(PublishJob, LeavesNothingWhenCancelledAndTellsTheUser) {
-    for (const bool mp2 : {false, true}) {
-        PublishRig rig;
-        rig.audio.mp2 = mp2;
-        rig.AddTake(u"talk00", 400);
-        rig.progress.cancelAt = 2;
-        PublishJob job = rig.Job();
-        EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kCancelled);
-        ExpectNothingPublished(rig);
-        EXPECT_EQ(job.PublishedPath(), u"");
-        ASSERT_EQ(rig.files.boxes.shown.size(), 1U);
-        EXPECT_EQ(rig.files.boxes.shown[0].title, u"Info");
-
-        // The next job is not cancelled any more.
-        rig.progress.cancelAt = 0;
-        EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-    }
-}
-
-TEST(PublishJob, KeepsTheOlderPublicationWhereverStorageFails) {
-    for (const bool mp2 : {false, true}) {
-        PublishRig rig;
-        rig.audio.mp2 = mp2;
-        rig.AddTake(u"talk00", mp2 ? 200 : 40);
-        PublishJob job = rig.Job();
-        constexpr unsigned kChanging = FaultyStorage::kWrite | FaultyStorage::kFlush |
-                                       FaultyStorage::kClose | FaultyStorage::kRename;
-        rig.storage.FailAt(kChanging, 0);
-        ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-        const std::size_t operations = rig.storage.Count();
-        ASSERT_GT(operations, 8U);
-
-        const Bytes old = {'o', 'l', 'd'};
-        std::size_t failures = 0;
-        for (std::size_t n = 1; n <= operations; ++n) {
-            WriteFileBytes(rig.Path(u"pub_talk.wav"), old);
-            rig.files.boxes.shown.clear();
-            rig.storage.FailAt(kChanging, n);
-            const PublishOutcome outcome = job.MenuPublishCliplistToFile(false);
-            // A file that was read may fail to close without harm.
-            if (outcome == PublishOutcome::kPublished) continue;
-            ++failures;
-            EXPECT_EQ(outcome, PublishOutcome::kFailed) << n;
-            EXPECT_EQ(rig.File(u"pub_talk.wav"), old) << n;
-            EXPECT_FALSE(rig.Exists(u"pub_talk.wav.tmp")) << n;
-            EXPECT_FALSE(rig.Boxes().empty()) << n << ": the user is told";
-            EXPECT_EQ(job.PublishedPath(), u"") << n;
-        }
-        EXPECT_GT(failures, 6U);
-    }
-}
-
-TEST(PublishJob, FailsOnRecordingsThatLackSound) {
-    PublishRig rig;
-    rig.audio.mp2 = true;
-    rig.AddTake(u"talk00", 200);
-    const Bytes good = rig.File(u"talk00.mp2");
-    PublishJob job = rig.Job();
+TEST_F(PublishJobTest, FailsOnRecordingsThatLackSound) {
+    audio.mp2 = true;
+    AddSpeech(u"talk00", 200);
+    const Bytes good = File(u"talk00.mp2");
 
     // A frame in the middle that is none.
     Bytes damaged = good;
     damaged[100 * 192] = 0;
-    WriteFileBytes(rig.Path(u"talk00.mp2"), damaged);
-    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    WriteFileBytes(Path(u"talk00.mp2"), damaged);
+    EXPECT_EQ(PublishToFile(), PublishOutcome::kFailed);
     // Half a second is missing at the end.
-    WriteFileBytes(rig.Path(u"talk00.mp2"), ByteSpan(good).first(good.size() - 21 * 192));
-    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    WriteFileBytes(Path(u"talk00.mp2"), ByteSpan(good).first(good.size() - 21 * 192));
+    EXPECT_EQ(PublishToFile(), PublishOutcome::kFailed);
     // Another bit rate than the first clip's.
-    WriteFileBytes(rig.Path(u"talk00.mp2"), good);
-    rig.audio.bitrate.SetMp2Bitrate(5, rig.files.report);
-    rig.AddTake(u"talk01", 30);
-    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
-    EXPECT_THAT(rig.Boxes(),
-                ElementsAre(u"This recording is damaged:\n" + rig.Path(u"talk00.mp2"),
-                            u"The sound of this recording ends early:\n" + rig.Path(u"talk00.mp2"),
+    WriteFileBytes(Path(u"talk00.mp2"), good);
+    audio.bitrate.SetMp2Bitrate(5, report);
+    AddSpeech(u"talk01", 30);
+    EXPECT_EQ(PublishToFile(), PublishOutcome::kFailed);
+    EXPECT_THAT(boxes.Texts(),
+                ElementsAre(u"This recording is damaged:\n" + Path(u"talk00.mp2"),
+                            u"The sound of this recording ends early:\n" + Path(u"talk00.mp2"),
                             u"Wrong bitrate."));
-    ExpectNothingPublished(rig);
+    ExpectNothingPublished();
 }
 
-TEST(PublishJob, ReportsWhatCannotBeReadWhilePublishing) {
-    PublishRig rig;
-    rig.AddTake(u"talk00", 100);
-    PublishJob job = rig.Job();
-    rig.storage.FailAt(FaultyStorage::kRead, 0);
-    ASSERT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kPublished);
-    const std::size_t reads = rig.storage.Count();
-    ASSERT_EQ(rig.files.storage.Delete(job.PublishedPath()), 0U);
-    rig.storage.FailAt(FaultyStorage::kRead, reads - 20);
-    EXPECT_EQ(job.MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
-    ExpectNothingPublished(rig);
-    ASSERT_EQ(rig.Boxes().size(), 1U);
-    EXPECT_THAT(ToUtf8(rig.Boxes()[0]), HasSubstr("ReadFile"));
-}
-
-TEST(PublishJob, FailsOnClipsThatMakeNoFile) {
-    PublishRig rig;
-    rig.AddTake(u"talk00", 30);
-    rig.AddWav(u"talk01", Speech(30 * kPeriod48000, 48000, 1), 48000);
-    rig.AddWav(u"talk02", Speech(30 * 2 * kPeriod48000, 96000, 1), 96000);
-    LevelSheet sheet = rig.AddWav(u"talk03", Speech(30 * kPeriod44100, 44100, 1));
+TEST_F(PublishJobTest, FailsOnClipsThatMakeNoFile) {
+    AddSpeech(u"talk00", 30);
+    AddTake(u"talk01", Speech(30 * kPeriod48000, 48000, 1), 48000);
+    AddTake(u"talk02", Speech(30 * 2 * kPeriod48000, 96000, 1), 96000);
+    LevelSheet sheet = AddTake(u"talk03", Speech(30 * kPeriod44100, 44100, 1));
     sheet.cuts = {{0, 30, 0}};
-    rig.AddLevels(u"talk03", sheet);
-    rig.AddClip(u"talk01");
-    EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+    AddLevels(u"talk03", sheet);
+    AddClip(u"talk01");
+    EXPECT_EQ(PublishToFile(), PublishOutcome::kFailed);
     for (const Text name : {u"talk02", u"talk03"}) {
-        rig.clips.Clear();
-        rig.AddClip(name);
-        EXPECT_EQ(rig.Job().MenuPublishCliplistToFile(false), PublishOutcome::kFailed);
+        clips.Clear();
+        AddClip(name);
+        EXPECT_EQ(PublishToFile(), PublishOutcome::kFailed);
     }
-    EXPECT_THAT(rig.Boxes(), ElementsAre(u"Wrong sample-rate",
-                                         u"Sample-rate= 96 KHz.\nYou can not publish at\n"
-                                         u"sample-rates higher than 48 KHz.",
-                                         u"Nothing recorded or selected"));
-    EXPECT_EQ(rig.audio.sampleRate, 44100U) << "the audio state is restored";
-    EXPECT_EQ(rig.Job().Publish(ClipList(), u"talk", true, false), PublishOutcome::kRefused);
-    ExpectNothingPublished(rig);
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Wrong sample-rate",
+                                           u"Sample-rate= 96 KHz.\nYou can not publish at\n"
+                                           u"sample-rates higher than 48 KHz.",
+                                           u"Nothing recorded or selected"));
+    EXPECT_EQ(audio.sampleRate, 44100U) << "the audio state is restored";
+    EXPECT_EQ(job.Publish(ClipList(), u"talk", true, false), PublishOutcome::kRefused);
+    ExpectNothingPublished();
 }
 
 }  // namespace

@@ -4,12 +4,17 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "publish/publish_job.h"
 #include "support/fake_clock.h"
+#include "support/fake_ftp.h"
 #include "support/faulty_storage.h"
-#include "support/test_files.h"
+#include "support/mail_desk.h"
 
 namespace orma::test {
+
+using Texts = std::vector<Text>;
 
 /// Records what a job shows and cancels at the n-th question (0: never).
 struct FakeProgress : PublishProgress {
@@ -20,10 +25,9 @@ struct FakeProgress : PublishProgress {
     void SetRange(std::uint32_t steps) override { range = steps; }
     void Step(std::uint32_t steps) override { stepped += steps; }
     bool IsCancelled() override { return cancelAt != 0 && ++asked >= cancelAt; }
-
     void SetBytes(std::uint64_t done, std::uint64_t total) override { bytes = {done, total}; }
 
-    std::vector<Text> texts;
+    Texts texts;
     std::function<void(const Text&)> onText;
     std::pair<std::uint64_t, std::uint64_t> bytes;  // done and total
     std::uint32_t range = 0;
@@ -35,21 +39,21 @@ struct FakeProgress : PublishProgress {
 /// Answers the publish dialogs as a test says, and notes which were shown.
 struct FakeDialogs : PublishDialogs {
     bool ShowEmailDialog(EmailDialog& dialog) override {
-        shown.push_back(dialog.Resource().id);
-        if (onShow) onShow();
-        return start && dialog.Start(email);
+        Show(dialog.Resource().id);
+        return dialog.Start({.recipient = u"news@radio.example", .subject = u"Talk"});
     }
     bool ShowFtpDialog(FtpDialog& dialog) override {
-        shown.push_back(dialog.Resource().id);
+        Show(dialog.Resource().id);
+        dialog.Start(ftp);
+        return true;
+    }
+    void Show(int id) {
+        shown.push_back(id);
         if (onShow) onShow();
-        if (start) dialog.Start(ftp);
-        return start;
     }
 
     std::vector<int> shown;
     std::function<void()> onShow;
-    bool start = true;
-    EmailFields email{.recipient = u"news@radio.example", .subject = u"Talk"};
     FtpFields ftp;
 };
 
@@ -60,52 +64,61 @@ struct FakeDialogs : PublishDialogs {
 
 /// A project named "talk" on real files that can be made to fail, with everything that a publish
 /// job stands on. Recordings have 20 periods a second and were made on 5 January 2009, 9:07:03.
+/// Images are off, the FTP destination is "srv".
 struct PublishRig {
     PublishRig();
 
-    [[nodiscard]] Text Path(TextView name = {}) const { return files.folder.Path(name); }
-    [[nodiscard]] bool Exists(TextView name) { return files.storage.Exists(Path(name)); }
+    [[nodiscard]] Text Path(TextView name = {}) const { return folder.Path(name); }
+    [[nodiscard]] bool Exists(TextView name) { return storage.Exists(Path(name)); }
     [[nodiscard]] Bytes File(TextView name) const { return ReadFileBytes(Path(name)); }
 
-    /// A WAV take "<name>.wav" and its level file; the sheet that the level file holds.
-    LevelSheet AddWav(const Text& name, const std::vector<std::int16_t>& samples,
-                      std::uint32_t rate = 44100, unsigned channels = 1);
+    /// Makes the project one of WAV, or of MP2 with so many channels.
+    void SetFormat(bool mp2, unsigned channels = 1);
 
-    /// An MP2 take "<name>.mp2" of 48000 Hz sound at the present bit rate, and its level file.
-    LevelSheet AddMp2(const Text& name, const std::vector<std::int16_t>& samples);
+    /// A take "<name>.wav", or in a project of MP2 "<name>.mp2" at the present bit rate, for which
+    /// the sound has 48000 Hz and the project's channels. The sheet that its level file holds.
+    LevelSheet AddTake(const Text& name, const std::vector<std::int16_t>& samples,
+                       std::uint32_t rate = 44100, unsigned channels = 1);
 
     /// Writes the level file of a take.
     void AddLevels(const Text& name, const LevelSheet& sheet);
 
-    /// A take "<name>.mp2" or ".wav", by the project's format, of so many periods of one channel,
-    /// and the clip of it.
-    void AddTake(const Text& name, std::size_t periods);
+    /// A take of so many periods of one channel, and the clip of it.
+    void AddSpeech(const Text& name, std::size_t periods);
 
     /// Appends a clip of a take to the project's list; end 0: the whole.
     void AddClip(const Text& name, std::uint32_t begin = 0, std::uint32_t end = 0,
                  const Text& title = {});
 
-    /// Makes a take the current recording, as opening it does.
-    void MakeCurrent(const Text& name, const LevelSheet& sheet);
+    /// Two clips, one of them whole with a cut and sound behind its last period.
+    void AddClips(bool mp2 = true, std::uint32_t rate = 44100, unsigned channels = 1);
 
-    /// What the verifier finds wrong with a published file, one line each.
+    /// The mail server takes `messages` of them.
+    void ExpectMails(int messages);
+
+    /// The attachments that it got, decoded.
+    [[nodiscard]] std::vector<Bytes> Attachments() const;
+
+    /// What the verifier finds wrong with a published file, one line each: offset and text.
     [[nodiscard]] std::string Findings(TextView name = u"pub_talk.wav");
+
+    /// The same for bytes that arrived somewhere, "received.wav".
+    [[nodiscard]] std::string Findings(const Bytes& published);
 
     /// A job on the settings, which have publications to files enabled.
     [[nodiscard]] PublishJob Job();
 
-    /// The texts of the boxes shown so far.
-    [[nodiscard]] std::vector<Text> Boxes() const { return files.boxes.Texts(); }
-
-    TestFiles files;
-    FaultyStorage storage{files.storage};
-    FileServices services{storage, files.report};
+    TempFolder folder;
+    FaultyStorage storage;
+    FakeBoxes boxes;
+    ErrorReporter report{boxes, storage};
+    FileServices files{storage, report};
     FakeClock clock;
     AudioState audio;
-    Mp2Decoder decoder{audio, files.storage, u""};
-    Mp2Pipeline encoder{audio, files.report};
-    ReaderServices readers{services, audio, decoder};
-    WriterContext context{.files = services, .audio = audio, .encoder = encoder};
+    Mp2Decoder decoder{audio, storage, u""};
+    Mp2Pipeline encoder{audio, report};
+    ReaderServices readers{files, audio, decoder};
+    WriterContext context{.files = files, .audio = audio, .encoder = encoder};
     WriterSlot writers{context};
     ClipList clips;
     CurrentRecording recording;
@@ -117,10 +130,16 @@ struct PublishRig {
     FakeDialogs dialogs;
     Text programFolder = Path();
 
-  private:
-    LevelSheet Levelled(const Text& name, const std::vector<std::int16_t>& samples,
-                        std::uint32_t rate, unsigned channels);
-    void Date(const Text& fileName);
+    FakeFtp server;
+    FakeTcp tcp;
+    FakeTls tls{tcp};
+    OpensslKeyedHash hash;
+    FakeOutbox outbox;
+    std::uint32_t mailBytes = 0;
+    FtpServices ftp{server, report, patience};
+    MailServices mail{tcp, tls, hash, outbox, files, patience, mailBytes};
 };
+
+struct PublishTest : testing::Test, PublishRig {};
 
 }  // namespace orma::test

@@ -38,21 +38,6 @@ TEST(QualityText, PlacesMarksByTheSoundThatIsKept) {
               "C=N006, TS=00:00:04:20, T=End\r\n");
 }
 
-TEST(QualityText, OfAClipThatIsCutAwayHasNoMarks) {
-    const std::vector<ClipPlan> clips = {Clip("gone", 10, 20, {{5, 25, 0}}, {12}),
-                                         Clip("kept", 0, 5)};
-    EXPECT_EQ(QualityText(clips, 1, 0),
-              "SM=00:00:00:0\r\n"
-              "P=QP:MaxPeak:-48.1dBFSL;-48.1dBFSR\r\n"
-              "C=N000, TS=00:00:00:0, T=kept\r\n"
-              "C=N001, TS=00:00:01:0, T=End\r\n");
-}
-
-TEST(CueTime, CountsHoursMinutesSecondsAndTwicePeriods) {
-    EXPECT_EQ(CueTime(5 * 3661 + 4, 0), "01:01:01:8");
-    EXPECT_EQ(CueTime(20 * 3600 * 100 + 19, 2), "100:00:00:38");
-}
-
 TEST(CueTitle, IsTheTitleOrTheNameOnOneLine) {
     ClipEntry clip;
     clip.name = u"talk00";
@@ -62,11 +47,9 @@ TEST(CueTitle, IsTheTitleOrTheNameOnOneLine) {
 }
 
 TEST(PeakEnvelope, HoldsLinearPeaksAndTheFirstLargest) {
-    ClipPlan first = Clip("a", 0, 3);
-    first.levels = {79, 0, 30};  // silence, full scale, -10 dBFS
-    ClipPlan second = Clip("b", 0, 2);
-    second.levels = {0, 60};  // full scale again, -30 dBFS
-    const std::vector<ClipPlan> clips = {first, second};
+    std::vector<ClipPlan> clips(2);
+    clips[0].levels = {79, 0, 30};  // silence, full scale, -10 dBFS
+    clips[1].levels = {0, 60};      // full scale again, -30 dBFS
     const Bytes levl = PeakEnvelope(clips, {2009, 1, 1, 5, 9, 7, 3, 42}, 2).Encode();
 
     ASSERT_EQ(levl.size(), 136U);  // (5 & ~3) + 132
@@ -84,13 +67,6 @@ TEST(PeakEnvelope, HoldsLinearPeaksAndTheFirstLargest) {
     EXPECT_EQ(peaks[3], 255);
     EXPECT_NEAR(peaks[4], 8, 1);
     EXPECT_EQ(Bytes(peaks.begin() + 5, peaks.end()), Bytes(3));
-}
-
-TEST(PeakEnvelope, OfNothingHasNoPosition) {
-    const LevlChunk levl = PeakEnvelope({}, {}, 0);
-    EXPECT_EQ(levl.positionOfPeak, 0xFFFFFFFFU);
-    EXPECT_EQ(LargestPeak(levl), 0);
-    EXPECT_EQ(PeakDecibels(0), "-inf");
 }
 
 }  // namespace

