@@ -184,6 +184,8 @@ TEST_F(ClipDesk, ButtonsKeysAndDraggingChangeTheListAndItsFile) {
     EXPECT_EQ(list.Rows(), "b c [a] length: ");
     Push(Element::CDown);
     EXPECT_EQ(list.Rows(), "b c [a] length: ") << "it is the last one";
+    Tell(ListNotification::kMoveUp);
+    EXPECT_EQ(list.Rows(), "b [a] c length: ");
     list.drop = 0;
     Tell(ListNotification::kDragged);
     EXPECT_EQ(list.Rows(), "[a] b c length: ");

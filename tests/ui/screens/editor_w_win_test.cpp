@@ -94,7 +94,7 @@ TEST_F(EditorDesk, WhoDragsTheViewHasItToHimselfWhileItPlays) {
     EXPECT_GT(Cursor(), position + 60);
     Hear(8);
     for (int x = graph.x; x < graph.Right(); ++x)
-        ASSERT_EQ(rig.At(x, 60), dragged.At(x, 60)) << "the graph stays under the pointer";
+        ASSERT_EQ(rig.image.At(x, 60), dragged.At(x, 60)) << "the graph stays under the pointer";
     rig.Release();
     EXPECT_EQ(transport.State(), TransportState::kPlaying);
     Hear(8);

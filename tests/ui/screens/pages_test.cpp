@@ -13,7 +13,7 @@ namespace {
 std::vector<Text> Drawn(ScreenRig& rig, WWin& screen) {
     rig.ink.Forget();
     screen.Paint();
-    return rig.ink.Texts();
+    return rig.ink.texts;
 }
 
 TEST(AboutWWinTest, BothPagesTellWhatIsKnownAndAskAnewNowAndThen) {
@@ -94,7 +94,7 @@ TEST(ProgressWWinTest, TextsBarAndBytesAreShownWhileTheJobRuns) {
     desk.screen.SetBytes(900'001, 12'340'000);
     EXPECT_FALSE(desk.After(ProgressWWin::kFrameMs));
     EXPECT_EQ(desk.BarWidth(), whole) << "never beyond its end";
-    EXPECT_EQ(desk.rig.ink.Texts(),
+    EXPECT_EQ(desk.rig.ink.texts,
               (std::vector<Text>{u"  Publishing audio...  ", u"901 KB of 12.3 MB"}));
     desk.screen.SetRange(3);
     EXPECT_FALSE(desk.After(0));

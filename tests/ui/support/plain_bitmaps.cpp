@@ -9,9 +9,8 @@ Size SizeOf(int number) {
     const struct {
         int first, last;
         Size size;
-    } sizes[] = {{500, 502, {1, 80}},  {503, 508, {16, 12}}, {511, 511, {5, 5}},
-                 {512, 514, {10, 10}}, {515, 515, {35, 22}}, {516, 516, {33, 21}},
-                 {517, 517, {35, 22}}, {518, 518, {35, 23}}, {519, 519, {38, 20}},
+    } sizes[] = {{500, 502, {1, 80}},  {511, 511, {5, 5}},   {503, 508, {16, 12}},
+                 {512, 514, {10, 10}}, {515, 518, {35, 22}}, {519, 519, {38, 20}},
                  {520, 520, {75, 50}}};
     for (const auto& some : sizes)
         if (number >= some.first && number <= some.last) return some.size;
@@ -21,13 +20,9 @@ Size SizeOf(int number) {
 }  // namespace
 
 std::vector<std::uint8_t> PlainBitmaps::File(int number, bool doubled) {
-    if (number < Skin::kFirstBitmap || number > Skin::kLastBitmap || missing.contains(number)) {
-        return {};
-    }
-    Size size = SizeOf(number);
-    if (doubled) size = {2 * size.width, 2 * size.height};
-    const auto width = static_cast<std::uint32_t>(size.width);
-    const auto height = static_cast<std::uint32_t>(size.height);
+    const Size size = SizeOf(number);
+    const auto width = static_cast<std::uint32_t>(doubled ? 2 * size.width : size.width);
+    const auto height = static_cast<std::uint32_t>(doubled ? 2 * size.height : size.height);
     const std::uint32_t pixelBytes = (width + 3) / 4 * 4 * height;
     constexpr std::uint32_t kHeaders = 14 + 40 + 256 * 4;
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <set>
-
 #include "ui/skin/skin.h"
 
 namespace orma::test {
@@ -16,8 +14,6 @@ class PlainBitmaps : public BuiltInBitmaps {
     }
 
     [[nodiscard]] std::vector<std::uint8_t> File(int number, bool doubled) override;
-
-    std::set<int> missing;  // numbers of which there is no file
 };
 
 }  // namespace orma::test

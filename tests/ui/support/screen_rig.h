@@ -43,17 +43,10 @@ class ScreenRig {
     /// What has changed since the last call.
     std::vector<Rect> TakeChanges();
 
-    /// Black beyond the window's edges.
-    [[nodiscard]] Pixel At(int x, int y) const;
-
     /// Does this bitmap show there?
     [[nodiscard]] bool Shows(int x, int y, int bitmap) const;
     [[nodiscard]] bool IsLit(int x, int y) const { return Shows(x, y, scene.pages.pressed); }
     [[nodiscard]] bool IsDark(int x, int y) const { return Shows(x, y, scene.pages.normal); }
-
-    /// The smallest rectangle around all pixels of this value; empty when there are none.
-    [[nodiscard]] Rect ExtentOf(Pixel pixel) const;
-    [[nodiscard]] int CountOf(Pixel pixel) const;
 
     /// True when exactly the pixels of `rect` have this value, all over the window.
     [[nodiscard]] bool ShowsExactly(const Rect& rect, Pixel pixel) const;
