@@ -78,20 +78,6 @@ TEST_F(SetupDocumentTest, LeavesTheUserStateToTheEditorButForWhatWasEdited) {
     EXPECT_EQ(Loaded().CurrentPresetName, u"voice");
 }
 
-TEST_F(SetupDocumentTest, NoticesWhenAnotherProgramWroteTheConfiguration) {
-    SetupDocument document(files.services, Home());
-    EXPECT_FALSE(document.IsChangedOnDisk());
-    ASSERT_TRUE(document.Save());  // the first file
-    EXPECT_FALSE(document.IsChangedOnDisk());
-    SettingsRecord other = Loaded();
-    other.Subject = u"changed";
-    Store(other);
-    EXPECT_TRUE(document.IsChangedOnDisk());
-    document.Load();
-    EXPECT_FALSE(document.IsChangedOnDisk());
-    EXPECT_EQ(document.Record().Subject, u"changed");
-}
-
 TEST_F(SetupDocumentTest, KeepsTheAccountInUseWhileTheListChanges) {
     SettingsRecord stored;
     stored.Ftp[0].Name = u"A";

@@ -1,7 +1,5 @@
 #include "ui/controls/graph_view.h"
 
-#include <vector>
-
 #include <gtest/gtest.h>
 
 namespace orma {
@@ -174,13 +172,6 @@ TEST(GraphView, WhatChangedUnseenIsBroughtUpToDate) {
     ExpectView(view, 0, 50, 40);
     view.Refresh(140, 150);
     ExpectView(view, 0, 150, 140);
-}
-
-TEST(GraphView, TheNearestMarkIsTheEarlierOfTwoAsNear) {
-    const std::vector<std::uint32_t> marks = {100, 110, 111};
-    for (const auto& [position, mark] : std::vector<std::pair<std::int64_t, std::int64_t>>{
-             {0, 100}, {100, 100}, {105, 100}, {106, 110}, {110, 110}, {111, 111}, {900, 111}})
-        EXPECT_EQ(NearestMark(marks, position), mark) << position;
 }
 
 }  // namespace

@@ -72,15 +72,6 @@ TEST(VuWinTest, HoldsPeakAndLampForASecondInWhichTheBarStaysBelow) {
     EXPECT_TRUE(rig.IsLitExactly({kMeter.x, kMeter.y + bar, kMeter.w, 80 - bar}));
 }
 
-TEST(VuWinTest, AReleasedPeakLeavesTheBarWhole) {
-    // A steady tone one step below its peak: the marker's lower rows are the bar's.
-    MeterRig rig;
-    rig.Update(10);
-    rig.Update(11, 5);
-    EXPECT_EQ(rig.meter.PeakOffset(), 11);
-    EXPECT_TRUE(rig.IsLitExactly({kMeter.x, kMeter.y + 11, kMeter.w, 69}));
-}
-
 TEST(VuWinTest, HangsUpsideDownWithItsLampBelow) {
     MeterRig rig({.upsideDown = true});
     const Rect turned{240 - 10 - 32, 270 - 80 - 23, 10, 80};

@@ -197,18 +197,11 @@ TEST(RecordWWinTest, ButtonsLampAndTimeFollowTheTransport) {
     EXPECT_EQ(desk.BarOffset(), 80) << "all dark";
 }
 
-TEST(RecordWWinTest, TheDisplayTellsTimeLeftBatteryGainAndVolume) {
+TEST(RecordWWinTest, TheDisplayTellsBatteryGainAndVolume) {
     RecorderDesk desk;
     const auto gains = [](const RecorderDesk& some) {
         return some.ValueOf(u"Microphone gain") + some.ValueOf(u"Volume");
     };
-    const auto minutesLeft = [&] { return desk.app.recorder.RecordingTimeLeft() / 60; };
-    std::uint32_t minutes = 0;
-    do {  // others write to the same disk
-        minutes = minutesLeft();
-        desk.screen->Refresh();
-    } while (minutes != minutesLeft());
-    EXPECT_EQ(desk.ValueOf(u"Time left"), Format("%.2uh:%.2um max", minutes / 60, minutes % 60));
     EXPECT_EQ(desk.ValueOf(u"Battery"), "Battery: 83%");
     EXPECT_EQ(gains(desk), "+12dB  -6dB");
 

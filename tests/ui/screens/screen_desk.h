@@ -4,11 +4,24 @@
 #include <set>
 
 #include "transport/desktop.h"
-#include "ui/screens/fake_host.h"
 #include "ui/screens/w_win.h"
 #include "ui/support/screen_rig.h"
 
 namespace orma::test {
+
+/// The window around a screen: remembers what was asked of it.
+class FakeHost : public ScreenHost {
+  public:
+    void TickScreen(ScreenIndex screen, bool on) override {
+        told += (on ? "+" : "-") + std::to_string(static_cast<int>(screen)) + " ";
+    }
+    void Invalidate() override { told += "paint "; }
+    void UpdateMenus() override { told += "menus "; }
+    void Announce(const Text& text) override { announced.push_back(text); }
+
+    std::string told;
+    std::vector<Text> announced;
+};
 
 /// A screen on a whole application, as the shell puts it there: it hears everything.
 template <typename Screen>

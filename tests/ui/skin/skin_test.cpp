@@ -10,14 +10,6 @@
 #include "ui/support/picture_pixels.h"
 
 namespace orma {
-
-void PrintTo(const Size& size, std::ostream* out) {
-    *out << size.width << " x " << size.height;
-}
-void PrintTo(const Rect& rect, std::ostream* out) {
-    *out << rect.x << ", " << rect.y << ", " << rect.w << ", " << rect.h;
-}
-
 namespace {
 
 /// Carries what a test gives it, and counts what is asked of it.
@@ -57,7 +49,7 @@ TEST_F(SkinTest, TheShapeOfTheWindowChoosesTheFolder) {
         {{480, 0}, AsFolder(u"/opt/orma/Landscape")},
     };
     for (const auto& [client, folder] : cases)
-        EXPECT_EQ(SkinFolder(u"/opt/orma/", client), folder) << testing::PrintToString(client);
+        EXPECT_EQ(SkinFolder(u"/opt/orma/", client), folder) << client.width;
 }
 
 TEST_F(SkinTest, OneScaleFitsTheScreenIntoEveryWindow) {
@@ -76,7 +68,7 @@ TEST_F(SkinTest, OneScaleFitsTheScreenIntoEveryWindow) {
         {{0, 0}, 0.0F, {0, 0}, {0, 0, 0, 0}},
     };
     for (const auto& one : cases) {
-        SCOPED_TRACE(testing::PrintToString(one.client));
+        SCOPED_TRACE(one.client.width);
         const Skin skin = Make(one.client);
         EXPECT_EQ(skin.Scale(), one.scale);
         EXPECT_EQ(skin.Page(), one.page);

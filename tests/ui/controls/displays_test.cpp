@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ui/controls/name_win.h"
+#include "ui/controls/prg_bar_win.h"
 #include "ui/controls/static_text_win.h"
 #include "ui/controls/total_nr_secs_win.h"
 #include "ui/support/screen_rig.h"
@@ -55,6 +56,19 @@ TEST(TotalNrSecsWinTest, TellsMinutesSecondsAndHundredths) {
     EXPECT_EQ(ToUtf8(TotalText(5 * 60 - 1, 5)), "  0m:59s.80");
     EXPECT_EQ(ToUtf8(TotalText(0xFFFFFFFF, 5)), "14316557m:39s.00");
     EXPECT_EQ(ToUtf8(TotalText(7, 0)), "");
+}
+
+TEST(PrgBarWinTest, FillsFromTheLeftAndPaintsOnlyTheDifference) {
+    test::ScreenRig rig({.pages = {492, 493}});
+    PrgBarWin bar(rig.scene, Element::ProgressBar);  // 20, 108, 195 x 14
+    bar.SetProgress(0, 0);
+    bar.SetProgress(3'000'000'000U, 4'000'000'000U);
+    EXPECT_EQ(rig.TakeChanges(), (std::vector<Rect>{{20, 108, 146, 14}}));
+    EXPECT_EQ(ToUtf8(bar.Value()), "75%");
+    bar.SetProgress(9, 5);
+    EXPECT_EQ(rig.TakeChanges(), (std::vector<Rect>{{166, 108, 49, 14}}));
+    bar.SetProgress(1, 2);  // the next piece of work
+    EXPECT_TRUE(rig.IsLitExactly({20, 108, 97, 14}));
 }
 
 }  // namespace
