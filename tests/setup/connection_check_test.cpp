@@ -15,7 +15,6 @@ using End = ConnectionVerdict::End;
 
 /// A server of each kind, and somebody who tries accounts there.
 struct ConnectionCheckTest : testing::Test, MailDesk {
-    ConnectionVerdict TryFtp() { return CheckFtpAccount(ftpAccount, network, services, patience); }
     ConnectionVerdict TryMail() {
         tcp.sends.clear();
         return CheckMailAccount(mailAccount, network, services, patience);
@@ -29,47 +28,34 @@ struct ConnectionCheckTest : testing::Test, MailDesk {
         .server = u"192.0.2.7", .authenticate = true, .user = u"kim", .password = u"S3cret"};
 };
 
-TEST_F(ConnectionCheckTest, AnFtpAccountIsGoodWhenItsFolderIsThere) {
-    ConnectionVerdict verdict = TryFtp();
-    EXPECT_EQ(verdict.end, End::kOk);
-    EXPECT_EQ(verdict.words, u"Logged in, in clear text.");
+TEST_F(ConnectionCheckTest, AnFtpAccountIsGoodWhenItsFolderIsThereOrSaysWhyNot) {
+    const auto words = [this](const FtpResult& connection, const FtpResult& inFolder = {}) {
+        ftp.connection = connection;
+        ftp.folder = inFolder;
+        const ConnectionVerdict verdict = CheckFtpAccount(ftpAccount, network, services, patience);
+        EXPECT_EQ(verdict.end == End::kOk, connection.Ok() && inFolder.Ok());
+        EXPECT_EQ(verdict.end == End::kCancelled, connection.code == kFtpCancelled);
+        return verdict.words;
+    };
+    EXPECT_EQ(words({}), u"Logged in, in clear text.");
     EXPECT_THAT(ftp.log, testing::ElementsAre("CONNECT ftp.news:21", "CWD in/today", "QUIT"));
-
-    ftp.folder = {kFtpRefused, 550, u"550 No such directory."};
-    verdict = TryFtp();
-    EXPECT_EQ(verdict.end, End::kRefused);
-    EXPECT_EQ(verdict.words,
+    EXPECT_EQ(words({}, {kFtpRefused, 550, u"550 No such directory."}),
               u"Logged in, but not into the folder in/today. The server says: 550 No such "
               u"directory.");
-    ftp.folder = {kFtpConnectionLost, 0, {}};
-    EXPECT_EQ(TryFtp().words, u"The server broke the connection off.");
-}
-
-TEST_F(ConnectionCheckTest, AnFtpAccountThatCannotLogInSaysWhy) {
-    const std::pair<FtpResult, const char16_t*> cases[] = {
-        {{kFtpRefused, 530, u"530 Not you."},
-         u"User or password are wrong. The server says: 530 Not you."},
-        {{kFtpRefused, 421, u"421 Full."}, u"The server refuses. The server says: 421 Full."},
-        {{kFtpNameNotResolved, 0, {}},
-         u"There is no server named ftp.news, or no name service "
-         u"here."},
-        {{kFtpCertificateName, 0, {}},
-         u"The certificate is for another server name: use that one."},
-    };
-    for (const auto& [result, words] : cases) {
-        ftp.connection = result;
-        const ConnectionVerdict verdict = TryFtp();
-        EXPECT_EQ(verdict.end, End::kRefused);
-        EXPECT_EQ(verdict.words, words);
-    }
-    ftp.connection = {kFtpCancelled, 0, {}};
-    EXPECT_EQ(TryFtp().end, End::kCancelled);
+    EXPECT_EQ(words({}, {kFtpConnectionLost, 0, {}}), u"The server broke the connection off.");
+    EXPECT_EQ(words({kFtpRefused, 530, u"530 Not you."}),
+              u"User or password are wrong. The server says: 530 Not you.");
+    EXPECT_EQ(words({kFtpRefused, 421, u"421 Full."}),
+              u"The server refuses. The server says: 421 Full.");
+    EXPECT_EQ(words({kFtpCertificateName, 0, {}}),
+              u"The certificate is for another server name: use that one.");
+    EXPECT_EQ(words({kFtpCancelled, 0, {}}), u"Cancelled.");
 }
 
 TEST_F(ConnectionCheckTest, AMailAccountIsGreetedLoggedInAndLeft) {
     tcp.replies = {"220 mail.news\r\n", "250 hello\r\n", "334 PDEyMz4=\r\n", "235 Go on\r\n",
                    "221 bye\r\n"};
-    ConnectionVerdict verdict = TryMail();
+    const ConnectionVerdict verdict = TryMail();
     EXPECT_EQ(verdict.end, End::kOk);
     EXPECT_EQ(verdict.words, u"Logged in, in clear text.");
     EXPECT_TRUE(tcp.replies.empty()) << "it leaves with a good-bye";
@@ -85,15 +71,11 @@ TEST_F(ConnectionCheckTest, AMailAccountThatCannotLogInSaysWhyInOneLine) {
     tcp.replies = {"220 mail.news\r\n", "250 hello\r\n",        "334 PDEyMz4=\r\n",
                    "535 no\r\n",        "334 VXNlcm5hbWU6\r\n", "334 UGFzc3dvcmQ6\r\n",
                    "535 no\r\n",        "221 bye\r\n"};
-    ConnectionVerdict verdict = TryMail();
+    const ConnectionVerdict verdict = TryMail();
     EXPECT_EQ(verdict.end, End::kRefused);
     EXPECT_EQ(verdict.words, u"Wrong username or password.");
-
     tcp.connect = {NetworkResult::End::kFailed};
-    verdict = TryMail();
-    EXPECT_EQ(verdict.end, End::kRefused);
-    EXPECT_EQ(verdict.words, u"Server not found.");
-
+    EXPECT_EQ(TryMail().words, u"Server not found.");
     tcp.connect = {NetworkResult::End::kGivenUp};
     EXPECT_EQ(TryMail().end, End::kCancelled);
 }

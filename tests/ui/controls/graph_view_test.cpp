@@ -1,7 +1,5 @@
 #include "ui/controls/graph_view.h"
 
-#include <vector>
-
 #include <gtest/gtest.h>
 
 namespace orma {
@@ -29,12 +27,6 @@ void ExpectView(const GraphView& view, std::int64_t first, std::int64_t last, st
     EXPECT_EQ(view.Cursor(), cursor);
 }
 
-TEST(GraphView, APlayedTakeShorterThanTheGraphNeverPages) {
-    GraphView view = ViewOf(100);
-    EXPECT_EQ(FollowTo(view, 100, 100), GraphChange::kCursor);
-    ExpectView(view, 0, 100, 100);
-}
-
 TEST(GraphView, FollowingPagesAtTheEndOfTheViewAndStopsAtTheEndOfTheTake) {
     GraphView view = ViewOf(400);
     EXPECT_EQ(view.Follow(1, 400), GraphChange::kNone) << "the view has just been set";
@@ -48,6 +40,10 @@ TEST(GraphView, FollowingPagesAtTheEndOfTheViewAndStopsAtTheEndOfTheTake) {
     EXPECT_EQ(FollowTo(view, 400, 400), GraphChange::kCursor);
     ExpectView(view, 236, 400, 164);
     EXPECT_EQ(view.Follow(400, 400), GraphChange::kNone);
+
+    GraphView whole = ViewOf(100);
+    EXPECT_EQ(FollowTo(whole, 100, 100), GraphChange::kCursor);
+    ExpectView(whole, 0, 100, 100);
 }
 
 TEST(GraphView, FollowingAGrowingTakeKeepsItsEndInView) {
@@ -65,13 +61,12 @@ TEST(GraphView, FollowingAGrowingTakeKeepsItsEndInView) {
 }
 
 TEST(GraphView, AChosenPositionMovesTheCursorPagesOnceOrJumps) {
-    struct Case {
+    // From the view [300, 464) of 1000 periods, the cursor at 350.
+    const struct {
         std::int64_t position;
         GraphChange change;
         std::int64_t first, last, cursor;
-    };
-    // From the view [300, 464) of 1000 periods, the cursor at 350.
-    const Case cases[] = {
+    } cases[] = {
         {350, GraphChange::kNone, 300, 464, 50},    {463, GraphChange::kCursor, 300, 464, 163},
         {464, GraphChange::kView, 464, 628, 0},     {627, GraphChange::kView, 464, 628, 163},
         {628, GraphChange::kView, 628, 792, 0},     {900, GraphChange::kView, 836, 1000, 64},
@@ -79,7 +74,7 @@ TEST(GraphView, AChosenPositionMovesTheCursorPagesOnceOrJumps) {
         {299, GraphChange::kView, 136, 300, 163},   {136, GraphChange::kView, 136, 300, 0},
         {135, GraphChange::kView, 135, 299, 0},     {-7, GraphChange::kView, 0, 164, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.position);
         GraphView view = ViewOf(1000);
         view.Centre(382, 1000);
@@ -87,13 +82,6 @@ TEST(GraphView, AChosenPositionMovesTheCursorPagesOnceOrJumps) {
         EXPECT_EQ(view.SetPosition(c.position, 1000), c.change);
         ExpectView(view, c.first, c.last, c.cursor);
     }
-}
-
-TEST(GraphView, TheEndOfTheTakeIsInTheLastView) {
-    GraphView view = ViewOf(1000);
-    view.Centre(990, 1000);
-    EXPECT_EQ(view.SetPosition(1000, 1000), GraphChange::kCursor);
-    ExpectView(view, 836, 1000, 164);
 }
 
 TEST(GraphView, CentringStopsAtBothEnds) {
@@ -104,6 +92,8 @@ TEST(GraphView, CentringStopsAtBothEnds) {
     ExpectView(view, 0, 164, 10);
     view.Centre(990, 1000);
     ExpectView(view, 836, 1000, 154);
+    EXPECT_EQ(view.SetPosition(1000, 1000), GraphChange::kCursor) << "the end is in the last view";
+    ExpectView(view, 836, 1000, 164);
 }
 
 TEST(GraphView, ScrollingMovesTheViewUnderTheCursorUntilAnEndHoldsIt) {
@@ -182,13 +172,6 @@ TEST(GraphView, WhatChangedUnseenIsBroughtUpToDate) {
     ExpectView(view, 0, 50, 40);
     view.Refresh(140, 150);
     ExpectView(view, 0, 150, 140);
-}
-
-TEST(GraphView, TheNearestMarkIsTheEarlierOfTwoAsNear) {
-    const std::vector<std::uint32_t> marks = {100, 110, 111};
-    for (const auto& [position, mark] : std::vector<std::pair<std::int64_t, std::int64_t>>{
-             {0, 100}, {100, 100}, {105, 100}, {106, 110}, {110, 110}, {111, 111}, {900, 111}})
-        EXPECT_EQ(NearestMark(marks, position), mark) << position;
 }
 
 }  // namespace

@@ -1,12 +1,7 @@
 #include <filesystem>
-#include <optional>
 
-#include <gtest/gtest.h>
-
-#include "transport/desktop.h"
 #include "ui/screens/clip_editor_w_win.h"
-#include "ui/screens/fake_host.h"
-#include "ui/support/screen_rig.h"
+#include "ui/screens/screen_desk.h"
 
 namespace orma::test {
 namespace {
@@ -53,34 +48,30 @@ class FakeClipList : public ClipListView {
     std::int32_t drop = -1;
 };
 
-/// The clip editor on a whole application with three clips, a, b and c, of 40, 60 and 20 periods at
-/// twenty a second.
-class ClipDesk : public Desktop, public ::testing::Test {
+/// The clip editor with three clips, a, b and c, of 40, 60 and 20 periods at twenty a second.
+class ClipDesk : public ScreenDesk<ClipEditorWWin>, public ::testing::Test {
   protected:
-    ClipDesk() {
+    ClipDesk() : ScreenDesk({.pages = {496, 497}}) {
         (void)AddTake(u"a", 40, {});
         (void)AddTake(u"b", 60, {{10, 20, 0}}, 100, 1, {5, 45});
         (void)AddTake(u"c", 20, {}, 200, 2);
         EXPECT_TRUE(app.project.SelectClip(0));
         list.onMark = [this] { Tell(ListNotification::kSelected); };
-        Make(false);
+        Show(false);
     }
 
-    void Make(bool detailed) {
+    void Show(bool detailed) {
         if (screen) screen->Left();
-        screen.emplace(rig.scene, host,
-                       ClipEditorServices{app.transport, app.project, list,
-                                          [this] {
-                                              if (atDialog) atDialog();
-                                              return std::exchange(answer, std::nullopt);
-                                          }},
-                       detailed);
-        screen->Entered();
-        screen->Paint();
+        Make(ClipEditorServices{app.transport, app.project, list,
+                                [this] {
+                                    if (atDialog) atDialog();
+                                    return std::exchange(answer, std::nullopt);
+                                }},
+             detailed);
     }
 
     void Tell(ListNotification news) {
-        if (screen) screen->OnListNotification(static_cast<std::uint32_t>(news));
+        screen->OnListNotification(static_cast<std::uint32_t>(news));
     }
     /// The user clicks a row.
     void Click(std::int32_t row) {
@@ -96,34 +87,14 @@ class ClipDesk : public Desktop, public ::testing::Test {
         (void)rig.PressAt(*screen, {rect.Right() - 2, rect.y + 2});
         rig.Release();
     }
-    [[nodiscard]] std::string Lit() const {
-        std::string names;
-        for (const auto& control : screen->Controls())
-            if (control->IsOn()) names += ToUtf8(control->Label().name) + " ";
-        return names;
-    }
-    /// The list as the project file holds it.
-    [[nodiscard]] std::string Stored() {
-        EXPECT_TRUE(app.project.LoadProject());
-        std::string names;
-        for (std::int32_t i = 0; i < app.clips.Count(); ++i)
-            names += ToUtf8(app.clips.At(i).ShownName()) + " ";
-        return names;
+    void Add(const Text& name) {
+        answer = folder.Path(name);
+        Push(Element::CInsert);
     }
 
-    void OnTransportState(TransportState state, const LitButtons& buttons) override {
-        Desktop::OnTransportState(state, buttons);
-        if (screen) screen->OnTransportState(state, buttons);
-    }
-    std::optional<PeriodRange> NextRange() override { return screen->NextRange(); }
-    void OnClosed() override { screen->OnClosed(); }
-
-    ScreenRig rig{{.pages = {496, 497}}};
-    FakeHost host;
     FakeClipList list;
     std::optional<Text> answer;
     std::function<void()> atDialog;
-    std::optional<ClipEditorWWin> screen;
 };
 
 TEST_F(ClipDesk, EnteringMakesTheListWithLengthsAndTotalAndLeavingTakesItAway) {
@@ -148,24 +119,14 @@ TEST_F(ClipDesk, ColumnsAreAsWideAsTheirTextsAndTheDescriptionTakesTheRest) {
     const auto width = [&](const Text& text, const Font& font) {
         return rig.canvas.Measure(text + u"00", font).width;
     };
-    const auto columns = [&] {
-        std::vector<std::string> all;
-        for (const ClipListColumn& column : list.shown.columns)
-            all.push_back(ToUtf8(column.title) + (column.takesRest ? " +" : ""));
-        return all;
-    };
-    EXPECT_EQ(columns(), (std::vector<std::string>{"Name", "Description +"}));
-    EXPECT_FALSE(list.look.header);
     EXPECT_EQ(list.shown.columns[0].width, width(u"length:", list.shown.names));
     app.clips.At(2).title = u"a title that is wider than all others";
     screen->Refresh();
     EXPECT_EQ(list.shown.columns[0].width, width(app.clips.At(2).title, list.shown.names));
     EXPECT_LE(list.shown.columns[1].width, list.look.place.w / 3);
 
-    Make(true);
-    EXPECT_EQ(columns(), (std::vector<std::string>{"Name", "Min.", "Time/Date", "Location"}));
-    EXPECT_TRUE(list.look.header);
-    EXPECT_EQ(list.shown.rows[1].size(), 4U);
+    Show(true);
+    ASSERT_EQ(list.shown.rows[1].size(), 4U);
     EXPECT_EQ(list.shown.rows[1][3], folder.Path(u"b"));
     EXPECT_EQ(list.shown.columns[1].width, width(u" 0:01", list.shown.texts));
 }
@@ -201,73 +162,61 @@ TEST_F(ClipDesk, AMarkedRowBecomesTheCurrentClipAndTheTotalNever) {
 
 TEST_F(ClipDesk, AClipWhoseRecordingIsGoneIsTheOneThatIsRemoved) {
     std::filesystem::remove(ToUtf8(folder.Path(u"b.wav")));
+    Push(Element::CRotText);
+    EXPECT_EQ(list.shown.rows[3][1], u" 0:03s.00") << "read anew";
     Click(1);
     EXPECT_EQ(app.clips.CurrentIndex(), 1);
     EXPECT_EQ(app.recording.length, 0U) << "nothing of the clip before";
     screen->OnKey(Key::kDelete);
     EXPECT_EQ(list.Rows(), "a [c] length: ");
+
+    for (int i = 0; i < 3; ++i)
+        screen->Remove();
+    EXPECT_EQ(list.Rows(), "length: ");
+    EXPECT_TRUE(app.recording.sheet.levels.empty());
+    screen->OnKey(Key::kSpace);
+    EXPECT_EQ(Lamp(), 0) << "there is nothing to play";
 }
 
 TEST_F(ClipDesk, ButtonsKeysAndDraggingChangeTheListAndItsFile) {
-    struct Step {
-        const char* what;
-        std::function<void()> act;
-        const char* rows;
-    };
-    const Step steps[] = {
-        {"the first clip does not move up", [this] { Push(Element::CUp); }, "[a] b c length: "},
-        {"down", [this] { Push(Element::CDown); }, "b [a] c length: "},
-        {"down again by key", [this] { Tell(ListNotification::kMoveDown); }, "b c [a] length: "},
-        {"the last one does not move down", [this] { Push(Element::CDown); }, "b c [a] length: "},
-        {"dragged to the top",
-         [this] {
-             list.drop = 0;
-             Tell(ListNotification::kDragged);
-         },
-         "[a] b c length: "},
-        {"renamed", [this] { Type(u"Mayor"); }, "[Mayor] b c length: "},
-        {"an empty title", [this] { Type({}); }, "[a] b c length: "},
-        {"added in front of the current one",
-         [this] {
-             answer = folder.Path(u"c.wav");
-             Push(Element::CInsert);
-         },
-         "[c] a b c length: "},
-        {"added behind all with the total marked",
-         [this] {
-             Click(4);
-             answer = folder.Path(u"b.wav");
-             screen->OnKey(Key::kInsert);
-         },
-         "c a b c [b] length: "},
-        {"what cannot be read is not added",
-         [this] {
-             Click(5);
-             answer = folder.Path(u"none.wav");
-             Push(Element::CInsert);
-         },
-         "c a b c [b] length: "},
-        {"nothing chosen", [this] { Push(Element::CInsert); }, "c a b c [b] length: "},
-        {"the last one removed", [this] { Push(Element::CRemove); }, "c a b [c] length: "},
-    };
-    for (const Step& step : steps) {
-        step.act();
-        EXPECT_EQ(list.Rows(), step.rows) << step.what;
-    }
-    EXPECT_EQ(Stored(), "c a b c ");
+    EXPECT_EQ(list.Rows(), "[a] b c length: ");
+    Push(Element::CUp);
+    EXPECT_EQ(list.Rows(), "[a] b c length: ") << "it is the first one";
+    Push(Element::CDown);
+    EXPECT_EQ(list.Rows(), "b [a] c length: ");
+    Tell(ListNotification::kMoveDown);
+    EXPECT_EQ(list.Rows(), "b c [a] length: ");
+    Push(Element::CDown);
+    EXPECT_EQ(list.Rows(), "b c [a] length: ") << "it is the last one";
+    Tell(ListNotification::kMoveUp);
+    EXPECT_EQ(list.Rows(), "b [a] c length: ");
+    list.drop = 0;
+    Tell(ListNotification::kDragged);
+    EXPECT_EQ(list.Rows(), "[a] b c length: ");
+    Type(u"Mayor");
+    EXPECT_EQ(list.Rows(), "[Mayor] b c length: ");
+    Type({});
+    EXPECT_EQ(list.Rows(), "[a] b c length: ");
+    Add(u"c.wav");
+    EXPECT_EQ(list.Rows(), "[c] a b c length: ") << "in front of the current one";
+    Click(4);
+    answer = folder.Path(u"b.wav");
+    screen->OnKey(Key::kInsert);
+    EXPECT_EQ(list.Rows(), "c a b c [b] length: ") << "behind all: the total was marked";
+    Click(5);
+    Add(u"none.wav");
+    EXPECT_EQ(list.Rows(), "c a b c [b] length: ") << "it cannot be read";
+    Push(Element::CInsert);
+    EXPECT_EQ(list.Rows(), "c a b c [b] length: ") << "nothing was chosen";
+    Push(Element::CRemove);
+    EXPECT_EQ(list.Rows(), "c a b [c] length: ");
+
+    EXPECT_TRUE(app.project.LoadProject());
+    screen->Refresh();
+    EXPECT_EQ(list.Rows(), "c a b [c] length: ") << "as the file holds it";
 }
 
-TEST_F(ClipDesk, RemovingTheLastClipLeavesNothingToPlay) {
-    for (int i = 0; i < 4; ++i)
-        screen->Remove();
-    EXPECT_EQ(list.Rows(), "length: ");
-    EXPECT_EQ(app.clips.CurrentIndex(), -1);
-    EXPECT_TRUE(app.recording.sheet.levels.empty());
-    screen->OnKey(Key::kSpace);
-    EXPECT_EQ(Lamp(), 0);
-}
-
-TEST_F(ClipDesk, TheListPlaysFromTheCurrentClipToItsEndOnTheWidestChannels) {
+TEST_F(ClipDesk, TheListPlaysFromTheCurrentClipToItsEndOnTheWidestChannelsOrOneAlone) {
     Click(1);
     Push(Element::CPlay);
     EXPECT_EQ(Lit(), "Play ");
@@ -280,9 +229,9 @@ TEST_F(ClipDesk, TheListPlaysFromTheCurrentClipToItsEndOnTheWidestChannels) {
     Hear(100);
     EXPECT_EQ(Lit(), "Stop ");
     EXPECT_EQ(waves.out.played.size(), 50U * 2 * kPeriodBytes) << "30 of b, 20 of c";
-}
 
-TEST_F(ClipDesk, OneClipAloneEndsPlaying) {
+    Click(0);
+    waves.out.played.clear();
     Tell(ListNotification::kPlayAlone);
     Hear(100);
     EXPECT_EQ(Lamp(), 0);
@@ -339,21 +288,6 @@ TEST_F(ClipDesk, DuringATakeTheListIsOnlyLookedAtAndThenShowsItsClip) {
     answer = folder.Path(u"c.wav");
     screen->Insert();
     EXPECT_EQ(app.clips.Count(), 4);
-}
-
-TEST_F(ClipDesk, TheRenewButtonReadsTheRecordingsAnew) {
-    std::filesystem::remove(ToUtf8(folder.Path(u"c.wav")));
-    Push(Element::CRotText);
-    EXPECT_EQ(list.shown.rows[3][1], u" 0:03s.50");
-}
-
-TEST_F(ClipDesk, TheRightButtonShowsItsBox) {
-    screen->RightDown({10, 10});
-    ASSERT_EQ(boxes.shown.size(), 1U);
-    EXPECT_EQ(boxes.shown[0].text, u"rbutton clip editor");
-    EXPECT_EQ(boxes.shown[0].icon, BoxIcon::kNone);
-    EXPECT_NE(boxes.shown[0].icon, BoxIcon::kError);
-    EXPECT_EQ(boxes.shown[0].title, u"text");
 }
 
 }  // namespace

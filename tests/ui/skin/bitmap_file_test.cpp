@@ -33,10 +33,7 @@ TEST(BitmapFileTest, EveryDepthGivesTheSamePicture) {
         0x30, 0x20, 0x10, 0, 0, 0, 0x30, 0x20, 0x10, 9, 9, 9};
     const Bytes rows32 = {0x30, 0x20, 0x10, 7, 0, 0, 0, 7, 0x30, 0x20, 0x10, 7,  // from the top
                           0,    0,    0,    7, 0, 0, 0, 7, 0x30, 0x20, 0x10, 7};
-    const struct {
-        const char* name;
-        Bytes file;
-    } cases[] = {
+    const std::pair<const char*, Bytes> cases[] = {
         {"1 bit", File(1, 2, palette, {0x20, 0, 0, 0, 0xA0, 0, 0, 0})},
         {"4 bits", File(4, 2, palette, {0x00, 0x10, 0, 0, 0x10, 0x10, 0, 0})},
         {"8 bits, a longer header", File(8, 2, palette, {0, 0, 1, 9, 1, 0, 1, 9}, 124)},
@@ -45,12 +42,10 @@ TEST(BitmapFileTest, EveryDepthGivesTheSamePicture) {
         {"32 bits from the top down", File(32, -2, {}, rows32)},
     };
     constexpr Pixel kInk = 0x102030;
-    for (const auto& one : cases) {
-        const Picture picture = DecodeBitmap(one.file);
-        EXPECT_EQ(picture.width, 3) << one.name;
-        EXPECT_EQ(picture.height, 2) << one.name;
-        EXPECT_EQ(test::PixelsOf(picture), (std::vector<Pixel>{kInk, 0, kInk, 0, 0, kInk}))
-            << one.name;
+    for (const auto& [name, file] : cases) {
+        const Picture picture = DecodeBitmap(file);
+        EXPECT_TRUE(picture.width == 3 && picture.height == 2) << name;
+        EXPECT_EQ(test::PixelsOf(picture), (std::vector<Pixel>{kInk, 0, kInk, 0, 0, kInk})) << name;
     }
 }
 
@@ -71,11 +66,9 @@ TEST(BitmapFileTest, ADamagedFileGivesNoPicture) {
     EXPECT_TRUE(with(10, 1079)) << "one byte of the rows is missing";
     EXPECT_TRUE(with(14, 12)) << "an older header";
     EXPECT_TRUE(with(14, -14)) << "a header beyond the end";
-    for (const std::size_t at : {std::size_t{18}, std::size_t{22}}) {
-        EXPECT_TRUE(with(at, 0)) << at;
-        EXPECT_TRUE(with(at, 0x7FFFFFFF)) << at;
-        EXPECT_TRUE(with(at, std::numeric_limits<std::int32_t>::min())) << at;
-    }
+    for (const std::size_t at : {18, 22})  // width, height
+        for (const std::int32_t size : {0, 0x7FFFFFFF, std::numeric_limits<std::int32_t>::min()})
+            EXPECT_TRUE(with(at, size)) << at << ": " << size;
     EXPECT_TRUE(with(18, -5)) << "from right to left";
     EXPECT_TRUE(with(28, 16)) << "16 bits a pixel";
     EXPECT_TRUE(with(30, 1)) << "run lengths";

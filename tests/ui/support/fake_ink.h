@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 #include "ui/paint/ink.h"
@@ -11,32 +13,52 @@ namespace orma::test {
 /// in the colour it was given, and remembers every call. Lines are drawn hard-edged at any width.
 class FakeInk : public Ink {
   public:
-    struct DrawnText {
-        Rect clip;
-        Point origin;
-        Text text;
-        Font font;
-        Colour colour;
-    };
     struct DrawnLine {
-        Rect clip;
         std::vector<Point> points;
-        int width = 0;
         Colour colour;
     };
 
-    [[nodiscard]] Size Measure(const Text& text, const Font& font) override;
+    [[nodiscard]] Size Measure(const Text& text, const Font& font) override {
+        return {static_cast<int>(text.size()) * (font.height / 2), font.height};
+    }
     void DrawText(Picture& target, const Rect& clip, Point origin, const Text& text,
-                  const Font& font, Colour colour) override;
+                  const Font& font, Colour colour) override {
+        texts.push_back(text);
+        const Size size = Measure(text, font);
+        if (font.turned) origin = {origin.x - size.width, origin.y - size.height};
+        Paint(target, clip, {origin.x, origin.y, size.width, size.height}, colour);
+    }
     void DrawLine(Picture& target, const Rect& clip, std::span<const Point> points, int width,
-                  Colour colour) override;
+                  Colour colour) override {
+        lines.push_back({{points.begin(), points.end()}, colour});
+        for (std::size_t i = 1; i < points.size(); ++i) {
+            const Point from = points[i - 1];
+            const int dx = points[i].x - from.x;
+            const int dy = points[i].y - from.y;
+            const int steps = std::max({std::abs(dx), std::abs(dy), 1});
+            for (int step = 0; step <= steps; ++step)
+                Paint(target, clip,
+                      {from.x + dx * step / steps - width / 2,
+                       from.y + dy * step / steps - width / 2, width, width},
+                      colour);
+        }
+    }
 
-    /// The texts alone, in the order they were drawn.
-    [[nodiscard]] std::vector<Text> Texts() const;
-    void Forget();
+    void Forget() {
+        texts.clear();
+        lines.clear();
+    }
 
-    std::vector<DrawnText> texts;
+    std::vector<Text> texts;
     std::vector<DrawnLine> lines;
+
+  private:
+    static void Paint(Picture& target, const Rect& clip, const Rect& box, Colour colour) {
+        const Rect inside = Common(Common(clip, box), target.Bounds());
+        for (int y = inside.y; y < inside.Bottom(); ++y)
+            for (int x = inside.x; x < inside.Right(); ++x)
+                target.At(x, y) = PixelOf(colour);
+    }
 };
 
 }  // namespace orma::test

@@ -6,9 +6,20 @@
 #include "support/memory_storage.h"
 #include "ui/controls/win.h"
 #include "ui/support/fake_ink.h"
-#include "ui/support/plain_bitmaps.h"
 
 namespace orma::test {
+
+/// The 35 built-in bitmaps in their sizes, each of one colour that no other one has and that is no
+/// colour of the built-in skin: a pixel of the window tells which bitmap it came from.
+class PlainBitmaps : public BuiltInBitmaps {
+  public:
+    /// The pixel that all of bitmap `number` consists of.
+    [[nodiscard]] static Pixel PixelOfBitmap(int number) {
+        return 0x400000U | static_cast<Pixel>(number);
+    }
+
+    [[nodiscard]] std::vector<std::uint8_t> File(int number, bool doubled) override;
+};
 
 /// What a rig is made with.
 struct RigOptions {
@@ -43,17 +54,10 @@ class ScreenRig {
     /// What has changed since the last call.
     std::vector<Rect> TakeChanges();
 
-    /// Black beyond the window's edges.
-    [[nodiscard]] Pixel At(int x, int y) const;
-
     /// Does this bitmap show there?
     [[nodiscard]] bool Shows(int x, int y, int bitmap) const;
     [[nodiscard]] bool IsLit(int x, int y) const { return Shows(x, y, scene.pages.pressed); }
     [[nodiscard]] bool IsDark(int x, int y) const { return Shows(x, y, scene.pages.normal); }
-
-    /// The smallest rectangle around all pixels of this value; empty when there are none.
-    [[nodiscard]] Rect ExtentOf(Pixel pixel) const;
-    [[nodiscard]] int CountOf(Pixel pixel) const;
 
     /// True when exactly the pixels of `rect` have this value, all over the window.
     [[nodiscard]] bool ShowsExactly(const Rect& rect, Pixel pixel) const;
