@@ -191,10 +191,13 @@ TEST_F(ShellTest, EveryScreenHearsTheRecorderAndTheMenusFollowIt) {
 
 TEST_F(ShellTest, TheEditMenuOffersToDeleteTheMarkThatTheCursorStandsOn) {
     RecordTake();
+    shell.SelectScreen(kEditor);
     app.recording.sheet.marks = {5, 12};
     for (const auto& [cursor, text] : {std::pair{6U, u"Mark"}, {12U, u"Delete marker"}}) {
         app.recording.cursor = cursor;
-        EXPECT_EQ(shell.OnMenuOpening(TopMenu::kEdit).items.back().text, text);
+        const Menu& edit = shell.OnMenuOpening(TopMenu::kEdit);
+        EXPECT_EQ(edit.items.back().text, text);
+        EXPECT_EQ(edit.items.front().text, u"Crop begin");
     }
 }
 
