@@ -192,21 +192,8 @@ void Stage::DateRecordings() {
         std::filesystem::last_write_time(file.path(), file_clock::from_sys(noon));
 }
 
-const Picture& Stage::Frame() {
-    shell.OnPaint();
-    if (shell.CurrentScreen() != ScreenIndex::kClipEditor) return image_;
-    const QImage shown = page_.grab().toImage().convertToFormat(QImage::Format_RGB32);
-    withList_ = image_;
-    for (int y = 0; y < image_.height; ++y)
-        for (int x = 0; x < image_.width; ++x)
-            withList_.pixels[static_cast<std::size_t>(y * image_.width + x)] =
-                shown.pixel(x, y) & 0xFFFFFF;
-    return withList_;
-}
-
-const Picture& Stage::WholeFrame() {
-    shell.Invalidate();
-    return Frame();
+QImage Stage::Frame() {
+    return page_.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
 }  // namespace orma::test

@@ -58,10 +58,7 @@ class Stage : private SystemStatus, private PageClient {
     [[nodiscard]] ProgressWWin& Progress();
 
     /// The client area with its next frame.
-    [[nodiscard]] const Picture& Frame();
-
-    /// The same with everything painted anew.
-    [[nodiscard]] const Picture& WholeFrame();
+    [[nodiscard]] QImage Frame();
 
   private:
     class Disk : public PosixStorage {
@@ -107,7 +104,6 @@ class Stage : private SystemStatus, private PageClient {
     Canvas canvas_;
     PageWidget page_;
     QtClipList clipList_{[this] { return &page_; }, ink_, [](ListNotification) {}};
-    Picture withList_;
     std::uint32_t spoken_ = 0;  // periods
 
   public:
