@@ -37,11 +37,8 @@ TEST_F(CommandsTest, OpenTheirScreenOrDialogAndOtherNumbersNothing) {
     shell.SelectScreen(ScreenIndex::kClipEditor);
     Choose(Command::kListView, 101);
     EXPECT_EQ(log.back(), "list 101 2");
-}
-
-TEST_F(CommandsTest, RecordIsNoSecondPressOfTheButton) {
     Choose(Command::kRecord);
-    Choose(Command::kRecord);
+    Choose(Command::kRecord);  // no second press of the button
     EXPECT_EQ(app.transport.State(), TransportState::kRecordReady);
 }
 

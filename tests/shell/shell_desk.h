@@ -106,9 +106,8 @@ class TestScreen : public WWin {
 };
 
 /// A user who answers every dialog with the next path of a list, then cancels.
-class ScriptedDialogs : public Dialogs {
-  public:
-    explicit ScriptedDialogs(Log& log) : log_(log) {}
+struct ScriptedDialogs : Dialogs {
+    explicit ScriptedDialogs(Log& into) : log(into) {}
 
     [[nodiscard]] std::optional<Text> OpenProject(const Text& p) override {
         return Ask("open project", p);
@@ -127,25 +126,24 @@ class ScriptedDialogs : public Dialogs {
     [[nodiscard]] std::optional<Text> ClipName(const Text& p) override {
         return Ask("clip name", p);
     }
-    void InputOptions() override { log_.emplace_back("input options"); }
+    void InputOptions() override { log.emplace_back("input options"); }
     void ShowShortcuts(const std::vector<ShortcutGroup>& groups) override { shortcuts = groups; }
 
     std::deque<Text> answers;
     Text documents = u"/home/anna/Documents/";
     Text proposed;
     std::vector<ShortcutGroup> shortcuts;
+    Log& log;
 
   private:
     std::optional<Text> Ask(const char* what, const Text& proposal) {
-        log_.emplace_back(what);
+        log.emplace_back(what);
         proposed = proposal;
         if (answers.empty()) return std::nullopt;
         const Text answer = answers.front();
         answers.pop_front();
         return answer;
     }
-
-    Log& log_;
 };
 
 struct FakeTextEditor : TextEditor {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "shell/shell_desk.h"
-#include "support/fake_patience.h"
 #include "support/stalling_ftp.h"
 
 namespace orma::test {
@@ -17,6 +16,12 @@ struct StartDesk : ShellDesk {
                           log.emplace_back("skin");
                       }};
     WindowLook look;
+};
+
+/// Asked while a program that is at its end waits for uploads.
+struct LastPatience : Patience {
+    [[nodiscard]] bool GoOn() override { return asked(); }
+    std::function<bool()> asked = [] { return true; };
 };
 
 TEST(WindowStart, GoesInItsOrder) {
@@ -94,7 +99,7 @@ TEST(WindowEnd, SavesTheProjectThenClosesTheWindowThenSavesWhatTheUserLeft) {
     desk.editor.isOpen = true;
     desk.shell.OnLeftDown({5, 5});
     desk.log.clear();
-    FakePatience patience;
+    LastPatience patience;
     EXPECT_TRUE(EndWindow(desk.parts, patience));
     // The take that was still recorded is in the list before the screens go.
     EXPECT_EQ(desk.log,
@@ -110,16 +115,6 @@ TEST(WindowEnd, SavesTheProjectThenClosesTheWindowThenSavesWhatTheUserLeft) {
     EXPECT_EQ(desk.loop.Run(), 0);
 }
 
-/// Asked while a program that is at its end waits for uploads.
-struct LastPatience : Patience {
-    [[nodiscard]] bool GoOn() override {
-        if (asked) asked();
-        return goOn;
-    }
-    std::function<void()> asked;
-    bool goOn = true;
-};
-
 TEST(WindowEnd, WaitsForUploadsBehindAllElseAndTellsOfThoseThatItGivesUp) {
     for (const bool arrives : {true, false}) {
         StallingFtp line;
@@ -132,10 +127,10 @@ TEST(WindowEnd, WaitsForUploadsBehindAllElseAndTellsOfThoseThatItGivesUp) {
         desk.RecordTake();
         ASSERT_EQ(desk.app.liveUploads->UnderWay(), 1U);
         LastPatience patience;
-        patience.goOn = arrives;
         patience.asked = [&] {
             EXPECT_EQ(desk.log.back(), "leave instance");
             line.frozen = !arrives;
+            return arrives;
         };
         EXPECT_TRUE(EndWindow(desk.parts, patience));
         EXPECT_EQ(desk.app.liveUploads->UnderWay(), 0U);

@@ -65,7 +65,7 @@ constexpr Shot kShots[] = {
          stage.Click(Element::Record);
          stage.Click(Element::Play);
          stage.Speak(50);
-         stage.Shout(1);
+         stage.Deliver(32767);
          stage.Speak(12);
      }},
     {"recorder-playing",
@@ -78,8 +78,8 @@ constexpr Shot kShots[] = {
     {"editor-marks",
      [](Stage& stage) {
          OpenEditor(stage);
-         stage.Key(Key::kMinus);
-         stage.Key(Key::kMinus);
+         stage.shell.OnKeyDown(Key::kMinus);
+         stage.shell.OnKeyDown(Key::kMinus);
          stage.Go(370);
      }},
     {"editor-cut",
@@ -103,8 +103,8 @@ constexpr Shot kShots[] = {
      [](Stage& stage) {
          OpenEditor(stage);
          stage.Go(105);
-         stage.Key(Key::kPlus);
-         stage.Key(Key::kPlus);
+         stage.shell.OnKeyDown(Key::kPlus);
+         stage.shell.OnKeyDown(Key::kPlus);
      }},
     {"clips",
      [](Stage& stage) {

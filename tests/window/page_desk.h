@@ -5,7 +5,6 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDropEvent>
-#include <QGestureEvent>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMenu>

@@ -105,17 +105,6 @@ TEST_F(PageTest, WheelAndTouchpadTellWholeNotches) {
     spread(-0.8);
     spread(-1);
     EXPECT_EQ(log_, "wheel 7,8 1 wheel 7,8 -2 ");
-
-    log_.clear();
-    page_.move(0, 0);
-    QPinchGesture pinch;
-    pinch.setCenterPoint(page_.mapToGlobal(QPointF(9, 9)));
-    for (const double total : {1.6, 1.6, 2.4, 2.4, 0.5}) {
-        pinch.setTotalScaleFactor(total);
-        QGestureEvent event({&pinch});
-        QCoreApplication::sendEvent(&page_, &event);
-    }
-    EXPECT_EQ(log_, "wheel 9,9 1 wheel 9,9 -2 ");
 }
 
 TEST_F(PageTest, EveryControlWithALabelIsSeenByHelpersOfTheDesktop) {

@@ -160,11 +160,6 @@ void Stage::Speak(int periods) {
         Deliver(Loudness(spoken_++));
 }
 
-void Stage::Shout(int periods) {
-    for (int i = 0; i < periods; ++i)
-        Deliver(32767);
-}
-
 void Stage::Hear(int periods) {
     for (int i = 0; i < periods && waves_.out.FinishOne(); ++i)
         loop_.RunPending();

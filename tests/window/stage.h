@@ -35,9 +35,11 @@ class Stage : private SystemStatus, private PageClient {
     /// A take of 600 periods of "speech" with marks at 100, 300 and 450; stopped at its end.
     void RecordTake();
 
-    /// Lets the microphone hear `periods` of speech, or of what is too loud.
+    /// Lets the microphone hear `periods` of speech.
     void Speak(int periods);
-    void Shout(int periods);
+
+    /// Lets it hear one period of that amplitude.
+    void Deliver(std::int16_t amplitude);
 
     /// Lets `periods` of what is played be heard.
     void Hear(int periods);
@@ -50,7 +52,6 @@ class Stage : private SystemStatus, private PageClient {
 
     void Go(std::int32_t position) { app.transport.MoveTo(position); }
     void Run(Command command);
-    void Key(orma::Key key) { shell.OnKeyDown(key); }
 
     /// The left button on an element of the current screen.
     void Click(Element element);
@@ -84,7 +85,6 @@ class Stage : private SystemStatus, private PageClient {
     void KeyUp(orma::Key) override {}
 
     [[nodiscard]] std::unique_ptr<WWin> Make(ScreenIndex index);
-    void Deliver(std::int16_t amplitude);
 
     TempFolder folder_;
     Disk disk_;
