@@ -15,7 +15,7 @@ class FakeMainWindow : public MainWindow {
     [[nodiscard]] bool Create(const Text& title, Size client) override {
         log_.push_back(
             Format("create %s %dx%d", ToUtf8(title).c_str(), client.width, client.height));
-        return canBeCreated;
+        return true;
     }
     void Show() override { log_.emplace_back("show"); }
     void Raise() override { log_.emplace_back("raise"); }
@@ -33,7 +33,6 @@ class FakeMainWindow : public MainWindow {
     void ShowNote(const Note& note) override { notes.push_back(note); }
     [[nodiscard]] Size Display() override { return display; }
 
-    bool canBeCreated = true;
     Size display{1920, 1080};
     MenuBar menus;
     int menusSet = 0;

@@ -2,38 +2,34 @@
 
 #include "window/page_desk.h"
 
-namespace orma {
+namespace orma::test {
 namespace {
 
-TEST_F(PageTest, DuringAJobThePointerAloneGetsThroughKeysAndWakeupsWait) {
+struct JobEventsTest : PageTest {
+    void Post(QEvent::Type type) { QCoreApplication::postEvent(&page_, NewMouse(type, {3, 4})); }
+
+    JobEvents job_{page_};
+};
+
+TEST_F(JobEventsTest, DuringAJobThePointerAloneGetsThroughKeysAndWakeupsWait) {
     QtEventLoop loop;
-    page_.show();
-    page_.setFocus();
-    QCoreApplication::processEvents();
-    JobEvents job(page_);
     const auto wakeup = loop.CreateWakeup([&] {
         log_ += "wakeup ";
         loop.Post([&] { loop.Quit(0); });
     });
-    const auto post = [&](QEvent::Type type) {
-        auto* const event = new QMouseEvent(
-            type, QPointF(3, 4), page_.mapToGlobal(QPointF(3, 4)), Qt::LeftButton,
-            type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
-        QCoreApplication::postEvent(&page_, event);
-    };
     const auto timer = loop.StartTimer(1, [&] { log_ += "tick "; });
     loop.Post([&] {
         wakeup->Signal();
-        post(QEvent::MouseButtonPress);
+        Post(QEvent::MouseButtonPress);
         QCoreApplication::postEvent(page_.windowHandle(),
                                     new QKeyEvent(QEvent::KeyPress, Qt::Key_1, Qt::NoModifier));
         QCoreApplication::postEvent(&page_, new QEvent(QEvent::ContextMenu));
-        post(QEvent::MouseButtonRelease);
+        Post(QEvent::MouseButtonRelease);
         page_.Changed({0, 0, 5, 5});
         frames_ = 0;
         log_.clear();
         for (int slice = 0; slice < 3; ++slice)
-            job.Serve();
+            job_.Serve();
         EXPECT_EQ(frames_, 1);
         EXPECT_EQ(log_, "down 3,4 up 3,4 ");
     });
@@ -43,32 +39,22 @@ TEST_F(PageTest, DuringAJobThePointerAloneGetsThroughKeysAndWakeupsWait) {
     EXPECT_NE(log_.find("31 "), std::string::npos) << log_;
 }
 
-TEST_F(PageTest, AfterAJobClicksAreDroppedAndAWishToCloseIsKnown) {
-    page_.show();
-    QCoreApplication::processEvents();
-    JobEvents job(page_);
-    const auto post = [&](QEvent::Type type) {
-        QCoreApplication::postEvent(
-            &page_,
-            new QMouseEvent(type, QPointF(3, 4), page_.mapToGlobal(QPointF(3, 4)), Qt::LeftButton,
-                            type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
-                            Qt::NoModifier));
-    };
-    post(QEvent::MouseButtonPress);
+TEST_F(JobEventsTest, AfterAJobClicksAreDroppedAndAWishToCloseIsKnown) {
+    Post(QEvent::MouseButtonPress);
     QCoreApplication::processEvents();
     log_.clear();
-    post(QEvent::MouseButtonPress);
-    post(QEvent::MouseButtonRelease);  // of the button that was held when the job began
+    Post(QEvent::MouseButtonPress);
+    Post(QEvent::MouseButtonRelease);  // of the button that was held when the job began
     QCoreApplication::postEvent(page_.windowHandle(), new QCloseEvent);
-    job.Drop();
+    job_.Drop();
     EXPECT_EQ(log_, "up 3,4 ");
     EXPECT_TRUE(page_.isVisible());
-    EXPECT_TRUE(job.TakeClose());
-    EXPECT_FALSE(job.TakeClose());
-    post(QEvent::MouseButtonPress);
-    job.Serve();
+    EXPECT_TRUE(job_.TakeClose());
+    EXPECT_FALSE(job_.TakeClose());
+    Post(QEvent::MouseButtonPress);
+    job_.Serve();
     EXPECT_EQ(log_, "up 3,4 down 3,4 ");
 }
 
 }  // namespace
-}  // namespace orma
+}  // namespace orma::test

@@ -1,12 +1,10 @@
 #pragma once
 
 #include <QAccessible>
-#include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDropEvent>
-#include <QGestureEvent>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMenu>
@@ -19,38 +17,20 @@
 #include <QUrl>
 #include <QWheelEvent>
 #include <QWindow>
-#include <algorithm>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "platform/qt/qt_event_loop.h"
-#include "support/memory_storage.h"
-#include "ui/skin/skin.h"
+#include "ui/support/screen_rig.h"
 #include "window/accessible_page.h"
 #include "window/job_events.h"
 #include "window/menu_bar_view.h"
 #include "window/page_widget.h"
 
-namespace orma {
+namespace orma::test {
 
 inline constexpr Size kSize{120, 90};
-
-class NoInk : public Ink {
-  public:
-    [[nodiscard]] Size Measure(const Text& /*text*/, const Font& /*font*/) override { return {}; }
-    void DrawText(Picture& /*target*/, const Rect& /*clip*/, Point /*origin*/, const Text& /*text*/,
-                  const Font& /*font*/, Colour /*colour*/) override {}
-    void DrawLine(Picture& /*target*/, const Rect& /*clip*/, std::span<const Point> /*points*/,
-                  int /*width*/, Colour /*colour*/) override {}
-};
-
-class NoBitmaps : public BuiltInBitmaps {
-  public:
-    [[nodiscard]] std::vector<std::uint8_t> File(int /*number*/, bool /*doubled*/) override {
-        return {};
-    }
-};
 
 /// Writes down what is done to it.
 class LoggedWin : public Win {
@@ -85,27 +65,42 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
         for (int y = 0; y < kSize.height; ++y)
             for (int x = 0; x < kSize.width; ++x)
                 image_.At(x, y) = PixelAt(x, y);
+        InstallAccessiblePage();
+        page_.show();
+        page_.setFocus();
+        QCoreApplication::processEvents();
     }
 
     void Add(const Rect& rect, ControlLabel label) {
-        controls_.push_back(std::make_unique<LoggedWin>(scene_, rect, std::move(label), log_));
+        controls_.push_back(std::make_unique<LoggedWin>(rig_.scene, rect, std::move(label), log_));
     }
     LoggedWin& At(std::size_t place) { return static_cast<LoggedWin&>(*controls_[place]); }
 
     static Pixel PixelAt(int x, int y) { return static_cast<Pixel>(x << 16 | y << 8 | (x ^ y)); }
-
-    /// All of them at once, as the display shows them.
-    QImage Shown() { return page_.grab().toImage(); }
 
     void Key(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
              bool again = false) {
         QKeyEvent event(type, key, modifiers, QString(), again);
         QCoreApplication::sendEvent(&page_, &event);
     }
-    void Mouse(QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) {
-        QMouseEvent event(type, at, page_.mapToGlobal(at), button, held, Qt::NoModifier);
-        QCoreApplication::sendEvent(&page_, &event);
+    QMouseEvent* NewMouse(QEvent::Type type, QPointF at, Qt::MouseButton button = Qt::LeftButton) {
+        const bool up = type == QEvent::MouseButtonRelease;
+        const bool moves = type == QEvent::MouseMove;
+        return new QMouseEvent(type, at, page_.mapToGlobal(at), moves ? Qt::NoButton : button,
+                               up ? Qt::NoButton : button, Qt::NoModifier);
     }
+    void Mouse(QEvent::Type type, QPointF at, Qt::MouseButton button = Qt::LeftButton) {
+        const std::unique_ptr<QMouseEvent> event(NewMouse(type, at, button));
+        QCoreApplication::sendEvent(&page_, event.get());
+    }
+
+    /// A dialog over the window, behind which assistive tools and files that are dropped come.
+    struct ModalDialog : QDialog {
+        ModalDialog() {
+            setModal(true);
+            show();
+        }
+    };
 
     // The client.
     const Picture& Image() override { return image_; }
@@ -138,15 +133,9 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
     void OnDrop(const Text& path) override { log_ += "drop " + ToUtf8(path) + " "; }
     void OnCloseRequest() override { log_ += "close "; }
 
-    test::MemoryStorage storage_;
-    NoBitmaps bitmaps_;
-    NoInk ink_;
+    ScreenRig rig_;
     Picture image_{kSize.width, kSize.height,
                    std::vector<Pixel>(std::size_t{kSize.width} * kSize.height)};
-    Skin skin_{storage_, bitmaps_, u"/", kSize, false};
-    Canvas canvas_{image_, ink_, [](const Rect&) {}};
-    Pointer pointer_;
-    Scene scene_{skin_, canvas_, pointer_, {}};
     std::string log_;
     std::function<void()> onPress_;
     int frames_ = 0;
@@ -155,4 +144,4 @@ class PageTest : public ::testing::Test, public QtMainWindow::Client {
     PageWidget page_{*this, kSize};
 };
 
-}  // namespace orma
+}  // namespace orma::test

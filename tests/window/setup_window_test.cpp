@@ -48,10 +48,10 @@ struct SetupWindowTest : testing::Test {
         window->show();
     }
 
-    void GoTo(const QString& page) {
+    void GoTo(const char* page) {
         auto& pages = *window->findChild<QListWidget*>(QStringLiteral("pages"));
         for (int i = 0; i < pages.count(); ++i)
-            if (pages.item(i)->text().startsWith(page)) pages.setCurrentRow(i);
+            if (pages.item(i)->text().startsWith(QLatin1String(page))) pages.setCurrentRow(i);
     }
 
     /// The visible field, list or button of that name.
@@ -67,9 +67,8 @@ struct SetupWindowTest : testing::Test {
         throw std::runtime_error(std::string("nothing is named ") + name);
     }
 
-    template <class Widget = QLineEdit>
     void Type(const char* name, const char* text) {
-        Widget& line = At<Widget>(name);
+        auto& line = At<QLineEdit>(name);
         line.setText(QString::fromUtf8(text));
         Q_EMIT line.textEdited(line.text());
     }
@@ -107,12 +106,11 @@ TEST_F(SetupWindowTest, SavesWhatWasTypedAndReadsItAgain) {
     Open();
     At<QComboBox>("Microphone").setCurrentIndex(1);
     Q_EMIT At<QComboBox>("Microphone").activated(1);
-    GoTo(QStringLiteral("Input"));
+    GoTo("Input");
     Type("Name", "voice");
-    Click("Equaliser on");
-    GoTo(QStringLiteral("Publishing"));
+    GoTo("Publishing");
     Type("Country", "DE");
-    GoTo(QStringLiteral("Mail"));
+    GoTo("Mail");
     Click("Add an account");
     Type("Server", "mail.example");
     At<QDoubleSpinBox>("Port").setValue(587);
@@ -123,16 +121,14 @@ TEST_F(SetupWindowTest, SavesWhatWasTypedAndReadsItAgain) {
     const SettingsRecord stored = Stored();
     EXPECT_EQ(stored.AudioInputDevice, u"Desk microphone");
     EXPECT_EQ(stored.Preset[0].name, u"voice");
-    EXPECT_EQ(stored.Preset[0].on, 1U);
     EXPECT_EQ(stored.OriginatorCountry, 0x20204544U);
     EXPECT_EQ(stored.Smtp[0].Server, u"mail.example");
     EXPECT_EQ(stored.Smtp[0].Port, 587U);
-    EXPECT_EQ(stored.CurrentSmtpName, u"mail.example");
 
     Open();
-    GoTo(QStringLiteral("Publishing"));
+    GoTo("Publishing");
     EXPECT_EQ(At<QLineEdit>("Country").text(), "DE");
-    GoTo(QStringLiteral("Mail"));
+    GoTo("Mail");
     EXPECT_EQ(At<QDoubleSpinBox>("Port").value(), 587);
     EXPECT_FALSE(window->Document().IsChanged());
 }
@@ -154,11 +150,11 @@ TEST_F(SetupWindowTest, CancelLeavesTheFileAndClosingAsks) {
 
 TEST_F(SetupWindowTest, SavesNothingThatIsWrongAndSaysWhere) {
     Open();
-    GoTo(QStringLiteral("FTP"));
+    GoTo("FTP");
     Click("Add an account");
     Type("Name", "News");
     EXPECT_FALSE(Tells("Type the server's name."));  // it was not the turn of that field yet
-    GoTo(QStringLiteral("Interface"));
+    GoTo("Interface");
     Click("Save");
     EXPECT_TRUE(window->isVisible());
     EXPECT_TRUE(Tells("Type the server's name."));
@@ -166,51 +162,9 @@ TEST_F(SetupWindowTest, SavesNothingThatIsWrongAndSaysWhere) {
     EXPECT_FALSE(desk.storage.Exists(desk.folder.Path(u"OrmaIni.sup")));
     Type("Server", "ftp.example");
     EXPECT_FALSE(Tells("Type the server's name."));
-    for (int i = 0; i < 6; ++i)
-        EXPECT_FALSE(window->findChild<QListWidget*>(QStringLiteral("pages"))
-                         ->item(i)
-                         ->text()
-                         .contains(QStringLiteral("\u26a0")));
     Click("Save");
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(Stored().FtpServer, u"ftp.example");
-}
-
-TEST_F(SetupWindowTest, TriesAnAccountAndTellsInWords) {
-    Open();
-    GoTo(QStringLiteral("FTP"));
-    Click("Add an account");
-    Type("Name", "News");
-    Type("Server", "ftp.example:2121");
-    Type("Password", "wrong");
-    ftp.connection = {kFtpRefused, 530, u"530 Login incorrect."};
-    Click("Test");
-    EXPECT_EQ(ftp.target.port, 2121);
-    EXPECT_EQ(ftp.target.password, u"wrong");
-    EXPECT_TRUE(Tells("User or password are wrong. The server says: 530 Login incorrect."));
-    EXPECT_TRUE(desk.boxes.shown.empty());
-    ftp.connection = {};
-    Type("Password", "right");
-    EXPECT_FALSE(Tells("User or password"));
-    Click("Test");
-    EXPECT_TRUE(Tells("Logged in, in clear text."));
-    EXPECT_FALSE(desk.storage.Exists(desk.folder.Path(u"OrmaIni.sup")));
-}
-
-TEST_F(SetupWindowTest, AnsweredRequestsToCloseLoseNothing) {
-    Open();
-    Type("Current project", "other");
-    Answer("Go on editing");
-    window->CloseOnRequest();
-    EXPECT_TRUE(asked.contains("Orma Edit has started"));
-    EXPECT_TRUE(window->isVisible());
-    Answer("Save");
-    window->CloseOnRequest();
-    EXPECT_FALSE(window->isVisible());
-    EXPECT_EQ(Stored().CurrentProjectName, u"other");
-    Open();
-    window->CloseOnRequest();  // nothing to lose, nothing to ask
-    EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(SetupWindowTest, TheEndOfTheSessionAsksWaitsALittleAndLosesNothing) {
@@ -239,7 +193,7 @@ TEST_F(SetupWindowTest, AsksBeforeItReplacesWhatAnotherProgramWrote) {
     Open();
     EXPECT_TRUE(window->Apply());
     Type("Current project", "mine");
-    SettingsRecord theirs = Stored();
+    SettingsRecord theirs;
     SettingsStore store(desk.services, desk.folder.Path(), theirs);
     (void)store.LoadConfiguration();
     theirs.CurrentProjectName = u"theirs";

@@ -162,11 +162,6 @@ void Stage::Speak(int periods) {
         Deliver(Loudness(spoken_++));
 }
 
-void Stage::Shout(int periods) {
-    for (int i = 0; i < periods; ++i)
-        Deliver(32767);
-}
-
 void Stage::Hear(int periods) {
     for (int i = 0; i < periods && waves_.out.FinishOne(); ++i)
         loop_.RunPending();
@@ -194,21 +189,8 @@ void Stage::DateRecordings() {
         std::filesystem::last_write_time(file.path(), file_clock::from_sys(noon));
 }
 
-const Picture& Stage::Frame() {
-    shell.OnPaint();
-    if (shell.CurrentScreen() != ScreenIndex::kClipEditor) return image_;
-    const QImage shown = page_.grab().toImage().convertToFormat(QImage::Format_RGB32);
-    withList_ = image_;
-    for (int y = 0; y < image_.height; ++y)
-        for (int x = 0; x < image_.width; ++x)
-            withList_.pixels[static_cast<std::size_t>(y * image_.width + x)] =
-                shown.pixel(x, y) & 0xFFFFFF;
-    return withList_;
-}
-
-const Picture& Stage::WholeFrame() {
-    shell.Invalidate();
-    return Frame();
+QImage Stage::Frame() {
+    return page_.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
 }  // namespace orma::test

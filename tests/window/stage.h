@@ -37,9 +37,11 @@ class Stage : private SystemStatus, private PageClient {
     /// A take of 600 periods of "speech" with marks at 100, 300 and 450; stopped at its end.
     void RecordTake();
 
-    /// Lets the microphone hear `periods` of speech, or of what is too loud.
+    /// Lets the microphone hear `periods` of speech.
     void Speak(int periods);
-    void Shout(int periods);
+
+    /// Lets it hear one period of that amplitude.
+    void Deliver(std::int16_t amplitude);
 
     /// Lets `periods` of what is played be heard.
     void Hear(int periods);
@@ -52,7 +54,6 @@ class Stage : private SystemStatus, private PageClient {
 
     void Go(std::int32_t position) { app.transport.MoveTo(position); }
     void Run(Command command);
-    void Key(orma::Key key) { shell.OnKeyDown(key); }
 
     /// The left button on an element of the current screen.
     void Click(Element element);
@@ -60,10 +61,7 @@ class Stage : private SystemStatus, private PageClient {
     [[nodiscard]] ProgressWWin& Progress();
 
     /// The client area with its next frame.
-    [[nodiscard]] const Picture& Frame();
-
-    /// The same with everything painted anew.
-    [[nodiscard]] const Picture& WholeFrame();
+    [[nodiscard]] QImage Frame();
 
   private:
     class Disk : public PosixStorage {
@@ -89,7 +87,6 @@ class Stage : private SystemStatus, private PageClient {
     void KeyUp(orma::Key) override {}
 
     [[nodiscard]] std::unique_ptr<WWin> Make(ScreenIndex index);
-    void Deliver(std::int16_t amplitude);
 
     TempFolder folder_;
     Disk disk_;
@@ -111,7 +108,6 @@ class Stage : private SystemStatus, private PageClient {
     Canvas canvas_;
     PageWidget page_;
     QtClipList clipList_{[this] { return &page_; }, ink_, [](ListNotification) {}};
-    Picture withList_;
     std::uint32_t spoken_ = 0;  // periods
 
   public:

@@ -45,6 +45,32 @@ QString NameOf(DialogRole role) {
 
 }  // namespace
 
+PublishDialogWindow::PublishDialogWindow(EmailDialog& model, QWidget* parent)
+    : PublishDialogWindow(
+          {.resource = model.Resource(),
+           .images = model.Images(),
+           .servers = model.Servers(),
+           .recipients = model.Recipients(),
+           .initial = model.Initial(),
+           .info = [&model] { return model.InfoText(); },
+           .start = [&model](const EmailFields& fields) { return model.Start(fields); }},
+          parent) {}
+
+PublishDialogWindow::PublishDialogWindow(FtpDialog& model, QWidget* parent)
+    : PublishDialogWindow(
+          {.resource = model.Resource(),
+           .images = model.Images(),
+           .servers = model.Servers(),
+           .recipients = {},
+           .initial = {.server = model.Initial().server, .keepNames = model.Initial().keepNames},
+           .info = {},
+           .start =
+               [&model](const EmailFields& fields) {
+                   model.Start({.server = fields.server, .keepNames = fields.keepNames});
+                   return true;
+               }},
+          parent) {}
+
 PublishDialogWindow::PublishDialogWindow(PublishDialogParts parts, QWidget* parent)
     : QDialog(parent), parts_(std::move(parts)) {
     setWindowTitle(ToQt(parts_.resource.title));

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "publish/dialogs/email_dialog.h"
+#include "publish/dialogs/ftp_dialog.h"
 
 class QCheckBox;
 class QComboBox;
@@ -33,12 +34,15 @@ struct PublishDialogParts {
 /// and closing it reject it.
 class PublishDialogWindow : public QDialog {
   public:
-    PublishDialogWindow(PublishDialogParts parts, QWidget* parent);
+    /// Over the dialog's model, which outlives it.
+    PublishDialogWindow(EmailDialog& model, QWidget* parent);
+    PublishDialogWindow(FtpDialog& model, QWidget* parent);
 
     /// Adds files to the image list, one after the other; each that is refused is reported.
     void AddImages(const QStringList& paths);
 
   private:
+    PublishDialogWindow(PublishDialogParts parts, QWidget* parent);
     QWidget* Make(const DialogControl& control);
     QWidget* MakeServers();
     QWidget* MakeRecipients();
