@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Publications by mail: through two real servers, to a scripted one that misbehaves at every step,
-and into the outbox. Two independent parsers take the attachment out of what arrived.
+"""Publications by mail: through a real server, to a scripted one that misbehaves at every step, and
+into the outbox. Two independent parsers take the attachment out of what arrived.
 
 Names of steps as arguments run these alone; ORMA_BREAKS sets how many mails break off (4)."""
 
@@ -36,38 +36,32 @@ def check_message(reporter, message, what):
     reporter.run("verify", received)
 
 
-def real_server(kind, certs):
-    name = kind.__name__
-    with Reporter() as reporter, kind(certificate=certs.good) as server:
-        # A server that wants EHLO before a log-in gets none without TLS.
-        plain = () if kind is mail_servers.Exim else (("127.0.0.1", server.port, PLAIN),)
-        ways = plain + (("localhost", server.port, STARTTLS), ("localhost", server.tls_port, IMPLICIT))
-        for way in ways:
-            what = f"{name} {way}"
-            log_in = (server.user, server.password)
-            reporter.use_mail(*way[:2], *log_in, way[2], certs.ca)
-            equal(send(reporter), "", what)
+def real_server(certs):
+    with Reporter() as reporter, mail_servers.Postfix(certificate=certs.good) as server:
+        ways = (("127.0.0.1", server.port, PLAIN), ("localhost", server.port, STARTTLS),
+                ("localhost", server.tls_port, IMPLICIT))
+        for host, port, security in ways:
+            reporter.use_mail(host, port, server.user, server.password, security, certs.ca)
+            equal(send(reporter), "", f"{security}")
             equal(send(reporter, recipient="nobody@desk.localhost", expect=1),
-                  "Error: recipient mailbox unavailable", f"{what}, nobody")
-            reporter.use_mail(*way[:2], server.user, "not the secret one", way[2], certs.ca)
-            equal(send(reporter, expect=1), WRONG_LOG_IN, f"{what}, wrong password")
+                  "Error: recipient mailbox unavailable", f"{security}, nobody")
+            reporter.use_mail(host, port, server.user, "not the secret one", security, certs.ca)
+            equal(send(reporter, expect=1), WRONG_LOG_IN, f"{security}, wrong password")
         for message in server.wait_for_messages(len(ways)):
-            check_message(reporter, message, name)
+            check_message(reporter, message, "a real server")
     # In clear text CRAM-MD5 is tried in any case, and its refusal leaves no second try.
     with Reporter(seconds=6) as reporter, \
-            kind(certificate=certs.good, mechanisms=("LOGIN",)) as server:
-        for port, security, said in ((server.port, PLAIN, WRONG_LOG_IN), (server.port, STARTTLS, ""),
-                                     (server.tls_port, IMPLICIT, "")):
+            mail_servers.Postfix(certificate=certs.good, mechanisms=("LOGIN",)) as server:
+        for security, said in ((PLAIN, WRONG_LOG_IN), (STARTTLS, "")):
             host = "localhost" if security else "127.0.0.1"
-            reporter.use_mail(host, port, server.user, server.password, security, certs.ca)
-            equal(send(reporter, expect=1 if said else 0), said, f"{name} LOGIN {security}")
-        for message in server.wait_for_messages(2):
-            check_message(reporter, message, f"{name} LOGIN")
+            reporter.use_mail(host, server.port, server.user, server.password, security, certs.ca)
+            equal(send(reporter, expect=1 if said else 0), said, f"LOGIN {security}")
+        check_message(reporter, server.wait_for_messages(1)[0], "LOGIN")
 
 
-def companions(kind):
+def companions():
     """Without a log-in; each image is a mail of its own."""
-    with Reporter(seconds=6) as reporter, kind(log_in=False) as server:
+    with Reporter(seconds=6) as reporter, mail_servers.Postfix(log_in=False) as server:
         pictures = [reporter.path("quay.jpg"), reporter.path("bridge.png")]
         for picture, size in zip(pictures, (70_001, 57)):
             picture.write_bytes(random.Random(size).randbytes(size))
@@ -82,19 +76,19 @@ def companions(kind):
                       "talk_02.png": pictures[1].read_bytes()}, "the images")
 
 
-def refused_protection(kind, certs):
+def refused_protection(certs):
     with Reporter(seconds=6) as reporter:
         for certificate, ca, said in (
                 (certs.wrong_host, certs.ca, "Info: Certificate is for another server name."),
                 (certs.expired, certs.ca, "Info: Certificate of the server is expired."),
                 (certs.good, "", "Info: Certificate of the server is not trusted."),
                 (None, certs.ca, "Info: Server offers no TLS.")):
-            with kind(certificate=certificate) as server:
+            with mail_servers.Postfix(certificate=certificate) as server:
                 for port, security in ((server.port, STARTTLS), (server.tls_port, IMPLICIT)):
                     if certificate is None and security == IMPLICIT:
                         port, said = server.port, "Info: No TLS connection with the server."
                     reporter.use_mail("localhost", port, server.user, server.password, security, ca)
-                    equal(send(reporter, expect=1), said, f"{kind.__name__} {security}")
+                    equal(send(reporter, expect=1), said, f"security {security}")
                 equal(server.messages(), [], "mail over a refused connection")
 
 
@@ -133,9 +127,6 @@ def odd_replies():
                    "body": b"250-have\r\n250 it\r\n"}
         said, server = told_by(reporter, several)
         equal((said, len(server.messages)), ("", 1), "replies of several lines")
-        for answer in (b"535 no such way\r\n", b"502 unknown\r\n"):
-            said, _ = told_by(reporter, {"AUTH": answer}, ("reporter", "secret"), expect=1)
-            equal(said, WRONG_LOG_IN, f"{answer} to the log-in")
         said, server = told_by(reporter, {"password": [b"535 not so\r\n", b"235 in\r\n"]},
                                ("reporter", "secret"))
         equal((said, len(server.messages)), ("", 1), "LOGIN after CRAM-MD5 was refused")
@@ -160,8 +151,8 @@ def unsafe_upgrade():
 def broken_mails():
     """A mail that breaks off within its attachment reaches nobody, and the user knows."""
     with Reporter(seconds=60) as reporter:
-        size = reporter.size * 4 // 3
-        for at in [100, *(random.Random(f"{SEED} {i}").randrange(100, size) for i in range(BREAKS))]:
+        places = random.Random(SEED)
+        for at in [100, *(places.randrange(100, reporter.size * 4 // 3) for _ in range(BREAKS))]:
             with scripted.ScriptedSmtp() as server, proxies.TcpProxy(server.port) as proxy:
                 proxy.when(at, proxy.drop_all)
                 reporter.use_mail("127.0.0.1", proxy.port)
@@ -177,7 +168,7 @@ def silent(step):
     with Reporter(seconds=3) as reporter:
         log_in = ("reporter", "secret") if step == "AUTH" else ()
         began = time.monotonic()
-        said, server = told_by(reporter, {step: scripted.silence}, log_in, expect=1)
+        said, _ = told_by(reporter, {step: scripted.silence}, log_in, expect=1)
         equal(said, AT_STEP[step], f"silence at {step}")
         check(time.monotonic() - began >= 10, f"{step}: gave up too early")
 
@@ -193,7 +184,6 @@ def outbox():
         check(said.startswith("Info: ") and str(letters[0]) in said, f"where it is: {said!r}")
         check_message(reporter, letters[0].read_bytes(), "the outbox")
 
-        letters[0].unlink()
         told = reporter.path("told")
         tool = tools / "xdg-email"
         tool.write_text(f"#!/bin/sh\nprintf '%s\\n' \"$@\" >{told}\n")
@@ -210,14 +200,11 @@ def outbox():
 def main():
     with Reporter(seconds=3) as folder:
         certs = certificates.Certificates(folder.path("certificates"))
-        run_all([(f"silent {step}", silent, step) for step in
-                 AT_STEP] +
-                [(kind.__name__, real_server, kind, certs) for kind in mail_servers.MAIL_SERVERS] +
-                [("companions", companions, mail_servers.Exim),
-                 ("Exim protection", refused_protection, mail_servers.Exim, certs),
-                 ("Postfix protection", refused_protection, mail_servers.Postfix, certs),
-                 ("odd replies", odd_replies), ("broken", broken_mails),
-                 ("upgrade", unsafe_upgrade), ("outbox", outbox)], workers=14)
+        run_all([(f"silent {step}", silent, step) for step in AT_STEP] +
+                [("real", real_server, certs), ("companions", companions),
+                 ("protection", refused_protection, certs), ("odd replies", odd_replies),
+                 ("broken", broken_mails), ("upgrade", unsafe_upgrade), ("outbox", outbox)],
+                workers=14)
 
 
 if __name__ == "__main__":

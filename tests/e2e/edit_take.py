@@ -34,7 +34,7 @@ def publish(desk, project, extension="wav"):
     desk.run("publish", desk.path(f"{project}.opr"), "--cliplist", "--to", "file")
     published = desk.path(f"pub_{project}.{extension}")
     desk.run("verify", published)
-    return {name: content for name, _, content in chunks(published)}
+    return {name: content for name, _, content in chunks(published.read_bytes())}
 
 
 def wav(desk):
@@ -62,12 +62,6 @@ def wav(desk):
     equal(take.read_bytes(), part.read_bytes(), "take cut to the part")
     equal(desk.path("harbour00.jvu").read_bytes(), desk.path("part.jvu").read_bytes(), "levels")
     equal(publish(desk, "harbour")["levl"], levl, "the clip is the whole take now: the same levels")
-
-    # Cut in place, the header counts 44 bytes too many; it is mended when the take is opened.
-    desk.run("save-selection", take, "0", "4", take, "--overwrite")
-    equal(take.stat().st_size, 80 * PERIOD * 2, "take cut in place")
-    equal(desk.json("project", "show", project)["clips"][0]["length"], "0:04.00", "its clip")
-    equal(samples(take), spoken[20 * PERIOD:100 * PERIOD - 22], "sound after the cut in place")
 
     desk.run("clips", project, "add", part, "#10", "#30")
     desk.run("clips", project, "rename", "2", "Häfen")
@@ -108,37 +102,10 @@ def mp2(desk):
     check(not take.exists() and not project.exists(), "the project is still there")
 
 
-def lone_file(desk):
-    """A recording that belongs to no project, without a level file."""
-    desk.record("quay.opr", "--wav", "--stereo", "--seconds", "3")
-    lone = desk.path("found.wav")
-    desk.path("quay00.wav").rename(lone)
-    desk.run("mark", lone, "add", "1")
-    desk.run("crop", lone, "1", "2")
-    levels = desk.json("show", desk.path("found.jvu"))
-    equal((levels["range start"], levels["range end"]), (20, 40), "selection in the level file")
-    desk.run("save-selection", lone, "0", "2", desk.path("half.wav"))
-    equal(samples(desk.path("half.wav")), samples(lone)[:40 * PERIOD * 2], "half of it")
-
-    # In RIFF, the channel mode is that of the first frame, not of the bytes "RIFF".
-    desk.record("dock.opr", "--mp2", "--bitrate", "64", "--mono", "--seconds", "3")
-    frames = desk.path("dock00.mp2").read_bytes()
-    wrapped = desk.path("wrapped.mp2")
-    wrapped.write_bytes(struct.pack("<4sI4s4sI", b"RIFF", len(frames) + 12, b"WAVE", b"data",
-                                    len(frames)) + frames)
-    desk.run("mark", wrapped, "add", "1")
-    heard = []
-    for take in (desk.path("dock00.mp2"), wrapped):
-        desk.run("play", take, "--to", "2", audio=f"virtual:out={desk.path('out.wav')},pace=fast")
-        heard.append(samples(desk.path("out.wav")))
-    check(len(heard[0]) == 40 * PERIOD and heard[0] == heard[1], "what is heard of a wrapped take")
-
-
 def main():
     with Desk() as desk:
         wav(desk)
         mp2(desk)
-        lone_file(desk)
     print("edited, published and checked")
 
 

@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
 """The external recorder and the S/PDIF card, played by files: what they deliver is what a take
-holds, and everything that may be wrong with them is told in its own words."""
+holds, and what is wrong with them is told."""
 
 import struct
-import time
 import wave
 
 from orma_e2e import SPEECH, Desk, check, equal, samples, speech_at, tool
@@ -15,9 +14,10 @@ def says(done, *texts):
     equal(done.stderr.splitlines(), list(texts), "what was said")
 
 
-def digital(path, rate, bits=24, channels=2, seconds=4):
-    tool("sox", "-D", SPEECH, "-r", rate, "-c", channels, "-b", bits, "-t", "wavpcm", path, "repeat", "-", "trim",
-         0, seconds)
+def digital(path, rate):
+    """The sample speech as 4 s of 24-bit stereo."""
+    tool("sox", "-D", SPEECH, "-r", rate, "-c", 2, "-b", 24, "-t", "wavpcm", path, "repeat", "-",
+         "trim", 0, 4)
     return path
 
 
@@ -39,9 +39,9 @@ def encoded(desk, heard, channels):
     return frames_file.read_bytes()
 
 
-def from_card(desk, sound, *arguments, extra="", pace="fast", **more):
-    return desk.run("--hardware", f"simulated:card={sound},pace={pace}{extra}", "record",
-                    *arguments, **more)
+def from_card(desk, sound, *arguments, extra="", **more):
+    return desk.run("--hardware", f"simulated:card={sound},pace=fast{extra}", "record", *arguments,
+                    **more)
 
 
 def listing(desk):
@@ -52,17 +52,14 @@ def listing(desk):
     equal(attached["external recorder"], {"name": name, "number": 1, "version": 5}, "recorder")
     equal(attached["digital input"], f"PSI1: {sound}", "card")
     equal([i["name"] for i in attached["inputs"]], [name], "inputs")
-    for hardware in ("none", "alsa:card=hw:77"):
-        bare = desk.json("--hardware", hardware, "devices", audio=f"virtual:in={sound}")
-        equal(bare["external recorder"], "none", "recorder without one")
-    for wrong in ("alsa:", "alsa:card=", "alsa:card=hw:0,rate=x", "simulated:", "real"):
-        desk.run("--hardware", wrong, "devices", expect=2)
+    bare = desk.json("--hardware", "alsa:card=hw:77", "devices", audio=f"virtual:in={sound}")
+    equal(bare["external recorder"], "none", "recorder without one")
+    desk.run("--hardware", "alsa:card=hw:0,rate=x", "devices", expect=2)
 
 
 def recorder(desk):
     """A take at 48000 Hz, whose gain and configuration are the recorder's own."""
-    desk.run("settings", "set", "RecorderConfig1=17", "RecorderConfig2=4000000000",
-             "RecorderConfig3=255")
+    desk.set(RecorderConfig1=17, RecorderConfig2=4000000000, RecorderConfig3=255)
     sound = speech_at(desk.path("voice.wav"), 48000, 1, 4)
     hardware = ("--hardware", f"simulated:recorder={sound}", "--trace", desk.path("trace"))
     audio = f"virtual:in={sound},pace=fast"
@@ -72,8 +69,6 @@ def recorder(desk):
         equal((take["periods"], take["lost samples"]), (60, 0), f"{kind} take")
     check("simulated recorder: configuration 17 4000000000 255" in desk.path("trace").read_text(),
           "the recorder has its configuration")
-    with wave.open(str(desk.path("wav00.wav"))) as take:
-        equal(take.getframerate(), 48000, "sample rate")
     # The first buffer starts the take and is not in it; its DC blocker has run all the same.
     taken = samples(desk.path("wav00.wav"))
     heard = input_processing(samples(sound))
@@ -91,7 +86,7 @@ def recorder(desk):
 
 def card(desk):
     """Takes of 24 bits hold the bits of the signal; MP2 takes are encoded from 16 of them."""
-    desk.run("settings", "set", "SpdifInput=1")
+    desk.set(SpdifInput=1)
     for rate, channels in ((44100, 1), (48000, 2), (96000, 2)):
         sound = digital(desk.path(f"{rate}.wav"), rate)
         name = f"bits{rate}"
@@ -105,10 +100,6 @@ def card(desk):
         if channels == 1:
             heard = b"".join(heard[at:at + 3] for at in range(0, len(heard), 6))
         check(taken == heard, f"the take at {rate} Hz is not what came in")
-        equal(desk.json("show", desk.path(f"{name}00.wav"))["length in periods"], 41, "its length")
-        if rate == 96000:
-            done = from_card(desk, sound, desk.path("high.opr"), "--mp2", "--seconds", 2, expect=1)
-            says(done, "Error: Sample rate not supported at mp2-recording")
     _, heard = frames(desk.path("48000.wav"), 4 * 48000)
     for channels, mode in ((1, "mono"), (2, "stereo")):
         from_card(desk, desk.path("48000.wav"), desk.path(f"{mode}.opr"), "--mp2", f"--{mode}",
@@ -120,10 +111,6 @@ def card(desk):
         check(encoded(desk, sound, channels).startswith(taken),
               f"the {mode} take is not what came in, encoded")
     publish(desk, "bits48000", "mono", "stereo")
-    # In real time, and with the microphone that is beside the card.
-    done = from_card(desk, desk.path("48000.wav"), desk.path("real.opr"), "--wav", "--seconds", 2,
-                     pace="real")
-    check(40 <= len(frames(desk.path("real00.wav"), 10**6)[1]) // 7200 <= 42, done.stdout)
 
 
 def publish(desk, *projects):
@@ -133,26 +120,16 @@ def publish(desk, *projects):
 
 
 def failures(desk):
-    desk.run("settings", "set", "SpdifInput=1")
+    desk.set(SpdifInput=1)
     sound = digital(desk.path("a.wav"), 48000)
     take = (desk.path("a.opr"), "--wav", "--mono", "--seconds", 3)
-    for fault, *texts in (
-            ("no-driver", "Error: No driver installed"),
-            ("no-card", "Error: No PDAudio card present"),
-            ("no-signal", "PDAudio: Record Fail no S/PDIF input ",
-             "Error: No valid digital input signal")):
-        says(from_card(desk, sound, *take, extra=f",fault={fault}", expect=1), *texts)
-    for rate in (88200, 32000):
-        other = digital(desk.path(f"{rate}.wav"), rate)
-        says(from_card(desk, other, *take, expect=1), "Error: No valid digital input signal")
+    says(from_card(desk, sound, *take, extra=",fault=no-signal", expect=1),
+         "PDAudio: Record Fail no S/PDIF input ", "Error: No valid digital input signal")
+    other = digital(desk.path("32000.wav"), 32000)
+    says(from_card(desk, other, *take, expect=1), "Error: No valid digital input signal")
     says(from_card(desk, desk.path("none.wav"), *take, expect=1), "Error: No driver installed")
     says(desk.run("--hardware", "none", "record", *take, audio=f"virtual:in={sound},pace=fast",
                   expect=1), "Error: No driver installed")
-
-    begin = time.monotonic()
-    says(from_card(desk, sound, *take, extra=",stall=0", expect=1), "Error: Time-out",
-         "Error: Sound input lost", "orma: no take was kept: it was shorter than one second")
-    check(2 <= time.monotonic() - begin < 20, "time until a dead card is given up")
     equal(list(desk.folder.glob("a0*")), [], "files of takes that were not made")
     says(from_card(desk, sound, *take, extra=",stall=2", expect=1), "Error: Time-out",
          "Error: Sound input lost Recorded and kept: 00:02")

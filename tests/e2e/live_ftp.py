@@ -10,7 +10,7 @@ import subprocess
 import sys
 import time
 
-from orma_e2e import ORMA, ROOT, SPEECH, Desk, check, equal
+from orma_e2e import ORMA, ROOT, SPEECH, Desk, check, equal, wait_for
 
 sys.path.insert(0, str(ROOT / "tests"))
 from servers import ftp_servers  # noqa: E402
@@ -18,11 +18,10 @@ from servers import ftp_servers  # noqa: E402
 STALL = float(os.environ.get("ORMA_STALL_SECONDS", "3"))
 
 
-def configure(desk, account, **changes):
-    values = {"LiveFtpAllowed": 1, "LiveFtpNewProjects": 1, "FtpPassive": 1,
-              "FtpServer": f"{account.host}:{account.port}", "FtpUser": account.user,
-              "FtpPassword": account.password, "FtpFolder": account.folder} | changes
-    desk.run("settings", "set", *(f"{name}={value}" for name, value in values.items()))
+def configure(desk, account):
+    desk.set(LiveFtpAllowed=1, LiveFtpNewProjects=1, FtpPassive=1,
+             FtpServer=f"{account.host}:{account.port}", FtpUser=account.user,
+             FtpPassword=account.password, FtpFolder=account.folder)
 
 
 class Recording:
@@ -40,16 +39,15 @@ class Recording:
         equal(self.process.returncode, expect, f"exit code ({out}{err})")
         return err
 
-    def wait_for(self, condition, what, within=20):
-        limit = time.monotonic() + within
-        while not condition():
-            check(time.monotonic() < limit and self.process.poll() is None, f"waited for {what}")
-            time.sleep(0.02)
+    def uploads(self, remote, least=1):
+        """Waits until so many bytes are there."""
+        wait_for(lambda: remote.exists() and remote.stat().st_size >= least, f"{remote.name}")
+        check(self.process.poll() is None, "the recording has ended")
 
 
 def references(desk, seconds):
     """The same sound, and two seconds more, as a WAV and an MP2 take without any network."""
-    desk.run("settings", "set", "LiveFtpAllowed=0")
+    desk.set(LiveFtpAllowed=0)
     takes = {}
     for kind in ("wav", "mp2"):
         desk.record(f"plain_{kind}.opr", f"--{kind}", "--seconds", str(seconds + 2))
@@ -79,7 +77,7 @@ def stalled_server(desk):
             configure(desk, server.account())
             remote = server.root / f"{kind}00.mp2"
             take = Recording(desk, f"{kind}.opr", f"--{kind}", "--seconds", str(seconds))
-            take.wait_for(lambda: remote.exists() and remote.stat().st_size > 0, "the upload")
+            take.uploads(remote)
             server.freeze()
             time.sleep(STALL)
             server.thaw()
@@ -97,7 +95,7 @@ def server_gone(desk):
             configure(desk, server.account())
             remote = server.root / f"{kind}00.mp2"
             take = Recording(desk, f"{kind}.opr", f"--{kind}", "--seconds", "20")
-            take.wait_for(lambda: remote.exists() and remote.stat().st_size > 12000, "the upload")
+            take.uploads(remote, 12000)
             server.kill()
             error = take.end(1, within=30)
             check("The upload is not whole" in error, f"the user is told: {error}")
@@ -112,12 +110,10 @@ def given_up(desk):
     with ftp_servers.Vsftpd() as server:
         configure(desk, server.account())
         take = Recording(desk, "mp2.opr", "--mp2", "--seconds", "3")
-        remote = server.root / "mp200.mp2"
-        take.wait_for(lambda: remote.exists(), "the upload")
+        take.uploads(server.root / "mp200.mp2", 0)
         server.freeze()
-        level_file = desk.path("mp200.jvu")
-        take.wait_for(lambda: level_file.exists() and not desk.path("mp200.rec").exists(),
-                      "the end of the take")
+        level_file, journal = desk.path("mp200.jvu"), desk.path("mp200.rec")
+        wait_for(lambda: level_file.exists() and not journal.exists(), "the end of the take")
         time.sleep(1)
         check(take.process.poll() is None, "the upload is waited for")
         take.process.send_signal(signal.SIGINT)

@@ -7,6 +7,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import time
 import wave
 from pathlib import Path
 
@@ -45,9 +46,22 @@ class Desk:
     def json(self, *arguments, **options):
         return json.loads(self.run("--json", *arguments, **options).stdout)
 
+    def set(self, values=(), **more):
+        """Changes settings."""
+        self.run("settings", "set", *(f"{name}={value}" for name, value in dict(values, **more).items()))
+
     def record(self, project, *options, speech=None, expect=0, **more):
         return self.run("record", self.path(project), *options, expect=expect,
                         audio=f"virtual:in={speech or SPEECH},pace=fast", **more)
+
+
+def wait_for(condition, what, seconds=20):
+    """Waits for something true and returns it."""
+    end = time.monotonic() + seconds
+    while not (found := condition()):
+        check(time.monotonic() < end, f"{what}: not within {seconds} s")
+        time.sleep(0.05)
+    return found
 
 
 def fail(text):
@@ -85,9 +99,8 @@ def samples(path):
     return struct.unpack(f"<{len(data) // 2}h", data)
 
 
-def chunks(path):
-    """The chunks of a RIFF file as (identifier, offset of its data, data), in order."""
-    data = Path(path).read_bytes()
+def chunks(data):
+    """The chunks of a RIFF file's bytes as (identifier, offset of its data, data), in order."""
     equal(data[:4] + data[8:12], b"RIFFWAVE", "form")
     equal(struct.unpack_from("<I", data, 4)[0], len(data) - 8, "RIFF size")
     found, at = [], 12

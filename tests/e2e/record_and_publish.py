@@ -52,7 +52,7 @@ def wav_project(desk):
     desk.run("publish", desk.path("harbour.opr"), "--cliplist", "--to", "file")
     published = desk.path("pub_harbour.wav")
     desk.run("verify", published)
-    equal([c[0] for c in chunks(published)], ["bext", "fmt ", "fact", "data", "levl", "qlty"],
+    equal([c[0] for c in chunks(published.read_bytes())], ["bext", "fmt ", "fact", "data", "levl", "qlty"],
           "chunks of the PCM publication")
     stream = ffprobe(published)["streams"][0]
     equal((stream["codec_name"], stream["sample_rate"], stream["channels"]),
@@ -71,7 +71,7 @@ def mp2_project(desk):
     desk.run("publish", desk.path("pier.opr"), "--cliplist", "--to", "file")
     published = desk.path("pub_pier.wav")
     desk.run("verify", published)
-    found = chunks(published)
+    found = chunks(published.read_bytes())
     equal([c[0] for c in found], ["bext", "fmt ", "fact", "mext", "data", "levl", "qlty"],
           "chunks of the MPEG publication")
     data = {name: content for name, _, content in found}
@@ -94,7 +94,7 @@ def mp2_project(desk):
     # A range of one take carries just its frames.
     desk.run("publish", desk.path("pier.opr"), "--take", "pier00", "--from", "0:01", "--to", "0:03",
              "--to", "file")
-    part = {name: content for name, _, content in chunks(published)}["data"]
+    part = {name: content for name, _, content in chunks(published.read_bytes())}["data"]
     equal(part, takes[0][41 * 384:125 * 384], "frames of 0:01 to 0:03")
 
 

@@ -6,8 +6,7 @@ import signal
 import time
 
 from orma_e2e import SPEECH, Desk, check, equal
-from window_desk import display
-from window_user import MENUS, User
+from window_desk import Window, display
 
 # Of the graph's width; the view begins with 300 periods of the take's 320.
 MARK, CUT_BEGIN, CUT_END, CROP = 0.2, 0.4, 0.6, 0.9
@@ -24,26 +23,22 @@ def kill(user):
     user.program.wait(20)
 
 
-def edit(user):
-    user.choose("View", "Editor")
-    user.cursor(MARK)
-    user.key("Insert")
-    user.cursor(CUT_BEGIN)
-    user.choose("Edit", "Cut begin")
-    user.cursor(CUT_END)
-    user.choose("Edit", "Cut end", grey=("Cut begin",))
-    user.cursor(CROP)
-    user.choose("Edit", "Crop end")
-
-
 def main():
     with Desk() as desk, display() as screen:
         desk.record("talk.opr", "--wav", "--mono", "--seconds", "16")
         project, take = desk.path("talk.opr"), desk.path("talk00.wav")
         sound, untouched = take.read_bytes(), files(desk, take, project)
         sound_system = ("--audio", f"virtual:in={SPEECH}")
-        with User(screen, desk.home, *sound_system, project) as user:
-            edit(user)
+        with Window(screen, desk.home, *sound_system, project) as user:
+            user.pick("View", "Editor")
+            user.cursor(MARK)
+            user.key("Insert")
+            user.cursor(CUT_BEGIN)
+            user.pick("Edit", "Cut begin")
+            user.cursor(CUT_END)
+            user.pick("Edit", "Cut end", grey=("Cut begin",))
+            user.cursor(CROP)
+            user.pick("Edit", "Crop end")
             kill(user)
         marks, cuts, clips = found = files(desk, take, project)
         equal(take.read_bytes(), sound, "the sound, which editing leaves alone")
@@ -54,10 +49,10 @@ def main():
         check(clips != untouched[2], f"the crop is not in the project: {clips}")
 
         # Without an argument: the project is the most recent one.
-        with User(screen, desk.home, *sound_system) as user:
-            user.menu(MENUS["File"][0], "Up", "Up", "Right", "Return")
+        with Window(screen, desk.home, *sound_system) as user:
+            user.choose("File", "Up", "Up", "Right", "Return")
             time.sleep(1)
-            user.choose("View", "Editor")
+            user.pick("View", "Editor")
             user.cursor(CROP)
             user.key("Insert")
             time.sleep(0.5)

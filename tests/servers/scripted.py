@@ -15,6 +15,7 @@ import socket
 import threading
 import time
 
+from .ftp_servers import Account
 from .process import HOST
 
 
@@ -146,6 +147,9 @@ class ScriptedFtp(Scripted):
         super().__init__(replies)
         self.files = {}
 
+    def account(self, host=HOST):
+        return Account(host, self.port, "any", "secret", "")
+
     def session(self, link):
         self.play(link, "greeting", b"220 ready\r\n")
         rest, data = 0, None
@@ -155,18 +159,14 @@ class ScriptedFtp(Scripted):
         while True:
             verb, _, argument = link.line().decode("latin-1").strip().partition(" ")
             verb = verb.upper()
-            if verb in ("EPSV", "PASV"):
+            if verb == "EPSV":
                 data = socket.create_server((HOST, 0))
                 data.settimeout(20)
-                port = data.getsockname()[1]
-                self.play(link, verb, b"229 here (|||%d|)\r\n" % port if verb == "EPSV" else
-                          b"227 here (127,0,0,1,%d,%d)\r\n" % divmod(port, 256))
+                self.play(link, verb, b"229 here (|||%d|)\r\n" % data.getsockname()[1])
             elif verb == "SIZE":
                 known = argument in self.files
                 self.play(link, verb, b"213 %d\r\n" % len(self.files[argument]) if known else
                           b"550 no such file\r\n")
-            elif verb == "STOR" and data is None:
-                link.send(b"425 no data connection\r\n")
             elif verb == "STOR":
                 if self.play(link, verb, b"150 send it\r\n"):
                     self.receive(data, self.files.setdefault(argument, bytearray()), rest)
