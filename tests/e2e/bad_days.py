@@ -6,7 +6,7 @@ import resource
 import signal
 import socket
 
-from orma_e2e import SPEECH, Desk, check, equal
+from orma_e2e import SPEECH, check, equal, run_each
 
 
 def says(done, text):
@@ -98,12 +98,5 @@ def accounts(desk):
     equal(listed["mail in use"]["password set"], True, "its password")
 
 
-def main():
-    for day in (wrong_usage, folders, full_disk, lost_microphone, accounts):
-        with Desk() as desk:
-            day(desk)
-        print(f"survived: {day.__name__}")
-
-
 if __name__ == "__main__":
-    main()
+    run_each(wrong_usage, folders, full_disk, lost_microphone, accounts)

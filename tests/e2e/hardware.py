@@ -2,10 +2,9 @@
 """The external recorder and the S/PDIF card, played by files: what they deliver is what a take
 holds, and what is wrong with them is told."""
 
-import struct
 import wave
 
-from orma_e2e import SPEECH, Desk, check, equal, samples, speech_at, tool
+from orma_e2e import SPEECH, check, equal, run_each, samples, speech_at, tool
 from record_and_publish import input_processing
 
 
@@ -21,22 +20,17 @@ def digital(path, rate):
     return path
 
 
-def frames(path, count):
+def frames(path):
     with wave.open(str(path)) as file:
-        return file.getparams()[:3], file.readframes(count)
+        return file.getparams()[:3], file.readframes(10**6)
 
 
-def encoded(desk, heard, channels):
+def encoded(desk, heard):
     """MP2 frames of 128 kbit/s, made by the twolame program of the upper 16 bits of 24-bit stereo."""
-    words = struct.unpack(f"<{len(heard) // 3}h", b"".join(
-        heard[i + 1:i + 3] for i in range(0, len(heard), 3)))
-    sides = [list(words[side::2]) for side in range(channels)]
-    mixed = [sample for frame in zip(*sides) for sample in frame]
-    raw, frames_file = desk.path("side.raw"), desk.path("side.mp2")
-    raw.write_bytes(struct.pack(f"<{len(mixed)}h", *mixed))
-    tool("twolame", "--quiet", "-r", "-s", 48000, "-N", channels, "-m", "sm"[channels == 1], "-b",
-         128, raw, frames_file)
-    return frames_file.read_bytes()
+    raw, mp2 = desk.path("heard.raw"), desk.path("heard.mp2")
+    raw.write_bytes(b"".join(heard[at + 1:at + 3] for at in range(0, len(heard), 3)))
+    tool("twolame", "--quiet", "-r", "-s", 48000, "-N", 2, "-m", "s", "-b", 128, raw, mp2)
+    return mp2.read_bytes()
 
 
 def from_card(desk, sound, *arguments, extra="", **more):
@@ -52,36 +46,25 @@ def listing(desk):
     equal(attached["external recorder"], {"name": name, "number": 1, "version": 5}, "recorder")
     equal(attached["digital input"], f"PSI1: {sound}", "card")
     equal([i["name"] for i in attached["inputs"]], [name], "inputs")
-    bare = desk.json("--hardware", "alsa:card=hw:77", "devices", audio=f"virtual:in={sound}")
-    equal(bare["external recorder"], "none", "recorder without one")
     desk.run("--hardware", "alsa:card=hw:0,rate=x", "devices", expect=2)
 
 
 def recorder(desk):
     """A take at 48000 Hz, whose gain and configuration are the recorder's own."""
     desk.set(RecorderConfig1=17, RecorderConfig2=4000000000, RecorderConfig3=255)
-    sound = speech_at(desk.path("voice.wav"), 48000, 1, 4)
-    hardware = ("--hardware", f"simulated:recorder={sound}", "--trace", desk.path("trace"))
-    audio = f"virtual:in={sound},pace=fast"
-    for kind in ("wav", "mp2"):
-        take = desk.json(*hardware, "record", desk.path(f"{kind}.opr"), f"--{kind}", "--mono",
-                         "--seconds", 3, audio=audio)
-        equal((take["periods"], take["lost samples"]), (60, 0), f"{kind} take")
+    voice = speech_at(desk.path("voice.wav"), 48000, 1, 4)
+    for number, gain in enumerate((0, -12)):
+        desk.run("--hardware", f"simulated:recorder={voice}", "--trace", desk.path("trace"),
+                 "record", desk.path("voice.opr"), "--wav", "--mono", "--gain", gain, "--seconds", 3,
+                 audio=f"virtual:in={voice},pace=fast")
+        heard = input_processing([round(s * 10 ** (gain / 20)) for s in samples(voice)])
+        # The first buffer starts the take and is not in it; its DC blocker has run all the same.
+        equal(samples(desk.path(f"voice{number:02}.wav")), tuple(heard[2400:2400 * 61]),
+              f"the take at {gain} dB")
     check("simulated recorder: configuration 17 4000000000 255" in desk.path("trace").read_text(),
           "the recorder has its configuration")
-    # The first buffer starts the take and is not in it; its DC blocker has run all the same.
-    taken = samples(desk.path("wav00.wav"))
-    heard = input_processing(samples(sound))
-    equal(taken, tuple(heard[2400:2400 + len(taken)]), "the take")
-
-    desk.run(*hardware, "record", desk.path("wav.opr"), "--gain", -12, "--seconds", 2, audio=audio)
-    quiet = input_processing([round(s * 10 ** (-12 / 20)) for s in samples(sound)])
-    taken = samples(desk.path("wav01.wav"))
-    equal(taken, tuple(quiet[2400:2400 + len(taken)]), "the take at -12 dB")
     equal(desk.json("settings", "get", "MaycomGain")["MaycomGain"], 168, "the gain that is remembered")
-    desk.run(*hardware, "record", desk.path("wav.opr"), "--gain", 32, "--seconds", 2, audio=audio,
-             expect=2)
-    publish(desk, "wav", "mp2")
+    publish(desk, "voice")
 
 
 def card(desk):
@@ -89,28 +72,23 @@ def card(desk):
     desk.set(SpdifInput=1)
     for rate, channels in ((44100, 1), (48000, 2), (96000, 2)):
         sound = digital(desk.path(f"{rate}.wav"), rate)
-        name = f"bits{rate}"
-        from_card(desk, sound, desk.path(f"{name}.opr"), "--wav",
+        from_card(desk, sound, desk.path(f"bits{rate}.opr"), "--wav",
                   "--mono" if channels == 1 else "--stereo", "--seconds", 2)
-        form, taken = frames(desk.path(f"{name}00.wav"), 2 * rate)
+        form, taken = frames(desk.path(f"bits{rate}00.wav"))
         equal(form, (channels, 3, rate), "the take's format")
-        _, heard = frames(sound, 3 * rate)
-        first = rate // 20 * 6
-        heard = heard[first:first + 2 * rate * 6]
+        heard = frames(sound)[1][rate // 20 * 6:]
         if channels == 1:
             heard = b"".join(heard[at:at + 3] for at in range(0, len(heard), 6))
-        check(taken == heard, f"the take at {rate} Hz is not what came in")
-    _, heard = frames(desk.path("48000.wav"), 4 * 48000)
-    for channels, mode in ((1, "mono"), (2, "stereo")):
-        from_card(desk, desk.path("48000.wav"), desk.path(f"{mode}.opr"), "--mp2", f"--{mode}",
-                  "--bitrate", 128, "--seconds", 3)
-        taken = desk.path(f"{mode}00.mp2").read_bytes()
-        equal(len(taken), -(-61 * 2400 // 1152) * 384, "bytes of the take")
-        # The buffer that the stop came into is there, without sound.
-        sound = heard[14400:61 * 14400] + bytes(3 * 14400)
-        check(encoded(desk, sound, channels).startswith(taken),
-              f"the {mode} take is not what came in, encoded")
-    publish(desk, "bits48000", "mono", "stereo")
+        size = 2 * rate * 3 * channels
+        check(taken[:size] == heard[:size], f"the take at {rate} Hz is not what came in")
+    from_card(desk, desk.path("48000.wav"), desk.path("frames.opr"), "--mp2", "--stereo",
+              "--bitrate", 128, "--seconds", 3)
+    taken = desk.path("frames00.mp2").read_bytes()
+    equal(len(taken), -(-61 * 2400 // 1152) * 384, "bytes of the take")
+    # The buffer that the stop came into is there, without sound.
+    sound = frames(desk.path("48000.wav"))[1][14400:61 * 14400] + bytes(3 * 14400)
+    check(encoded(desk, sound).startswith(taken), "the take is not what came in, encoded")
+    publish(desk, "bits48000", "frames")
 
 
 def publish(desk, *projects):
@@ -125,8 +103,6 @@ def failures(desk):
     take = (desk.path("a.opr"), "--wav", "--mono", "--seconds", 3)
     says(from_card(desk, sound, *take, extra=",fault=no-signal", expect=1),
          "PDAudio: Record Fail no S/PDIF input ", "Error: No valid digital input signal")
-    other = digital(desk.path("32000.wav"), 32000)
-    says(from_card(desk, other, *take, expect=1), "Error: No valid digital input signal")
     says(from_card(desk, desk.path("none.wav"), *take, expect=1), "Error: No driver installed")
     says(desk.run("--hardware", "none", "record", *take, audio=f"virtual:in={sound},pace=fast",
                   expect=1), "Error: No driver installed")
@@ -136,12 +112,5 @@ def failures(desk):
     equal(desk.json("show", desk.path("a00.wav"))["length in periods"], 40, "what was kept")
 
 
-def main():
-    for part in (listing, recorder, card, failures):
-        with Desk() as desk:
-            part(desk)
-        print(f"hardware: {part.__name__}")
-
-
 if __name__ == "__main__":
-    main()
+    run_each(listing, recorder, card, failures)

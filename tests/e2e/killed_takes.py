@@ -12,7 +12,7 @@ import struct
 import subprocess
 import time
 
-from orma_e2e import ORMA, Desk, check, equal, speech_at, tool
+from orma_e2e import Desk, check, equal, speech_at, tool
 
 KILLS = int(os.environ.get("ORMA_KILLS", "8"))
 SEED = int(os.environ.get("ORMA_SEED", time.time_ns() % 1000000))
@@ -34,13 +34,10 @@ def start(desk, folder, voices, form):
     _, options, channels, _ = form
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir()
-    command = [ORMA, "--home", desk.home, "--audio",
-               f"virtual:in={voices[channels]},pace=fast,count={folder / 'count'}", "record",
-               folder / "talk.opr", *options, "--seconds", SECONDS]
-    for mark in MARKS:
-        command += ["--mark", f"#{mark}"]
-    return subprocess.Popen(list(map(str, command)), stdout=subprocess.DEVNULL,
-                            stderr=subprocess.DEVNULL)
+    marks = [word for mark in MARKS for word in ("--mark", f"#{mark}")]
+    return desk.start("record", folder / "talk.opr", *options, "--seconds", SECONDS, *marks,
+                      audio=f"virtual:in={voices[channels]},pace=fast,count={folder / 'count'}",
+                      stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
 def sound_of(path, kind):
@@ -57,14 +54,6 @@ def check_header(path):
     size, = struct.unpack_from("<I", data, 40)
     check(riff == size + 36, f"header of {path}: RIFF {riff}, data {size}")
     check(0 <= len(data) - 44 - size <= 65536, f"header of {path}: {size} of {len(data) - 44}")
-
-
-def level_file(path):
-    data = path.read_bytes()
-    magic, version, start, end, levels, marks, cuts = struct.unpack_from("<4s6I", data)
-    equal((magic, version & 0xFFF, start, cuts), (b"UVOJ", 3, 0, 0), f"head of {path}")
-    equal((end, len(data)), (levels, 32 + 4 * marks + levels), f"counts of {path}")
-    return levels, list(struct.unpack_from(f"<{marks}I", data, 28))
 
 
 def delivered_frames(count):
@@ -116,7 +105,10 @@ def kill_one(desk, number, form, voices, whole, rng):
             check_header(take)
             equal(len(sound), samples * 2 * channels, "whole samples")
         tool("ffprobe", "-v", "error", take)
-        levels, marks = level_file(folder / "talk00.jvu")
+        sheet = desk.json("show", folder / "talk00.jvu")
+        levels, marks = len(sheet["levels"]), [mark["period"] for mark in sheet["marks"]]
+        equal((sheet["range start"], sheet["range end"], sheet["removed ranges"]), (0, levels, []),
+              "the selection")
         equal(levels, samples * 20 // rate, "levels")
         # A mark at period n is set once buffer n + 1 is saved, so the last may be missing.
         equal(marks, [min(mark, levels) for mark in MARKS[:len(marks)]], "marks")

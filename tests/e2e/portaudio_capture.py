@@ -9,7 +9,7 @@ import os
 import subprocess
 import time
 
-from orma_e2e import ORMA, Desk, check, equal, samples, speech_at, wait_for
+from orma_e2e import Desk, check, equal, samples, speech_at, wait_for
 from record_and_publish import input_processing
 
 SECONDS = int(os.environ.get("ORMA_CAPTURE_SECONDS", "20"))
@@ -60,16 +60,14 @@ def check_heard(heard, wanted):
 
 def capture(desk, environment, voice, length):
     """Records `length` seconds while the voice is played; returns what orma reports."""
-    command = [ORMA, "--home", str(desk.home), "--json", "record", str(desk.path("live.opr")),
-               "--wav", "--mono", "--seconds", str(length)]
-    recorder = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE,
-                                stderr=subprocess.PIPE, text=True)
+    recorder = desk.start("--json", "record", desk.path("live.opr"), "--wav", "--mono", "--seconds",
+                          length, env=environment)
     time.sleep(LEAD)
     player = subprocess.run(["paplay", "--device=mic", str(voice)], env=environment,
                             capture_output=True, text=True, timeout=length + 60)
     check(player.returncode == 0, f"paplay: {player.stderr}")
     out, err = recorder.communicate(timeout=length + 60)
-    check(recorder.returncode == 0, f"orma record ended with {recorder.returncode}:\n{out}{err}")
+    equal(recorder.returncode, 0, f"exit code ({out}{err})")
     return out
 
 

@@ -2,27 +2,18 @@
 """From an empty folder to delivered publications, through the window alone: a new project, a take
 of real speech with marks, played back, a cut, a copied clip; then the clip list by FTP, to a file and
 by mail, each the file that `orma publish` makes of the project. A second start meanwhile only brings
-the window to the front, and another program folder has a window of its own, which a signal ends."""
+the window to the front, and another program folder has a window of its own, which a signal ends.
+What was edited is in the files when the window is killed."""
 
 import subprocess
 import time
 
-from delivery import Reporter, ftp_servers, mail_servers, without_ticks
+from delivery import ftp_servers, mail_servers, without_ticks
 from orma_e2e import SPEECH, Desk, check, equal, wait_for
 from portaudio_capture import sound_server
 from window_desk import EDIT, Window, display
 
 RECIPIENT = "reporter@desk.localhost"
-
-
-class Newcomer(Reporter):
-    """A reporter without a project."""
-
-    def __enter__(self):
-        Desk.__enter__(self)
-        self.project = self.path("harbour.opr")
-        self.file = self.path("pub_harbour.wav")
-        return self
 
 
 def record(desk, user, environment):
@@ -117,9 +108,16 @@ def check_project(desk):
     check("Big" in (desk.home / "size.txt").read_text(), "the window's size was not kept")
 
 
+def work(desk):
+    """How many marks the takes have, and the clips."""
+    marks = [desk.json("mark", take, "list")["marks"] for take in desk.folder.glob("harbour0*.mp2")]
+    return sum(map(len, marks)), desk.json("project", "show", desk.project)["clips"]
+
+
 def main():
-    with Newcomer() as desk, sound_server(desk.folder) as sound, display(sound) as environment, \
+    with Desk() as desk, sound_server(desk.folder) as sound, display(sound) as environment, \
             ftp_servers.Vsftpd() as ftp, mail_servers.Postfix() as mail:
+        desk.project, desk.file = desk.path("harbour.opr"), desk.path("pub_harbour.wav")
         desk.use(ftp.account(), ProjectsFolder=f"{desk.folder}/", RecordMp2=1, RecordingFormat=1,
                  Stereo=1, Mp2BitrateIndex=8, PublishToFile=1)
         stored = ftp.root / "harbour.wav"
@@ -158,6 +156,21 @@ def main():
         equal(name, "harbour.wav", "the attachment")
         check(without_ticks(content) == wanted, "another file is attached")
         check(desk.path("harbour01.mp2").exists(), "the take that the end of the window stopped")
+
+        before = work(desk)
+        with Window(environment, desk.home, desk.project) as user:
+            user.pick("View", "Clip editor")
+            user.key("Home")
+            user.pick("View", "Editor")
+            user.cursor(0.5)
+            user.key("Insert")
+            user.cursor(0.9)
+            user.pick("Edit", "Crop end")
+            user.program.kill()
+            user.program.wait(20)
+        after = work(desk)
+        equal(after[0] - before[0], 1, "marks that the kill left")
+        check(after[1] != before[1], f"the crop is not in the project: {after}")
 
         with Window(environment, desk.home, desk.project) as user:
             user.pick("View", "Clip editor")

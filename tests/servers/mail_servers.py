@@ -4,8 +4,8 @@
         ... server.port (plain, STARTTLS), server.tls_port (TLS from the first byte) ...
         message = server.wait_for_messages(1)[0]
 
-Log-in is by CRAM-MD5 or LOGIN as reporter, secret; `mechanisms` narrows that, `log_in=False` takes
-mail without. Only reporter@desk.localhost is known; other recipients are refused.
+Log-in is by CRAM-MD5 or LOGIN as reporter, secret. Only reporter@desk.localhost is known; other
+recipients are refused.
 """
 
 import email
@@ -21,9 +21,8 @@ from .process import GID, HOST, UID, Server, ServerFailed
 class Postfix(Server):
     """Postfix insists on root and on users of its own: both are pretended."""
 
-    def __init__(self, certificate=None, log_in=True, mechanisms=("CRAM-MD5", "LOGIN")):
+    def __init__(self, certificate=None):
         super().__init__(certificate)
-        self.log_in, self.mechanisms = log_in, mechanisms
         self.tls_port = self.ports[1]
         self.mailbox = self.home / "mail"
         self.mailbox.mkdir()
@@ -59,10 +58,9 @@ class Postfix(Server):
             "virtual_uid_maps": f"static:{UID}", "virtual_gid_maps": f"static:{GID}",
             "virtual_minimum_uid": "1", "virtual_mailbox_limit": "0", "message_size_limit": "0",
             "maillog_file": self.log, "maillog_file_prefixes": self.home,
-            "smtpd_sasl_auth_enable": "yes" if self.log_in else "no",
+            "smtpd_sasl_auth_enable": "yes",
             "smtpd_sasl_local_domain": "localhost",
-            "smtpd_recipient_restrictions":
-                "permit_sasl_authenticated, reject" if self.log_in else "reject_unauth_destination",
+            "smtpd_recipient_restrictions": "permit_sasl_authenticated, reject",
             "smtpd_tls_security_level": "may" if self.certificate else "none",
             "smtpd_tls_cert_file": self.home / "certificate.pem",
             "smtpd_tls_key_file": self.home / "key.pem",
@@ -91,7 +89,7 @@ postlog unix-dgram n - n - 1 postlogd
         self.write("etc/sasl/smtpd.conf", f"""pwcheck_method: auxprop
 auxprop_plugin: sasldb
 sasldb_path: {self.home}/users.db
-mech_list: {" ".join(self.mechanisms)}
+mech_list: CRAM-MD5 LOGIN
 """)
         subprocess.run([self.program("usr/sbin/saslpasswd2"), "-p", "-c", "-f",
                         self.home / "users.db", "-u", "localhost", self.user],
