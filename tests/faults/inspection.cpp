@@ -17,19 +17,6 @@ const Text kPublication = u"pub_talk.wav";
 constexpr std::size_t kWavHeaderBytes = 44;
 constexpr std::size_t kFrameBytes = 576;  // 192 kbit/s at 48000 Hz
 
-bool EndsWith(const Text& name, TextView end) {
-    return name.size() >= end.size() && TextView(name).substr(name.size() - end.size()) == end;
-}
-
-std::size_t CommonBytes(const Bytes& a, const Bytes& b) {
-    const auto [inA, inB] = std::ranges::mismatch(a, b);
-    return static_cast<std::size_t>(inA - a.begin());
-}
-
-bool HoldsClip(const ProjectRecord& project, const Text& name) {
-    return std::ranges::find(project.clips, name, &ClipEntry::name) != project.clips.end();
-}
-
 }  // namespace
 
 Inspection::Inspection(Medium& medium, Workday& day, Recording recording, Snapshot before)
@@ -101,17 +88,19 @@ void Inspection::CheckFiles() {
         if (old != before_.end() && old->second == bytes) continue;
         const auto expected = whole_.find(name);
         if (expected != whole_.end() && expected->second == bytes) continue;
-        if (EndsWith(name, u".jvu"))
+        if (name.ends_with(u".jvu"))
             Require(DecodeVuFile(bytes).has_value(), ToUtf8(name) + " is half");
-        if (EndsWith(name, u".sup"))
+        if (name.ends_with(u".sup"))
             Require(after_.contains(name + u".old1") || KeepsSettings(name),
                     ToUtf8(name) + " lost old settings");
-        if (name.starts_with(u"pub_") && !EndsWith(name, u".tmp"))
+        if (name.starts_with(u"pub_") && !name.ends_with(u".tmp"))
             Require(IsSound(name, bytes), ToUtf8(name) + " does not verify");
-        if (EndsWith(name, u".opr")) {
+        if (name.ends_with(u".opr")) {
             ProjectRecord project;
-            Require(DecodeProjectFile(bytes, project) == ProjectReadResult::kOk &&
-                        project.text.starts_with(u"Harbour") && HoldsClip(project, u"talk00"),
+            const bool isRead = DecodeProjectFile(bytes, project) == ProjectReadResult::kOk;
+            const bool holdsClip =
+                std::ranges::count(project.clips, u"talk00", &ClipEntry::name) > 0;
+            Require(isRead && project.text.starts_with(u"Harbour") && holdsClip,
                     ToUtf8(name) + " lost what it held");
         }
     }
@@ -160,7 +149,7 @@ void Inspection::CheckNextStart() {
     const bool whole = PublishWhatIsWhole(*app, boxes);
     // What is recovered may add to the list, and levels measured from MP2 frames differ from those
     // of the recording.
-    const auto isJournal = [](const auto& file) { return EndsWith(file.first, u".rec"); };
+    const auto isJournal = [](const auto& file) { return file.first.ends_with(u".rec"); };
     const bool recovers = std::ranges::any_of(after_, isJournal);
     if (account_.outcome == PublishOutcome::kPublished && whole && !recovers)
         Require(ReadFileBytes(medium_.Path(kPublication)) == after_.at(kPublication),
@@ -244,7 +233,9 @@ void Inspection::CheckTake(Application& app, std::size_t index) {
     const std::size_t least = LeastBytes(index);
     if (least == 0) return;
     const Text& name = account_.takes[index].name;
-    const std::size_t same = CommonBytes(RecoveredSound(app, name), sound_[index]);
+    const Bytes found = RecoveredSound(app, name);
+    const auto end = std::ranges::mismatch(found, sound_[index]).in1;
+    const auto same = static_cast<std::size_t>(end - found.begin());
     Require(same >= least, ToUtf8(name) + " holds " + std::to_string(same) + " of " +
                                std::to_string(least) + " bytes that were safe");
 }
@@ -257,7 +248,7 @@ void Inspection::CheckNothingIsOverwritten(Application& app) {
     Require(!medium_.storage.Exists(path), ToUtf8(name) + " would be overwritten");
     const Snapshot after = medium_.Look();
     for (const auto& [file, bytes] : before) {
-        if (!EndsWith(file, day_.SoundExtension())) continue;
+        if (!file.ends_with(day_.SoundExtension())) continue;
         const auto isSame = [&](const auto& entry) { return entry.second.size() == bytes.size(); };
         Require(std::ranges::any_of(after, isSame), ToUtf8(file) + " is gone with the next take");
     }
