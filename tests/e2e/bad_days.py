@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Full disks, missing and read-only folders, foreign and broken files: the right text, the right
-exit code, and nothing that was recorded is lost."""
+"""Full disks, missing folders, foreign files, a server that is not there: the right text, the right
+exit code, nothing that was recorded is lost and no password is told."""
 
 import resource
 import signal
+import socket
 
-from orma_e2e import SPEECH, Desk, check, equal
+from orma_e2e import SPEECH, check, equal, run_each
 
 
 def says(done, text):
@@ -18,6 +19,13 @@ def wrong_usage(desk):
     says(desk.run("publish", desk.path("x.opr"), "--to", "file", expect=2), "choose one of")
     says(desk.run("settings", "set", "NoSuchThing=1", expect=2), "no setting is named")
     says(desk.run("settings", "set", "Mp2BitrateIndex=12", expect=2), "Mp2BitrateIndex")
+    says(desk.run("test-connection", expect=1), "no FTP destination")
+
+    letter = desk.path("letter.opr")
+    letter.write_text("Dear newsroom, this is a letter and no recording.")
+    says(desk.record("letter.opr", "--seconds", "2", expect=1), "LoadProject Project Id")
+    says(desk.run("show", letter, expect=1), "not a file of this program")
+    desk.run("verify", letter, expect=1)
 
 
 def folders(desk):
@@ -57,46 +65,6 @@ def full_disk(desk):
     equal(sorted(p.name for p in desk.folder.glob("*.tmp")), [], "left-over temporary files")
 
 
-def foreign_files(desk):
-    """Somebody else's file in every place where one of ours may stand."""
-    letter = b"Dear newsroom, this is a letter and no recording. " * 40
-
-    desk.path("letter.opr").write_bytes(letter)
-    says(desk.record("letter.opr", "--seconds", "2", expect=1), "LoadProject Project Id")
-    equal(desk.path("letter.opr").read_bytes(), letter, "a foreign project file")
-
-    newer = b"JOPR" + (11).to_bytes(4, "little") + bytes(64)
-    desk.path("newer.opr").write_bytes(newer)
-    says(desk.record("newer.opr", "--seconds", "2", expect=1), "LoadProject Project Version")
-    equal(desk.path("newer.opr").read_bytes(), newer, "a project of a newer version")
-
-    # A file that has a take's name already is moved aside, never overwritten.
-    desk.path("quay00.wav").write_bytes(letter)
-    desk.record("quay.opr", "--wav", "--seconds", "2")
-    kept = [p for p in desk.folder.glob("quay*") if p.read_bytes() == letter]
-    equal(len(kept), 1, "copies of the file that had the take's name")
-    check(desk.path("quay00.wav").read_bytes()[:4] == b"RIFF", "the take has its own name")
-
-    # Takes and level files that turned into something else.
-    desk.record("dock.opr", "--mp2", "--seconds", "2")
-    desk.path("dock00.jvu").write_bytes(letter)
-    desk.run("project", "show", desk.path("dock.opr"))
-    desk.path("dock00.mp2").write_bytes(letter)
-    desk.path("dock00.jvu").unlink()
-    equal(desk.json("project", "show", desk.path("dock.opr"))["clips"], [], "clips that can be read")
-    before = desk.path("dock.opr").read_bytes()
-    desk.run("publish", desk.path("dock.opr"), "--cliplist", "--to", "file", expect=1)
-    equal(desk.path("dock.opr").read_bytes(), before, "the project after a failed publication")
-
-    for name in ("OrmaIni.sup", "OrmaSet.sup"):
-        (desk.home / name).write_bytes(letter)
-    desk.record("lock.opr", "--seconds", "2")
-    kept = [p for p in desk.home.iterdir() if p.read_bytes() == letter]
-    equal(len(kept), 2, "foreign settings files that were kept")
-    says(desk.run("show", desk.path("letter.opr"), expect=1), "not a file of this program")
-    desk.run("verify", desk.path("letter.opr"), expect=1)
-
-
 def lost_microphone(desk):
     """A microphone that is pulled out after 3 s: the take up to there is kept."""
     done = desk.run("record", desk.path("cable.opr"), "--wav", "--seconds", "8", expect=1,
@@ -106,12 +74,29 @@ def lost_microphone(desk):
     check(59 <= take["length in periods"] <= 61, f"the take up to there: {take}")
 
 
-def main():
-    for day in (wrong_usage, folders, full_disk, foreign_files, lost_microphone):
-        with Desk() as desk:
-            day(desk)
-        print(f"survived: {day.__name__}")
+def accounts(desk):
+    """Their passwords are told nowhere, whether they are listed or tried."""
+    with socket.socket() as taken:  # bound but not listening: nobody answers there
+        taken.bind(("127.0.0.1", 0))
+        server = f"127.0.0.1:{taken.getsockname()[1]}"
+        desk.set({"FtpServer": server, "FtpPassword": "S3cret-0", "CurrentFtpName": "studio",
+                  "Ftp[0].Name": "studio", "Ftp[0].Server": server, "Ftp[0].Security": 1,
+                  "Ftp[1].Name": "night", "Ftp[1].Server": "other:2121", "Ftp[1].Folder": "news",
+                  "Ftp[1].Password": "S3cret-1", "SmtpServer": "mail.local",
+                  "SmtpPassword": "S3cret-2", "Smtp[2].Name": "behind the gap"})
+        tried = desk.run("--json", "test-connection", expect=1)
+    says(tried, "Cannot connect")
+    check('"reachable": false' in tried.stdout, f"reachable: {tried.stdout}")
+    for done in (tried, desk.run("accounts", "list"), desk.run("--json", "accounts", "list")):
+        check("S3cret" not in done.stdout + done.stderr, "a password was told")
+    listed = desk.json("accounts", "list")
+    equal(listed["ftp"][1],
+          {"name": "night", "server": "other:2121", "user": "", "password set": True,
+           "folder": "news", "passive": False, "protection": "none"}, "the second destination")
+    equal(listed["ftp in use"]["protection"], "explicit TLS", "protection in use")
+    equal([a["name"] for a in listed["mail"]], ["mail.local"], "mail accounts")
+    equal(listed["mail in use"]["password set"], True, "its password")
 
 
 if __name__ == "__main__":
-    main()
+    run_each(wrong_usage, folders, full_disk, lost_microphone, accounts)

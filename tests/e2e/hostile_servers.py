@@ -8,7 +8,7 @@ ORMA_PATIENCE=1 adds the cases that last for more than one time-out (`./dev soak
 import os
 import time
 
-from delivery import Reporter, ftp_servers, run_all, scripted
+from delivery import Reporter, run_all, scripted
 from orma_e2e import check
 
 PATIENT = bool(os.environ.get("ORMA_PATIENCE"))
@@ -19,7 +19,7 @@ KINDS = {"lines": scripted.ENDLESS_LINES, "line": scripted.ENDLESS_LINE,
 def job(what, server, to, options=(), limit=40, least=0):
     with Reporter(seconds=3) as reporter, server:
         if to == "ftp":
-            reporter.use(ftp_servers.Account("127.0.0.1", server.port, "any", "secret", ""))
+            reporter.use(server.account())
         else:
             reporter.use_mail("127.0.0.1", server.port, "any", "secret")
         began = time.monotonic()

@@ -12,7 +12,7 @@ import struct
 import subprocess
 import time
 
-from orma_e2e import ORMA, Desk, check, equal, speech_at, tool
+from orma_e2e import Desk, check, equal, speech_at, tool
 
 KILLS = int(os.environ.get("ORMA_KILLS", "8"))
 SEED = int(os.environ.get("ORMA_SEED", time.time_ns() % 1000000))
@@ -29,13 +29,15 @@ FORMATS = [("wav", ["--wav", "--mono"], 1, 0),
 LONG_AGO = 1231150830
 
 
-def record_command(desk, project, voice, count, options):
-    command = [ORMA, "--home", str(desk.home), "--audio",
-               f"virtual:in={voice},pace=fast,count={count}", "record", str(project), *options,
-               "--seconds", str(SECONDS)]
-    for mark in MARKS:
-        command += ["--mark", f"#{mark}"]
-    return command
+def start(desk, folder, voices, form):
+    """Starts a recording in a new folder."""
+    _, options, channels, _ = form
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir()
+    marks = [word for mark in MARKS for word in ("--mark", f"#{mark}")]
+    return desk.start("record", folder / "talk.opr", *options, "--seconds", SECONDS, *marks,
+                      audio=f"virtual:in={voices[channels]},pace=fast,count={folder / 'count'}",
+                      stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
 def sound_of(path, kind):
@@ -54,45 +56,27 @@ def check_header(path):
     check(0 <= len(data) - 44 - size <= 65536, f"header of {path}: {size} of {len(data) - 44}")
 
 
-def level_file(path):
-    data = path.read_bytes()
-    magic, version, start, end, levels, marks, cuts = struct.unpack_from("<4s6I", data)
-    equal((magic, version & 0xFFF, start, cuts), (b"UVOJ", 3, 0, 0), f"head of {path}")
-    equal((end, len(data)), (levels, 32 + 4 * marks + levels), f"counts of {path}")
-    return levels, list(struct.unpack_from(f"<{marks}I", data, 28))
-
-
 def delivered_frames(count):
     data = count.read_bytes() if count.exists() else b""
     return struct.unpack("<Q", data)[0] if len(data) == 8 else 0
 
 
-class Reference:
-    """The same recording without a kill: its sound, and how long it took."""
-
-    def __init__(self, desk, number, form, voices):
-        kind, options, channels, _ = form
-        folder = desk.path(f"whole{number}")
-        folder.mkdir()
-        began = time.monotonic()
-        done = subprocess.run(
-            record_command(desk, folder / "talk.opr", voices[channels], folder / "count", options),
-            capture_output=True, text=True)
-        self.seconds = time.monotonic() - began
-        equal(done.returncode, 0, done.stderr)
-        self.sound = sound_of(folder / f"talk00.{kind}", kind)
+def reference(desk, form, voices):
+    """The same recording without a kill: its sound, and the seconds that it took."""
+    folder = desk.path("whole")
+    began = time.monotonic()
+    equal(start(desk, folder, voices, form).wait(240), 0, "end of a whole recording")
+    return sound_of(folder / f"talk00.{form[0]}", form[0]), time.monotonic() - began
 
 
 def kill_one(desk, number, form, voices, whole, rng):
     """Returns the seconds that were lost; none when the recording had ended by itself."""
     kind, options, channels, frame_bytes = form
-    folder = desk.path(f"kill{number}")
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir()
-    project, count, take = folder / "talk.opr", folder / "count", folder / f"talk00.{kind}"
-    recorder = subprocess.Popen(record_command(desk, project, voices[channels], count, options),
-                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    time.sleep(rng.uniform(0.0, 0.6 * whole.seconds))
+    whole_sound, whole_seconds = whole
+    folder = desk.path("kill")
+    take = folder / f"talk00.{kind}"
+    recorder = start(desk, folder, voices, form)
+    time.sleep(rng.uniform(0.0, 0.6 * whole_seconds))
     recorder.send_signal(signal.SIGKILL)
     recorder.wait(20)
     if recorder.returncode == 0:
@@ -100,19 +84,19 @@ def kill_one(desk, number, form, voices, whole, rng):
     equal(recorder.returncode, -signal.SIGKILL, "end of the recording")
 
     # The first buffer is heard before saving begins.
-    saved = max(delivered_frames(count) // BUFFER - 1, 0)
+    saved = max(delivered_frames(folder / "count") // BUFFER - 1, 0)
     if take.exists():
         os.utime(take, (LONG_AGO, LONG_AGO))
         if kind == "wav":
             check_header(take)
             tool("sndfile-info", take)
-    desk.run("recover", project)
+    desk.run("recover", folder / "talk.opr")
 
     check(not (folder / "talk00.rec").exists(), "the journal is gone after the recovery")
     lost = saved / 20
     if take.exists():
         sound = sound_of(take, kind)
-        check(whole.sound.startswith(sound), f"kill {number}: the take is not the beginning of the sound")
+        check(whole_sound.startswith(sound), f"kill {number}: the take is not what was said")
         rate = RATE if kind == "wav" else 48000
         samples = len(sound) // (2 * channels) if kind == "wav" else len(sound) // frame_bytes * FRAME
         lost -= samples / rate
@@ -121,12 +105,15 @@ def kill_one(desk, number, form, voices, whole, rng):
             check_header(take)
             equal(len(sound), samples * 2 * channels, "whole samples")
         tool("ffprobe", "-v", "error", take)
-        levels, marks = level_file(folder / "talk00.jvu")
+        sheet = desk.json("show", folder / "talk00.jvu")
+        levels, marks = len(sheet["levels"]), [mark["period"] for mark in sheet["marks"]]
+        equal((sheet["range start"], sheet["range end"], sheet["removed ranges"]), (0, levels, []),
+              "the selection")
         equal(levels, samples * 20 // rate, "levels")
         # A mark at period n is set once buffer n + 1 is saved, so the last may be missing.
         equal(marks, [min(mark, levels) for mark in MARKS[:len(marks)]], "marks")
         check(len(marks) >= sum(mark + 1 < levels for mark in MARKS), f"marks {marks} of {levels}")
-        clips = desk.json("project", "show", project)["clips"]
+        clips = desk.json("project", "show", folder / "talk.opr")["clips"]
         equal([clip["name"] for clip in clips], ["talk00"], "clips")
     bound = 1 / 20 + (0 if kind == "wav" else 2 * FRAME / 48000)
     check(lost <= bound + 1e-6, f"kill {number} of {options}: {lost:.3f} s lost of {saved / 20} s")
@@ -139,7 +126,7 @@ def main():
     with Desk() as desk:
         voices = {channels: speech_at(desk.path(f"voice{channels}.wav"), RATE, channels, SECONDS)
                   for channels in (1, 2)}
-        wholes = [Reference(desk, number, form, voices) for number, form in enumerate(FORMATS)]
+        wholes = [reference(desk, form, voices) for form in FORMATS]
         for number in range(KILLS):
             at = number % len(FORMATS)
             while (lost := kill_one(desk, number, FORMATS[at], voices, wholes[at], rng)) is None:

@@ -6,50 +6,35 @@ ORMA_STALL_SECONDS: how long the server stands still in the middle of a take (3)
 
 import os
 import signal
-import subprocess
-import sys
 import time
 
-from orma_e2e import ORMA, ROOT, SPEECH, Desk, check, equal
-
-sys.path.insert(0, str(ROOT / "tests"))
-from servers import ftp_servers  # noqa: E402
+from delivery import ftp_servers
+from orma_e2e import SPEECH, check, equal, run_each, wait_for
 
 STALL = float(os.environ.get("ORMA_STALL_SECONDS", "3"))
-
-
-def configure(desk, account, **changes):
-    values = {"LiveFtpAllowed": 1, "LiveFtpNewProjects": 1, "FtpPassive": 1,
-              "FtpServer": f"{account.host}:{account.port}", "FtpUser": account.user,
-              "FtpPassword": account.password, "FtpFolder": account.folder} | changes
-    desk.run("settings", "set", *(f"{name}={value}" for name, value in values.items()))
 
 
 class Recording:
     """A take at real pace in a process of its own, so that things can happen meanwhile."""
 
-    def __init__(self, desk, project, *options):
-        self.desk = desk
-        command = [ORMA, "--home", desk.home, "--audio", f"virtual:in={SPEECH},pace=real",
-                   "record", desk.path(project), *options]
-        self.process = subprocess.Popen([str(c) for c in command], stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, text=True)
+    def __init__(self, desk, kind, seconds):
+        self.process = desk.start("record", desk.path(f"{kind}.opr"), f"--{kind}", "--seconds",
+                                  seconds, audio=f"virtual:in={SPEECH},pace=real")
 
     def end(self, expect, within):
         out, err = self.process.communicate(timeout=within)
         equal(self.process.returncode, expect, f"exit code ({out}{err})")
         return err
 
-    def wait_for(self, condition, what, within=20):
-        limit = time.monotonic() + within
-        while not condition():
-            check(time.monotonic() < limit and self.process.poll() is None, f"waited for {what}")
-            time.sleep(0.02)
+    def uploads(self, remote, least=1):
+        """Waits until so many bytes are there."""
+        wait_for(lambda: remote.exists() and remote.stat().st_size >= least, f"{remote.name}")
+        check(self.process.poll() is None, "the recording has ended")
 
 
 def references(desk, seconds):
     """The same sound, and two seconds more, as a WAV and an MP2 take without any network."""
-    desk.run("settings", "set", "LiveFtpAllowed=0")
+    desk.set(LiveFtpAllowed=0)
     takes = {}
     for kind in ("wav", "mp2"):
         desk.record(f"plain_{kind}.opr", f"--{kind}", "--seconds", str(seconds + 2))
@@ -76,10 +61,10 @@ def stalled_server(desk):
     plain = references(desk, seconds)
     for kind, server_kind in (("wav", ftp_servers.Vsftpd), ("mp2", ftp_servers.Proftpd)):
         with server_kind() as server:
-            configure(desk, server.account())
+            desk.use(server.account(), LiveFtpAllowed=1, LiveFtpNewProjects=1)
             remote = server.root / f"{kind}00.mp2"
-            take = Recording(desk, f"{kind}.opr", f"--{kind}", "--seconds", str(seconds))
-            take.wait_for(lambda: remote.exists() and remote.stat().st_size > 0, "the upload")
+            take = Recording(desk, kind, seconds)
+            take.uploads(remote)
             server.freeze()
             time.sleep(STALL)
             server.thaw()
@@ -94,10 +79,10 @@ def server_gone(desk):
     plain = references(desk, 20)
     for kind in ("wav", "mp2"):
         with ftp_servers.Proftpd() as server:
-            configure(desk, server.account())
+            desk.use(server.account(), LiveFtpAllowed=1, LiveFtpNewProjects=1)
             remote = server.root / f"{kind}00.mp2"
-            take = Recording(desk, f"{kind}.opr", f"--{kind}", "--seconds", "20")
-            take.wait_for(lambda: remote.exists() and remote.stat().st_size > 12000, "the upload")
+            take = Recording(desk, kind, 20)
+            take.uploads(remote, 12000)
             server.kill()
             error = take.end(1, within=30)
             check("The upload is not whole" in error, f"the user is told: {error}")
@@ -110,14 +95,12 @@ def given_up(desk):
     """Ctrl-C while the rest is uploaded gives up the upload and never the take."""
     plain = references(desk, 3)
     with ftp_servers.Vsftpd() as server:
-        configure(desk, server.account())
-        take = Recording(desk, "mp2.opr", "--mp2", "--seconds", "3")
-        remote = server.root / "mp200.mp2"
-        take.wait_for(lambda: remote.exists(), "the upload")
+        desk.use(server.account(), LiveFtpAllowed=1, LiveFtpNewProjects=1)
+        take = Recording(desk, "mp2", 3)
+        take.uploads(server.root / "mp200.mp2", 0)
         server.freeze()
-        level_file = desk.path("mp200.jvu")
-        take.wait_for(lambda: level_file.exists() and not desk.path("mp200.rec").exists(),
-                      "the end of the take")
+        level_file, journal = desk.path("mp200.jvu"), desk.path("mp200.rec")
+        wait_for(lambda: level_file.exists() and not journal.exists(), "the end of the take")
         time.sleep(1)
         check(take.process.poll() is None, "the upload is waited for")
         take.process.send_signal(signal.SIGINT)
@@ -127,13 +110,5 @@ def given_up(desk):
     same_sound(desk.path("mp200.mp2"), "mp2", plain["mp2"], 3)
 
 
-def main():
-    days = (stalled_server, server_gone, given_up)
-    for day in days if len(sys.argv) < 2 else [d for d in days if d.__name__ in sys.argv[1:]]:
-        with Desk() as desk:
-            day(desk)
-        print(f"survived: {day.__name__}")
-
-
 if __name__ == "__main__":
-    main()
+    run_each(stalled_server, server_gone, given_up)

@@ -9,7 +9,7 @@ import os
 import subprocess
 import time
 
-from orma_e2e import ORMA, Desk, check, equal, fail, samples, speech_at
+from orma_e2e import Desk, check, equal, samples, speech_at, wait_for
 from record_and_publish import input_processing
 
 SECONDS = int(os.environ.get("ORMA_CAPTURE_SECONDS", "20"))
@@ -31,34 +31,43 @@ def sound_server(folder):
         ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit",
          "-L", "module-native-protocol-unix auth-anonymous=1",
          "-L", "module-null-sink sink_name=mic norewinds=1 rate=44100 format=s16le channels=1"],
-        env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+        env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
-        for _ in range(100):
-            if subprocess.run(["pactl", "info"], env=environment, capture_output=True).returncode == 0:
-                break
-            if server.poll() is not None:
-                fail(f"pulseaudio ended: {server.stderr.read()}")
-            time.sleep(0.1)
-        else:
-            fail("pulseaudio does not answer")
+        wait_for(lambda: server.poll() is not None or subprocess.run(
+            ["pactl", "info"], env=environment, capture_output=True).returncode == 0, "pulseaudio")
+        check(server.poll() is None, "pulseaudio ended")
         yield environment
     finally:
         server.terminate()
         server.wait(20)
 
 
+def sounding(heard):
+    """From the first sample that is no silence, of which a server may put some before."""
+    begin = next((i for i, sample in enumerate(heard) if sample != 0), None)
+    check(begin is not None, "nothing was heard")
+    return heard[begin:]
+
+
+def check_heard(heard, wanted):
+    """Every sample that sounds is there, in its place."""
+    wanted = sounding(wanted)
+    heard = sounding(heard)[:len(wanted)]
+    equal(len(heard), len(wanted), "samples that were heard")
+    first = next((i for i, pair in enumerate(zip(heard, wanted)) if pair[0] != pair[1]), None)
+    check(first is None, f"sample {first} of {len(wanted)} differs")
+
+
 def capture(desk, environment, voice, length):
     """Records `length` seconds while the voice is played; returns what orma reports."""
-    command = [ORMA, "--home", str(desk.home), "--json", "record", str(desk.path("live.opr")),
-               "--wav", "--mono", "--seconds", str(length)]
-    recorder = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE,
-                                stderr=subprocess.PIPE, text=True)
+    recorder = desk.start("--json", "record", desk.path("live.opr"), "--wav", "--mono", "--seconds",
+                          length, env=environment)
     time.sleep(LEAD)
     player = subprocess.run(["paplay", "--device=mic", str(voice)], env=environment,
                             capture_output=True, text=True, timeout=length + 60)
     check(player.returncode == 0, f"paplay: {player.stderr}")
     out, err = recorder.communicate(timeout=length + 60)
-    check(recorder.returncode == 0, f"orma record ended with {recorder.returncode}:\n{out}{err}")
+    equal(recorder.returncode, 0, f"exit code ({out}{err})")
     return out
 
 
@@ -68,17 +77,8 @@ def main():
         report = capture(desk, environment, voice, SECONDS + LEAD + 3)
         check('"lost samples": 0' in report, f"samples were lost: {report}")
 
-        take = samples(desk.path("live00.wav"))
         spoken = input_processing(samples(voice))
-        begin = next((i for i, sample in enumerate(take) if sample != 0), None)
-        lead = next(i for i, sample in enumerate(spoken) if sample != 0)
-        check(begin is not None, "nothing was heard")
-        check(begin >= lead, "the speech began before the recording")
-        heard = take[begin - lead:begin - lead + len(spoken)]
-        equal(len(heard), len(spoken), "samples that were heard")
-        for i, (got, wanted) in enumerate(zip(heard, spoken)):
-            if got != wanted:
-                fail(f"sample {i} of {len(spoken)} is {got}, {wanted} was played")
+        check_heard(samples(desk.path("live00.wav")), spoken)
         print(f"{len(spoken)} samples ({SECONDS} s) through PulseAudio: all equal, none lost")
 
 

@@ -1,31 +1,43 @@
 """A display without a screen, and the window of orma-edit on it, driven as a user does."""
 
 import contextlib
+import ctypes
 import os
 import re
 import signal
+import struct
 import subprocess
 import time
 from pathlib import Path
 
-from orma_e2e import ORMA, ROOT, check, fail, tool
+from orma_e2e import ORMA, ROOT, check, fail, tool, wait_for
 
-EDIT = os.environ.get("ORMA_EDIT", str(Path(ORMA).with_name("orma-edit")))
+EDIT = str(Path(ORMA).with_name("orma-edit"))
+PORTRAIT = ROOT / "assets/skin/Portrait"
+
+# The menus and their lines in the editor.
+MENUS = {
+    "File": ["Publish Clip...", "Open project", "New project", "Open clip", "Save selection",
+             "Copy to clip-editor...", "Delete", "Recent projects", "Exit"],
+    "Publish": ["Clip", "Cliplist", "Image", "Clip to File", "Cliplist to File"],
+    "Edit": ["Crop begin", "Crop end", "Cut begin", "Cut end", "Mark"],
+    "View": ["Record", "Editor", "Clip editor", "Edit Text", "About"],
+}
 
 
 @contextlib.contextmanager
-def display(width=1280, height=1024):
-    """An X server of our own; yields the environment for programs on it."""
+def display(base=os.environ):
+    """An X server of our own; yields the environment for programs on it, with what `base` has."""
     read, write = os.pipe()
     server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-noreset", "-screen", "0",
-                               f"{width}x{height}x24", "-nolisten", "tcp"],
+                               "1280x1024x24", "-nolisten", "tcp"],
                               pass_fds=[write], stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL)
     os.close(write)
     try:
         number = os.read(read, 16).decode().strip()
         check(number, "Xvfb did not start")
-        environment = dict(os.environ, DISPLAY=f":{number}", QT_QPA_PLATFORM="xcb")
+        environment = dict(base, DISPLAY=f":{number}", QT_QPA_PLATFORM="xcb")
         environment.pop("WAYLAND_DISPLAY", None)
         yield environment
     finally:
@@ -34,34 +46,48 @@ def display(width=1280, height=1024):
         server.wait(20)
 
 
-def layout(folder=None):
+def layout(folder):
     """Element name to (x, y, w, h) in design pixels: the built-in ones, and a skin's over them."""
     elements = {}
     source = (ROOT / "src/ui/skin/layout_elements.inc").read_text()
     for name, *numbers in re.findall(r"ELEMENT\((\w+), (\d+), (\d+), (\d+), (\d+)\)", source):
         elements[name] = [int(n) for n in numbers]
-    if folder and (folder / "pos.txt").exists():
-        section = None
-        for line in (folder / "pos.txt").read_text().splitlines():
-            if line.startswith("["):
-                section = line.strip("[] \t")
-            elif "=" in line and section in elements:
-                key, value = line.split("=")
-                elements[section]["xywh".index(key.strip())] = int(value)
+    for line in (folder / "pos.txt").read_text().splitlines():
+        if line.startswith("["):
+            section = line.strip("[] \t")
+        elif "=" in line and section in elements:
+            key, value = line.split("=")
+            elements[section]["xywh".index(key.strip())] = int(value)
     return elements
 
 
-class Window:
-    """A running orma-edit. Leaves it by closing it, and fails when it does not end well."""
+def ask_to_close(display, window):
+    """What a window manager does when the user closes the window."""
+    x = ctypes.CDLL("libX11.so.6")
+    x.XOpenDisplay.restype = ctypes.c_void_p
+    server = ctypes.c_void_p(x.XOpenDisplay(display.encode()))
+    protocols, delete = (x.XInternAtom(server, name, 0)
+                         for name in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW"))
+    message = struct.pack("iLiPLLi5l96x", 33, 0, 0, 0, window, protocols, 32, delete, 0, 0, 0, 0)
+    x.XSendEvent(server, ctypes.c_ulong(window), 0, ctypes.c_long(0), message)
+    x.XCloseDisplay(server)
 
-    def __init__(self, environment, home, *arguments, skin=None, scale=2, covered=()):
+
+class Window:
+    """A running orma-edit and who works with it. Leaves it by closing it, and fails when it does not
+    end well."""
+
+    PROGRAM = EDIT
+    TITLE = "Orma Edit"
+
+    def __init__(self, environment, home, *arguments, skin=PORTRAIT, scale=2, covered=()):
         self.environment = environment
         self.elements = layout(skin)
         self.scale = scale
-        self.program = subprocess.Popen([EDIT, "--home", str(home), *map(str, arguments)],
+        self.program = subprocess.Popen([self.PROGRAM, "--home", str(home), *map(str, arguments)],
                                         env=environment, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, text=True)
-        self.id = self.find("Orma Edit", others=covered)
+        self.id = self.find(self.TITLE, others=covered)
         self.tool("windowfocus", "--sync", self.id)
 
     def tool(self, *arguments):
@@ -69,17 +95,17 @@ class Window:
                               capture_output=True, text=True, timeout=60)
         return done.stdout.strip()
 
+    def shown(self, name="."):
+        """The ids of the windows on the display whose titles match."""
+        return self.tool("search", "--onlyvisible", "--name", name).split()
+
     def find(self, title, seconds=20, others=()):
         """The id of the visible window with that title, `others` left out."""
-        for _ in range(seconds * 10):
-            found = self.tool("search", "--onlyvisible", "--name", f"^{title}$").split()
-            if found := [window for window in found if window not in others]:
-                return found[-1]
-            if self.program.poll() is not None:
-                fail(f"orma-edit ended with {self.program.returncode}:\n"
-                     f"{self.program.stdout.read()}")
-            time.sleep(0.1)
-        fail(f"no window '{title}' came up")
+        def look():
+            check(self.program.poll() is None, f"the program ended before '{title}' came up")
+            found = self.shown(f"^{title}( . Orma Edit)?$")
+            return [window for window in found if window not in others]
+        return wait_for(look, f"a window '{title}'", seconds)[-1]
 
     def geometry(self, window=None):
         """x, y, width, height of the whole window."""
@@ -89,6 +115,10 @@ class Window:
 
     def key(self, *keys):
         self.tool("key", "--window", self.id, *keys)
+
+    def write(self, text):
+        """Types into the window itself."""
+        self.tool("type", "--window", self.id, text)
 
     def menu(self, place, *keys):
         """Opens the menu whose title stands `place` pixels from the left; keys choose within."""
@@ -100,48 +130,52 @@ class Window:
     def choose(self, title, *keys):
         """Opens a menu by its title, whatever the font; keys choose within. Of all but the first
         menu the first line is chosen already."""
-        self.tool("mousemove", "--window", self.id, 14, 9, "click", 1)
-        time.sleep(0.5)
-        self.tool("key", *["Right"] * ["File", "Publish", "Edit", "View"].index(title), *keys)
-        time.sleep(0.7)
+        self.menu(14, *["Right"] * list(MENUS).index(title), *keys)
 
-    def page_place(self, element):
-        """The middle of an element within the window, whose menu bar stands above the page."""
-        x, y, w, h = self.elements[element]
-        page = self.elements["MainWindow"][3] * self.scale
-        bar = self.geometry()[3] - page
-        return int((x + w / 2) * self.scale), int((y + h / 2) * self.scale) + bar
+    def pick(self, title, line, grey=()):
+        """Picks a line of a menu; `grey` are those that cannot be chosen now."""
+        lines = [name for name in MENUS[title] if name not in grey]
+        self.choose(title, *["Down"] * (lines.index(line) + (title == "File")), "Return")
 
     def click(self, element, aside=0):
-        """In the middle, or so many design pixels right of it."""
-        x, y = self.page_place(element)
-        self.tool("mousemove", "--window", self.id, int(x + aside * self.scale), y, "click", 1)
+        """In the middle of an element, or so many design pixels right of it."""
+        x, y, w, h = self.elements[element]
+        bar = self.geometry()[3] - self.elements["MainWindow"][3] * self.scale  # above the page
+        self.tool("mousemove", "--window", self.id, int((x + w / 2 + aside) * self.scale),
+                  int((y + h / 2) * self.scale) + bar, "click", 1)
 
-    def drag(self, element, dx, dy):
-        x, y = self.page_place(element)
-        self.tool("mousemove", "--window", self.id, x, y, "mousedown", 1)
-        self.tool("mousemove", "--window", self.id, x + dx, y + dy)
-        self.tool("mouseup", 1)
+    def cursor(self, share):
+        """Puts the editor's cursor there, as a share of the graph's width."""
+        self.click("EditRecGraph", (share - 0.5) * self.elements["EditRecGraph"][2])
+        time.sleep(0.3)
 
-    def visible(self):
-        """The ids of all windows of the program."""
-        return set(self.tool("search", "--onlyvisible", "--pid", self.program.pid).split())
+    def dialog(self, title, seconds=20):
+        """Waits for a dialog or box of that title and goes to it."""
+        found = self.find(title, seconds, others=[self.id])
+        self.tool("windowfocus", "--sync", found)
+        time.sleep(0.2)
+        return found
 
-    def click_menu(self, place, line):
-        """Opens the menu as `menu` does and clicks that line, counted from the last, which is 1."""
-        before = self.visible()
-        self.tool("mousemove", "--window", self.id, place, 9, "click", 1)
-        for _ in range(50):
-            time.sleep(0.1)
-            if popup := self.visible() - before:
-                break
-        else:
-            fail("no menu opened")
-        popup = popup.pop()
-        _, _, width, height = self.geometry(popup)
-        self.tool("mousemove", "--window", popup, width // 2, height - 12 - (line - 1) * 22,
-                  "click", 1)
-        time.sleep(0.7)
+    def answer(self, title, *keys, text=None, seconds=20):
+        """Types into the dialog of that title, which is gone then."""
+        window = self.dialog(title, seconds)
+        if text is not None:
+            self.tool("key", "ctrl+a")
+            self.tool("type", "--delay", "5", text)
+        self.tool("key", *keys)
+        self.wait_gone(window, title)
+
+    def wait_gone(self, window, title, seconds=20):
+        wait_for(lambda: window not in self.shown(), f"the end of '{title}'", seconds)
+        self.tool("windowfocus", "--sync", self.id)
+
+    def no_box(self):
+        """Nothing but the window itself is on the display."""
+        names = {window: self.tool("getwindowname", window) for window in self.shown()}
+        check(list(names) == [self.id], f"on the display: {names}")
+
+    def close(self):
+        ask_to_close(self.environment["DISPLAY"], int(self.id))
 
     def picture(self, path, window=None):
         """What the display shows of the window, or of a dialog of it, as a PNG file."""
@@ -150,6 +184,9 @@ class Window:
              f"{width}x{height}", "-i", f"{self.environment['DISPLAY']}+{x},{y}", "-frames:v", "1",
              "-pred", "mixed", "-compression_level", "100", path)
         return path
+
+    def looks(self, desk):
+        return self.picture(desk.path("looks.png")).read_bytes()
 
     def wait_end(self, seconds=30):
         """Waits until the program has ended; it must have done so well."""

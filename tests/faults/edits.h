@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <tuple>
 #include <vector>
 
 #include "app/application.h"
@@ -8,31 +9,12 @@
 
 namespace orma::test {
 
-/// What a recording's level file holds of the user's work.
-struct Sheet {
-    std::vector<std::uint32_t> marks;
-    std::vector<RemovedRange> cuts;
+/// What a recording's level file holds of the user's work: marks and cuts.
+using Sheet = std::pair<std::vector<std::uint32_t>, std::vector<RemovedRange>>;
 
-    friend bool operator==(const Sheet&, const Sheet&) = default;
-};
-
-/// A clip as the user made it.
-struct EditedClip {
-    Text name;
-    Text title;
-    std::uint32_t begin = 0;
-    std::uint32_t end = 0;
-
-    friend bool operator==(const EditedClip&, const EditedClip&) = default;
-};
-
-/// What the user sees of the list.
-struct ListState {
-    std::vector<EditedClip> clips;
-    Text text;
-
-    friend bool operator==(const ListState&, const ListState&) = default;
-};
+/// What the user sees of the list: each clip's name, title, begin and end, and the project's text.
+using EditedClip = std::tuple<Text, Text, std::uint32_t, std::uint32_t>;
+using ListState = std::pair<std::vector<EditedClip>, Text>;
 
 /// Editing as the program told of it.
 struct EditAccount {

@@ -17,19 +17,6 @@ const Text kPublication = u"pub_talk.wav";
 constexpr std::size_t kWavHeaderBytes = 44;
 constexpr std::size_t kFrameBytes = 576;  // 192 kbit/s at 48000 Hz
 
-bool EndsWith(const Text& name, TextView end) {
-    return name.size() >= end.size() && TextView(name).substr(name.size() - end.size()) == end;
-}
-
-std::size_t CommonBytes(const Bytes& a, const Bytes& b) {
-    const auto [inA, inB] = std::ranges::mismatch(a, b);
-    return static_cast<std::size_t>(inA - a.begin());
-}
-
-bool HoldsClip(const ProjectRecord& project, const Text& name) {
-    return std::ranges::find(project.clips, name, &ClipEntry::name) != project.clips.end();
-}
-
 }  // namespace
 
 Inspection::Inspection(Medium& medium, Workday& day, Recording recording, Snapshot before)
@@ -50,16 +37,17 @@ Inspection::Inspection(Medium& medium, Workday& day, Recording recording, Snapsh
     EXPECT_TRUE(OpenOrCreateProject(*app, day_.ProjectPath()));
     for (std::size_t i = 0; i < sound_.size(); ++i)
         sound_[i] = RecoveredSound(*app, wholeAccount_.takes[i].name);
-    faults_.clear();
     EXPECT_TRUE(Faults(wholeAccount_, FaultyStorage::Extent::kOnce).empty());
 }
 
 std::vector<std::string> Inspection::Faults(const Account& account, FaultyStorage::Extent extent) {
     faults_.clear();
-    const Snapshot after = medium_.Look();
-    CheckFiles(after);
-    CheckClaims(account, after);
-    CheckNextStart(account, after, extent);
+    account_ = account;
+    extent_ = extent;
+    after_ = medium_.Look();
+    CheckFiles();
+    CheckClaims();
+    CheckNextStart();
     return std::move(faults_);
 }
 
@@ -90,26 +78,29 @@ bool Inspection::KeepsSettings(const Text& name) {
 }
 
 /// Every file that was there is there, and whatever stands under a final name is whole.
-void Inspection::CheckFiles(const Snapshot& after) {
+void Inspection::CheckFiles() {
     for (const auto& [name, bytes] : before_)
-        Require(after.contains(name) || after.contains(name + u".old1"), ToUtf8(name) + " is gone");
+        Require(after_.contains(name) || after_.contains(name + u".old1"),
+                ToUtf8(name) + " is gone");
 
-    for (const auto& [name, bytes] : after) {
+    for (const auto& [name, bytes] : after_) {
         const auto old = before_.find(name);
         if (old != before_.end() && old->second == bytes) continue;
         const auto expected = whole_.find(name);
         if (expected != whole_.end() && expected->second == bytes) continue;
-        if (EndsWith(name, u".jvu"))
+        if (name.ends_with(u".jvu"))
             Require(DecodeVuFile(bytes).has_value(), ToUtf8(name) + " is half");
-        if (EndsWith(name, u".sup"))
-            Require(after.contains(name + u".old1") || KeepsSettings(name),
+        if (name.ends_with(u".sup"))
+            Require(after_.contains(name + u".old1") || KeepsSettings(name),
                     ToUtf8(name) + " lost old settings");
-        if (name.starts_with(u"pub_") && !EndsWith(name, u".tmp"))
+        if (name.starts_with(u"pub_") && !name.ends_with(u".tmp"))
             Require(IsSound(name, bytes), ToUtf8(name) + " does not verify");
-        if (EndsWith(name, u".opr")) {
+        if (name.ends_with(u".opr")) {
             ProjectRecord project;
-            Require(DecodeProjectFile(bytes, project) == ProjectReadResult::kOk &&
-                        project.text.starts_with(u"Harbour") && HoldsClip(project, u"talk00"),
+            const bool isRead = DecodeProjectFile(bytes, project) == ProjectReadResult::kOk;
+            const bool holdsClip =
+                std::ranges::count(project.clips, u"talk00", &ClipEntry::name) > 0;
+            Require(isRead && project.text.starts_with(u"Harbour") && holdsClip,
                     ToUtf8(name) + " lost what it held");
         }
     }
@@ -117,27 +108,26 @@ void Inspection::CheckFiles(const Snapshot& after) {
 
 /// Whatever is not as it would be without the fault, the user knows of: from a box, or because a
 /// take ended before the stop button was pressed.
-void Inspection::CheckClaims(const Account& account, const Snapshot& after) {
-    if (!account.boxes.empty()) return;
+void Inspection::CheckClaims() {
+    if (!account_.boxes.empty()) return;
     bool takeEnded = false;
     bool takeDiscarded = false;
-    for (const TakeAccount& take : account.takes) {
+    for (const TakeAccount& take : account_.takes) {
         takeEnded |= take.endedEarly;
         takeDiscarded |= take.endedEarly && take.delivered < kShortestTake;
     }
     for (const auto& [name, bytes] : whole_) {
         // What is published says nothing of a take that ended, unless there is no such take.
         if (name.starts_with(u"pub_") ? takeDiscarded : takeEnded) continue;
-        const auto found = after.find(name);
-        Require(found != after.end() && found->second == bytes,
+        const auto found = after_.find(name);
+        Require(found != after_.end() && found->second == bytes,
                 ToUtf8(name) + " differs and nobody was told");
     }
-    Require(account.outcome == PublishOutcome::kPublished, "not published and nobody was told");
-    Require(account.saved, "not saved and nobody was told");
+    Require(account_.outcome == PublishOutcome::kPublished, "not published and nobody was told");
+    Require(account_.saved, "not saved and nobody was told");
 }
 
-void Inspection::CheckNextStart(const Account& account, const Snapshot& after,
-                                FaultyStorage::Extent extent) {
+void Inspection::CheckNextStart() {
     FakeBoxes boxes;
     const auto app = day_.Start(medium_.storage, boxes);
     if (!OpenOrCreateProject(*app, day_.ProjectPath())) {
@@ -146,12 +136,12 @@ void Inspection::CheckNextStart(const Account& account, const Snapshot& after,
     }
     Require(app->clips.Count() > 0 && app->clips.At(0).name == u"talk00",
             "the next start does not show the old clip");
-    for (std::size_t i = 0; i < account.takes.size(); ++i)
-        CheckTake(*app, account.takes[i], i, extent);
-    if (account.edits)
-        CheckEdits(*app, *account.edits);
-    else if (extent == FaultyStorage::Extent::kOnce)
-        CheckMarks(account, after);
+    for (std::size_t i = 0; i < account_.takes.size(); ++i)
+        CheckTake(*app, i);
+    if (account_.edits)
+        CheckEdits(*app);
+    else if (extent_ == FaultyStorage::Extent::kOnce)
+        CheckMarks();
     for (const MessageBox& box : boxes.shown)
         Require(box.icon == BoxIcon::kInformation, "the next start shows: " + ToUtf8(box.text));
     CheckNothingIsOverwritten(*app);
@@ -159,45 +149,46 @@ void Inspection::CheckNextStart(const Account& account, const Snapshot& after,
     const bool whole = PublishWhatIsWhole(*app, boxes);
     // What is recovered may add to the list, and levels measured from MP2 frames differ from those
     // of the recording.
-    const auto isJournal = [](const auto& file) { return EndsWith(file.first, u".rec"); };
-    const bool recovers = std::ranges::any_of(after, isJournal);
-    if (account.outcome == PublishOutcome::kPublished && whole && !recovers)
-        Require(ReadFileBytes(medium_.Path(kPublication)) == after.at(kPublication),
+    const auto isJournal = [](const auto& file) { return file.first.ends_with(u".rec"); };
+    const bool recovers = std::ranges::any_of(after_, isJournal);
+    if (account_.outcome == PublishOutcome::kPublished && whole && !recovers)
+        Require(ReadFileBytes(medium_.Path(kPublication)) == after_.at(kPublication),
                 "published something else than the takes hold");
 }
 
 /// One refused call costs no mark.
-void Inspection::CheckMarks(const Account& account, const Snapshot& after) {
-    for (std::size_t i = 0; i < account.takes.size(); ++i) {
-        const TakeAccount& take = account.takes[i];
+void Inspection::CheckMarks() {
+    for (std::size_t i = 0; i < account_.takes.size(); ++i) {
+        const TakeAccount& take = account_.takes[i];
         if (!take.started || take.endedEarly) continue;
         const auto marksIn = [](const Snapshot& files, const Text& name) {
             const auto found = files.find(name + u".jvu");
             const auto sheet = found == files.end() ? std::nullopt : DecodeVuFile(found->second);
             return sheet ? sheet->marks : std::vector<std::uint32_t>();
         };
-        Require(marksIn(after, take.name) == marksIn(whole_, wholeAccount_.takes[i].name),
+        Require(marksIn(after_, take.name) == marksIn(whole_, wholeAccount_.takes[i].name),
                 ToUtf8(take.name) + " lost marks");
     }
 }
 
 /// What was said to be done is there, and of what was refused the user knows. Clips that could not
 /// be shown, or were recovered, may stand between what was seen.
-void Inspection::CheckEdits(const Application& app, const EditAccount& edits) {
-    for (const std::string& what : edits.silent)
+void Inspection::CheckEdits(const Application& app) {
+    for (const std::string& what : account_.edits->silent)
         Require(false, what + " was refused without a box");
     const ListState list = ListOf(app.project);
     const auto stands = [&](const ListState& made) {
-        auto place = list.clips.begin();
-        for (const EditedClip& clip : made.clips) {
-            place = std::find(place, list.clips.end(), clip);
-            if (place == list.clips.end()) return false;
+        auto place = list.first.begin();
+        for (const EditedClip& clip : made.first) {
+            place = std::find(place, list.first.end(), clip);
+            if (place == list.first.end()) return false;
             ++place;
         }
-        return list.text == made.text;
+        return list.second == made.second;
     };
-    Require(std::ranges::any_of(edits.lists, stands), "the clip list lost what was saved");
-    for (const auto& [name, sheet] : edits.sheets) {
+    Require(std::ranges::any_of(account_.edits->lists, stands),
+            "the clip list lost what was saved");
+    for (const auto& [name, sheet] : account_.edits->sheets) {
         const auto found = DecodeVuFile(ReadFileBytes(medium_.Path(name + u".jvu")));
         Require(found && Sheet{found->marks, found->cuts} == sheet,
                 ToUtf8(name) + " lost saved marks or cuts");
@@ -224,12 +215,12 @@ Bytes Inspection::RecoveredSound(Application& app, const Text& take) {
 }
 
 /// Bytes of the undisturbed take that must be there again.
-std::size_t Inspection::LeastBytes(const TakeAccount& take, std::size_t index,
-                                   FaultyStorage::Extent extent) const {
+std::size_t Inspection::LeastBytes(std::size_t index) const {
+    const TakeAccount& take = account_.takes[index];
     if (take.closedBeforeFault) return sound_[index].size();
     if (!take.started || (take.endedEarly && take.delivered < kShortestTake)) return 0;
     // A fault that came and went before the take leaves it whole.
-    if (take.deliveredBeforeFault == 0 && extent != FaultyStorage::Extent::kFromThenOn &&
+    if (take.deliveredBeforeFault == 0 && extent_ != FaultyStorage::Extent::kFromThenOn &&
         !take.endedEarly)
         return sound_[index].size();
     const std::size_t pcm = std::size_t{take.deliveredBeforeFault} * Workday::kPeriodBytes;
@@ -238,12 +229,14 @@ std::size_t Inspection::LeastBytes(const TakeAccount& take, std::size_t index,
     return recording_.mp2 ? (frames - std::min<std::size_t>(frames, 1)) * kFrameBytes : pcm;
 }
 
-void Inspection::CheckTake(Application& app, const TakeAccount& take, std::size_t index,
-                           FaultyStorage::Extent extent) {
-    const std::size_t least = LeastBytes(take, index, extent);
+void Inspection::CheckTake(Application& app, std::size_t index) {
+    const std::size_t least = LeastBytes(index);
     if (least == 0) return;
-    const std::size_t same = CommonBytes(RecoveredSound(app, take.name), sound_[index]);
-    Require(same >= least, ToUtf8(take.name) + " holds " + std::to_string(same) + " of " +
+    const Text& name = account_.takes[index].name;
+    const Bytes found = RecoveredSound(app, name);
+    const auto end = std::ranges::mismatch(found, sound_[index]).in1;
+    const auto same = static_cast<std::size_t>(end - found.begin());
+    Require(same >= least, ToUtf8(name) + " holds " + std::to_string(same) + " of " +
                                std::to_string(least) + " bytes that were safe");
 }
 
@@ -255,7 +248,7 @@ void Inspection::CheckNothingIsOverwritten(Application& app) {
     Require(!medium_.storage.Exists(path), ToUtf8(name) + " would be overwritten");
     const Snapshot after = medium_.Look();
     for (const auto& [file, bytes] : before) {
-        if (!EndsWith(file, day_.SoundExtension())) continue;
+        if (!file.ends_with(day_.SoundExtension())) continue;
         const auto isSame = [&](const auto& entry) { return entry.second.size() == bytes.size(); };
         Require(std::ranges::any_of(after, isSame), ToUtf8(file) + " is gone with the next take");
     }

@@ -21,20 +21,17 @@ class Inspection {
                                                   FaultyStorage::Extent extent);
 
   private:
-    void CheckFiles(const Snapshot& after);
-    void CheckClaims(const Account& account, const Snapshot& after);
-    void CheckNextStart(const Account& account, const Snapshot& after,
-                        FaultyStorage::Extent extent);
-    void CheckTake(Application& app, const TakeAccount& take, std::size_t index,
-                   FaultyStorage::Extent extent);
-    void CheckMarks(const Account& account, const Snapshot& after);
-    void CheckEdits(const Application& app, const EditAccount& edits);
+    void CheckFiles();
+    void CheckClaims();
+    void CheckNextStart();
+    void CheckTake(Application& app, std::size_t index);
+    void CheckMarks();
+    void CheckEdits(const Application& app);
     void CheckNothingIsOverwritten(Application& app);
     [[nodiscard]] bool PublishWhatIsWhole(Application& app, FakeBoxes& boxes);
 
     [[nodiscard]] Bytes RecoveredSound(Application& app, const Text& take);
-    [[nodiscard]] std::size_t LeastBytes(const TakeAccount& take, std::size_t index,
-                                         FaultyStorage::Extent extent) const;
+    [[nodiscard]] std::size_t LeastBytes(std::size_t index) const;
     [[nodiscard]] bool KeepsSettings(const Text& name);
     [[nodiscard]] bool IsSound(const Text& publication, const Bytes& bytes);
     void Require(bool holds, const std::string& text);
@@ -47,6 +44,11 @@ class Inspection {
     Account wholeAccount_;
     std::array<Bytes, 2> sound_;  // of its takes
     std::set<Bytes> verified_;    // publications; most runs end with one that is known
+
+    // The day that is looked at now, and what it left.
+    Account account_;
+    FaultyStorage::Extent extent_ = FaultyStorage::Extent::kOnce;
+    Snapshot after_;
     std::vector<std::string> faults_;
 };
 

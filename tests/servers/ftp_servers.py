@@ -1,14 +1,13 @@
-"""vsftpd, pure-ftpd, proftpd and pyftpdlib, each with one account that may write.
+"""vsftpd, pure-ftpd and proftpd, each with one account that may write.
 
     with Proftpd(rest="stor-refused") as server:
         ... server.account() ...; server.root / "file"
 
-rest: "on"; "refused" (REST is answered with an error: vsftpd, pyftpdlib); "stor-refused" (REST is
-accepted, the STOR that follows is not: proftpd). tls: None, "explicit", "implicit" (vsftpd and
-proftpd), with a `certificate` (certificates.Certificate); pyftpdlib has none.
+rest: "on"; "refused" (REST is answered with an error: vsftpd); "stor-refused" (REST is accepted, the
+STOR that follows is not: proftpd). tls: None, "explicit", "implicit" (vsftpd and proftpd), with a
+`certificate` (certificates.Certificate).
 """
 
-import shutil
 import subprocess
 from typing import NamedTuple
 
@@ -25,43 +24,23 @@ class Account(NamedTuple):
 
 
 class FtpServer(Server):
-    user = "reporter"
-    password = "secret"
-    rest_choices = ("on",)
-    tls_choices = (None,)
-
-    def __init__(self, rest="on", tls=None, certificate=None, **options):
-        super().__init__(**options)
-        if rest not in self.rest_choices or tls not in self.tls_choices:
-            raise ValueError(f"{type(self).__name__} cannot do rest={rest}, tls={tls}")
-        self.rest, self.tls, self.certificate = rest, tls, certificate
-        self.port, *self.passive = self.ports.all
+    def __init__(self, rest="on", tls=None, certificate=None):
+        super().__init__(certificate)
+        self.rest, self.tls = rest, tls
+        self.greets_first = tls != "implicit"
+        self.passive = self.ports[1:]
         self.root = self.home / "root"
-
-    def configure(self):
         self.preload()
-        if self.tls:
-            shutil.copy(self.certificate.certificate, self.home / "certificate.pem")
-            shutil.copy(self.certificate.key, self.home / "key.pem")
-        self.settings()
-
-    def silent_greeting(self):
-        return self.tls == "implicit"
 
     def account(self, port=None, **changes):
         """The account, at the port of a proxy if one is given."""
         return Account(HOST, port or self.port, self.user, self.password,
                        str(self.root))._replace(**changes)
 
-    def read_only(self, on=True):
-        self.root.chmod(0o555 if on else 0o755)
-
 
 class Vsftpd(FtpServer):
     """Without privileges vsftpd knows anonymous alone; a list of passwords makes it an account."""
     user = "anonymous"
-    rest_choices = ("on", "refused")
-    tls_choices = (None, "explicit", "implicit")
 
     def settings(self):
         options = {
@@ -101,7 +80,6 @@ def password_hash(password):
 
 class PureFtpd(FtpServer):
     """The slowest to refuse a log-in: it waits for seconds."""
-    tls_choices = (None, "explicit")
 
     def settings(self):
         passwd = self.write("passwd", f"{self.user}:{password_hash(self.password)}:{UID}:{GID}::"
@@ -109,22 +87,15 @@ class PureFtpd(FtpServer):
         self.program("usr/sbin/pure-ftpd")
         subprocess.run([self.program("usr/bin/pure-pw"), "mkdb", self.home / "users.pdb", "-f",
                         passwd], check=True)
-        if self.tls:
-            self.write("both.pem", (self.home / "key.pem").read_text() +
-                       (self.home / "certificate.pem").read_text())
 
     def command(self):
-        encryption = ["-Y", "2", "-2", self.home / "both.pem"] if self.tls else ["-Y", "0"]
         return [self.home / "bin/pure-ftpd", "-S", f"{HOST},{self.port}", "-4", "-H", "-E", "-d",
                 "-l", f"puredb:{self.home}/users.pdb", "-u", "1", "-f", "none",
                 "-g", self.home / "pid", "-O", f"clf:{self.log}",
-                "-p", f"{self.passive[0]}:{self.passive[-1]}", *encryption]
+                "-p", f"{self.passive[0]}:{self.passive[-1]}", "-Y", "0"]
 
 
 class Proftpd(FtpServer):
-    rest_choices = ("on", "stor-refused")
-    tls_choices = (None, "explicit", "implicit")
-
     def settings(self):
         self.program("usr/sbin/proftpd")
         self.preload("libnss_wrapper.so")
@@ -162,10 +133,10 @@ ControlsSocket {self.home}/control
             text = f"ModulePath {self.home}/bin\nLoadModule mod_tls.c\n" + text + f"""
 TLSEngine on
 TLSRequired on
-TLSOptions {"UseImplicitSSL" if self.tls == "implicit" else "none"}
+{"TLSOptions UseImplicitSSL" if self.tls == "implicit" else ""}
 TLSRSACertificateFile {self.home}/certificate.pem
 TLSRSACertificateKeyFile {self.home}/key.pem
-""".replace("TLSOptions none\n", "")
+"""
             (self.home / "key.pem").chmod(0o600)
         self.write("conf", text)
 
@@ -173,39 +144,4 @@ TLSRSACertificateKeyFile {self.home}/key.pem
         return [self.home / "bin/proftpd", "-n", "-c", self.home / "conf"]
 
 
-PYTHON_SERVER = """
-import logging, sys
-from pyftpdlib.authorizers import DummyAuthorizer
-from pyftpdlib.handlers import FTPHandler
-from pyftpdlib.servers import FTPServer
-host, port, first, last, root, user, password, log, rest = sys.argv[1:]
-logging.basicConfig(filename=log, level=logging.INFO)
-authorizer = DummyAuthorizer()
-authorizer.add_user(user, password, root, perm="elradfmwMT")
-FTPHandler.authorizer = authorizer
-FTPHandler.auth_failed_timeout = 1
-FTPHandler.passive_ports = range(int(first), int(last) + 1)
-if rest == "refused":
-    del FTPHandler.proto_cmds["REST"]
-FTPServer((host, int(port)), FTPHandler).serve_forever()
-"""
-
-
-class Pyftpdlib(FtpServer):
-    """Shows its root as `/`."""
-    rest_choices = ("on", "refused")
-
-    def settings(self):
-        self.program("usr/lib/python3/dist-packages/pyftpdlib")
-        self.environment["PYTHONPATH"] = str(self.home / "bin")
-
-    def account(self, port=None, **changes):
-        return super().account(port, **({"folder": "/"} | changes))
-
-    def command(self):
-        return ["/usr/bin/python3", "-W", "ignore", "-c", PYTHON_SERVER, HOST, self.port,
-                self.passive[0], self.passive[-1], self.root, self.user, self.password, self.log,
-                self.rest]
-
-
-FTP_SERVERS = (Vsftpd, PureFtpd, Proftpd, Pyftpdlib)
+FTP_SERVERS = (Vsftpd, PureFtpd, Proftpd)

@@ -1,16 +1,15 @@
-"""Exim and Postfix as they come from Debian: one account, one mailbox, everything on high ports.
+"""Postfix as it comes from Debian: one account, one mailbox, everything on high ports.
 
-    with Exim(certificate=certificates.good) as server:
+    with Postfix(certificate=certificates.good) as server:
         ... server.port (plain, STARTTLS), server.tls_port (TLS from the first byte) ...
         message = server.wait_for_messages(1)[0]
 
-Log-in is by CRAM-MD5 or LOGIN as reporter, secret; `mechanisms` narrows that, `log_in=False` takes
-mail without. Only reporter@desk.localhost is known; other recipients are refused.
+Log-in is by CRAM-MD5 or LOGIN as reporter, secret. Only reporter@desk.localhost is known; other
+recipients are refused.
 """
 
 import email
 import email.policy
-import shutil
 import subprocess
 import tempfile
 import time
@@ -19,24 +18,14 @@ from pathlib import Path
 from .process import GID, HOST, UID, Server, ServerFailed
 
 
-class MailServer(Server):
-    user = "reporter"
-    password = "secret"
-    recipient = "reporter@desk.localhost"
+class Postfix(Server):
+    """Postfix insists on root and on users of its own: both are pretended."""
 
-    def __init__(self, certificate=None, log_in=True, mechanisms=("CRAM-MD5", "LOGIN"), **options):
-        super().__init__(**options)
-        self.certificate, self.log_in, self.mechanisms = certificate, log_in, mechanisms
-        self.port, self.tls_port, *_ = self.ports.all
+    def __init__(self, certificate=None):
+        super().__init__(certificate)
+        self.tls_port = self.ports[1]
         self.mailbox = self.home / "mail"
-
-    def configure(self):
         self.mailbox.mkdir()
-        self.pretend_users({"root": 0, self.system_user: UID, "other": 65533, "postdrop": 65532})
-        if self.certificate:
-            shutil.copy(self.certificate.certificate, self.home / "certificate.pem")
-            shutil.copy(self.certificate.key, self.home / "key.pem")
-        self.settings()
 
     def messages(self):
         """The delivered messages, byte for byte, oldest first."""
@@ -52,83 +41,8 @@ class MailServer(Server):
             time.sleep(0.02)
         return found
 
-
-class Exim(MailServer):
-    system_user = "Debian-exim"
-
     def settings(self):
-        self.preload("libnss_wrapper.so")
-        self.program("usr/sbin/exim4")
-        tls = f"""
-tls_advertise_hosts = *
-tls_certificate = {self.home}/certificate.pem
-tls_privatekey = {self.home}/key.pem
-tls_on_connect_ports = {self.tls_port}
-""" if self.certificate else "tls_advertise_hosts =\n"
-        authenticators = {"CRAM-MD5": f"""
-cram:
-  driver = cram_md5
-  public_name = CRAM-MD5
-  server_secret = ${{if eq{{$auth1}}{{{self.user}}}{{{self.password}}}fail}}
-""", "LOGIN": f"""
-login:
-  driver = plaintext
-  public_name = LOGIN
-  server_prompts = Username:: : Password::
-  server_condition = ${{if and{{{{eq{{$auth1}}{{{self.user}}}}}{{eq{{$auth2}}{{{self.password}}}}}}}}}
-"""}
-        chosen = "".join(authenticators[m] for m in self.mechanisms) if self.log_in else ""
-        ports = f"{HOST}.{self.port}" + (f" : {HOST}.{self.tls_port}" if self.certificate else "")
-        self.write("conf", f"""
-primary_hostname = localhost
-qualify_domain = localhost
-exim_user = {UID}
-exim_group = {GID}
-never_users =
-deliver_drop_privilege = true
-keep_environment = LD_PRELOAD : NSS_WRAPPER_PASSWD : NSS_WRAPPER_GROUP
-add_environment = PATH=/usr/bin
-spool_directory = {self.home}/spool
-log_file_path = {self.home}/%slog
-pid_file_path = {self.home}/pid
-local_interfaces = {ports}
-host_lookup =
-rfc1413_hosts =
-message_size_limit = 500M
-{tls}
-acl_smtp_rcpt = recipient
-begin acl
-recipient:
-  deny condition = ${{if !eq{{$local_part@$domain}}{{{self.recipient}}}}}
-       message = no such user here
-  {"deny !authenticated = *" if self.log_in else ""}
-  accept
-begin routers
-all:
-  driver = accept
-  transport = maildir
-begin transports
-maildir:
-  driver = appendfile
-  directory = {self.mailbox}
-  user = {UID}
-  group = {GID}
-  maildir_format
-begin authenticators
-{chosen}
-""").chmod(0o644)
-        (self.home / "spool").mkdir()
-        self.log = self.home / "mainlog"
-
-    def command(self):
-        return [self.home / "bin/exim4", "-C", self.home / "conf", "-bdf"]
-
-
-class Postfix(MailServer):
-    """Postfix insists on root and on users of its own: both are pretended."""
-    system_user = "postfix"
-
-    def settings(self):
+        self.pretend_users({"root": 0, "postfix": UID, "other": 65533, "postdrop": 65532})
         self.preload("libnss_wrapper.so", "libuid_wrapper.so")
         libraries = self.program("usr/lib/postfix")
         options = {
@@ -140,14 +54,13 @@ class Postfix(MailServer):
             "inet_protocols": "ipv4", "myhostname": "localhost", "mydestination": "",
             "mynetworks": "", "alias_maps": "", "alias_database": "",
             "virtual_mailbox_domains": "desk.localhost", "virtual_mailbox_base": self.home,
-            "virtual_mailbox_maps": f"inline:{{ {self.recipient}=mail/ }}",
+            "virtual_mailbox_maps": f"inline:{{ reporter@desk.localhost=mail/ }}",
             "virtual_uid_maps": f"static:{UID}", "virtual_gid_maps": f"static:{GID}",
             "virtual_minimum_uid": "1", "virtual_mailbox_limit": "0", "message_size_limit": "0",
             "maillog_file": self.log, "maillog_file_prefixes": self.home,
-            "smtpd_sasl_auth_enable": "yes" if self.log_in else "no",
+            "smtpd_sasl_auth_enable": "yes",
             "smtpd_sasl_local_domain": "localhost",
-            "smtpd_recipient_restrictions":
-                "permit_sasl_authenticated, reject" if self.log_in else "reject_unauth_destination",
+            "smtpd_recipient_restrictions": "permit_sasl_authenticated, reject",
             "smtpd_tls_security_level": "may" if self.certificate else "none",
             "smtpd_tls_cert_file": self.home / "certificate.pem",
             "smtpd_tls_key_file": self.home / "key.pem",
@@ -176,7 +89,7 @@ postlog unix-dgram n - n - 1 postlogd
         self.write("etc/sasl/smtpd.conf", f"""pwcheck_method: auxprop
 auxprop_plugin: sasldb
 sasldb_path: {self.home}/users.db
-mech_list: {" ".join(self.mechanisms)}
+mech_list: CRAM-MD5 LOGIN
 """)
         subprocess.run([self.program("usr/sbin/saslpasswd2"), "-p", "-c", "-f",
                         self.home / "users.db", "-u", "localhost", self.user],
@@ -190,9 +103,6 @@ mech_list: {" ".join(self.mechanisms)}
 
     def command(self):
         return [self.home / "bin/postfix/sbin/master", "-c", self.home / "etc", "-d"]
-
-
-MAIL_SERVERS = (Exim, Postfix)
 
 
 def attachments(message):

@@ -28,48 +28,52 @@ class ServerFailed(Exception):
     """A server that did not start; carries what it printed and logged."""
 
 
-class Ports:
-    """Forty ports of its own, away from those that the system gives to clients; a name bound for as
-    long as this lives keeps every other test process from them."""
-
-    COUNT = 40
-
-    def __init__(self):
-        self.claim = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
-        for first in range(10000, 32000, self.COUNT):
-            try:
-                self.claim.bind(f"\0orma-test-ports-{first}")
-                for port in range(first, first + self.COUNT):
-                    with socket.socket() as probe:
-                        probe.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
-                        probe.bind((HOST, port))
-            except OSError:
-                self.claim.close()
-                self.claim = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
-                continue
-            self.all = range(first, first + self.COUNT)
-            return
-        raise ServerFailed("every port is taken")
+def claim_ports(count=40):
+    """Ports away from those that the system gives to clients, and the bound name that keeps every
+    other test process from them until it is closed."""
+    for first in range(10000, 32000, count):
+        claim = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        try:
+            claim.bind(f"\0orma-test-ports-{first}")
+            for port in range(first, first + count):
+                with socket.socket() as probe:
+                    probe.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+                    probe.bind((HOST, port))
+        except OSError:
+            claim.close()
+            continue
+        return range(first, first + count), claim
+    raise ServerFailed("every port is taken")
 
 
 class Server:
-    """Base of every real server; use as a context manager. `limit` seconds end it in any case."""
+    """Base of every real server; use as a context manager. A subclass has settings(), which writes
+    the configuration into home, and command(), which stays in the foreground."""
 
-    def __init__(self, limit=600):
-        self.limit = limit
+    LIMIT = 3600  # seconds that end it in any case
+    user = "reporter"
+    password = "secret"
+    greets_first = True
+
+    def __init__(self, certificate=None):
+        self.certificate = certificate
         self.environment = {}
         self.process = None
-        self.ports = Ports()
+        self.ports, self.claim = claim_ports()
+        self.port = self.ports[0]
         self.home = Path(tempfile.mkdtemp(prefix="orma-server-"))
         self.home.chmod(0o755)
         self.log = self.home / "log"
         self.disk_limit = self.home / "disk-limit"
         for name in ("bin", "root"):
             (self.home / name).mkdir()
+        if certificate:
+            shutil.copy(certificate.certificate, self.home / "certificate.pem")
+            shutil.copy(certificate.key, self.home / "key.pem")
 
     def __enter__(self):
         try:
-            self.configure()
+            self.settings()
             self.start()
         except BaseException:
             self.__exit__()
@@ -78,16 +82,8 @@ class Server:
 
     def __exit__(self, *_):
         self.kill()
-        self.ports.claim.close()
+        self.claim.close()
         shutil.rmtree(self.home, ignore_errors=True)
-
-    def configure(self):
-        """Writes the configuration into home."""
-        raise NotImplementedError
-
-    def command(self):
-        """The command line; it stays in the foreground."""
-        raise NotImplementedError
 
     def program(self, path):
         """Copies a program, or a whole folder, from the unpacked packages; returns the copy."""
@@ -131,7 +127,7 @@ class Server:
         self.own()
         with open(self.home / "output", "ab") as output:
             self.process = subprocess.Popen(
-                [sys.executable, supervisor.__file__, str(self.limit), str(UID),
+                [sys.executable, supervisor.__file__, str(self.LIMIT), str(UID),
                  *map(str, self.command())],
                 stdin=subprocess.PIPE, start_new_session=True, stdout=output, stderr=output,
                 cwd=self.home,
@@ -148,13 +144,9 @@ class Server:
         try:
             with socket.create_connection((HOST, self.port), 1) as link:
                 link.settimeout(5)
-                return self.silent_greeting() or link.recv(3) == b"220"
+                return not self.greets_first or link.recv(3) == b"220"
         except OSError:
             return False
-
-    def silent_greeting(self):
-        """True where the client speaks first (implicit TLS)."""
-        return False
 
     def kill(self):
         """Ends the server and all its sessions at once, as a power cut does."""

@@ -1,15 +1,15 @@
 """Proxies between client and server that break at an exact byte.
 
-    with FtpProxy(server) as proxy:
+    with FtpProxy(server.port) as proxy:
         proxy.when(100_000, proxy.cut_data)      # once, after that many uploaded bytes
         ... client at proxy.port ...
         proxy.check_fired()
 
-FtpProxy follows one plain FTP server: it rewrites the replies to PASV and EPSV and counts the bytes
-of the data connections. TcpProxy passes one connection after another through untouched (SMTP, TLS)
-and counts the bytes to the server. Actions for `when`: cut_data (reset), end_data (a clean end),
-drop_control (data goes on), drop_all, freeze (until thaw), or any callable; they run in the thread
-that forwards, when exactly so many bytes went through. Only uploads count.
+FtpProxy follows one plain FTP server: it rewrites the replies to EPSV and counts the bytes of the
+data connections. TcpProxy passes one connection after another through untouched (SMTP) and counts
+the bytes to the server. Actions for `when`: cut_data (reset), end_data (a clean end), drop_control
+(data goes on), drop_all, freeze (until thaw), or any callable; they run in the thread that forwards,
+when exactly so many bytes went through. Only uploads count.
 """
 
 import re
@@ -26,6 +26,7 @@ class TcpProxy:
         self.server_port = port
         self.uploaded = 0  # bytes that went to the server since the start
         self.armed = []  # (byte, action), the next one first
+        self.timers = []
         self.running = threading.Event()
         self.running.set()
         self.ended = False
@@ -40,6 +41,8 @@ class TcpProxy:
         return self
 
     def __exit__(self, *_):
+        for timer in self.timers:
+            timer.join()
         self.ended = True
         self.listener.close()
         self.running.set()
@@ -49,6 +52,11 @@ class TcpProxy:
         """Arms an action at a byte count from now on."""
         with self.lock:
             self.armed = sorted([*self.armed, (self.uploaded + byte, action)], key=lambda a: a[0])
+
+    def later(self, seconds, action):
+        """Does so in that time, while the proxy lives."""
+        self.timers.append(threading.Timer(seconds, action))
+        self.timers[-1].start()
 
     def check_fired(self):
         """An accident that did not happen proves nothing."""
@@ -162,11 +170,6 @@ class TcpProxy:
 
 
 class FtpProxy(TcpProxy):
-    """In front of an FtpServer without TLS, or of any `port`."""
-
-    def __init__(self, server=None, port=None):
-        super().__init__(port or server.port)
-
     def _serve(self, client):
         left = b""
 
@@ -178,17 +181,8 @@ class FtpProxy(TcpProxy):
         self._join(client, self.server_port, "control", rewrite)
 
     def _reply(self, line):
-        passive = re.match(rb"227 .*?(\d+,\d+,\d+,\d+),(\d+),(\d+)", line)
-        extended = re.match(rb"229 .*\(\|\|\|(\d+)\|\)", line)
-        if passive:
-            port = int(passive[2]) * 256 + int(passive[3])
-        elif extended:
-            port = int(extended[1])
-        else:
+        if not (passive := re.match(rb"229 .*\(\|\|\|(\d+)\|\)", line)):
             return line
         listener = socket.create_server((HOST, 0))
-        here = listener.getsockname()[1]
-        self._accept(listener, lambda client: self._join(client, port, "data"), once=True)
-        if passive:
-            return b"227 Entering Passive Mode (127,0,0,1,%d,%d).\r\n" % divmod(here, 256)
-        return b"229 Entering Extended Passive Mode (|||%d|)\r\n" % here
+        self._accept(listener, lambda client: self._join(client, int(passive[1]), "data"), once=True)
+        return b"229 Extended Passive Mode (|||%d|)\r\n" % listener.getsockname()[1]

@@ -8,6 +8,7 @@ import ctypes
 import os
 import select
 import signal
+import subprocess
 import sys
 import time
 from pathlib import Path
@@ -45,31 +46,14 @@ def signal_all(pid, number):
 
 def main(seconds, uid, *command):
     ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+    nobody = {"user": int(uid), "group": int(uid), "extra_groups": []} if os.getuid() == 0 else {}
+    server = subprocess.Popen(command, stdin=subprocess.DEVNULL, start_new_session=True,
+                              umask=0o022, **nobody)
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, signal.SIG_IGN)  # meant for the test, whose end is seen anyway
-    server = os.fork()
-    if server == 0:
-        for number in range(1, 32):
-            if number not in (signal.SIGKILL, signal.SIGSTOP):
-                signal.signal(number, signal.SIG_DFL)
-        null = os.open(os.devnull, os.O_RDWR)
-        os.dup2(null, 0)
-        os.setsid()
-        if os.getuid() == 0 and int(uid):
-            os.setgroups([])
-            os.setgid(int(uid))
-            os.setuid(int(uid))
-        os.umask(0o022)
-        os.execv(command[0], command)
     end = time.monotonic() + float(seconds)
-    running = True
-    while running and time.monotonic() < end:
+    while server.poll() is None and time.monotonic() < end:
         if select.select([0], [], [], 0.05)[0]:
-            break
-        try:
-            while (ended := os.waitpid(-1, os.WNOHANG)[0]) != 0:
-                running = running and ended != server
-        except ChildProcessError:
             break
     while signal_all(os.getpid(), signal.SIGKILL):
         time.sleep(0.005)

@@ -1,64 +1,41 @@
 #include "support/fake_event_loop.h"
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 
 namespace orma::test {
 
-struct FakeEventLoop::Tick {
-    std::uint64_t dueMs;
-    std::uint32_t periodMs;
-    std::function<void()> tick;
-};
-
-struct FakeEventLoop::Wake {
-    explicit Wake(std::function<void()> call) : handler(std::move(call)) {}
-
-    std::atomic<bool> signalled = false;
-    std::function<void()> handler;
-};
-
 class FakeEventLoop::FakeTimer : public Timer {
   public:
-    FakeTimer(FakeEventLoop& loop, std::shared_ptr<Tick> tick)
-        : loop_(loop), tick_(std::move(tick)) {}
-    ~FakeTimer() override { loop_.ticks_.remove(tick_); }
+    explicit FakeTimer(std::shared_ptr<Tick> tick) : tick_(std::move(tick)) {}
 
   private:
-    FakeEventLoop& loop_;
     std::shared_ptr<Tick> tick_;
 };
 
 class FakeEventLoop::FakeWakeup : public Wakeup {
   public:
-    FakeWakeup(FakeEventLoop& loop, std::shared_ptr<Wake> wake)
-        : loop_(loop), wake_(std::move(wake)) {}
-    ~FakeWakeup() override { loop_.wakes_.remove(wake_); }
+    explicit FakeWakeup(std::shared_ptr<Wake> wake) : wake_(std::move(wake)) {}
     void Signal() noexcept override { wake_->signalled = true; }
 
   private:
-    FakeEventLoop& loop_;
     std::shared_ptr<Wake> wake_;
 };
 
-FakeEventLoop::FakeEventLoop() = default;
-FakeEventLoop::~FakeEventLoop() = default;
-
-void FakeEventLoop::Post(std::function<void()> task) {
-    tasks_.push_back(std::move(task));
-}
-
 std::unique_ptr<Timer> FakeEventLoop::StartTimer(std::uint32_t periodMs,
                                                  std::function<void()> tick) {
-    ticks_.push_back(std::make_shared<Tick>(
-        Tick{nowMs_ + std::max(periodMs, 1u), std::max(periodMs, 1u), std::move(tick)}));
-    return std::make_unique<FakeTimer>(*this, ticks_.back());
+    const std::uint32_t period = std::max(periodMs, 1u);
+    auto made = std::make_shared<Tick>(Tick{nowMs_ + period, period, std::move(tick)});
+    ticks_.push_back(made);
+    return std::make_unique<FakeTimer>(std::move(made));
 }
 
 std::unique_ptr<Wakeup> FakeEventLoop::CreateWakeup(std::function<void()> handler) {
-    wakes_.push_back(std::make_shared<Wake>(std::move(handler)));
-    return std::make_unique<FakeWakeup>(*this, wakes_.back());
+    wakes_.remove_if([](const auto& entry) { return entry.expired(); });
+    auto made = std::make_shared<Wake>();
+    made->handler = std::move(handler);
+    wakes_.push_back(made);
+    return std::make_unique<FakeWakeup>(std::move(made));
 }
 
 int FakeEventLoop::Run() {
@@ -84,23 +61,28 @@ bool FakeEventLoop::RunOne() {
         task();
         return true;
     }
-    const auto found = std::find_if(wakes_.begin(), wakes_.end(),
-                                    [](const auto& wake) { return wake->signalled.load(); });
-    if (found == wakes_.end()) return false;
-    const std::shared_ptr<Wake> wake = *found;  // the handler may destroy its own wake-up
-    wake->signalled = false;
-    wake->handler();
-    return true;
+    for (const auto& entry : wakes_) {
+        const auto wake = entry.lock();  // the handler may destroy its own wake-up
+        if (wake && wake->signalled.exchange(false)) {
+            wake->handler();
+            return true;
+        }
+    }
+    return false;
+}
+
+std::shared_ptr<FakeEventLoop::Tick> FakeEventLoop::NextTick() {
+    ticks_.remove_if([](const auto& entry) { return entry.expired(); });
+    std::shared_ptr<Tick> next;
+    for (const auto& entry : ticks_)
+        if (const auto tick = entry.lock(); !next || tick->dueMs < next->dueMs) next = tick;
+    return next;
 }
 
 void FakeEventLoop::Advance(std::uint32_t ms) {
     const std::uint64_t end = nowMs_ + ms;
     RunPending();
-    while (!ticks_.empty()) {
-        const auto next =
-            std::min_element(ticks_.begin(), ticks_.end(),
-                             [](const auto& a, const auto& b) { return a->dueMs < b->dueMs; });
-        const std::shared_ptr<Tick> tick = *next;  // it may destroy its own timer
+    while (const std::shared_ptr<Tick> tick = NextTick()) {  // which may destroy its own timer
         if (tick->dueMs > end) break;
         nowMs_ = tick->dueMs;
         tick->dueMs += tick->periodMs;

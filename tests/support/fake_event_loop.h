@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <list>
@@ -13,10 +14,7 @@ namespace orma::test {
 /// time passes in Advance alone. One thread, but for Wakeup::Signal.
 class FakeEventLoop : public EventLoop {
   public:
-    FakeEventLoop();
-    ~FakeEventLoop() override;
-
-    void Post(std::function<void()> task) override;
+    void Post(std::function<void()> task) override { tasks_.push_back(std::move(task)); }
     [[nodiscard]] std::unique_ptr<Timer> StartTimer(std::uint32_t periodMs,
                                                     std::function<void()> tick) override;
     [[nodiscard]] std::unique_ptr<Wakeup> CreateWakeup(std::function<void()> handler) override;
@@ -33,16 +31,24 @@ class FakeEventLoop : public EventLoop {
     void Advance(std::uint32_t ms);
 
   private:
-    struct Tick;
-    struct Wake;
+    struct Tick {
+        std::uint64_t dueMs;
+        std::uint32_t periodMs;
+        std::function<void()> tick;
+    };
+    struct Wake {
+        std::function<void()> handler;
+        std::atomic<bool> signalled = false;
+    };
     class FakeTimer;
     class FakeWakeup;
 
     bool RunOne();
+    std::shared_ptr<Tick> NextTick();
 
     std::deque<std::function<void()>> tasks_;
-    std::list<std::shared_ptr<Tick>> ticks_;
-    std::list<std::shared_ptr<Wake>> wakes_;
+    std::list<std::weak_ptr<Tick>> ticks_;  // a timer or wake-up owns its entry
+    std::list<std::weak_ptr<Wake>> wakes_;
     std::uint64_t nowMs_ = 0;
     bool quit_ = false;
     int code_ = 0;

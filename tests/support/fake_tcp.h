@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <map>
 #include <string>
@@ -15,16 +16,30 @@ namespace orma::test {
 /// has hung up.
 class FakeTcp : public TcpConnections {
   public:
-    [[nodiscard]] NetworkResult FindName(const std::string& name, Patience& patience,
-                                         Ipv4Address& address) override;
-    [[nodiscard]] NetworkResult FindAddress(const std::string& dotted, Patience& patience,
-                                            Ipv4Address& address) override;
-    [[nodiscard]] NetworkResult Connect(const Ipv4Address& address, std::uint16_t port,
-                                        Patience& patience,
-                                        std::unique_ptr<TcpConnection>& connection) override;
+    [[nodiscard]] NetworkResult FindName(const std::string& name, Patience&,
+                                         Ipv4Address&) override {
+        lookUps.push_back("name " + name);
+        return find;
+    }
+    [[nodiscard]] NetworkResult FindAddress(const std::string& dotted, Patience&,
+                                            Ipv4Address&) override {
+        lookUps.push_back("address " + dotted);
+        return find;
+    }
+    [[nodiscard]] NetworkResult Connect(const Ipv4Address&, std::uint16_t toPort, Patience&,
+                                        std::unique_ptr<TcpConnection>& connection) override {
+        port = toPort;
+        if (connect.Ok()) connection = std::make_unique<Connection>(*this);
+        return connect;
+    }
 
     /// All that was sent, as one text.
-    [[nodiscard]] std::string Sent() const;
+    [[nodiscard]] std::string Sent() const {
+        std::string all;
+        for (const std::string& send : sends)
+            all += send;
+        return all;
+    }
 
     std::deque<std::string> replies;
     std::vector<std::string> sends;            // one for each send; "<TLS>" where TLS began
@@ -36,6 +51,36 @@ class FakeTcp : public TcpConnections {
     NetworkResult silence{NetworkResult::End::kTimedOut};
     std::size_t failingSend = SIZE_MAX;  // from this one on, sending fails
     bool isOpen = false;
+
+  private:
+    class Connection : public TcpConnection {
+      public:
+        explicit Connection(FakeTcp& server) : server_(server) { server_.isOpen = true; }
+        ~Connection() override { server_.isOpen = false; }
+        Connection(const Connection&) = delete;
+        Connection& operator=(const Connection&) = delete;
+
+        NetworkResult Receive(std::span<std::uint8_t> into, std::size_t& got, unsigned) override {
+            if (server_.replies.empty()) return {NetworkResult::End::kClosed};
+            std::string reply = server_.replies.front();
+            server_.replies.pop_front();
+            if (reply.empty()) return server_.silence;
+            got = std::min(reply.size(), into.size());
+            std::copy_n(reply.begin(), got, into.begin());
+            server_.heard[server_.sends.size()].append(reply, 0, got);
+            if (got < reply.size()) server_.replies.push_front(reply.substr(got));
+            return {};
+        }
+
+        NetworkResult Send(ByteSpan bytes) override {
+            if (server_.sends.size() >= server_.failingSend) return {NetworkResult::End::kFailed};
+            server_.sends.emplace_back(bytes.begin(), bytes.end());
+            return {};
+        }
+
+      private:
+        FakeTcp& server_;
+    };
 };
 
 /// TLS that only leaves its mark, or fails as told.
@@ -43,9 +88,14 @@ class FakeTls : public TlsConnections {
   public:
     explicit FakeTls(FakeTcp& tcp) : tcp_(tcp) {}
 
-    [[nodiscard]] TlsFailure Secure(std::unique_ptr<TcpConnection> plain, const TlsPeer& peer,
-                                    unsigned milliseconds,
-                                    std::unique_ptr<TcpConnection>& secured) override;
+    [[nodiscard]] TlsFailure Secure(std::unique_ptr<TcpConnection> plain, const TlsPeer& whom,
+                                    unsigned, std::unique_ptr<TcpConnection>& secured) override {
+        peer = whom;
+        if (failure != TlsFailure::kNone) return failure;
+        tcp_.sends.emplace_back("<TLS>");
+        secured = std::move(plain);
+        return failure;
+    }
 
     TlsFailure failure = TlsFailure::kNone;
     TlsPeer peer;

@@ -6,10 +6,6 @@
 
 namespace orma::test {
 
-std::size_t FakeWaveScript::Count(const std::string& call) const {
-    return static_cast<std::size_t>(std::count(calls.begin(), calls.end(), call));
-}
-
 WaveResult FakeWaveScript::Note(const std::string& call) {
     calls.push_back(call);
     for (const std::string& key : {call + "#" + std::to_string(Count(call)), call})
@@ -64,10 +60,6 @@ void FakeWaveIn::FlushReset() {
         backlog.erase(backlog.begin(), backlog.begin() + static_cast<std::ptrdiff_t>(part));
         Deliver(bytes);
     }
-}
-
-void FakeWaveIn::Lose(WaveLoss reason) {
-    if (events != nullptr) events->OnWaveInLost(reason);
 }
 
 bool FakeWaveOut::FinishOne() {

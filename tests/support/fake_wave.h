@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <map>
 #include <memory>
@@ -38,7 +39,9 @@ struct FakeWaveScript {
     bool flushOnReset = true;
 
     /// How often a call was made.
-    [[nodiscard]] std::size_t Count(const std::string& call) const;
+    [[nodiscard]] std::size_t Count(const std::string& call) const {
+        return static_cast<std::size_t>(std::ranges::count(calls, call));
+    }
 
     /// Notes the call and returns the result that the script holds for it.
     WaveResult Note(const std::string& call);
@@ -61,7 +64,9 @@ struct FakeWaveIn : FakeWaveScript {
     void FlushReset();
 
     /// Tells the user that the device delivers no more.
-    void Lose(WaveLoss reason);
+    void Lose(WaveLoss reason) {
+        if (events != nullptr) events->OnWaveInLost(reason);
+    }
 
     Bytes backlog;  // what Reset hands out; what no buffer takes stays until the next Start
     std::uint64_t lostFrames = 0;

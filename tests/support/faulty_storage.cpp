@@ -31,20 +31,20 @@ class FaultyFile : public StorageFile {
         return error;
     }
     SystemError Seek(std::int64_t offset, SeekFrom origin, std::uint64_t& position) override {
-        if (const SystemError error = storage_.Next(FaultyStorage::kSeek, path_)) return error;
-        return real_->Seek(offset, origin, position);
+        const SystemError error = storage_.Next(FaultyStorage::kSeek, path_);
+        return error != 0 ? error : real_->Seek(offset, origin, position);
     }
     SystemError Size(std::uint64_t& bytes) override {
         const SystemError error = storage_.Next(FaultyStorage::kLook, path_);
         return error != 0 ? error : real_->Size(bytes);
     }
     SystemError Truncate(std::uint64_t bytes) override {
-        if (const SystemError error = storage_.Next(FaultyStorage::kTruncate, path_)) return error;
-        return real_->Truncate(bytes);
+        const SystemError error = storage_.Next(FaultyStorage::kTruncate, path_);
+        return error != 0 ? error : real_->Truncate(bytes);
     }
     SystemError Flush() override {
-        if (const SystemError error = storage_.Next(FaultyStorage::kFlush, path_)) return error;
-        return real_->Flush();
+        const SystemError error = storage_.Next(FaultyStorage::kFlush, path_);
+        return error != 0 ? error : real_->Flush();
     }
     void BeginFlush() override { real_->BeginFlush(); }
     SystemError Close() override {
@@ -95,22 +95,6 @@ SystemError FaultyStorage::Open(const Text& path, const OpenMode& mode,
     if (const SystemError error = real_.Open(path, mode, real)) return error;
     file = std::make_unique<FaultyFile>(*this, std::move(real), path);
     return 0;
-}
-
-SystemError FaultyStorage::Map(const Text& path, std::size_t bytes,
-                               std::unique_ptr<MappedFile>& file) {
-    if (const SystemError error = Next(kMap, path)) return error;
-    return real_.Map(path, bytes, file);
-}
-
-SystemError FaultyStorage::Delete(const Text& path) {
-    if (const SystemError error = Next(kDelete, path)) return error;
-    return real_.Delete(path);
-}
-
-SystemError FaultyStorage::Rename(const Text& from, const Text& to) {
-    if (const SystemError error = Next(kRename, from)) return error;
-    return real_.Rename(from, to);
 }
 
 }  // namespace orma::test

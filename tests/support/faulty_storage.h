@@ -63,10 +63,19 @@ class FaultyStorage : public Storage {
     [[nodiscard]] SystemError Open(const Text& path, const OpenMode& mode,
                                    std::unique_ptr<StorageFile>& file) override;
     [[nodiscard]] SystemError Map(const Text& path, std::size_t bytes,
-                                  std::unique_ptr<MappedFile>& file) override;
+                                  std::unique_ptr<MappedFile>& file) override {
+        const SystemError error = Next(kMap, path);
+        return error != 0 ? error : real_.Map(path, bytes, file);
+    }
     [[nodiscard]] bool Exists(const Text& path) override { return real_.Exists(path); }
-    [[nodiscard]] SystemError Delete(const Text& path) override;
-    [[nodiscard]] SystemError Rename(const Text& from, const Text& to) override;
+    [[nodiscard]] SystemError Delete(const Text& path) override {
+        const SystemError error = Next(kDelete, path);
+        return error != 0 ? error : real_.Delete(path);
+    }
+    [[nodiscard]] SystemError Rename(const Text& from, const Text& to) override {
+        const SystemError error = Next(kRename, from);
+        return error != 0 ? error : real_.Rename(from, to);
+    }
     [[nodiscard]] SystemError LastWriteTime(const Text& path, FileTime& time) override {
         const SystemError error = Next(kLook, path);
         return error != 0 ? error : real_.LastWriteTime(path, time);

@@ -9,6 +9,8 @@
 namespace orma::test {
 namespace {
 
+using SharedNode = std::shared_ptr<MemoryStorage::Node>;
+
 Text Key(Text path) {
     std::ranges::replace(path, u'\\', u'/');
     return path;
@@ -16,7 +18,7 @@ Text Key(Text path) {
 
 class MemoryFile : public StorageFile {
   public:
-    MemoryFile(MemoryStorage& storage, std::shared_ptr<MemoryStorage::Node> node, Access access)
+    MemoryFile(MemoryStorage& storage, SharedNode node, Access access)
         : storage_(storage), node_(std::move(node)), access_(access) {
         if (access_ != Access::kRead) node_->beingWritten = true;
     }
@@ -42,7 +44,6 @@ class MemoryFile : public StorageFile {
         std::ranges::copy(from, bytes.begin() + static_cast<std::ptrdiff_t>(position_));
         written = from.size();
         position_ += written;
-        node_->lastWrite = storage_.now;
         storage_.Count(written);
         return 0;
     }
@@ -70,7 +71,6 @@ class MemoryFile : public StorageFile {
         if (!node_ || access_ == Access::kRead) return EBADF;
         storage_.Count();
         node_->bytes.resize(bytes);
-        node_->lastWrite = storage_.now;
         return 0;
     }
 
@@ -91,14 +91,14 @@ class MemoryFile : public StorageFile {
 
   private:
     MemoryStorage& storage_;
-    std::shared_ptr<MemoryStorage::Node> node_;
+    SharedNode node_;
     Access access_;
     std::uint64_t position_ = 0;
 };
 
 class MemoryMappedFile : public MappedFile {
   public:
-    explicit MemoryMappedFile(std::shared_ptr<MemoryStorage::Node> node) : node_(std::move(node)) {
+    explicit MemoryMappedFile(SharedNode node) : node_(std::move(node)) {
         node_->beingWritten = true;
     }
     ~MemoryMappedFile() override { node_->beingWritten = false; }
@@ -109,18 +109,18 @@ class MemoryMappedFile : public MappedFile {
     void BeginFlush() override {}
 
   private:
-    std::shared_ptr<MemoryStorage::Node> node_;
+    SharedNode node_;
 };
 
 }  // namespace
 
 void MemoryStorage::Put(const Text& path, ByteSpan bytes) {
-    files_[Key(path)] = std::make_shared<Node>(Node{Bytes(bytes.begin(), bytes.end()), now});
+    files_[Key(path)] = std::make_shared<Node>(Node{Bytes(bytes.begin(), bytes.end())});
 }
 
 const Bytes* MemoryStorage::Find(const Text& path) const {
-    const std::shared_ptr<Node> node = At(path);
-    return node ? &node->bytes : nullptr;
+    const auto found = files_.find(Key(path));
+    return found == files_.end() ? nullptr : &found->second->bytes;
 }
 
 void MemoryStorage::Count(std::uint64_t bytes) {
@@ -128,21 +128,18 @@ void MemoryStorage::Count(std::uint64_t bytes) {
     bytesMoved_ += bytes;
 }
 
-std::shared_ptr<MemoryStorage::Node> MemoryStorage::At(const Text& path) const {
+std::shared_ptr<MemoryStorage::Node> MemoryStorage::Use(const Text& path) {
+    Count();
     const auto found = files_.find(Key(path));
     return found == files_.end() ? nullptr : found->second;
 }
 
 SystemError MemoryStorage::Open(const Text& path, const OpenMode& mode,
                                 std::unique_ptr<StorageFile>& file) {
-    Count();
-    std::shared_ptr<Node> node = At(path);
+    auto node = Use(path);
     if (!node && mode.disposition == Disposition::kOpenExisting) return ENOENT;
     if (node && mode.access != Access::kRead && node->beingWritten) return EBUSY;
-    if (!node) {
-        node = std::make_shared<Node>(Node{{}, now});
-        files_[Key(path)] = node;
-    }
+    if (!node) files_[Key(path)] = node = std::make_shared<Node>();
     if (mode.disposition == Disposition::kCreateAlways) node->bytes.clear();
     file = std::make_unique<MemoryFile>(*this, std::move(node), mode.access);
     return 0;
@@ -150,19 +147,12 @@ SystemError MemoryStorage::Open(const Text& path, const OpenMode& mode,
 
 SystemError MemoryStorage::Map(const Text& path, std::size_t bytes,
                                std::unique_ptr<MappedFile>& file) {
-    Count();
-    std::shared_ptr<Node>& node = files_[Key(path)];
+    auto node = Use(path);
     if (node && node->beingWritten) return EBUSY;
-    if (!node) node = std::make_shared<Node>();
+    if (!node) files_[Key(path)] = node = std::make_shared<Node>();
     node->bytes.assign(bytes, 0);
-    node->lastWrite = now;
-    file = std::make_unique<MemoryMappedFile>(node);
+    file = std::make_unique<MemoryMappedFile>(std::move(node));
     return 0;
-}
-
-bool MemoryStorage::Exists(const Text& path) {
-    Count();
-    return At(path) != nullptr;
 }
 
 SystemError MemoryStorage::Delete(const Text& path) {
@@ -171,39 +161,24 @@ SystemError MemoryStorage::Delete(const Text& path) {
 }
 
 SystemError MemoryStorage::Rename(const Text& from, const Text& to) {
-    Count();
-    const auto found = files_.find(Key(from));
-    if (found == files_.end()) return ENOENT;
-    const std::shared_ptr<Node> node = found->second;
-    files_.erase(found);
+    const auto node = Use(from);
+    if (!node) return ENOENT;
+    files_.erase(Key(from));
     files_[Key(to)] = node;
     return 0;
 }
 
 SystemError MemoryStorage::LastWriteTime(const Text& path, FileTime& time) {
-    Count();
-    const std::shared_ptr<Node> node = At(path);
+    const auto node = Use(path);
     if (!node) return ENOENT;
     time = node->lastWrite;
     return 0;
 }
 
 SystemError MemoryStorage::SetLastWriteTime(const Text& path, FileTime time) {
-    Count();
-    const std::shared_ptr<Node> node = At(path);
+    const auto node = Use(path);
     if (!node) return ENOENT;
     node->lastWrite = time;
-    return 0;
-}
-
-SystemError MemoryStorage::FreeBytes(const Text&, std::uint64_t& bytes) {
-    Count();
-    bytes = std::uint64_t{1} << 40;
-    return 0;
-}
-
-SystemError MemoryStorage::CreateFolder(const Text&) {
-    Count();
     return 0;
 }
 
@@ -216,10 +191,6 @@ SystemError MemoryStorage::ListFiles(const Text& folder, std::vector<Text>& name
             names.push_back(path.substr(prefix.size()));
     }
     return 0;
-}
-
-Text MemoryStorage::ErrorText(SystemError) {
-    return {};
 }
 
 }  // namespace orma::test

@@ -3,12 +3,10 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <initializer_list>
 #include <thread>
 #include <vector>
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -32,10 +30,9 @@ namespace orma::test {
 namespace {
 
 /// Starts a program that dies with this one and writes nothing to the terminal.
-pid_t Start(std::initializer_list<std::string> words) {
-    std::vector<std::string> copies(words);
+pid_t Start(std::vector<std::string> words) {
     std::vector<char*> arguments;
-    for (std::string& word : copies)
+    for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
     const pid_t process = ::fork();
@@ -72,10 +69,6 @@ PulseServer::PulseServer() {
     if (!std::filesystem::exists(runtime / "native")) Kill();
 }
 
-PulseServer::~PulseServer() {
-    Kill();
-}
-
 pid_t PulseServer::Speak(const Text& file) const {
     return Start({"paplay", "--device=mic", ToUtf8(file)});
 }
@@ -84,14 +77,6 @@ int PulseServer::Wait(pid_t process) {
     int status = 0;
     ::waitpid(process, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-void PulseServer::Freeze() const {
-    ::kill(process_, SIGSTOP);
-}
-
-void PulseServer::Thaw() const {
-    ::kill(process_, SIGCONT);
 }
 
 void PulseServer::Kill() {

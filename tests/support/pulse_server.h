@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <sys/types.h>
+#include <signal.h>
 
 #include "support/temp_folder.h"
 
@@ -14,7 +14,7 @@ namespace orma::test {
 class PulseServer {
   public:
     PulseServer();
-    ~PulseServer();
+    ~PulseServer() { Kill(); }
     PulseServer(const PulseServer&) = delete;
     PulseServer& operator=(const PulseServer&) = delete;
 
@@ -28,8 +28,8 @@ class PulseServer {
     static int Wait(pid_t process);
 
     /// Stops the server as a hang would, lets it go on, and ends it at once.
-    void Freeze() const;
-    void Thaw() const;
+    void Freeze() const { ::kill(process_, SIGSTOP); }
+    void Thaw() const { ::kill(process_, SIGCONT); }
     void Kill();
 
   private:
