@@ -85,6 +85,7 @@ TEST(StripeWinTest, ShowsItsBitmapWithinItsRectangleAndRepaintsForAnotherValue) 
     rig.knob.KnobSetValue(40000);
     for (const Rect& changed : rig.TakeChanges())
         EXPECT_EQ(changed, rig.knob.Bounds());
+    EXPECT_TRUE(rig.Shows(rig.knob.Bounds().x, rig.knob.Bounds().y, 519));
     EXPECT_TRUE(rig.IsLitExactly({})) << "this layout has no place for the caption";
 }
 

@@ -154,6 +154,7 @@ TEST(RecordWWinTest, TheTableHasWhatIsSwitchedOnInItsOrder) {
             EXPECT_FALSE(control->Label().hint.empty()) << names;
         }
         EXPECT_EQ(names, always + expected + "Warning,");
+        desk.ExpectKeysAndTooltipsAgree();
         // The gaps take no pointer, and the events that show them do no harm.
         const Rect mark = desk.rig.skin.RectOf(Element::BackMark);
         EXPECT_EQ(desk.screen->HitTest({mark.x + 1, mark.y + 1}), desk.Find(u"Previous mark"));

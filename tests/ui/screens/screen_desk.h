@@ -61,6 +61,7 @@ class ScreenDesk : public Desktop {
         std::set<Text> names;
         for (const KeyAction& action : screen->Keys())
             EXPECT_TRUE(names.insert(NameOf(action.key)).second) << ToUtf8(action.does);
+        EXPECT_FALSE(names.contains({})) << "a key without a name";
         for (const Win* const control : Singly(screen->Controls())) {
             Text rest = control->Label().shortcut;
             while (!rest.empty()) {
