@@ -7,6 +7,7 @@
 
 #include "platform/alsa/alsa_cards.h"
 #include "platform/alsa/alsa_headset.h"
+#include "platform/alsa/alsa_mixer.h"
 #include "platform/alsa/alsa_recorder.h"
 #include "platform/alsa/alsa_spdif_card.h"
 #include "platform/alsa/digital_frames.h"
@@ -51,6 +52,15 @@ TEST(AlsaJacks, TellAboutAHeadset) {
         EXPECT_EQ(HeadsetStateOf(jacks, false), state);
         EXPECT_EQ(HeadsetStateOf(jacks, true), alternative);
     }
+}
+
+TEST(AlsaMixer, MovesTheBestElementOfTheSide) {
+    const std::vector<MixerElement> elements{{"Speaker", false, true},
+                                             {"Boost", true, false},
+                                             {"Mic", true, true},
+                                             {"PCM", false, true}};
+    EXPECT_EQ(PickMixerElement(elements, MixerSide::kCapture), 2u);
+    EXPECT_EQ(PickMixerElement(elements, MixerSide::kPlayback), 3u);
 }
 
 TEST(DigitalFrames, KeepTheUpper24Bits) {
