@@ -5,11 +5,11 @@
 namespace orma::cli {
 namespace {
 
-TEST(LevelGraph, DrawsLoudPeriodsTallAndNotesMarksAndCuts) {
+TEST(LevelGraph, DrawsTheLoudestPeriodOfEachColumnWithMarksAndCuts) {
     LevelSheet sheet;
-    sheet.levels = {79, 79, 40, 0, 0, 40, 79, 79};
-    sheet.marks = {3, 9};
-    sheet.cuts = {{6, 0xFFFFFFFF, 0}};
+    sheet.levels = {79, 79, 79, 79, 79, 40, 79, 0, 79, 0, 40, 79, 79, 79, 79, 79};
+    sheet.marks = {7, 99};
+    sheet.cuts = {{12, 0xFFFFFFFF, 0}};
     EXPECT_EQ(LevelGraph(sheet, 8, 2),
               "   ##   \n"
               "   ##   \n"
