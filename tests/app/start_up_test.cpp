@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/application_menu.h"
 #include "app/desk.h"
 
 namespace orma::test {
@@ -34,6 +35,9 @@ TEST(StartUp, ReopensTheLastProjectWhereverItLiesWithGainVolumeAndSet) {
     desk.Record(*app, 25);
     EXPECT_TRUE(desk.files.storage.Exists(elsewhere.Path(u"pier01.wav")))
         << "the writers record into the project's own folder";
+    WriteFileBytes(desk.Path(u"bad.opr"), AsBytes("no project"));
+    EXPECT_FALSE(MenuOpen(*app, desk.Path(u"bad.opr")));
+    EXPECT_EQ(app->project.Name(), u"pier");
 }
 
 TEST(StartUp, RefusesAForeignProjectAndLeavesItAlone) {

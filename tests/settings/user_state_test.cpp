@@ -85,10 +85,14 @@ TEST_F(UserStateTest, AReadErrorLeavesTheRecordAndAFailedSaveTheOldFile) {
     EXPECT_TRUE(Load(old));
     EXPECT_EQ(record.MaycomGain, 55);
     EXPECT_EQ(record.LastFolder, u"");
-    storage.FailAt(test::FaultyStorage::kWrite, 1);
-    EXPECT_FALSE(store.SaveUserState());
-    EXPECT_EQ(test::ReadFileBytes(path), old);
-    EXPECT_EQ(boxes.shown.size(), 2U);
+    for (const unsigned step :
+         {test::FaultyStorage::kWrite, test::FaultyStorage::kFlush, test::FaultyStorage::kRename}) {
+        storage.FailAt(step, 1);
+        EXPECT_FALSE(store.SaveUserState());
+        EXPECT_EQ(test::ReadFileBytes(path), old);
+    }
+    EXPECT_EQ(boxes.shown.size(), 4U);
+    storage.FailAt(0, 0);
     // The record lacks what the file holds: it must not take the file's place for good.
     ASSERT_TRUE(store.SaveUserState());
     EXPECT_EQ(test::ReadFileBytes(path + u".old1"), old);
