@@ -81,6 +81,9 @@ TEST_F(RecGraphWinTest, TheLineIsDrawnFirstThenCutsAndSelectionClippedToTheView)
             EXPECT_EQ(rig.ink.lines[i].colour, lines[i].colour) << i;
         }
     }
+    source.selection = {};
+    Show();
+    EXPECT_EQ(rig.ink.lines.size(), 3U) << "nothing is selected";
 }
 
 TEST_F(RecGraphWinTest, MovingCursorAndLinesAndBackLeavesTheImageAsItWas) {
