@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Publications to three real FTP servers, through breaks and refusals: what is stored is the
+"""Publications to four real FTP servers, through breaks and refusals: what is stored is the
 published file to the byte, or the user is told plainly why not.
 
 ORMA_SEED repeats the cuts of a run; names of steps as arguments run these alone. ORMA_BREAKS adds so
@@ -26,7 +26,7 @@ REFUSED_OFFSET = "Error: Resume not possible on this server."
 RESUME, STOP = ("--on-break", "resume"), ("--on-break", "stop")
 
 # The servers' own words begin so where no file can be made.
-CANNOT_CREATE = {"Vsftpd": "553", "PureFtpd": "553", "Proftpd": "550"}
+CANNOT_CREATE = {"Vsftpd": "553", "PureFtpd": "553", "Proftpd": "550", "Pyftpdlib": "550"}
 
 
 # The accidents: each happens, or begins, after `at` uploaded bytes.

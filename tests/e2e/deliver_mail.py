@@ -34,10 +34,11 @@ def check_message(reporter, message, what):
     reporter.run("verify", received)
 
 
-def real_server(certs):
-    with Reporter() as reporter, mail_servers.Postfix(certificate=certs.good) as server:
-        ways = (("127.0.0.1", server.port, PLAIN), ("localhost", server.port, STARTTLS),
-                ("localhost", server.tls_port, IMPLICIT))
+def real_server(kind, certs):
+    with Reporter() as reporter, kind(certificate=certs.good) as server:
+        # A server that wants EHLO before a log-in gets none without TLS.
+        plain = () if kind is mail_servers.Exim else (("127.0.0.1", server.port, PLAIN),)
+        ways = (*plain, ("localhost", server.port, STARTTLS), ("localhost", server.tls_port, IMPLICIT))
         for host, port, security in ways:
             reporter.use_mail(host, port, server.user, server.password, security, certs.ca)
             equal(send(reporter), "", f"{security}")
@@ -46,7 +47,24 @@ def real_server(certs):
             reporter.use_mail(host, port, server.user, "not the secret one", security, certs.ca)
             equal(send(reporter, expect=1), WRONG_LOG_IN, f"{security}, wrong password")
         for message in server.wait_for_messages(len(ways)):
-            check_message(reporter, message, "a real server")
+            check_message(reporter, message, kind.__name__)
+
+
+def companions():
+    """Each image is a mail of its own."""
+    with Reporter(seconds=6) as reporter, mail_servers.Postfix() as server:
+        pictures = [reporter.path("quay.jpg"), reporter.path("bridge.png")]
+        for picture, size in zip(pictures, (70_001, 57)):
+            picture.write_bytes(random.Random(size).randbytes(size))
+        reporter.use_mail("127.0.0.1", server.port, server.user, server.password)
+        equal(send(reporter, "--subject", "From the harbour", "--image", pictures[0], "--image",
+                   pictures[1]), "", "images")
+        arrived = server.wait_for_messages(3)
+        check(all(b"\nSubject: From the harbour\n" in m for m in arrived), "the subject")
+        found = {name: content for m in arrived for name, content in mail_servers.attachments(m)}
+        check(without_ticks(found.pop("talk.wav")) == reporter.wanted, "the sound")
+        equal(found, {"talk_01.jpg": pictures[0].read_bytes(),
+                      "talk_02.png": pictures[1].read_bytes()}, "the images")
 
 
 def refused_protection(certs):
@@ -146,7 +164,8 @@ def outbox():
 def main():
     with Reporter(seconds=3) as folder:
         certs = certificates.Certificates(folder.path("certificates"))
-        run_all([("real", real_server, certs), ("protection", refused_protection, certs),
+        run_all([(kind.__name__, real_server, kind, certs) for kind in mail_servers.MAIL_SERVERS] +
+                [("companions", companions), ("protection", refused_protection, certs),
                  ("odd replies", odd_replies), ("broken", broken_mails),
                  ("upgrade", unsafe_upgrade), ("outbox", outbox)])
 

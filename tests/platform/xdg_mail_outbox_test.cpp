@@ -12,26 +12,49 @@
 namespace orma {
 namespace {
 
-TEST(XdgMailOutbox, AToolThatFailsDidNotTakeTheMailOneThatStaysDid) {
-    const std::string path = std::getenv("PATH");
-    const test::TempFolder folder;
-    ::setenv("PATH", folder.Native().c_str(), 1);
-    const Text tool = folder.Path(u"xdg-email");
-    const OutboxLetter letter{u"desk@x.org", u"", u"", u"/a b/talk.wav"};
+/// A folder that alone is searched for programs.
+struct XdgMailOutboxTest : testing::Test {
+    XdgMailOutboxTest() { ::setenv("PATH", folder.Native().c_str(), 1); }
+    ~XdgMailOutboxTest() override { ::setenv("PATH", path.c_str(), 1); }
+
+    /// Installs a mail tool with these shell commands that, as the real one, refuses empty words.
+    void Install(const std::string& commands) {
+        const std::string script =
+            "#!/bin/sh\nfor word; do [ -n \"$word\" ] || exit 1; done\n" + commands + "\n";
+        test::WriteFileBytes(folder.Path(u"xdg-email"), AsBytes(script));
+        std::filesystem::permissions(folder.Native(u"xdg-email"),
+                                     std::filesystem::perms::owner_all);
+    }
+
+    std::string path = std::getenv("PATH");
+    test::TempFolder folder;
     test::FakePatience patience;
     XdgMailOutbox outbox;
-    EXPECT_FALSE(outbox.HandOver(letter, patience)) << "it is not there";
-    // As the real one, it refuses empty words.
-    test::WriteFileBytes(tool,
-                         AsBytes("#!/bin/sh\nfor word; do [ -n \"$word\" ] || exit 1; done\n"));
-    std::filesystem::permissions(folder.Native(u"xdg-email"), std::filesystem::perms::owner_all);
-    EXPECT_TRUE(outbox.HandOver(letter, patience));
-    test::WriteFileBytes(tool, AsBytes("#!/bin/sh\nexit 3\n"));
+    OutboxLetter letter{u"desk@x.org", u"$(Talk)", u"two\nlines \u20ac", u"/a b/talk.wav"};
+};
+
+TEST_F(XdgMailOutboxTest, HandsEveryTextOverAsItIs) {
+    EXPECT_FALSE(outbox.HasMailProgram());
     EXPECT_FALSE(outbox.HandOver(letter, patience));
-    test::WriteFileBytes(tool, AsBytes("#!/bin/sh\nexec /bin/sleep 1\n"));
+    Install("printf '%s|' \"$@\" >\"$(dirname \"$0\")/words\"");
+    ::setenv("PATH", (folder.Native().string() + ":" + path).c_str(), 1);
+    EXPECT_TRUE(outbox.HasMailProgram());
+    EXPECT_TRUE(outbox.HandOver(letter, patience));
+    const Bytes words = test::ReadFileBytes(folder.Path(u"words"));
+    EXPECT_EQ(std::string(words.begin(), words.end()),
+              "--utf8|--subject|$(Talk)|--body|two\nlines \xe2\x82\xac|--attach|/a b/talk.wav|"
+              "desk@x.org|");
+    letter.subject.clear();
+    letter.body.clear();
+    EXPECT_TRUE(outbox.HandOver(letter, patience)) << "neither is needed";
+}
+
+TEST_F(XdgMailOutboxTest, AToolThatFailsDidNotTakeItOneThatStaysDid) {
+    Install("exit 3");
+    EXPECT_FALSE(outbox.HandOver(letter, patience));
+    Install("exec /bin/sleep 1");
     patience.turns = 3;
     EXPECT_TRUE(outbox.HandOver(letter, patience));
-    ::setenv("PATH", path.c_str(), 1);
 }
 
 /// A window blocks the signals that it takes from a descriptor; its child must be able to be ended.

@@ -1,11 +1,11 @@
-"""vsftpd, pure-ftpd and proftpd, each with one account that may write.
+"""vsftpd, pure-ftpd, proftpd and pyftpdlib, each with one account that may write.
 
     with Proftpd(rest="stor-refused") as server:
         ... server.account() ...; server.root / "file"
 
-rest: "on"; "refused" (REST is answered with an error: vsftpd); "stor-refused" (REST is accepted, the
-STOR that follows is not: proftpd). tls: None, "explicit", "implicit" (vsftpd and proftpd), with a
-`certificate` (certificates.Certificate).
+rest: "on"; "refused" (REST is answered with an error: vsftpd, pyftpdlib); "stor-refused" (REST is
+accepted, the STOR that follows is not: proftpd). tls: None, "explicit", "implicit" (vsftpd and
+proftpd), with a `certificate` (certificates.Certificate).
 """
 
 import subprocess
@@ -144,4 +144,38 @@ TLSRSACertificateKeyFile {self.home}/key.pem
         return [self.home / "bin/proftpd", "-n", "-c", self.home / "conf"]
 
 
-FTP_SERVERS = (Vsftpd, PureFtpd, Proftpd)
+PYTHON_SERVER = """
+import logging, sys
+from pyftpdlib.authorizers import DummyAuthorizer
+from pyftpdlib.handlers import FTPHandler
+from pyftpdlib.servers import FTPServer
+host, port, first, last, root, user, password, log, rest = sys.argv[1:]
+logging.basicConfig(filename=log, level=logging.INFO)
+authorizer = DummyAuthorizer()
+authorizer.add_user(user, password, root, perm="elradfmwMT")
+FTPHandler.authorizer = authorizer
+FTPHandler.auth_failed_timeout = 1
+FTPHandler.passive_ports = range(int(first), int(last) + 1)
+if rest == "refused":
+    del FTPHandler.proto_cmds["REST"]
+FTPServer((host, int(port)), FTPHandler).serve_forever()
+"""
+
+
+class Pyftpdlib(FtpServer):
+    """Shows its root as `/`."""
+
+    def settings(self):
+        self.program("usr/lib/python3/dist-packages/pyftpdlib")
+        self.environment["PYTHONPATH"] = str(self.home / "bin")
+
+    def account(self, port=None, **changes):
+        return super().account(port, **({"folder": "/"} | changes))
+
+    def command(self):
+        return ["/usr/bin/python3", "-W", "ignore", "-c", PYTHON_SERVER, HOST, self.port,
+                self.passive[0], self.passive[-1], self.root, self.user, self.password, self.log,
+                self.rest]
+
+
+FTP_SERVERS = (Vsftpd, PureFtpd, Proftpd, Pyftpdlib)

@@ -1,4 +1,4 @@
-"""Postfix as it comes from Debian: one account, one mailbox, everything on high ports.
+"""Exim and Postfix as they come from Debian: one account, one mailbox, everything on high ports.
 
     with Postfix(certificate=certificates.good) as server:
         ... server.port (plain, STARTTLS), server.tls_port (TLS from the first byte) ...
@@ -18,9 +18,7 @@ from pathlib import Path
 from .process import GID, HOST, UID, Server, ServerFailed
 
 
-class Postfix(Server):
-    """Postfix insists on root and on users of its own: both are pretended."""
-
+class MailServer(Server):
     def __init__(self, certificate=None):
         super().__init__(certificate)
         self.tls_port = self.ports[1]
@@ -40,6 +38,77 @@ class Postfix(Server):
                     p.read_text() for p in (self.log, self.home / "output") if p.is_file()))
             time.sleep(0.02)
         return found
+
+
+class Exim(MailServer):
+    def settings(self):
+        self.pretend_users({"root": 0, "Debian-exim": UID})
+        self.preload("libnss_wrapper.so")
+        self.program("usr/sbin/exim4")
+        tls = f"""
+tls_advertise_hosts = *
+tls_certificate = {self.home}/certificate.pem
+tls_privatekey = {self.home}/key.pem
+tls_on_connect_ports = {self.tls_port}
+""" if self.certificate else "tls_advertise_hosts =\n"
+        authenticators = f"""
+cram:
+  driver = cram_md5
+  public_name = CRAM-MD5
+  server_secret = ${{if eq{{$auth1}}{{{self.user}}}{{{self.password}}}fail}}
+login:
+  driver = plaintext
+  public_name = LOGIN
+  server_prompts = Username:: : Password::
+  server_condition = ${{if and{{{{eq{{$auth1}}{{{self.user}}}}}{{eq{{$auth2}}{{{self.password}}}}}}}}}
+"""
+        ports = f"{HOST}.{self.port}" + (f" : {HOST}.{self.tls_port}" if self.certificate else "")
+        self.write("conf", f"""
+primary_hostname = localhost
+qualify_domain = localhost
+exim_user = {UID}
+exim_group = {GID}
+never_users =
+deliver_drop_privilege = true
+keep_environment = LD_PRELOAD : NSS_WRAPPER_PASSWD : NSS_WRAPPER_GROUP
+add_environment = PATH=/usr/bin
+spool_directory = {self.home}/spool
+log_file_path = {self.home}/%slog
+pid_file_path = {self.home}/pid
+local_interfaces = {ports}
+host_lookup =
+rfc1413_hosts =
+message_size_limit = 500M
+{tls}
+acl_smtp_rcpt = recipient
+begin acl
+recipient:
+  deny condition = ${{if !eq{{$local_part@$domain}}{{reporter@desk.localhost}}}}
+       message = no such user here
+  deny !authenticated = *
+  accept
+begin routers
+all:
+  driver = accept
+  transport = maildir
+begin transports
+maildir:
+  driver = appendfile
+  directory = {self.mailbox}
+  user = {UID}
+  group = {GID}
+  maildir_format
+begin authenticators
+{authenticators}""").chmod(0o644)
+        (self.home / "spool").mkdir()
+        self.log = self.home / "mainlog"
+
+    def command(self):
+        return [self.home / "bin/exim4", "-C", self.home / "conf", "-bdf"]
+
+
+class Postfix(MailServer):
+    """Postfix insists on root and on users of its own: both are pretended."""
 
     def settings(self):
         self.pretend_users({"root": 0, "postfix": UID, "other": 65533, "postdrop": 65532})
@@ -103,6 +172,9 @@ mech_list: CRAM-MD5 LOGIN
 
     def command(self):
         return [self.home / "bin/postfix/sbin/master", "-c", self.home / "etc", "-d"]
+
+
+MAIL_SERVERS = (Exim, Postfix)
 
 
 def attachments(message):

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -40,6 +41,31 @@ class Desktop : public HeadsetProbe, public DesktopHelpers, public TransportList
         clip.begin = range.begin;
         clip.end = range.end;
         return app.clips.Append(clip);
+    }
+
+    /// A button as a screen presses it: toggles ask for the opposite of their look.
+    void Press(char button) {
+        switch (button) {
+            case 'R':
+                return transport.Record(!lit.record);
+            case 'P':
+                return transport.Play(!lit.play);
+            case 'S':
+                return transport.Stop(!lit.stop);
+            case '<':
+                return transport.Rewind(!lit.rewind);
+            case '>':
+                return transport.FastForward(!lit.fastForward);
+            case 'b':
+                return transport.BackMark();
+            default:
+                return transport.ForwardMark();
+        }
+    }
+
+    void Press(std::string_view buttons) {
+        for (const char button : buttons)
+            Press(button);
     }
 
     /// Lets `periods` be heard, or all that there is.

@@ -1,6 +1,5 @@
 #include "transport/transport.h"
 
-#include <map>
 #include <sstream>
 
 #include "transport/desktop.h"
@@ -25,30 +24,20 @@ class Desk : public Desktop {
         app.recording.selectionEnd = range.end;
     }
 
-    /// Presses buttons as a screen does: toggles ask for the opposite of their look. Lets periods
-    /// be heard (+n), moves the place (@n), runs what is pending (|), notes the cursor (.), and
-    /// takes hold of the place or lets it go: ( and ).
+    /// Presses buttons; lets periods be heard (+n), moves the place (@n), runs what is pending (|),
+    /// notes the cursor (.), and takes hold of the place or lets it go: ( and ).
     void Press(const std::string& script) {
         std::istringstream in(script);
         int number = 0;
-        const std::map<char, std::function<void()>> keys = {
-            {'R', [&] { transport.Record(!lit.record); }},
-            {'P', [&] { transport.Play(!lit.play); }},
-            {'S', [&] { transport.Stop(!lit.stop); }},
-            {'<', [&] { transport.Rewind(!lit.rewind); }},
-            {'>', [&] { transport.FastForward(!lit.fastForward); }},
-            {'b', [&] { transport.BackMark(); }},
-            {'f', [&] { transport.ForwardMark(); }},
-            {'+', [&] { Hear(number); }},
-            {'@', [&] { transport.MoveTo(number); }},
-            {'|', [&] { loop.RunPending(); }},
-            {'.', [&] { places += std::to_string(Cursor()) + " "; }},
-            {'(', [&] { transport.Drag(true); }},
-            {')', [&] { transport.Drag(false); }},
-        };
         for (char key = 0; in >> key;) {
             if (key == '+' || key == '@') in >> number;
-            keys.at(key)();
+            if (key == '+') Hear(number);
+            if (key == '@') transport.MoveTo(number);
+            if (key == '|') loop.RunPending();
+            if (key == '.') places += std::to_string(Cursor()) + " ";
+            if (key == '(' || key == ')') transport.Drag(key == '(');
+            if (std::string_view("RPS<>bf").find(key) != std::string_view::npos)
+                Desktop::Press(key);
         }
     }
 
