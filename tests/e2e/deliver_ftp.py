@@ -25,7 +25,8 @@ NOT_VERIFIED = ("Error: The publication is not verified: the server does not con
 REFUSED_OFFSET = "Error: Resume not possible on this server."
 RESUME, STOP = ("--on-break", "resume"), ("--on-break", "stop")
 
-# The servers' own words begin so where no file can be made.
+# The servers' own words begin so where the disk is full, and where no file can be made.
+FULL_DISK = {"Vsftpd": "451", "PureFtpd": "451", "Proftpd": "451", "Pyftpdlib": "426"}
 CANNOT_CREATE = {"Vsftpd": "553", "PureFtpd": "553", "Proftpd": "550", "Pyftpdlib": "550"}
 
 
@@ -109,7 +110,7 @@ def breaks_and_refusals(kind):
         arrives(publish_through(DROP_CONTROL, reporter.size - 50, reporter, server, *RESUME),
                 "a break inside the last chunk")
         server.fill_disk(reporter.size // 3)
-        refused("Error: InternetWriteFile 12003 451", account, "a full disk")
+        refused(f"Error: InternetWriteFile 12003 {FULL_DISK[name]}", account, "a full disk")
         server.free_disk()
         refused("Error: InternetConnect 12003 530 ",
                 server.account(password="not " + server.password), "a wrong password")

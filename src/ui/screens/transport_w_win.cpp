@@ -44,16 +44,18 @@ void TransportWWin::MakeTransportButtons(const ButtonElements& elements, bool by
 }
 
 void TransportWWin::MakeMarkButtons(Element back, Element forward, bool byDigits) {
-    const auto add = [&](Element element, void (Transport::*press)(), const char16_t* name,
+    const auto add = [&](Element element, void (*press)(Transport&), const char16_t* name,
                          const char16_t* hint, const char16_t* digit) {
         auto* const button = Add(std::make_unique<PushButtonWin>(
-            OwnScene(), element, [this, press] { (transport_.*press)(); }));
+            OwnScene(), element, [this, press] { press(transport_); }));
         button->SetLabel({ControlRole::kButton, name, hint, byDigits ? Text{digit} : Text{}});
     };
-    add(back, &Transport::BackMark, u"Previous mark",
+    add(
+        back, [](Transport& transport) { transport.BackMark(); }, u"Previous mark",
         u"Go back to the mark before, or to the beginning", u"1");
-    add(forward, &Transport::ForwardMark, u"Next mark", u"Go ahead to the next mark, or to the end",
-        u"3");
+    add(
+        forward, [](Transport& transport) { transport.ForwardMark(); }, u"Next mark",
+        u"Go ahead to the next mark, or to the end", u"3");
 }
 
 void TransportWWin::BindTransportKeys() {
