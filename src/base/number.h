@@ -6,8 +6,8 @@
 
 namespace orma {
 
-/// The number that the whole text is, in decimal digits without blanks or a plus sign; nothing when
-/// anything else stands in it or it does not fit the type.
+/// The number that the whole text is, as std::from_chars reads it: no blanks, no plus sign; nothing
+/// when anything else stands in it or it does not fit the type.
 template <class Number>
 [[nodiscard]] std::optional<Number> ParseNumber(std::string_view text) {
     Number number{};

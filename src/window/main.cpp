@@ -20,8 +20,8 @@ constexpr int kUsage = 2;
 
 struct Arguments {
     MachineOptions machine;
-    Text screenshot;  // absolute paths, as is:
-    Text path;        // of a project or recording
+    Text screenshot;  // absolute path; empty: none
+    Text path;        // the same, of a project or recording
 };
 
 Arguments Parse(const QCoreApplication& application) {
