@@ -66,6 +66,14 @@ TEST(ProjectFile, ReadsTheFieldsThatEachVersionHasAndWritesThoseOfVersion10) {
         EXPECT_EQ(record.stream2to4[1], version >= 9 ? -2.0 : 0.0);
         EXPECT_EQ(record.currentClip, version >= 10 ? 0 : -1);
     }
+    const FieldBytes longText = Head({4, 0, 0, 0, 0}).T(u"").L(0).T(Text(300, u'a')).T(u"b");
+    ProjectRecord record;
+    ASSERT_EQ(DecodeProjectFile(longText.bytes, record), ProjectReadResult::kOk);
+    EXPECT_EQ(record.metadata1, Text(263, u'a'));
+    EXPECT_EQ(record.metadata2, u"b");
+    const Bytes limited = EncodeProjectFile(record);
+    record.metadata1 += u"a";
+    EXPECT_EQ(EncodeProjectFile(record), limited);
 }
 
 TEST(ProjectFile, RefusesForeignAndNewerFilesAndLeavesTheRecordAlone) {

@@ -58,6 +58,8 @@ TEST_F(ProjectLoad, AppliesTheParametersOfTheFile) {
     EXPECT_FALSE(project.LiveFtp());
     EXPECT_EQ(audio.resolutionShift, 2U);
     EXPECT_EQ(project.RecordingIndex(), -1);
+    ASSERT_TRUE(Load(5));  // knows no layout
+    EXPECT_EQ(audio.resolutionShift, 0U);
 }
 
 TEST_F(ProjectLoad, MeasuresClipsNetOfCutsFromTheLevelFileElseFromTheAudio) {
@@ -110,6 +112,7 @@ TEST_F(ProjectLoad, SelectsTheRangeOfAClipAndDropsEmptyCuts) {
     EXPECT_FALSE(project.SelectClip(2));
     AddWav(u"talk00", 0);  // no sound left
     EXPECT_FALSE(project.SelectClip(1));
+    EXPECT_FALSE(project.OpenRecording(Path(u"none.wav")));
     EXPECT_EQ(clips.CurrentIndex(), 0);
     EXPECT_EQ(recording.length, 100U);
 }

@@ -105,7 +105,12 @@ TEST_F(ProjectSave, KeepsTheOldFileExactlyWhenAClipIsDropped) {
     ASSERT_TRUE(project.SaveProject());
     EXPECT_FALSE(Exists(u"talk.opr.bak"));
     WriteFileBytes(Path(u"talk.opr"), before);
-    RemoveClip(1);  // one of two clips of the same recording
+    RemoveClip(1);                             // one of two clips of the same recording
+    for (const std::size_t step : {1U, 2U}) {  // the backup and the file itself
+        storage.FailAt(FaultyStorage::kRename, step);
+        EXPECT_FALSE(project.SaveProject());
+        EXPECT_EQ(File(u"talk.opr"), before);
+    }
     ASSERT_TRUE(project.SaveProject());
     EXPECT_EQ(File(u"talk.opr.bak"), before);
     EXPECT_EQ(StoredNames(u"talk.opr"), (Names{u"talk00", u"talk01"}));

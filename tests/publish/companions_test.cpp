@@ -101,7 +101,12 @@ TEST_F(CompanionsTest, OfOneNameDoNotReplaceEachOther) {
     EXPECT_EQ(server.files[u"BOAT_02.jpg"].size(), 9U);
 }
 
-TEST_F(CompanionsTest, ThatChangeWhileTheDialogIsOpenAreNotSent) {
+TEST_F(CompanionsTest, OfFourGigabytesAreRefusedAndChangedOnesNotSent) {
+    const Text film = Path(u"film.mp4");
+    WriteFileBytes(film, {});
+    std::filesystem::resize_file(folder.Native(u"film.mp4"), std::uint64_t{1} << 32);
+    EXPECT_FALSE(choices.images.Add(files, film));
+    EXPECT_THAT(boxes.Texts(), ElementsAre(u"Too large to send (4 GB):\n" + film));
     const auto choose = dialogs.onShow;
     dialogs.onShow = [&] {
         choose();

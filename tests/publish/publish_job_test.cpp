@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "audio/files/vu_file.h"
+#include "publish/verify.h"
 #include "publish_rig.h"
 #include "support/riff_chunks.h"
 #include "support/sound_files.h"
@@ -12,6 +13,7 @@
 namespace orma::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -38,6 +40,11 @@ struct PublishJobTest : PublishTest {
     void ExpectNothingPublished() {
         EXPECT_FALSE(Exists(u"pub_talk.wav"));
         EXPECT_FALSE(Exists(u"pub_talk.wav.tmp"));
+    }
+
+    /// What the verifier found right with the publication.
+    std::vector<std::string> Facts() {
+        return VerifyPublishedFile(files, Path(u"pub_talk.wav")).facts;
     }
 
     PublishOutcome PublishToFile() { return job.MenuPublishCliplistToFile(false); }
@@ -144,6 +151,8 @@ TEST_F(PublishJobTest, SendsStoredMp2FramesUnchanged) {
     audio.sampleRate = 44100;
     LevelSheet sheet = AddTake(u"talk00", Speech(200 * kPeriod48000 + 700, 48000, 1));
     sheet.cuts = {{60, 90, 0}};
+    sheet.rangeStart = 10;  // as a published selection leaves it
+    sheet.rangeEnd = 50;
     AddLevels(u"talk00", sheet);
     AddTake(u"talk01", Speech(100 * kPeriod48000, 48000, 1, 5000));
     AddClip(u"talk01", 20, 50);
@@ -175,6 +184,8 @@ TEST_F(PublishJobTest, SendsStoredMp2FramesUnchanged) {
     EXPECT_EQ(progress.range, 200U * 125 / 60 * 192 >> 14);
     EXPECT_EQ(progress.stepped, expected.size() >> 14);
     EXPECT_EQ(Findings(), "");
+    EXPECT_THAT(Facts(), Contains("all 200 values of 'levl' fit the sound"));
+    EXPECT_THAT(Facts(), Contains("2 cue lines in order, the last one 'End'"));
 }
 
 TEST_F(PublishJobTest, PublishesTheSelectionOfTheCurrentRecording) {
@@ -201,6 +212,7 @@ TEST_P(PublishJobFormats, MeasuresLevelsWhereTheLevelFileIsMissing) {
     ASSERT_EQ(storage.Delete(Path(u"talk00.jvu")), 0U);
     EXPECT_EQ(PublishToFile(), PublishOutcome::kPublished);
     EXPECT_EQ(Findings(), "");
+    EXPECT_THAT(Facts(), Contains("all 80 values of 'levl' fit the sound"));
 }
 
 TEST_P(PublishJobFormats, LeavesNothingWhenCancelledAndTellsTheUser) {

@@ -236,6 +236,10 @@ TEST_F(ConfigurationTest, ANewerFileIsReadUpToWhatIsKnownAndKeptBesideTheNextOne
     ASSERT_TRUE(store.SaveConfiguration());
     EXPECT_EQ(test::ReadFileBytes(path)[4], 51);
     EXPECT_EQ(test::ReadFileBytes(path + u".old1"), newer);
+    const Bytes foreign = {'O', 'S', 'U', 'S', 8, 0, 0, 0, 1};
+    EXPECT_TRUE(Load(foreign));
+    ASSERT_TRUE(store.SaveConfiguration());
+    EXPECT_EQ(test::ReadFileBytes(path + u".old2"), foreign);
 }
 
 TEST_F(ConfigurationTest, AFileCutShortAnywhereLoadsWithZerosForTheRest) {

@@ -54,6 +54,11 @@ TEST_F(UserStateTest, IsWrittenWholeAsVersionEightAndReadToWhatAFileHolds) {
     record.CurrentPresetName = u"state-preset";
     ASSERT_TRUE(store.SaveUserState());
     EXPECT_EQ(test::ReadFileBytes(path), StateFile(8));
+    record.InputGain = record.OutputVolumeStep = -1;  // 0xFFFFFFFF in the file
+    ASSERT_TRUE(store.SaveUserState());
+    ASSERT_FALSE(store.LoadUserState());
+    EXPECT_EQ(record.InputGain, 0);
+    EXPECT_EQ(record.OutputVolumeStep, 0);
 }
 
 TEST_F(UserStateTest, ItsNamesCountInFewVersionsOrWithInputOptionsAlsoAfterTheConfiguration) {

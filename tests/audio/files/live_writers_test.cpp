@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "audio/files/wav_bytes.h"
 #include "audio/files/writer_bench.h"
 #include "platform/posix/posix_event_loop.h"
 #include "platform/queued_ftp/queued_ftp_clients.h"
@@ -246,6 +247,7 @@ TEST_P(LiveWriters, DigitalTakesAreUploadedInTheirUpper16BitsOrNotAtAll) {
         deep.insert(deep.end(), {std::uint8_t{77}, sound[i], sound[i + 1]});
     bench.audio.alternativeSampleSize = true;
     bench.audio.bitsPerSample = 24;
+    bench.context.wavTemplate.blockAlign = 3;
     for (const std::uint32_t rate : {44100U, 96000U}) {
         bench.audio.sampleRate = rate;
         JStreamAudioWrite& writer = Start(rate == 44100 ? u"a00" : u"a01");
@@ -254,7 +256,8 @@ TEST_P(LiveWriters, DigitalTakesAreUploadedInTheirUpper16BitsOrNotAtAll) {
         writer.Close();
         EXPECT_TRUE(Ended());
     }
-    EXPECT_EQ(bench.File(u"a00.wav").size(), WavHeader::kBytes + deep.size());
+    const WavFields fields{.bits = 24, .blockAlign = 3};
+    EXPECT_TRUE(bench.File(u"a00.wav") == WavBytes(fields, deep));
     EXPECT_EQ(bench.File(u"a01.wav").size(), WavHeader::kBytes + deep.size());
     ASSERT_EQ(heard.outcomes.size(), 1U);
     ExpectWholeUpload(heard.outcomes[0], u"in/a00.mp2", 60);

@@ -109,6 +109,17 @@ TEST_F(Mp2PipelineTest, EncodesAsTheDefinitionSaysWhateverThePiecesAndTheStreamB
     }
 }
 
+TEST_F(Mp2PipelineTest, HandsOutABlockAsSoonAsItIsFull) {
+    SetBitrate(7);  // 384 bytes a frame
+    std::size_t blocks = 0;
+    const auto output = [&](ByteSpan block) { blocks += block.size() == 8192 ? 1 : 100; };
+    ASSERT_TRUE(pipeline.Mp2EncoderInit(output, false, 48000));
+    for (std::size_t frames = 1; frames <= 64; ++frames) {  // the last one ends with its block
+        pipeline.Mp2EncodeSamples(AsPcm(Samples(kFrame)));
+        EXPECT_EQ(blocks, frames * 384 / 8192);
+    }
+}
+
 TEST_F(Mp2PipelineTest, RefusesWhatTheEncoderRefusesAndHeadsEveryFrameAsTheSettingsSay) {
     for (std::uint32_t index = 0; index < Mp2Bitrate::kBitsPerSecond.size(); ++index) {
         for (const bool stereo : {false, true}) {

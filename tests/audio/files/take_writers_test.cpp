@@ -69,6 +69,27 @@ TEST_P(TakeWritersTest, AFailedBlockEndsTheTakeAndIsWrittenFromTheJournalOnceSto
     EXPECT_FALSE(Exists(u"take00.rec"));
 }
 
+TEST_P(TakeWritersTest, OpeningAnOpenWriterEndsItsTakeAndBeginsNone) {
+    const Bytes pcm = Pattern(5000);
+    for (const auto& [kind, extension] :
+         {std::pair{WriterKind::kWavFile, u".wav"}, std::pair{WriterKind::kMp2File, u".mp2"}}) {
+        const Text name = Text(u"take00") + extension;
+        EXPECT_TRUE(Record(kind, pcm));
+        const Bytes take = File(name);
+        RemoveJournal();
+        ASSERT_EQ(storage.Delete(files.folder.Path(name)), 0U);
+        files.boxes.shown.clear();
+        JStreamAudioWrite& writer = Select(kind);
+        writer.Open(u"take00");
+        WriteAll(writer, pcm);
+        writer.Open(u"take01");
+        EXPECT_FALSE(writer.IsOpen());
+        EXPECT_EQ(File(name), take);
+        EXPECT_FALSE(Exists(Text(u"take01") + extension));
+        EXPECT_THAT(files.boxes.Texts(), ElementsAre(files.folder.Path(name) + u" : File is open"));
+    }
+}
+
 TEST_P(TakeWritersTest, ClosingAfterTheFileVanishedCreatesNothing) {
     JStreamAudioWrite& writer = Select(WriterKind::kWavFile);
     writer.Open(u"take00");
