@@ -115,7 +115,7 @@ def breaks_and_refusals(kind):
         refused("Error: InternetConnect 12003 530 ",
                 server.account(password="not " + server.password), "a wrong password")
         cannot_create = f"Error: FtpOpenFile 12003 {CANNOT_CREATE[name]} "
-        refused(cannot_create, server.account(folder=account.folder + "/no/such/folder"),
+        refused(cannot_create, server.account(folder=account.folder.rstrip("/") + "/no/such/folder"),
                 "a missing folder")
         server.root.chmod(0o555)
         refused(cannot_create, account, "a read-only folder")
@@ -136,10 +136,11 @@ def frozen_for_good(kind):
 
 def refused_offsets():
     with Reporter() as reporter:
-        for kind, rest in ((ftp_servers.Vsftpd, "refused"), (ftp_servers.Proftpd, "stor-refused")):
+        for kind, rest in ((ftp_servers.Vsftpd, "refused"), (ftp_servers.Proftpd, "stor-refused"),
+                           (ftp_servers.Pyftpdlib, "refused")):
             with kind(rest=rest) as server:
                 equal(publish_through(CUT, reporter.size // 2, reporter, server, *RESUME, expect=1),
-                      REFUSED_OFFSET, rest)
+                      REFUSED_OFFSET, f"{kind.__name__}, {rest}")
 
 
 def question():

@@ -14,9 +14,9 @@ def says(done, *texts):
 
 
 def digital(path, rate):
-    """The sample speech as 4 s of 24-bit stereo."""
-    tool("sox", "-D", SPEECH, "-r", rate, "-c", 2, "-b", 24, "-t", "wavpcm", path, "repeat", "-",
-         "trim", 0, 4)
+    """The sample speech as 4 s of 24-bit stereo, whose right channel is the quieter one."""
+    tool("sox", "-D", SPEECH, "-r", rate, "-b", 24, "-t", "wavpcm", path, "repeat", "-", "trim", 0, 4,
+         "remix", 1, "1v0.7")
     return path
 
 
@@ -25,11 +25,14 @@ def frames(path):
         return file.getparams()[:3], file.readframes(10**6)
 
 
-def encoded(desk, heard):
-    """MP2 frames of 128 kbit/s, made by the twolame program of the upper 16 bits of 24-bit stereo."""
+def encoded(desk, heard, channels):
+    """MP2 frames of 128 kbit/s, made by the twolame program of the upper 16 bits of 24-bit stereo;
+    mono is its left channel."""
     raw, mp2 = desk.path("heard.raw"), desk.path("heard.mp2")
-    raw.write_bytes(b"".join(heard[at + 1:at + 3] for at in range(0, len(heard), 3)))
-    tool("twolame", "--quiet", "-r", "-s", 48000, "-N", 2, "-m", "s", "-b", 128, raw, mp2)
+    step = 6 // channels
+    raw.write_bytes(b"".join(heard[at + 1:at + 3] for at in range(0, len(heard), step)))
+    tool("twolame", "--quiet", "-r", "-s", 48000, "-N", channels, "-m", "ms"[channels - 1], "-b", 128,
+         raw, mp2)
     return mp2.read_bytes()
 
 
@@ -81,14 +84,16 @@ def card(desk):
             heard = b"".join(heard[at:at + 3] for at in range(0, len(heard), 6))
         size = 2 * rate * 3 * channels
         check(taken[:size] == heard[:size], f"the take at {rate} Hz is not what came in")
-    from_card(desk, desk.path("48000.wav"), desk.path("frames.opr"), "--mp2", "--stereo",
-              "--bitrate", 128, "--seconds", 3)
-    taken = desk.path("frames00.mp2").read_bytes()
-    equal(len(taken), -(-61 * 2400 // 1152) * 384, "bytes of the take")
     # The buffer that the stop came into is there, without sound.
     sound = frames(desk.path("48000.wav"))[1][14400:61 * 14400] + bytes(3 * 14400)
-    check(encoded(desk, sound).startswith(taken), "the take is not what came in, encoded")
-    publish(desk, "bits48000", "frames")
+    for channels, mode in ((1, "mono"), (2, "stereo")):
+        from_card(desk, desk.path("48000.wav"), desk.path(f"{mode}.opr"), "--mp2", f"--{mode}",
+                  "--bitrate", 128, "--seconds", 3)
+        taken = desk.path(f"{mode}00.mp2").read_bytes()
+        equal(len(taken), -(-61 * 2400 // 1152) * 384, f"bytes of the {mode} take")
+        check(encoded(desk, sound, channels).startswith(taken),
+              f"the {mode} take is not what came in, encoded")
+    publish(desk, "bits48000", "mono", "stereo")
 
 
 def publish(desk, *projects):
@@ -101,8 +106,15 @@ def failures(desk):
     desk.set(SpdifInput=1)
     sound = digital(desk.path("a.wav"), 48000)
     take = (desk.path("a.opr"), "--wav", "--mono", "--seconds", 3)
-    says(from_card(desk, sound, *take, extra=",fault=no-signal", expect=1),
-         "PDAudio: Record Fail no S/PDIF input ", "Error: No valid digital input signal")
+    for fault, *texts in (("no-card", "Error: No PDAudio card present"),
+                          ("no-signal", "PDAudio: Record Fail no S/PDIF input ",
+                           "Error: No valid digital input signal")):
+        says(from_card(desk, sound, *take, extra=f",fault={fault}", expect=1), *texts)
+    for rate, kind, text in ((88200, "--wav", "No valid digital input signal"),
+                             (32000, "--wav", "No valid digital input signal"),
+                             (96000, "--mp2", "Sample rate not supported at mp2-recording")):
+        other = digital(desk.path(f"{rate}.wav"), rate)
+        says(from_card(desk, other, take[0], kind, *take[2:], expect=1), f"Error: {text}")
     says(from_card(desk, desk.path("none.wav"), *take, expect=1), "Error: No driver installed")
     says(desk.run("--hardware", "none", "record", *take, audio=f"virtual:in={sound},pace=fast",
                   expect=1), "Error: No driver installed")

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Recordings that are killed at random moments. What the microphone delivered is counted outside the
-program; what `orma recover` brings back may lack one capture buffer and what the encoder holds.
+program; what `orma recover` brings back may lack one capture buffer and what the encoder holds. A
+recording that is asked to end needs no recovery and lacks nothing.
 
 ORMA_KILLS sets how many recordings are killed (8), ORMA_SEED chooses the moments."""
 
@@ -12,7 +13,7 @@ import struct
 import subprocess
 import time
 
-from orma_e2e import Desk, check, equal, speech_at, tool
+from orma_e2e import Desk, check, equal, speech_at, tool, wait_for
 
 KILLS = int(os.environ.get("ORMA_KILLS", "8"))
 SEED = int(os.environ.get("ORMA_SEED", time.time_ns() % 1000000))
@@ -29,14 +30,14 @@ FORMATS = [("wav", ["--wav", "--mono"], 1, 0),
 LONG_AGO = 1231150830
 
 
-def start(desk, folder, voices, form):
+def start(desk, folder, voices, form, pace="fast"):
     """Starts a recording in a new folder."""
     _, options, channels, _ = form
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir()
     marks = [word for mark in MARKS for word in ("--mark", f"#{mark}")]
     return desk.start("record", folder / "talk.opr", *options, "--seconds", SECONDS, *marks,
-                      audio=f"virtual:in={voices[channels]},pace=fast,count={folder / 'count'}",
+                      audio=f"virtual:in={voices[channels]},pace={pace},count={folder / 'count'}",
                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
@@ -45,7 +46,7 @@ def sound_of(path, kind):
     return data[44:] if kind == "wav" else data
 
 
-def check_header(path):
+def check_header(path, most_behind=65536):
     """The header of a killed take tells at most what the file holds, and nearly all of it."""
     data = path.read_bytes()
     if len(data) < 44:
@@ -53,7 +54,7 @@ def check_header(path):
     riff, = struct.unpack_from("<I", data, 4)
     size, = struct.unpack_from("<I", data, 40)
     check(riff == size + 36, f"header of {path}: RIFF {riff}, data {size}")
-    check(0 <= len(data) - 44 - size <= 65536, f"header of {path}: {size} of {len(data) - 44}")
+    check(0 <= len(data) - 44 - size <= most_behind, f"header of {path}: {size} of {len(data) - 44}")
 
 
 def delivered_frames(count):
@@ -69,9 +70,51 @@ def reference(desk, form, voices):
     return sound_of(folder / f"talk00.{form[0]}", form[0]), time.monotonic() - began
 
 
+def check_take(desk, folder, form, sound):
+    """The take, its levels, marks and clip agree. Returns its buffers and its seconds."""
+    kind, _, channels, frame_bytes = form
+    take = folder / f"talk00.{kind}"
+    rate = RATE if kind == "wav" else 48000
+    samples = len(sound) // (2 * channels) if kind == "wav" else len(sound) // frame_bytes * FRAME
+    if kind == "wav":
+        check_header(take, most_behind=0)
+        equal(len(sound), samples * 2 * channels, "whole samples")
+    tool("ffprobe", "-v", "error", take)
+    sheet = desk.json("show", folder / "talk00.jvu")
+    levels, marks = len(sheet["levels"]), [mark["period"] for mark in sheet["marks"]]
+    equal((sheet["range start"], sheet["range end"], sheet["removed ranges"]), (0, levels, []),
+          "the selection")
+    equal(levels, samples * 20 // rate, "levels")
+    # A mark at period n is set once buffer n + 1 is saved, so the last may be missing.
+    equal(marks, [min(mark, levels) for mark in MARKS[:len(marks)]], "marks")
+    check(len(marks) >= sum(mark + 1 < levels for mark in MARKS), f"marks {marks} of {levels}")
+    clips = desk.json("project", "show", folder / "talk.opr")["clips"]
+    equal([clip["name"] for clip in clips], ["talk00"], "clips")
+    return levels, samples / rate
+
+
+def stop_one(desk, ending, form, voices, whole_sound):
+    """A signal ends the take as the stop button does."""
+    kind, _, channels, frame_bytes = form
+    folder = desk.path("stop")
+    recorder = start(desk, folder, voices, form, pace=20)
+    wait_for(lambda: delivered_frames(folder / "count") > 5 * RATE, "five seconds of sound")
+    recorder.send_signal(ending)
+    equal(recorder.wait(20), 0, f"end by {ending.name}")
+    check(not (folder / "talk00.rec").exists(), f"{ending.name} leaves a journal")
+    sound = sound_of(folder / f"talk00.{kind}", kind)
+    buffers, _ = check_take(desk, folder, form, sound)
+    # The first buffer is not in it, but the one that the stop cut short is, as it came in.
+    check(delivered_frames(folder / "count") // BUFFER <= buffers < SECONDS * 20,
+          f"{ending.name}: a take of {buffers} buffers")
+    full = ((buffers - 1) * BUFFER * 2 * channels if kind == "wav" else
+            ((buffers - 1) * 2400 // FRAME - 2) * frame_bytes)
+    check(sound[:full] == whole_sound[:full], f"{ending.name}: the take is not what was said")
+
+
 def kill_one(desk, number, form, voices, whole, rng):
     """Returns the seconds that were lost; none when the recording had ended by itself."""
-    kind, options, channels, frame_bytes = form
+    kind, options, *_ = form
     whole_sound, whole_seconds = whole
     folder = desk.path("kill")
     take = folder / f"talk00.{kind}"
@@ -97,24 +140,8 @@ def kill_one(desk, number, form, voices, whole, rng):
     if take.exists():
         sound = sound_of(take, kind)
         check(whole_sound.startswith(sound), f"kill {number}: the take is not what was said")
-        rate = RATE if kind == "wav" else 48000
-        samples = len(sound) // (2 * channels) if kind == "wav" else len(sound) // frame_bytes * FRAME
-        lost -= samples / rate
         equal(int(take.stat().st_mtime), LONG_AGO, "modification time")
-        if kind == "wav":
-            check_header(take)
-            equal(len(sound), samples * 2 * channels, "whole samples")
-        tool("ffprobe", "-v", "error", take)
-        sheet = desk.json("show", folder / "talk00.jvu")
-        levels, marks = len(sheet["levels"]), [mark["period"] for mark in sheet["marks"]]
-        equal((sheet["range start"], sheet["range end"], sheet["removed ranges"]), (0, levels, []),
-              "the selection")
-        equal(levels, samples * 20 // rate, "levels")
-        # A mark at period n is set once buffer n + 1 is saved, so the last may be missing.
-        equal(marks, [min(mark, levels) for mark in MARKS[:len(marks)]], "marks")
-        check(len(marks) >= sum(mark + 1 < levels for mark in MARKS), f"marks {marks} of {levels}")
-        clips = desk.json("project", "show", folder / "talk.opr")["clips"]
-        equal([clip["name"] for clip in clips], ["talk00"], "clips")
+        lost -= check_take(desk, folder, form, sound)[1]
     bound = 1 / 20 + (0 if kind == "wav" else 2 * FRAME / 48000)
     check(lost <= bound + 1e-6, f"kill {number} of {options}: {lost:.3f} s lost of {saved / 20} s")
     return lost
@@ -127,6 +154,8 @@ def main():
         voices = {channels: speech_at(desk.path(f"voice{channels}.wav"), RATE, channels, SECONDS)
                   for channels in (1, 2)}
         wholes = [reference(desk, form, voices) for form in FORMATS]
+        for ending, at in ((signal.SIGTERM, 0), (signal.SIGINT, 3)):
+            stop_one(desk, ending, FORMATS[at], voices, wholes[at][0])
         for number in range(KILLS):
             at = number % len(FORMATS)
             while (lost := kill_one(desk, number, FORMATS[at], voices, wholes[at], rng)) is None:
