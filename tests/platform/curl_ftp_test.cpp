@@ -95,6 +95,24 @@ TEST(CurlFtp, SendsWhatIsAskedForAndNothingMore) {
     EXPECT_EQ(other.Open(u"a").code, kFtpWrongState);
 }
 
+TEST(CurlFtp, LooksForAFolderAndGoesBackToTheLogInFolder) {
+    Desk desk({.replies = {{"CWD gone", "550 No such folder, secret.\r\n"},
+                           {"CWD", "250 Gone there.\r\n"}}});
+    EXPECT_TRUE(desk.client->LookForFolder(u"in/to day").Ok());
+    EXPECT_EQ(desk.server.Commands().back(), "CWD /") << "at once, not with the next file";
+    EXPECT_TRUE(desk.client->LookForFolder({}).Ok());
+    EXPECT_EQ(desk.client->LookForFolder(u"gone").reply, u"550 No such folder, ***.");
+    desk.Store(u"in/a", AsBytes("abc"));  // counted from the log-in folder, by the same log-in
+    std::vector<std::string> places = desk.server.Commands();
+    std::erase_if(places, [](const std::string& command) {
+        return !command.starts_with("CWD") && !command.starts_with("STOR");
+    });
+    places.erase(std::ranges::unique(places).begin(), places.end());  // back twice is back
+    EXPECT_THAT(places,
+                ElementsAre("CWD /", "CWD in/to day", "CWD /", "CWD gone", "CWD /", "STOR in/a"));
+    EXPECT_EQ(desk.Count("USER kim"), 1);
+}
+
 TEST(CurlFtp, TellsAMissingFileFromAServerThatKnowsNoSizes) {
     const std::tuple<const char*, FtpCode, std::optional<std::uint64_t>> cases[] = {
         {"550 No such file.\r\n", kFtpDone, 0},

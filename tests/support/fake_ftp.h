@@ -12,8 +12,8 @@
 
 namespace orma::test {
 
-/// A server in memory, and its clients: what it holds, what it was asked, how it misbehaves. One
-/// file at a time is open, as a client has it; the server outlives its clients.
+/// A server in memory for uploads, and its clients: what it holds, what it was asked, how it
+/// misbehaves. One file at a time is open, as a client has it; the server outlives its clients.
 class FakeFtp : public FtpClients {
   public:
     static constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();
@@ -98,41 +98,30 @@ class FakeFtp : public FtpClients {
         }
 
         [[nodiscard]] FtpResult OpenFile(const Text& path, Access access) override {
-            if (!connected_ || open_) return kWrong;
-            reading_ = access == Access::kRead;
-            server_.log.push_back((reading_ ? "RETR " : "STOR ") + ToUtf8(path));
+            if (!connected_ || open_ || access != Access::kWrite) return kWrong;
+            server_.log.push_back("STOR " + ToUtf8(path));
             const auto offset = static_cast<std::size_t>(std::exchange(restart_, 0));
             if (!server_.opening.Ok()) return server_.opening;
-            if (reading_ && !server_.files.contains(path))
-                return {kFtpRefused, 550, u"550 Failed to open file."};
-            if (!reading_ && offset > 0 && !server_.restartedStore.Ok() &&
-                server_.refusedRestartedStores > 0) {
+            if (offset > 0 && !server_.restartedStore.Ok() && server_.refusedRestartedStores > 0) {
                 if (server_.refusedRestartedStores != kNever) --server_.refusedRestartedStores;
                 return server_.restartedStore;
             }
             finalPath_ = path;
-            path_ = !reading_ && offset == 0 && server_.hidesUploads ? path + u".part" : path;
-            position_ = offset;
-            if (!reading_)
-                server_.files[path_].resize(offset);  // a gap becomes zeros, as on real ones
+            path_ = offset == 0 && server_.hidesUploads ? path + u".part" : path;
+            server_.files[path_].resize(offset);  // a gap becomes zeros, as on real ones
             failure_ = {};
             deaf_ = false;
             open_ = true;
             return {};
         }
 
-        [[nodiscard]] FtpResult Read(std::span<std::uint8_t> into, std::size_t& got) override {
+        [[nodiscard]] FtpResult Read(std::span<std::uint8_t>, std::size_t& got) override {
             got = 0;
-            if (!open_ || !reading_) return kWrong;
-            const Bytes& file = server_.files[path_];
-            got = std::min(into.size(), file.size() - std::min(position_, file.size()));
-            std::copy_n(file.begin() + static_cast<std::ptrdiff_t>(position_), got, into.begin());
-            position_ += got;
-            return {};
+            return kWrong;
         }
 
         [[nodiscard]] FtpResult Write(ByteSpan from) override {
-            if (!open_ || reading_) return kWrong;
+            if (!open_) return kWrong;
             if (!failure_.Ok()) return failure_;
             if (!patience_.GoOn()) return failure_ = {kFtpCancelled, 0, {}};
             if (deaf_) return {};
@@ -154,7 +143,6 @@ class FakeFtp : public FtpClients {
             if (!open_) return kWrong;
             open_ = false;
             server_.log.emplace_back("CLOSE");
-            if (reading_) return {};
             if (!failure_.Ok()) return failure_;
             if (path_ != finalPath_ && server_.confirmation.Ok())
                 server_.files[finalPath_] = std::move(server_.files.extract(path_).mapped());
@@ -168,11 +156,9 @@ class FakeFtp : public FtpClients {
         Patience& patience_;
         bool connected_ = false;
         bool open_ = false;
-        bool reading_ = false;
         std::uint64_t restart_ = 0;
         Text finalPath_;
         Text path_;
-        std::size_t position_ = 0;
         FtpResult failure_;
         bool deaf_ = false;
     };

@@ -88,9 +88,8 @@ class FakeTls : public TlsConnections {
   public:
     explicit FakeTls(FakeTcp& tcp) : tcp_(tcp) {}
 
-    [[nodiscard]] TlsFailure Secure(std::unique_ptr<TcpConnection> plain, const TlsPeer& whom,
-                                    unsigned, std::unique_ptr<TcpConnection>& secured) override {
-        peer = whom;
+    [[nodiscard]] TlsFailure Secure(std::unique_ptr<TcpConnection> plain, const TlsPeer&, unsigned,
+                                    std::unique_ptr<TcpConnection>& secured) override {
         if (failure != TlsFailure::kNone) return failure;
         tcp_.sends.emplace_back("<TLS>");
         secured = std::move(plain);
@@ -98,7 +97,6 @@ class FakeTls : public TlsConnections {
     }
 
     TlsFailure failure = TlsFailure::kNone;
-    TlsPeer peer;
 
   private:
     FakeTcp& tcp_;

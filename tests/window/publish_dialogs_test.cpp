@@ -196,12 +196,16 @@ TEST_F(PublishDialogsTest, FilesComeFromTheFileDialogOrAreDropped) {
     EXPECT_EQ(choices.images.Images()[2].path, PathFromQt(second));
 }
 
-TEST_F(PublishDialogsTest, CancelAndTheEndOfTheProgramAnswerNo) {
+TEST_F(PublishDialogsTest, CancelEscapeAndTheEndOfTheProgramAnswerNo) {
     using Leave = void (*)(QWidget&);
     const Leave cancel = [](QWidget& shown) { shown.findChild<QPushButton*>("2")->click(); };
+    const Leave escape = [](QWidget& shown) {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QCoreApplication::sendEvent(&shown, &key);
+    };
     const Leave end = [](QWidget&) { QCoreApplication::exit(0); };
     QtPublishDialogs dialogs;
-    for (const Leave leave : {cancel, end}) {
+    for (const Leave leave : {cancel, escape, end}) {
         FtpDialog model(services, *FindDialogResource(117));
         QTimer::singleShot(0, [&] {
             QWidget* const shown = QApplication::activeModalWidget();

@@ -167,6 +167,22 @@ TEST_F(SetupWindowTest, SavesNothingThatIsWrongAndSaysWhere) {
     EXPECT_EQ(Stored().FtpServer, u"ftp.example");
 }
 
+TEST_F(SetupWindowTest, TheEditorsStartAsksWhatBecomesOfChanges) {
+    Open();
+    Type("Current project", "other");
+    Answer("Go on editing");
+    window->CloseOnRequest();
+    EXPECT_TRUE(asked.contains("Orma Edit has started"));
+    EXPECT_TRUE(window->isVisible());
+    Answer("Save");
+    window->CloseOnRequest();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(Stored().CurrentProjectName, u"other");
+    Open();
+    window->CloseOnRequest();
+    EXPECT_FALSE(window->isVisible()) << "nothing to lose, nothing to ask";
+}
+
 TEST_F(SetupWindowTest, TheEndOfTheSessionAsksWaitsALittleAndLosesNothing) {
     Open();
     EXPECT_TRUE(window->EndOnRequest(1)) << "nothing to lose, nothing to ask";

@@ -38,6 +38,22 @@ struct DialogsTest : testing::Test {
     DialogServices services{settings, choices, files.services, folder};
 };
 
+TEST_F(DialogsTest, EachSituationHasItsDialog) {
+    // method, images, server choice, servers, images only
+    const std::pair<DialogSituation, int> cases[] = {
+        {{1, false, true, 9, false}, 105}, {{2, false, true, 9, false}, 107},
+        {{2, true, true, 9, false}, 109},  {{1, true, true, 9, false}, 111},
+        {{2, true, true, 9, true}, 119},   {{1, true, true, 9, true}, 121},
+        {{0, true, true, 1, false}, 113},  {{0, true, false, 2, false}, 113},
+        {{0, true, true, 2, false}, 117},  {{0, false, true, 2, false}, 115},
+        {{0, false, true, 1, false}, 0},   {{0, false, false, 2, false}, 0},
+        {{0, true, true, 1, true}, 123},   {{0, true, true, 2, true}, 125}};
+    for (const auto& [situation, id] : cases) {
+        const DialogResource* const dialog = DialogBefore(situation);
+        EXPECT_EQ(dialog != nullptr ? dialog->id : 0, id);
+    }
+}
+
 TEST_F(DialogsTest, TheRecipientListIsReadWhateverEndsItsLines) {
     const Text empty = u"Empty";
     PutRecents("a@b.c\r\n\r\nd\xE9@e.f\nlast@g.h");

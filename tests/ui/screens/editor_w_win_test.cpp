@@ -58,6 +58,29 @@ TEST_F(EditorDesk, AnEdgeUnderTheCursorMoves) {
     ExpectTrueImage();
 }
 
+TEST_F(EditorDesk, TheCutButtonsTellWhereTheCursorStands) {
+    const auto look = [this](Element button, int on) {
+        const Rect at = rig.skin.RectOf(button);
+        const int x = at.x + at.w / 2;
+        const int y = at.y + at.h / 2;
+        return rig.Shows(x, y, on) ? "on " : rig.Shows(x, y, on + 1) ? "half " : "off ";
+    };
+    const auto looks = [&] {
+        return std::string(look(Element::EditRewind, 515)) + look(Element::EditFastForward, 517);
+    };
+    const std::pair<std::int32_t, const char*> places[] = {
+        {20, "on on "},  {390, "on on "},     {50, "off off "},  {100, "on on "},
+        {120, "on on "}, {110, "half half "}, {99, "off half "}, {121, "half off "}};
+    for (const auto& [place, shown] : places) {
+        Go(place);
+        EXPECT_EQ(looks(), shown) << place;
+    }
+    Go(20);
+    Press('P');
+    EXPECT_EQ(Cursor(), 20U);
+    EXPECT_EQ(looks(), "off off ") << "while it plays a selection's edge does not move";
+}
+
 TEST_F(EditorDesk, ASelectionHasAColourWhileItsEdgeIsToBeMoved) {
     const auto isColoured = [&] {
         ExpectTrueImage();
